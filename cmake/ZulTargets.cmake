@@ -1,0 +1,80 @@
+# How every target of the house is built: one place for the language, the warnings, the sanitizers and where
+# the results stand.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_BUILD_RPATH "$ORIGIN")
+set(CMAKE_INSTALL_RPATH "$ORIGIN")
+
+find_program(ZUL_CCACHE ccache)
+if(ZUL_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER "${ZUL_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${ZUL_CCACHE}")
+endif()
+find_program(ZUL_MOLD mold)
+if(ZUL_MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
+
+if(ZUL_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(ZUL_FUZZ)
+  add_compile_options(-fsanitize=address,undefined,fuzzer-no-link -fno-omit-frame-pointer -g)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# zul_warnings(TARGET): the warnings that our own code is free of, as errors.
+function(zul_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+    -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}")
+endfunction()
+
+# zul_room(NAME SOURCES … LIBS …): a static library zul_NAME of a room; headers are included as "room/File.h".
+function(zul_room name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+  add_library(zul_${name} STATIC ${ARG_SOURCES})
+  target_include_directories(zul_${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+  target_link_libraries(zul_${name} PUBLIC ${ARG_LIBS})
+  zul_warnings(zul_${name})
+endfunction()
+
+# zul_qt_room(NAME SOURCES … LIBS …): the same for a room with widgets: moc, uic and rcc run over it.
+function(zul_qt_room name)
+  zul_room(${name} ${ARGN})
+  set_target_properties(zul_${name} PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+  target_compile_definitions(zul_${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+  target_link_libraries(zul_${name} PUBLIC Qt6::Widgets)
+endfunction()
+
+# zul_test(NAME SOURCES … LIBS … [QT] [TIMEOUT n] [LABELS …]): a GoogleTest program, run once under the
+# Italian locale without a display. With QT, moc runs over the sources and tests/QtTestMain.cpp supplies main.
+function(zul_test name)
+  cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests"
+    BUILD_RPATH "$ORIGIN/../bin")
+  target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gmock)
+  zul_warnings(${name})
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_sources(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests/QtTestMain.cpp")
+    target_link_libraries(${name} PRIVATE Qt6::Widgets Qt6::Test)
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=it_IT.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp")
+endfunction()
