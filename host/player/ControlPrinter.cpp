@@ -83,10 +83,23 @@ QString state(const QWidget* control)
     return {};
 }
 
+// The colour behind the control: its own, else what shines through from the next control that paints one.
 QColor background(const QWidget* control)
 {
-    const auto own = control->property("background").value<QColor>();
-    return own.isValid() ? own : control->palette().color(control->backgroundRole());
+    for (const QWidget* around = control; around != nullptr; around = around->parentWidget()) {
+        const auto own = around->property("background").value<QColor>();
+        if (own.isValid()) {
+            return own;
+        }
+        const QPalette::ColorRole role = around->backgroundRole();
+        const bool paints =
+            around->isWindow() || around->autoFillBackground() || role == QPalette::Base ||
+            (role == QPalette::Button && qobject_cast<const QAbstractButton*>(around) != nullptr);
+        if (paints) {
+            return around->palette().color(role);
+        }
+    }
+    return {};
 }
 } // namespace
 

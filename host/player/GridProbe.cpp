@@ -39,7 +39,7 @@ int GridProbe::rowCount() const
 
 int GridProbe::columnCount() const
 {
-    return ask<int>("columnCount");
+    return m_grid->property("columnCount").toInt();
 }
 
 void GridProbe::checkRow(int row) const
@@ -149,7 +149,7 @@ QString GridProbe::rowLine(int row) const
     for (int column = 0; column < texts.size(); ++column) {
         line += QLatin1Char(' ');
         if (column == check) {
-            line += ask<bool>("rowCheck", row) ? QLatin1String("[x]") : QLatin1String("[ ]");
+            line += ask<int>("rowCheck", row) == 1 ? QLatin1String("[x]") : QLatin1String("[ ]");
         } else if (column < cells.size() && !cells[column].isValid()) {
             line += QLatin1String("NULL");
         } else {

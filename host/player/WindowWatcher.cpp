@@ -186,18 +186,38 @@ bool WindowWatcher::eventFilter(QObject* watched, QEvent* event)
     if (type == QEvent::DynamicPropertyChange && m_printer.isDeferred(widget) && isForm(widget)) {
         deferHidden(widget);
     }
+    if (isNotice(widget)) {
+        noticeEvent(widget, type);
+        return false;
+    }
     if (type != QEvent::DynamicPropertyChange && widget->isWindow() && isOrdinaryWindow(widget)) {
         type == QEvent::Show ? shown(widget) : hidden(widget);
     }
     return false;
 }
 
+void WindowWatcher::noticeEvent(QWidget* notice, QEvent::Type type)
+{
+    if (type == QEvent::Show && !m_notices.contains(notice)) {
+        m_notices.insert(notice);
+        connect(
+            notice, &QObject::destroyed, this, [this, notice] { noticeGone(notice); },
+            Qt::SingleShotConnection);
+        m_printer.line(noticeLine(notice));
+    } else if (type == QEvent::Hide) {
+        noticeGone(notice);
+    }
+}
+
+void WindowWatcher::noticeGone(QWidget* notice)
+{
+    if (m_notices.remove(notice)) {
+        m_printer.line(QStringLiteral("notice hidden"));
+    }
+}
+
 void WindowWatcher::shown(QWidget* window)
 {
-    if (isNotice(window)) {
-        m_printer.line(noticeLine(window));
-        return;
-    }
     m_open.removeIf([window](const Open& open) { return open.window == nullptr || open.window == window; });
     m_open.append({window, QThread::currentThread()->loopLevel()});
     if (auto* box = qobject_cast<QMessageBox*>(window)) {
@@ -212,10 +232,6 @@ void WindowWatcher::shown(QWidget* window)
 
 void WindowWatcher::hidden(QWidget* window)
 {
-    if (isNotice(window)) {
-        m_printer.line(QStringLiteral("notice hidden"));
-        return;
-    }
     m_open.removeIf([window](const Open& open) { return open.window == nullptr || open.window == window; });
     if (!isForm(window) || qobject_cast<QMessageBox*>(window) != nullptr) {
         return;

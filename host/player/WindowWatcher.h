@@ -1,9 +1,12 @@
 // Sees the windows of the process come and go, prints them, and knows which one is on top.
 #pragma once
 
+#include <QEvent>
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
+#include <QString>
 
 class QMessageBox;
 class QWidget;
@@ -15,7 +18,7 @@ class EventPrinter;
 // own interface and the dynamic properties that the windows carry:
 //  - a window whose name begins with "frm" prints "window NAME shown" and "window NAME hidden tag=…";
 //  - a QMessageBox prints "message …" when it is shown and "answer …" when it is answered;
-//  - a window with the property zulNotice prints "notice …" and counts as no window otherwise;
+//  - a widget with the property zulNotice prints "notice …" and is no window for commands;
 //  - a widget named WaitPlease prints "progress …" when it is shown, hidden, or changes caption or value.
 class WindowWatcher : public QObject
 {
@@ -52,6 +55,8 @@ private:
         int level = 0;
     };
 
+    void noticeEvent(QWidget* notice, QEvent::Type type);
+    void noticeGone(QWidget* notice);
     void shown(QWidget* window);
     void hidden(QWidget* window);
     void deferHidden(QWidget* window);
@@ -60,7 +65,8 @@ private:
     void deferProgress(QWidget* indicator);
 
     EventPrinter& m_printer;
-    QList<Open> m_open; // in the order in which they were shown
+    QList<Open> m_open;       // in the order in which they were shown
+    QSet<QWidget*> m_notices; // that are shown
     QString m_lastProgress;
 };
 } // namespace zul::host
