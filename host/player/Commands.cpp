@@ -1,0 +1,492 @@
+#include "host/player/Commands.h"
+
+#include "host/player/CommandError.h"
+#include "host/player/ControlFinder.h"
+#include "host/player/ControlPrinter.h"
+#include "host/player/EventPrinter.h"
+#include "host/player/GridProbe.h"
+#include "host/player/Hands.h"
+#include "host/player/HostPort.h"
+#include "host/player/Keys.h"
+#include "host/player/WindowWatcher.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QHash>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace zul::host {
+namespace {
+int wholeNumber(const Word& word)
+{
+    bool ok = false;
+    const int number = word.text.toInt(&ok);
+    if (!ok) {
+        throw CommandError{QStringLiteral("%1 is no whole number").arg(quoted(word.text))};
+    }
+    return number;
+}
+
+int positiveNumber(const Word& word)
+{
+    const int number = wholeNumber(word);
+    if (number <= 0) {
+        throw CommandError{QStringLiteral("%1 is no size").arg(number)};
+    }
+    return number;
+}
+
+void reachAndClick(QWidget* widget, const QPoint& point, Qt::KeyboardModifiers modifiers = {})
+{
+    hands::reach(widget, point);
+    hands::click(widget, point, modifiers);
+}
+
+// Where a row is clicked: inside what is seen of it, and not on its check box.
+QPoint rowPoint(const GridProbe& grid, int row)
+{
+    const QRect seen = grid.rowRect(row) & grid.body()->rect();
+    if (seen.isEmpty()) {
+        throw CommandError{QStringLiteral("row %1 cannot be brought into view").arg(row)};
+    }
+    const QRect check = grid.checkRectOrNothing(row);
+    QPoint point = seen.center();
+    if (check.contains(point)) {
+        point.setX(check.right() + 4 <= seen.right() ? check.right() + 4
+                                                     : std::max(seen.left(), check.left() - 4));
+    }
+    return point;
+}
+
+QTabBar* tabBarOf(QWidget* control)
+{
+    if (auto* tabs = qobject_cast<QTabWidget*>(control)) {
+        return tabs->tabBar();
+    }
+    return qobject_cast<QTabBar*>(control);
+}
+
+// Brings a tab of a bar that is too narrow for all of them into view, as the bar's scroll buttons would.
+void showTab(QTabBar* bar, int index)
+{
+    for (const char* name : {"ScrollRightButton", "ScrollLeftButton"}) {
+        auto* button = bar->findChild<QWidget*>(QLatin1String(name));
+        for (int i = 0; i < bar->count() && !bar->rect().contains(bar->tabRect(index).center()) &&
+                        button != nullptr && button->isVisible() && button->isEnabled();
+             ++i) {
+            hands::click(button, button->rect().center());
+        }
+    }
+}
+
+QAbstractButton* buttonOf(QMessageBox* box, const QString& name)
+{
+    if (auto* named = box->findChild<QAbstractButton*>(name)) {
+        return named;
+    }
+    if (name == QLatin1String("ok")) {
+        return box->button(QMessageBox::Ok);
+    }
+    if (name == QLatin1String("yes")) {
+        return box->button(QMessageBox::Yes);
+    }
+    if (name == QLatin1String("no")) {
+        return box->button(QMessageBox::No);
+    }
+    return nullptr;
+}
+} // namespace
+
+Commands::Commands(EventPrinter& printer, WindowWatcher& windows, HostPort& host)
+    : m_printer(printer)
+    , m_windows(windows)
+    , m_host(host)
+{}
+
+const Commands::Entry* Commands::find(const QString& name)
+{
+    constexpr std::size_t any = static_cast<std::size_t>(-1);
+    static const QHash<QString, Entry> table{
+        {QStringLiteral("call"), {&Commands::call, 1, any, false}},
+        {QStringLiteral("click"), {&Commands::click, 1, 1, false}},
+        {QStringLiteral("type"), {&Commands::type, 2, 2, false}},
+        {QStringLiteral("key"), {&Commands::key, 2, 2, false}},
+        {QStringLiteral("focus"), {&Commands::focus, 1, 1, false}},
+        {QStringLiteral("page"), {&Commands::page, 2, 2, false}},
+        {QStringLiteral("choose"), {&Commands::choose, 2, 2, false}},
+        {QStringLiteral("request"), {&Commands::request, 1, 1, false}},
+        {QStringLiteral("clear"), {&Commands::clear, 1, 1, false}},
+        {QStringLiteral("row"), {&Commands::row, 2, 3, false}},
+        {QStringLiteral("doubleclick"), {&Commands::doubleClick, 2, 2, false}},
+        {QStringLiteral("tick"), {&Commands::tick, 2, 2, false}},
+        {QStringLiteral("sort"), {&Commands::sort, 2, 2, false}},
+        {QStringLiteral("group"), {&Commands::group, 2, 2, false}},
+        {QStringLiteral("ungroup"), {&Commands::ungroup, 1, 1, false}},
+        {QStringLiteral("width"), {&Commands::width, 3, 3, false}},
+        {QStringLiteral("move"), {&Commands::move, 3, 3, false}},
+        {QStringLiteral("folder"), {&Commands::folder, 2, 2, false}},
+        {QStringLiteral("answer"), {&Commands::answer, 1, 1, true}},
+        {QStringLiteral("close"), {&Commands::close, 0, 0, false}},
+        {QStringLiteral("resize"), {&Commands::resize, 2, 2, false}},
+        {QStringLiteral("print"), {&Commands::print, 1, 1, true}},
+        {QStringLiteral("rows"), {&Commands::rows, 1, 3, true}},
+        {QStringLiteral("lines"), {&Commands::lines, 1, 1, true}},
+        {QStringLiteral("sql"), {&Commands::sql, 1, 1, true}},
+        {QStringLiteral("shot"), {&Commands::shot, 1, 1, true}},
+    };
+    const auto found = table.constFind(name);
+    return found == table.constEnd() ? nullptr : &found.value();
+}
+
+void Commands::run(const std::vector<Word>& words)
+{
+    const QString& name = words.front().text;
+    const Entry* entry = find(name);
+    if (entry == nullptr) {
+        throw CommandError{QStringLiteral("unknown command %1").arg(quoted(name))};
+    }
+    const Arguments arguments(words.begin() + 1, words.end());
+    if (arguments.size() < entry->least || arguments.size() > entry->most) {
+        throw CommandError{QStringLiteral("%1 has the wrong number of words").arg(name)};
+    }
+    if (m_windows.messageBox() != nullptr && !entry->besideMessage) {
+        throw CommandError{QStringLiteral("a message box is open")};
+    }
+    (this->*entry->run)(arguments);
+}
+
+QWidget* Commands::usable(const Word& name) const
+{
+    return findUsableControl(m_windows.topmostForm(), name.text);
+}
+
+void Commands::call(const Arguments& arguments)
+{
+    const Arguments values(arguments.begin() + 1, arguments.end());
+    m_printer.line(m_host.call(arguments[0].text, values));
+}
+
+void Commands::click(const Arguments& arguments)
+{
+    QWidget* control = usable(arguments[0]);
+    reachAndClick(control, hands::clickPoint(control));
+}
+
+void Commands::focus(const Arguments& arguments)
+{
+    QWidget* part = keyboardPart(usable(arguments[0]));
+    reachAndClick(part, hands::clickPoint(part));
+}
+
+void Commands::type(const Arguments& arguments)
+{
+    const QPointer<QWidget> part = keyboardPart(usable(arguments[0]));
+    const QPointer<QWidget> window = part->window();
+    reachAndClick(part, hands::clickPoint(part));
+    if (!part || !window || !part->isVisible()) {
+        return; // the click closed the window
+    }
+    if (!part->hasFocus() && window->focusWidget() != part) {
+        throw CommandError{QStringLiteral("%1 does not take the keyboard").arg(quoted(arguments[0].text))};
+    }
+    hands::key(window, Qt::Key_A, Qt::ControlModifier, QStringLiteral("\x01"));
+    if (arguments[1].text.isEmpty()) {
+        if (window) {
+            hands::key(window, Qt::Key_Delete, {}, QStringLiteral("\x7f"));
+        }
+        return;
+    }
+    if (window) {
+        hands::type(window, arguments[1].text);
+    }
+}
+
+void Commands::key(const Arguments& arguments)
+{
+    QWidget* control = usable(arguments[0]);
+    const KeyPress press = keyPress(arguments[1].text);
+    QWidget* window = control->window();
+    if (control != window) {
+        QWidget* part = keyboardPart(control);
+        if (window->focusWidget() != part && !part->isAncestorOf(window->focusWidget())) {
+            part->setFocus(Qt::TabFocusReason);
+        }
+        QWidget* focused = window->focusWidget();
+        if (focused == nullptr || (focused != part && !part->isAncestorOf(focused))) {
+            throw CommandError{
+                QStringLiteral("%1 does not take the keyboard").arg(quoted(arguments[0].text))};
+        }
+    }
+    hands::key(window, press.key, press.modifiers, press.text);
+}
+
+void Commands::page(const Arguments& arguments)
+{
+    QTabBar* bar = tabBarOf(usable(arguments[0]));
+    if (bar == nullptr) {
+        throw CommandError{QStringLiteral("%1 is no tab control").arg(quoted(arguments[0].text))};
+    }
+    const int index = wholeNumber(arguments[1]);
+    if (index < 0 || index >= bar->count()) {
+        throw CommandError{QStringLiteral("there is no page %1").arg(index)};
+    }
+    if (!bar->isTabVisible(index)) {
+        throw CommandError{QStringLiteral("page %1 is hidden").arg(index)};
+    }
+    if (!bar->isTabEnabled(index)) {
+        throw CommandError{QStringLiteral("page %1 is disabled").arg(index)};
+    }
+    showTab(bar, index);
+    reachAndClick(bar, bar->tabRect(index).center());
+}
+
+void Commands::choose(const Arguments& arguments)
+{
+    const QPointer<QComboBox> list = qobject_cast<QComboBox*>(usable(arguments[0]));
+    if (!list) {
+        throw CommandError{QStringLiteral("%1 is no drop-down list").arg(quoted(arguments[0].text))};
+    }
+    const int entry = list->findText(arguments[1].text, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (entry < 0) {
+        throw CommandError{QStringLiteral("there is no entry %1").arg(quoted(arguments[1].text))};
+    }
+    reachAndClick(list, QPoint(list->width() - 8, list->height() / 2));
+    const QPointer<QAbstractItemView> view = list ? list->view() : nullptr;
+    if (!view || !view->isVisible()) {
+        throw CommandError{QStringLiteral("%1 does not open").arg(quoted(arguments[0].text))};
+    }
+    // The arrow keys walk to the entry, Return takes it: the mouse would have to wait until the list believes that
+    // its opening click is over.
+    view->setCurrentIndex(list->model()->index(entry, list->modelColumn(), list->rootModelIndex()));
+    hands::key(view->window(), Qt::Key_Return, {}, QStringLiteral("\r"));
+}
+
+void Commands::clickPart(const Word& name, const char* part)
+{
+    auto* button = usable(name)->findChild<QWidget*>(QLatin1String(part));
+    if (button == nullptr) {
+        throw CommandError{QStringLiteral("%1 is no selector field").arg(quoted(name.text))};
+    }
+    if (!button->isVisible() || !button->isEnabled()) {
+        throw CommandError{QStringLiteral("the button of %1 is hidden or disabled").arg(quoted(name.text))};
+    }
+    reachAndClick(button, button->rect().center());
+}
+
+void Commands::request(const Arguments& arguments)
+{
+    clickPart(arguments[0], "chooseButton");
+}
+
+void Commands::clear(const Arguments& arguments)
+{
+    clickPart(arguments[0], "clearButton");
+}
+
+void Commands::row(const Arguments& arguments)
+{
+    Qt::KeyboardModifiers modifiers;
+    if (arguments.size() == 3) {
+        const QString& with = arguments[2].text;
+        if (with != QLatin1String("ctrl") && with != QLatin1String("shift")) {
+            throw CommandError{QStringLiteral("%1 is neither ctrl nor shift").arg(quoted(with))};
+        }
+        modifiers = with == QLatin1String("ctrl") ? Qt::ControlModifier : Qt::ShiftModifier;
+    }
+    const GridProbe grid(usable(arguments[0]));
+    const QPoint point = rowPoint(grid, wholeNumber(arguments[1]));
+    reachAndClick(grid.body(), point, modifiers);
+}
+
+void Commands::doubleClick(const Arguments& arguments)
+{
+    const GridProbe grid(usable(arguments[0]));
+    const QPoint point = rowPoint(grid, wholeNumber(arguments[1]));
+    hands::reach(grid.body(), point);
+    hands::doubleClick(grid.body(), point);
+}
+
+void Commands::tick(const Arguments& arguments)
+{
+    const GridProbe grid(usable(arguments[0]));
+    reachAndClick(grid.body(), grid.checkRect(wholeNumber(arguments[1])).center());
+}
+
+void Commands::sort(const Arguments& arguments)
+{
+    const GridProbe grid(usable(arguments[0]));
+    reachAndClick(grid.header(), grid.headerRect(wholeNumber(arguments[1])).center());
+}
+
+void Commands::group(const Arguments& arguments)
+{
+    const GridProbe grid(usable(arguments[0]));
+    const QPoint from = grid.headerRect(wholeNumber(arguments[1])).center();
+    QWidget* box = grid.groupBox();
+    hands::reach(grid.header(), from);
+    hands::drag(grid.header(), from, box, box->rect().center());
+}
+
+void Commands::ungroup(const Arguments& arguments)
+{
+    GridProbe(usable(arguments[0])).ungroupAll();
+}
+
+void Commands::width(const Arguments& arguments)
+{
+    const GridProbe grid(usable(arguments[0]));
+    const QRect header = grid.headerRect(wholeNumber(arguments[1]));
+    const int pixels = positiveNumber(arguments[2]);
+    const QPoint edge(header.right(), header.center().y());
+    hands::reach(grid.header(), edge);
+    hands::drag(grid.header(), edge, grid.header(), edge + QPoint(pixels - header.width(), 0));
+}
+
+void Commands::move(const Arguments& arguments)
+{
+    const GridProbe grid(usable(arguments[0]));
+    const int column = wholeNumber(arguments[1]);
+    const int position = wholeNumber(arguments[2]);
+    const QRect from = grid.headerRect(column);
+    const int there = grid.columnAt(position);
+    if (there < 0) {
+        throw CommandError{QStringLiteral("there is no visible position %1").arg(position)};
+    }
+    if (there == column) {
+        return;
+    }
+    const QRect target = grid.headerRect(there);
+    // Let go beyond the middle of the column that stands there, seen from where the drag comes.
+    const bool rightwards = grid.visiblePosition(column) < position;
+    const QPoint end(rightwards ? target.right() - 2 : target.left() + 2, target.center().y());
+    hands::reach(grid.header(), from.center());
+    hands::drag(grid.header(), from.center(), grid.header(), end);
+}
+
+void Commands::folder(const Arguments& arguments)
+{
+    QWidget* tree = usable(arguments[0]);
+    bool selected = false;
+    if (tree->metaObject()->indexOfMethod("selectPath(QString)") < 0) {
+        throw CommandError{QStringLiteral("%1 is no folder tree").arg(quoted(arguments[0].text))};
+    }
+    QMetaObject::invokeMethod(tree, "selectPath", Qt::DirectConnection, Q_RETURN_ARG(bool, selected),
+                              Q_ARG(QString, arguments[1].text));
+    if (!selected) {
+        throw CommandError{QStringLiteral("there is no folder %1").arg(quoted(arguments[1].text))};
+    }
+}
+
+void Commands::answer(const Arguments& arguments)
+{
+    QMessageBox* box = m_windows.messageBox();
+    if (box == nullptr) {
+        throw CommandError{QStringLiteral("no message box is open")};
+    }
+    QAbstractButton* button = buttonOf(box, arguments[0].text);
+    if (button == nullptr || !button->isVisible() || !button->isEnabled()) {
+        throw CommandError{QStringLiteral("the message box has no button %1").arg(quoted(arguments[0].text))};
+    }
+    reachAndClick(button, button->rect().center());
+}
+
+void Commands::close(const Arguments& /*arguments*/)
+{
+    QWidget* window = m_windows.topmost();
+    if (window == nullptr) {
+        throw CommandError{QStringLiteral("no window is open")};
+    }
+    if (!window->isEnabled()) {
+        throw CommandError{QStringLiteral("%1 is disabled").arg(quoted(window->objectName()))};
+    }
+    window->windowHandle()->close();
+}
+
+void Commands::resize(const Arguments& arguments)
+{
+    const QSize size(positiveNumber(arguments[0]), positiveNumber(arguments[1]));
+    QWidget* window = m_windows.topmost();
+    if (window == nullptr) {
+        throw CommandError{QStringLiteral("no window is open")};
+    }
+    window->resize(size);
+}
+
+void Commands::print(const Arguments& arguments)
+{
+    m_printer.line(controlLine(findControl(m_windows.topmostForm(), arguments[0].text)));
+}
+
+void Commands::rows(const Arguments& arguments)
+{
+    const GridProbe grid(findControl(m_windows.topmostForm(), arguments[0].text));
+    const int all = grid.rowCount();
+    const int from = arguments.size() > 1 ? wholeNumber(arguments[1]) : 0;
+    const int count = arguments.size() > 2 ? wholeNumber(arguments[2]) : all;
+    if (from < 0 || count < 0) {
+        throw CommandError{QStringLiteral("rows are counted from 0")};
+    }
+    for (int row = from; row < all && row - from < count; ++row) {
+        m_printer.line(grid.rowLine(row));
+    }
+}
+
+void Commands::lines(const Arguments& arguments)
+{
+    for (const QString& line : listLines(findControl(m_windows.topmostForm(), arguments[0].text))) {
+        m_printer.line(line);
+    }
+}
+
+void Commands::sql(const Arguments& arguments)
+{
+    for (const QString& line : m_host.sql(arguments[0].text)) {
+        m_printer.line(line);
+    }
+}
+
+void Commands::shot(const Arguments& arguments)
+{
+    QWidget* window = m_windows.topmost();
+    if (window == nullptr) {
+        throw CommandError{QStringLiteral("no window is open")};
+    }
+    if (!window->grab().save(arguments[0].text, "PNG")) {
+        throw CommandError{QStringLiteral("%1 cannot be written").arg(quoted(arguments[0].text))};
+    }
+}
+
+bool Commands::closeTopmost()
+{
+    QWidget* window = m_windows.topmost();
+    if (window == nullptr) {
+        return false;
+    }
+    if (auto* box = qobject_cast<QMessageBox*>(window)) {
+        for (const char* name : {"no", "ok", "yes"}) {
+            if (QAbstractButton* button = buttonOf(box, QLatin1String(name))) {
+                button->click();
+                return true;
+            }
+        }
+        box->hide();
+        return true;
+    }
+    window->setEnabled(true);
+    // A handler that refuses gets a second chance: it may have asked a question that was answered since.
+    if (++m_closeTries[window] > 2) {
+        window->hide();
+        return true;
+    }
+    window->close();
+    return true;
+}
+} // namespace zul::host

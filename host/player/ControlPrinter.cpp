@@ -1,0 +1,145 @@
+#include "host/player/ControlPrinter.h"
+
+#include "host/player/CommandError.h"
+#include "host/player/ControlFinder.h"
+#include "host/player/ScenarioParser.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTextEdit>
+
+namespace zul::host {
+namespace {
+// A caption as it reads on the screen, without the mark of its shortcut.
+QString caption(const QString& text)
+{
+    QString shown;
+    shown.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == QLatin1Char('&') && i + 1 < text.size()) {
+            ++i;
+        }
+        shown += text[i];
+    }
+    return shown;
+}
+
+QString tabState(const QTabWidget* tabs)
+{
+    QStringList pages;
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (tabs->isTabVisible(i)) {
+            pages.append(caption(tabs->tabText(i)));
+        }
+    }
+    return QStringLiteral(" page=%1 pages=%2").arg(QString::number(tabs->currentIndex()), quotedList(pages));
+}
+
+QString textState(const QString& text)
+{
+    return QStringLiteral(" text=") + quoted(text);
+}
+
+// What a control of its kind holds.
+QString state(const QWidget* control)
+{
+    if (control->isWindow()) {
+        return textState(control->windowTitle()) + QStringLiteral(" tag=") +
+               quoted(control->property("tag").toString());
+    }
+    if (const auto* tabs = qobject_cast<const QTabWidget*>(control)) {
+        return tabState(tabs);
+    }
+    if (const auto* button = qobject_cast<const QAbstractButton*>(control)) {
+        const bool hasValue = qobject_cast<const QCheckBox*>(control) != nullptr ||
+                              qobject_cast<const QRadioButton*>(control) != nullptr;
+        return (hasValue ? QStringLiteral(" value=%1").arg(button->isChecked() ? 1 : 0) : QString()) +
+               textState(caption(button->text()));
+    }
+    if (const auto* group = qobject_cast<const QGroupBox*>(control)) {
+        return textState(caption(group->title()));
+    }
+    if (const QVariant id = control->property("selectedId"); id.isValid()) {
+        return QStringLiteral(" id=%1").arg(id.toInt()) + textState(control->property("text").toString());
+    }
+    if (const auto* list = qobject_cast<const QComboBox*>(control)) {
+        return textState(list->currentText());
+    }
+    if (const auto* edit = qobject_cast<const QPlainTextEdit*>(control)) {
+        return textState(edit->toPlainText());
+    }
+    if (const auto* edit = qobject_cast<const QTextEdit*>(control)) {
+        return textState(edit->toPlainText());
+    }
+    if (const QVariant text = control->property("text"); text.isValid()) {
+        return textState(text.toString());
+    }
+    return {};
+}
+
+// The colour behind the control: its own, else what shines through from the next control that paints one.
+QColor background(const QWidget* control)
+{
+    for (const QWidget* around = control; around != nullptr; around = around->parentWidget()) {
+        const auto own = around->property("background").value<QColor>();
+        if (own.isValid()) {
+            return own;
+        }
+        const QPalette::ColorRole role = around->backgroundRole();
+        const bool paints =
+            around->isWindow() || around->autoFillBackground() || role == QPalette::Base ||
+            (role == QPalette::Button && qobject_cast<const QAbstractButton*>(around) != nullptr);
+        if (paints) {
+            return around->palette().color(role);
+        }
+    }
+    return {};
+}
+} // namespace
+
+QString controlLine(const QWidget* control)
+{
+    return QStringLiteral("control %1 visible=%2 enabled=%3")
+               .arg(control->objectName(), QString::number(isShown(control) ? 1 : 0),
+                    QString::number(control->isEnabled() ? 1 : 0)) +
+           state(control) + QStringLiteral(" background=") + background(control).name();
+}
+
+QStringList listLines(const QWidget* control)
+{
+    QStringList texts;
+    int count = 0;
+    auto* object = const_cast<QWidget*>(control);
+    if (control->metaObject()->indexOfMethod("lineCount()") >= 0 &&
+        QMetaObject::invokeMethod(object, "lineCount", Qt::DirectConnection, Q_RETURN_ARG(int, count))) {
+        for (int i = 0; i < count; ++i) {
+            QString text;
+            QMetaObject::invokeMethod(object, "lineText", Qt::DirectConnection, Q_RETURN_ARG(QString, text),
+                                      Q_ARG(int, i));
+            texts.append(text);
+        }
+    } else if (const auto* view = qobject_cast<const QAbstractItemView*>(control); view && view->model()) {
+        for (int i = 0; i < view->model()->rowCount(view->rootIndex()); ++i) {
+            texts.append(view->model()->index(i, 0, view->rootIndex()).data().toString());
+        }
+    } else if (const auto* list = qobject_cast<const QComboBox*>(control)) {
+        for (int i = 0; i < list->count(); ++i) {
+            texts.append(list->itemText(i));
+        }
+    } else {
+        throw CommandError{QStringLiteral("\"%1\" is no list").arg(control->objectName())};
+    }
+    QStringList lines;
+    lines.reserve(texts.size());
+    for (int i = 0; i < texts.size(); ++i) {
+        lines.append(QStringLiteral("line %1 %2").arg(QString::number(i), quoted(texts[i])));
+    }
+    return lines;
+}
+} // namespace zul::host

@@ -1,0 +1,161 @@
+#include "host/player/GridProbe.h"
+
+#include "host/player/CommandError.h"
+#include "host/player/ScenarioParser.h"
+
+#include <QMetaObject>
+#include <QWidget>
+
+namespace zul::host {
+template <typename Result, typename... Arguments>
+Result GridProbe::ask(const char* member, Arguments... arguments) const
+{
+    Result result{};
+    if (!QMetaObject::invokeMethod(m_grid, member, Qt::DirectConnection, Q_RETURN_ARG(Result, result),
+                                   Q_ARG(Arguments, arguments)...)) {
+        throw CommandError{
+            QStringLiteral("\"%1\" does not answer %2").arg(m_grid->objectName(), QLatin1String(member))};
+    }
+    return result;
+}
+
+GridProbe::GridProbe(QWidget* control)
+    : m_grid(control)
+{
+    if (!isGrid(control)) {
+        throw CommandError{QStringLiteral("\"%1\" is no grid").arg(control->objectName())};
+    }
+}
+
+bool GridProbe::isGrid(const QWidget* control)
+{
+    return control->property("reportGrid").toBool();
+}
+
+int GridProbe::rowCount() const
+{
+    return ask<int>("visibleRowCount");
+}
+
+int GridProbe::columnCount() const
+{
+    return m_grid->property("columnCount").toInt();
+}
+
+void GridProbe::checkRow(int row) const
+{
+    if (row < 0 || row >= rowCount()) {
+        throw CommandError{
+            QStringLiteral("\"%1\" has no row %2").arg(m_grid->objectName(), QString::number(row))};
+    }
+}
+
+void GridProbe::checkColumn(int column) const
+{
+    if (column < 0 || column >= columnCount()) {
+        throw CommandError{
+            QStringLiteral("\"%1\" has no column %2").arg(m_grid->objectName(), QString::number(column))};
+    }
+    if (visiblePosition(column) < 0) {
+        throw CommandError{QStringLiteral("column %1 of \"%2\" is hidden")
+                               .arg(QString::number(column), m_grid->objectName())};
+    }
+}
+
+QRect GridProbe::rowRect(int row) const
+{
+    checkRow(row);
+    return ask<QRect>("rowRect", row);
+}
+
+QRect GridProbe::checkRect(int row) const
+{
+    const QRect rect = checkRectOrNothing(row);
+    if (rect.isEmpty()) {
+        throw CommandError{QStringLiteral("row %1 of \"%2\" has no check box")
+                               .arg(QString::number(row), m_grid->objectName())};
+    }
+    return rect;
+}
+
+QRect GridProbe::checkRectOrNothing(int row) const
+{
+    checkRow(row);
+    return ask<QRect>("checkRect", row);
+}
+
+QRect GridProbe::headerRect(int column) const
+{
+    checkColumn(column);
+    const QRect rect = ask<QRect>("headerRect", column);
+    if (rect.isEmpty()) {
+        throw CommandError{QStringLiteral("column %1 of \"%2\" has no header")
+                               .arg(QString::number(column), m_grid->objectName())};
+    }
+    return rect;
+}
+
+int GridProbe::visiblePosition(int column) const
+{
+    return ask<int>("visiblePosition", column);
+}
+
+int GridProbe::columnAt(int visiblePosition) const
+{
+    for (int column = 0; column < columnCount(); ++column) {
+        if (this->visiblePosition(column) == visiblePosition) {
+            return column;
+        }
+    }
+    return -1;
+}
+
+QWidget* GridProbe::body() const
+{
+    return ask<QWidget*>("bodyViewport");
+}
+
+QWidget* GridProbe::header() const
+{
+    return ask<QWidget*>("headerViewport");
+}
+
+QWidget* GridProbe::groupBox() const
+{
+    QWidget* box = ask<QWidget*>("groupBoxWidget");
+    if (box == nullptr || !box->isVisible()) {
+        throw CommandError{QStringLiteral("\"%1\" shows no group box").arg(m_grid->objectName())};
+    }
+    return box;
+}
+
+void GridProbe::ungroupAll() const
+{
+    if (!QMetaObject::invokeMethod(m_grid, "ungroupAll", Qt::DirectConnection)) {
+        throw CommandError{QStringLiteral("\"%1\" cannot be ungrouped").arg(m_grid->objectName())};
+    }
+}
+
+QString GridProbe::rowLine(int row) const
+{
+    if (ask<bool>("rowIsGroup", row)) {
+        return QStringLiteral("group %1 %2")
+            .arg(quoted(ask<QString>("groupCaption", row)), QString::number(ask<int>("groupCount", row)));
+    }
+    const auto texts = ask<QStringList>("rowTexts", row);
+    const auto cells = ask<QVariantList>("rowCells", row);
+    const int check = ask<int>("checkColumn");
+    QString line = QStringLiteral("row %1").arg(row);
+    for (int column = 0; column < texts.size(); ++column) {
+        line += QLatin1Char(' ');
+        if (column == check) {
+            line += ask<int>("rowCheck", row) == 1 ? QLatin1String("[x]") : QLatin1String("[ ]");
+        } else if (column < cells.size() && !cells[column].isValid()) {
+            line += QLatin1String("NULL");
+        } else {
+            line += quoted(texts[column]);
+        }
+    }
+    return line;
+}
+} // namespace zul::host

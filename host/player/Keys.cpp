@@ -1,0 +1,50 @@
+#include "host/player/Keys.h"
+
+#include "host/player/CommandError.h"
+#include "host/player/ScenarioParser.h"
+
+#include <QKeySequence>
+
+namespace zul::host {
+namespace {
+QString textOf(int key, Qt::KeyboardModifiers modifiers)
+{
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return QStringLiteral("\r");
+    case Qt::Key_Escape:
+        return QStringLiteral("\x1b");
+    case Qt::Key_Tab:
+        return QStringLiteral("\t");
+    case Qt::Key_Backspace:
+        return QStringLiteral("\b");
+    case Qt::Key_Delete:
+        return QStringLiteral("\x7f");
+    default:
+        break;
+    }
+    const bool types = key >= 0x20 && key <= 0xff && !modifiers.testFlag(Qt::ControlModifier) &&
+                       !modifiers.testFlag(Qt::AltModifier) && !modifiers.testFlag(Qt::MetaModifier);
+    if (!types) {
+        return {};
+    }
+    const QChar c(static_cast<char16_t>(key));
+    return modifiers.testFlag(Qt::ShiftModifier) ? QString(c) : QString(c.toLower());
+}
+} // namespace
+
+KeyPress keyPress(const QString& name)
+{
+    const QKeySequence sequence = QKeySequence::fromString(name, QKeySequence::PortableText);
+    const int key = sequence.count() == 1 ? sequence[0].key() : Qt::Key_unknown;
+    if (key == Qt::Key_unknown || key == 0) {
+        throw CommandError{QStringLiteral("unknown key %1").arg(quoted(name))};
+    }
+    const Qt::KeyboardModifiers modifiers = sequence[0].keyboardModifiers();
+    if (key == Qt::Key_Tab && modifiers.testFlag(Qt::ShiftModifier)) {
+        return {Qt::Key_Backtab, modifiers, {}};
+    }
+    return {key, modifiers, textOf(key, modifiers)};
+}
+} // namespace zul::host

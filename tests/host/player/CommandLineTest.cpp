@@ -1,0 +1,137 @@
+#include "host/player/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+using zul::host::CommandLine;
+using zul::host::CommandLineError;
+using zul::host::parseCommandLine;
+using zul::host::StartWindow;
+
+CommandLine taken(const QStringList& arguments)
+{
+    const auto parsed = parseCommandLine(arguments);
+    const auto* error = std::get_if<CommandLineError>(&parsed);
+    EXPECT_EQ(error, nullptr) << (error == nullptr ? std::string() : error->message.toStdString());
+    const auto* line = std::get_if<CommandLine>(&parsed);
+    return line == nullptr ? CommandLine{} : *line;
+}
+
+QString refused(const QStringList& arguments)
+{
+    const auto parsed = parseCommandLine(arguments);
+    const auto* error = std::get_if<CommandLineError>(&parsed);
+    EXPECT_NE(error, nullptr) << arguments.join(QLatin1Char(' ')).toStdString();
+    return error == nullptr ? QString() : error->message;
+}
+
+TEST(CommandLine, HasDefaults)
+{
+    const CommandLine line = taken({});
+    EXPECT_TRUE(line.database.isEmpty());
+    EXPECT_FALSE(line.createDemo.has_value());
+    EXPECT_TRUE(line.appDir.isEmpty());
+    EXPECT_EQ(line.user, 1);
+    EXPECT_EQ(line.userName, QStringLiteral("demo"));
+    EXPECT_TRUE(line.showSms && line.showMail && line.showPush);
+    EXPECT_TRUE(line.searchRicorrenze && line.searchClassificazioni);
+    EXPECT_FALSE(line.touch);
+    EXPECT_EQ(line.window, StartWindow::Main);
+    EXPECT_TRUE(line.scenario.isEmpty());
+    EXPECT_TRUE(line.journal.isEmpty());
+    EXPECT_TRUE(line.component.isEmpty());
+    EXPECT_TRUE(line.appUrl.isEmpty());
+}
+
+TEST(CommandLine, TakesEveryOption)
+{
+    const CommandLine line = taken({"--database",
+                                    "DRIVER=FreeTDS;SERVER=x",
+                                    "--create-demo",
+                                    "0",
+                                    "--app-dir",
+                                    "C:\\App",
+                                    "--user",
+                                    "-7",
+                                    "--user-name",
+                                    "D'Amico",
+                                    "--show",
+                                    "sms,push",
+                                    "--search",
+                                    "none",
+                                    "--touch",
+                                    "--window",
+                                    "check",
+                                    "--scenario",
+                                    "-",
+                                    "--journal",
+                                    "j.txt",
+                                    "--component",
+                                    "c.so",
+                                    "--app-url",
+                                    "http://127.0.0.1:1/x"});
+    EXPECT_EQ(line.database, QStringLiteral("DRIVER=FreeTDS;SERVER=x"));
+    EXPECT_EQ(line.createDemo, 0);
+    EXPECT_EQ(line.appDir, QStringLiteral("C:\\App"));
+    EXPECT_EQ(line.user, -7);
+    EXPECT_EQ(line.userName, QStringLiteral("D'Amico"));
+    EXPECT_TRUE(line.showSms);
+    EXPECT_FALSE(line.showMail);
+    EXPECT_TRUE(line.showPush);
+    EXPECT_FALSE(line.searchRicorrenze);
+    EXPECT_FALSE(line.searchClassificazioni);
+    EXPECT_TRUE(line.touch);
+    EXPECT_EQ(line.window, StartWindow::Check);
+    EXPECT_EQ(line.scenario, QStringLiteral("-"));
+    EXPECT_EQ(line.journal, QStringLiteral("j.txt"));
+    EXPECT_EQ(line.component, QStringLiteral("c.so"));
+    EXPECT_EQ(line.appUrl, QStringLiteral("http://127.0.0.1:1/x"));
+}
+
+TEST(CommandLine, ReadsLists)
+{
+    EXPECT_FALSE(taken({"--show", "none"}).showPush);
+    const CommandLine mail = taken({"--show", "mail"});
+    EXPECT_TRUE(!mail.showSms && mail.showMail && !mail.showPush);
+    const CommandLine all = taken({"--show", "push,mail,sms", "--search", "classificazioni"});
+    EXPECT_TRUE(all.showSms && all.showMail && all.showPush);
+    EXPECT_TRUE(!all.searchRicorrenze && all.searchClassificazioni);
+}
+
+TEST(CommandLine, RefusesUnknownOptionsAndBadValues)
+{
+    EXPECT_TRUE(refused({"--databse", "x"}).contains(QStringLiteral("--databse")));
+    EXPECT_TRUE(refused({"scenario.txt"}).contains(QStringLiteral("scenario.txt")));
+    EXPECT_TRUE(refused({"--user"}).contains(QStringLiteral("needs a value")));
+    for (const QStringList& arguments : QList<QStringList>{
+             {"--user", "one"},
+             {"--user", "2147483648"},
+             {"--user", ""},
+             {"--create-demo", "-1"},
+             {"--create-demo", "1.5"},
+             {"--show", ""},
+             {"--show", "sms,"},
+             {"--show", "sms,none"},
+             {"--show", "SMS"},
+             {"--search", "comuni"},
+             {"--window", "Main"},
+             {"--database", ""},
+             {"--scenario", ""},
+             {"--app-url", "ftp://x"},
+         }) {
+        const QString message = refused(arguments);
+        EXPECT_TRUE(message.startsWith(arguments[0])) << message.toStdString();
+        EXPECT_TRUE(message.contains(QLatin1Char('"') + arguments[1] + QLatin1Char('"')))
+            << message.toStdString();
+    }
+}
+
+TEST(CommandLine, NamesEveryOptionInItsUsage)
+{
+    for (const char* option :
+         {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show", "--search",
+          "--touch", "--window", "--scenario", "--journal", "--component", "--app-url"}) {
+        EXPECT_TRUE(zul::host::usage().contains(QLatin1String(option))) << option;
+    }
+}
+} // namespace
