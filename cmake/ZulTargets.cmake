@@ -55,8 +55,8 @@ function(zul_qt_room name)
   target_link_libraries(zul_${name} PUBLIC Qt6::Widgets)
 endfunction()
 
-# zul_test(NAME SOURCES … LIBS … [QT] [TIMEOUT n] [LABELS …]): a GoogleTest program, run once under the
-# Italian locale without a display. With QT, moc runs over the sources and tests/QtTestMain.cpp supplies main.
+# zul_test(NAME SOURCES … LIBS … [QT] [TIMEOUT n] [LABELS …]): a GoogleTest program, run without a
+# display under the locale of the run (tests/run-in-locale.sh). With QT, moc runs over the sources and tests/QtTestMain.cpp supplies main.
 function(zul_test name)
   cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -74,7 +74,7 @@ function(zul_test name)
   else()
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
-  add_test(NAME ${name} COMMAND ${name})
+  add_test(NAME ${name} COMMAND "${CMAKE_SOURCE_DIR}/tests/run-in-locale.sh" "$<TARGET_FILE:${name}>")
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=it_IT.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp")
 endfunction()

@@ -1,0 +1,27 @@
+// What the component asks of the platform it runs on. One implementation per platform stands beside this
+// header; nothing else in the component knows which platform it is.
+#pragma once
+
+#include <QString>
+
+namespace zul::platform {
+
+/// The folder of the component's own library file, without a separator at its end.
+QString componentFolder();
+
+/// A path that was put together with "\" in the form that the file system takes. Every path passes here
+/// where the file system is touched, and nowhere else.
+QString nativePath(const QString& path);
+
+/// Whether a file (not a folder) stands at a path composed with "\".
+bool fileExists(const QString& path);
+
+/// Starts a program with a parameter text, no working directory and a normal window. Whether it could be
+/// started is not reported.
+void openProgram(const QString& nativeProgramPath, const QString& parameters);
+
+/// Prepares the environment for a QApplication that the component has to make itself, so that a machine
+/// without a display does not end the host.
+void prepareApplicationEnvironment();
+
+} // namespace zul::platform

@@ -1,0 +1,37 @@
+// The state that the public class fills and every form reads: one copy per process, on the host's
+// user-interface thread. It stands on the ground and knows no window.
+#pragma once
+
+#include "hostlib/Host.h"
+
+#include <QString>
+
+namespace zul {
+
+class Session
+{
+public:
+    QString PathMainApplication;   ///< the host application's folder
+    QString PathCartellaSMSSender; ///< folder of the sender program; empty when unset
+    bool showSendSms = false;
+    bool showSendMail = false;
+    bool showPushNotify = false;
+    bool searchBy_Ricorrenze = false;
+    bool searchBy_Classificazioni = false;
+    bool ShowTouchMode = false;
+    bool isFormLoaded = false; ///< the main form was shown and its choice can be read
+
+    /// Releases the connection object that is held and keeps a reference to another; nothing is opened,
+    /// tested or copied.
+    void setConnessione(host::SqlConnection connection);
+
+    /// The host's connection object. @throws Error 91 when there is none
+    const host::SqlConnection& connection() const;
+
+private:
+    host::SqlConnection m_connection;
+};
+
+Session& session();
+
+} // namespace zul

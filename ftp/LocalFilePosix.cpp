@@ -1,0 +1,201 @@
+#include "ftp/LocalFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zul::ftp {
+
+namespace {
+
+std::string nativePath(const std::string& path)
+{
+    // Cut at a NUL, the system's functions would open another file than the one that was named.
+    if (path.find('\0') != std::string::npos)
+        return {};
+    std::string native = path;
+    std::replace(native.begin(), native.end(), '\\', '/');
+    return native;
+}
+
+std::string folderOf(const std::string& native)
+{
+    const std::size_t slash = native.rfind('/');
+    if (slash == std::string::npos)
+        return ".";
+    return slash == 0 ? "/" : native.substr(0, slash);
+}
+
+bool isFolder(const std::string& native)
+{
+    struct stat status
+    {};
+    return stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+LocalError fromErrno(int number, const std::string& native)
+{
+    switch (number) {
+    case ENOENT:
+        return !native.empty() && isFolder(folderOf(native)) ? LocalError::NoFile : LocalError::NoFolder;
+    case ENOTDIR:
+        return LocalError::NoFolder;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+    case ETXTBSY:
+    case ENAMETOOLONG:
+        return LocalError::Denied;
+    case ENOSPC:
+    case EDQUOT:
+        return LocalError::Full;
+    default:
+        return LocalError::Fault;
+    }
+}
+
+int descriptor(std::intptr_t handle)
+{
+    return static_cast<int>(handle);
+}
+
+} // namespace
+
+int runTimeNumber(LocalError error)
+{
+    switch (error) {
+    case LocalError::NoFile:
+        return LocalFileNotFound;
+    case LocalError::NoFolder:
+        return LocalPathNotFound;
+    case LocalError::Denied:
+        return PathFileAccessError;
+    case LocalError::Full:
+        return LocalDiskFull;
+    case LocalError::None:
+    case LocalError::Fault:
+        break;
+    }
+    return DeviceIoError;
+}
+
+ErrorCode errorCode(LocalError error)
+{
+    switch (error) {
+    case LocalError::None:
+        return Success;
+    case LocalError::NoFile:
+        return FileNotFound;
+    case LocalError::NoFolder:
+        return PathNotFound;
+    case LocalError::Denied:
+        return AccessDenied;
+    case LocalError::Full:
+        return DiskFull;
+    case LocalError::Fault:
+        break;
+    }
+    return ReadFault;
+}
+
+LocalFile::~LocalFile()
+{
+    close();
+}
+
+LocalError LocalFile::open(const std::string& path, Mode mode)
+{
+    close();
+    const std::string native = nativePath(path);
+    int flags = O_CLOEXEC;
+    if (mode == Mode::Read)
+        flags |= O_RDONLY;
+    else
+        flags |= O_WRONLY | O_CREAT | (mode == Mode::Replace ? O_TRUNC : 0);
+    const int file = ::open(native.c_str(), flags, 0666);
+    if (file == -1)
+        return fromErrno(errno, native);
+    struct stat status
+    {};
+    if (fstat(file, &status) != 0 || S_ISDIR(status.st_mode)) {
+        ::close(file);
+        return LocalError::Denied;
+    }
+    m_handle = file;
+    return LocalError::None;
+}
+
+void LocalFile::close()
+{
+    if (isOpen())
+        ::close(descriptor(m_handle));
+    m_handle = -1;
+}
+
+LocalError LocalFile::size(std::uint64_t& bytes) const
+{
+    struct stat status
+    {};
+    if (fstat(descriptor(m_handle), &status) != 0)
+        return LocalError::Fault;
+    bytes = static_cast<std::uint64_t>(status.st_size);
+    return LocalError::None;
+}
+
+LocalError LocalFile::read(char* buffer, std::size_t wanted, std::size_t& got)
+{
+    got = 0;
+    while (got < wanted) {
+        const ssize_t count = ::read(descriptor(m_handle), buffer + got, wanted - got);
+        if (count == 0)
+            break;
+        if (count < 0) {
+            if (errno == EINTR)
+                continue;
+            return LocalError::Fault;
+        }
+        got += static_cast<std::size_t>(count);
+    }
+    return LocalError::None;
+}
+
+LocalError LocalFile::write(std::string_view data)
+{
+    while (!data.empty()) {
+        const ssize_t count = ::write(descriptor(m_handle), data.data(), data.size());
+        if (count < 0) {
+            if (errno == EINTR)
+                continue;
+            return fromErrno(errno, {});
+        }
+        data.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return LocalError::None;
+}
+
+LocalError LocalFile::probeReplace(const std::string& path)
+{
+    const std::string native = nativePath(path);
+    if (native.empty())
+        return LocalError::NoFolder;
+    if (isFolder(native))
+        return LocalError::Denied;
+    if (access(native.c_str(), W_OK) == 0)
+        return LocalError::None;
+    if (errno != ENOENT)
+        return fromErrno(errno, native);
+    const std::string folder = folderOf(native);
+    if (!isFolder(folder))
+        return LocalError::NoFolder;
+    return access(folder.c_str(), W_OK | X_OK) == 0 ? LocalError::None : LocalError::Denied;
+}
+
+bool LocalFile::exists(const std::string& path)
+{
+    return access(nativePath(path).c_str(), F_OK) == 0;
+}
+
+} // namespace zul::ftp

@@ -1,0 +1,43 @@
+#include "hostlib/Calls.h"
+
+#include <cmath>
+
+namespace zul::calls {
+
+namespace {
+
+constexpr double MillisecondsADay = 86'400'000.0;
+
+QDate dayZero()
+{
+    return {1899, 12, 30};
+}
+
+} // namespace
+
+DATE toDate(QDate day)
+{
+    return static_cast<double>(dayZero().daysTo(day));
+}
+
+DATE toDate(const QDateTime& when)
+{
+    const double days = toDate(when.date());
+    const double fraction = when.time().msecsSinceStartOfDay() / MillisecondsADay;
+    return days < 0 ? days - fraction : days + fraction;
+}
+
+QDateTime fromDate(DATE date)
+{
+    const double days = std::trunc(date);
+    const double milliseconds = std::nearbyint(std::fabs(date - days) * MillisecondsADay);
+    // UTC, because a local day may lack its midnight.
+    QDateTime when(dayZero().addDays(static_cast<qint64>(days)), QTime(0, 0), Qt::UTC);
+    const auto whole = static_cast<int>(milliseconds);
+    if (whole >= static_cast<int>(MillisecondsADay))
+        return when.addDays(1);
+    when.setTime(QTime::fromMSecsSinceStartOfDay(whole));
+    return when;
+}
+
+} // namespace zul::calls

@@ -1,0 +1,435 @@
+#include "hostlib/Host.h"
+
+#include "hostlib/Calls.h"
+
+#include <servprov.h>
+
+namespace zul::host {
+
+using namespace calls;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Time of day as the fraction of a day.
+DATE timeOfDay(const QDateTime& when)
+{
+    return toDate(QDateTime(QDate(1899, 12, 30), when.time(), Qt::UTC));
+}
+
+/// One "@" between a name and a domain with a dot inside it, and no blank anywhere.
+bool looksLikeEmail(const QString& email)
+{
+    const qsizetype at = email.indexOf(u'@');
+    if (at < 1 || email.indexOf(u'@', at + 1) >= 0)
+        return false;
+    for (const QChar c : email)
+        if (c.isSpace())
+            return false;
+    const QString domain = email.mid(at + 1);
+    const qsizetype dot = domain.indexOf(u'.');
+    return dot > 0 && !domain.endsWith(u'.') && !domain.contains(u".."_s);
+}
+
+bool flag(const ado::Recordset& row, const QString& field)
+{
+    return row.integer(field, 0) != 0;
+}
+
+} // namespace
+
+// --------------------------------------------------------------------------------------- SqlConnection
+
+SqlConnection::SqlConnection(ComPtr<_SqlConnection> object)
+    : m_object(std::move(object))
+{
+}
+
+void SqlConnection::queryService(const IID& iid, void** result) const
+{
+    const ComPtr<IServiceProvider> provider = m_object.as<IServiceProvider>();
+    if (!provider)
+        return;
+    // A failed query leaves nothing that could be taken for a reference.
+    if (FAILED(provider->QueryService(iid, iid, result)))
+        *result = nullptr;
+}
+
+ado::Connection SqlConnection::connection() const
+{
+    if (!m_object)
+        throw Error(RunTime::ObjectNotSet);
+    ComPtr<IConnection> connection;
+    check(m_object->get_Connection(connection.put()));
+    if (!connection)
+        throw Error(RunTime::ObjectNotSet);
+    return ado::Connection(std::move(connection));
+}
+
+QString SqlConnection::userName() const
+{
+    if (!m_object)
+        throw Error(RunTime::ObjectNotSet);
+    return text([&](BSTR* result) { return m_object->get_UserName(result); });
+}
+
+QString SqlConnection::lookupText(const QString& field, const QString& table, const QString& condition) const
+{
+    if (!m_object)
+        throw Error(RunTime::ObjectNotSet);
+    Variant result;
+    check(m_object->LookupValue(bstr(field).get(), bstr(table).get(), bstr(condition).get(), result.put()));
+    if (result.isEmpty() || result.isNull())
+        return {};
+    check(result.changeType(VT_BSTR));
+    return toQString(result.text());
+}
+
+qint32 SqlConnection::nextId(const QString& table, const QString& key) const
+{
+    if (!m_askedForIdGenerator) {
+        m_idGenerator = service<IIdGenerator>();
+        m_askedForIdGenerator = true;
+    }
+    if (m_idGenerator) {
+        const Bstr tableText = bstr(table);
+        const Bstr keyText = bstr(key);
+        return static_cast<qint32>(value<LONG>([&](LONG* id) {
+            return m_idGenerator->NextId(tableText.get(), keyText.get(), m_object.get(), id);
+        }));
+    }
+    const ado::Connection database = connection();
+    database.begin();
+    try {
+        ado::Recordset largest =
+            database.open(u"SELECT Max("_s + key + u") as maxId FROM "_s + table, ado::Cursor::Static,
+                          ado::Lock::ReadOnly);
+        const qint32 id = largest.integer(u"maxId"_s, 0) + 1;
+        largest.close();
+        database.commit();
+        return id;
+    } catch (...) {
+        database.rollback();
+        throw;
+    }
+}
+
+void SqlConnection::tellRowAdded(const QString& table, qint32 id) const
+{
+    if (const auto tracker = service<IChangeTracker>())
+        check(tracker->RowAdded(bstr(table).get(), id, m_object.get()));
+}
+
+bool SqlConnection::startProgram(const QString& nativePath, const QString& parameters) const
+{
+    const auto starter = service<IProgramStarter>();
+    if (!starter)
+        return false;
+    // Whether the program started is not looked at, here as on the component's own way.
+    starter->Start(bstr(nativePath).get(), bstr(parameters).get());
+    return true;
+}
+
+bool SqlConnection::isValidEmail(const QString& email) const
+{
+    if (const auto emailCheck = service<IEmailCheck>())
+        return value<VARIANT_BOOL>([&](VARIANT_BOOL* valid) {
+                   return emailCheck->IsValid(bstr(email).get(), valid);
+               }) != VARIANT_FALSE;
+    return looksLikeEmail(email);
+}
+
+// -------------------------------------------------------------------------------------------- Customer
+
+Customer::Customer(const SqlConnection& connection)
+    : m_connection(connection)
+    , m_object(connection.service<ICustomer>())
+{
+}
+
+void Customer::init(qint32 idCliente)
+{
+    if (m_object) {
+        check(m_object->Init(idCliente, m_connection.object()));
+        return;
+    }
+    m_columns = {};
+    ado::Recordset row = m_connection.connection().open(
+        u"SELECT * FROM tabClienti WHERE IdCliente="_s + QString::number(idCliente), ado::Cursor::Static,
+        ado::Lock::ReadOnly);
+    if (row.eof())
+        return;
+    m_columns.id = idCliente;
+    m_columns.name = row.text(u"RagioneSociale1"_s) + u' ' + row.text(u"RagioneSociale2"_s);
+    m_columns.email = row.text(u"email"_s);
+    m_columns.consensoSms = flag(row, u"ConsensoSms"_s);
+    m_columns.consensoEmail = flag(row, u"ConsensoEmail"_s);
+    m_columns.idClassificazione = row.integer(u"idClassificazione"_s, 0);
+}
+
+qint32 Customer::id() const
+{
+    if (!m_object)
+        return m_columns.id;
+    return static_cast<qint32>(value<LONG>([&](LONG* result) { return m_object->get_Id(result); }));
+}
+
+QString Customer::name() const
+{
+    if (!m_object)
+        return m_columns.name;
+    return text([&](BSTR* result) { return m_object->get_Name(result); });
+}
+
+QString Customer::email() const
+{
+    if (!m_object)
+        return m_columns.email;
+    return text([&](BSTR* result) { return m_object->get_Email(result); });
+}
+
+bool Customer::consensoSms() const
+{
+    if (!m_object)
+        return m_columns.consensoSms;
+    return value<VARIANT_BOOL>([&](VARIANT_BOOL* result) { return m_object->get_ConsensoSms(result); }) !=
+           VARIANT_FALSE;
+}
+
+bool Customer::consensoEmail() const
+{
+    if (!m_object)
+        return m_columns.consensoEmail;
+    return value<VARIANT_BOOL>([&](VARIANT_BOOL* result) { return m_object->get_ConsensoEmail(result); }) !=
+           VARIANT_FALSE;
+}
+
+qint32 Customer::idClassificazione() const
+{
+    if (!m_object)
+        return m_columns.idClassificazione;
+    return static_cast<qint32>(
+        value<LONG>([&](LONG* result) { return m_object->get_IdClassificazione(result); }));
+}
+
+// --------------------------------------------------------------------------------------- MessageRecord
+
+MessageRecord::MessageRecord(const SqlConnection& connection)
+    : m_connection(connection)
+    , m_object(connection.service<IMessageRecord>())
+    , m_userName(connection.userName())
+{
+}
+
+bool MessageRecord::save(const Message& message)
+{
+    if (!m_object) {
+        saveRow(message);
+        return true;
+    }
+    check(m_object->put_IdTipoMessaggio(message.idTipoMessaggio));
+    check(m_object->put_Descrizione(bstr(message.descrizione).get()));
+    check(m_object->put_Testo(bstr(message.testo).get()));
+    if (!message.contatto.isNull())
+        check(m_object->put_Contatto(bstr(message.contatto).get()));
+    check(m_object->put_IDCliente(message.idCliente));
+    check(m_object->put_Riferimento(bstr(u"-1"_s).get()));
+    check(m_object->put_Flag1(VARIANT_TRUE));
+    check(m_object->put_Flag2(VARIANT_TRUE));
+    check(m_object->put_Flag3(VARIANT_TRUE));
+    check(m_object->put_Valore(0));
+    check(m_object->put_DataCreaz(toDate(message.creazione.date())));
+    check(m_object->put_OraCreaz(timeOfDay(message.creazione)));
+    check(m_object->put_UtenteUltimoAccesso(bstr(m_userName).get()));
+    return value<VARIANT_BOOL>([&](VARIANT_BOOL* stored) {
+               return m_object->Save(m_connection.object(), stored);
+           }) != VARIANT_FALSE;
+}
+
+void MessageRecord::saveRow(const Message& message)
+{
+    const qint32 id = m_connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s);
+    ado::Recordset row = m_connection.connection().open(u"SELECT * FROM TMK_MailingList WHERE 1=2"_s,
+                                                        ado::Cursor::Static, ado::Lock::Pessimistic);
+    row.addNew();
+    row.set(u"idMailing"_s, id);
+    row.set(u"idTipoMessaggio"_s, message.idTipoMessaggio);
+    row.set(u"Descrizione"_s, message.descrizione);
+    row.set(u"Testo"_s, message.testo);
+    if (!message.contatto.isNull())
+        row.set(u"Contatto"_s, message.contatto);
+    row.set(u"IDCliente"_s, message.idCliente);
+    row.set(u"Riferimento"_s, u"-1"_s);
+    row.set(u"Flag1"_s, true);
+    row.set(u"Flag2"_s, true);
+    row.set(u"Flag3"_s, true);
+    row.set(u"Valore"_s, qint32{0});
+    row.set(u"DataCreaz"_s, ado::dayValue(message.creazione.date()));
+    row.set(u"OraCreaz"_s, QDateTime(QDate(1899, 12, 30), message.creazione.time(), Qt::UTC));
+    row.set(u"UtenteUltimoAccesso"_s, m_userName);
+    row.update();
+    row.close();
+}
+
+// ------------------------------------------------------------------------------------------ TextParser
+
+TextParser::TextParser(const SqlConnection& connection)
+    : m_object(connection.service<ITextParser>())
+{
+}
+
+QString TextParser::parse(const QString& source, const Customer& customer, const QString& classificazione) const
+{
+    if (!m_object)
+        return source;
+    return text([&](BSTR* result) {
+        return m_object->Parse(bstr(source).get(), customer.interface(), bstr(classificazione).get(), result);
+    });
+}
+
+// ----------------------------------------------------------------------------------- CustomerFilterSql
+
+CustomerFilterSql::CustomerFilterSql(const SqlConnection& connection)
+    : m_object(connection.service<ICustomerFilterSql>())
+{
+}
+
+ICustomerFilterSql* CustomerFilterSql::object() const
+{
+    if (!m_object)
+        throw Error(RunTime::ObjectNotSet);
+    return m_object.get();
+}
+
+QString CustomerFilterSql::Ricorrenze(qint32 id, QDate from, QDate to) const
+{
+    return text([&](BSTR* sql) { return object()->Ricorrenze(id, toDate(from), toDate(to), sql); });
+}
+
+QString CustomerFilterSql::RicorrenzeIn(qint32 id, QDate from, QDate to, const QString& ids) const
+{
+    return text([&](BSTR* sql) {
+        return object()->RicorrenzeIn(id, toDate(from), toDate(to), bstr(ids).get(), sql);
+    });
+}
+
+QString CustomerFilterSql::PuntiFidelity(double least, double most) const
+{
+    return text([&](BSTR* sql) { return object()->PuntiFidelity(least, most, sql); });
+}
+
+QString CustomerFilterSql::PuntiFidelityIn(double least, double most, const QString& ids) const
+{
+    return text([&](BSTR* sql) { return object()->PuntiFidelityIn(least, most, bstr(ids).get(), sql); });
+}
+
+QString CustomerFilterSql::Classificazione(qint32 id) const
+{
+    return text([&](BSTR* sql) { return object()->Classificazione(id, sql); });
+}
+
+QString CustomerFilterSql::ClassificazioneIn(qint32 id, const QString& ids) const
+{
+    return text([&](BSTR* sql) { return object()->ClassificazioneIn(id, bstr(ids).get(), sql); });
+}
+
+QString CustomerFilterSql::Fatturato(QDate from, QDate to, double least, double most) const
+{
+    return text([&](BSTR* sql) { return object()->Fatturato(toDate(from), toDate(to), least, most, sql); });
+}
+
+QString CustomerFilterSql::FatturatoIn(QDate from, QDate to, double least, double most, const QString& ids) const
+{
+    return text([&](BSTR* sql) {
+        return object()->FatturatoIn(toDate(from), toDate(to), least, most, bstr(ids).get(), sql);
+    });
+}
+
+QString CustomerFilterSql::NumeroAcquisti(QDate from, QDate to, double least, double most) const
+{
+    return text(
+        [&](BSTR* sql) { return object()->NumeroAcquisti(toDate(from), toDate(to), least, most, sql); });
+}
+
+QString CustomerFilterSql::NumeroAcquistiIn(QDate from, QDate to, double least, double most,
+                                            const QString& ids) const
+{
+    return text([&](BSTR* sql) {
+        return object()->NumeroAcquistiIn(toDate(from), toDate(to), least, most, bstr(ids).get(), sql);
+    });
+}
+
+QString CustomerFilterSql::PeriodoAcquisto(QDate from, QDate to) const
+{
+    return text([&](BSTR* sql) { return object()->PeriodoAcquisto(toDate(from), toDate(to), sql); });
+}
+
+QString CustomerFilterSql::PeriodoAcquistoIn(QDate from, QDate to, const QString& ids) const
+{
+    return text([&](BSTR* sql) {
+        return object()->PeriodoAcquistoIn(toDate(from), toDate(to), bstr(ids).get(), sql);
+    });
+}
+
+// -------------------------------------------------------------------------------------- AdvancedSearch
+
+AdvancedSearch::AdvancedSearch(const SqlConnection& connection)
+    : m_object(connection.service<IAdvancedSearch>())
+{
+}
+
+QString AdvancedSearch::search(const SqlConnection& connection, qint32 kind)
+{
+    if (!m_object)
+        return {};
+    check(m_object->put_Connection(connection.object()));
+    return text([&](BSTR* filter) { return m_object->Search(kind, filter); });
+}
+
+// ---------------------------------------------------------------------------------------- AppConnector
+
+AppConnector::AppConnector(const SqlConnection& connection, const QString& slug, const QString& salt)
+    : m_object(connection.service<IAppConnector>())
+{
+    if (m_object)
+        check(m_object->Init(bstr(slug).get(), bstr(salt).get()));
+}
+
+namespace {
+
+AppConnector::Result notAvailable()
+{
+    return {false, u"Connettore app non disponibile."_s};
+}
+
+template <class Call>
+AppConnector::Result sendResult(Call&& call)
+{
+    Bstr errorText;
+    VARIANT_BOOL sent = VARIANT_FALSE;
+    check(call(errorText.put(), &sent));
+    return {sent != VARIANT_FALSE, toQString(errorText.view())};
+}
+
+} // namespace
+
+AppConnector::Result AppConnector::sendToContact(const QString& email, const QDateTime& when,
+                                                 const QString& message)
+{
+    if (!m_object)
+        return notAvailable();
+    return sendResult([&](BSTR* errorText, VARIANT_BOOL* sent) {
+        return m_object->SendToContact(bstr(email).get(), toDate(when), bstr(message).get(), errorText, sent);
+    });
+}
+
+AppConnector::Result AppConnector::sendToEverybody(const QString& message, const QDateTime& when)
+{
+    if (!m_object)
+        return notAvailable();
+    return sendResult([&](BSTR* errorText, VARIANT_BOOL* sent) {
+        return m_object->SendToEverybody(bstr(message).get(), toDate(when), errorText, sent);
+    });
+}
+
+} // namespace zul::host

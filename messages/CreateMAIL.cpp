@@ -1,0 +1,74 @@
+#include "messages/CreateMAIL.h"
+
+#include "hostlib/Ado.h"
+#include "hostlib/Host.h"
+#include "messages/Campaign.h"
+#include "messages/SendChoices.h"
+#include "selection/ResultGridQuery.h"
+
+#include <QLocale>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+QString campaignDescription(const QDateTime& now)
+{
+    const QLocale locale;
+    return u"CAMPAGNA MAIL DEL:"_s + locale.toString(now.date(), QLocale::ShortFormat) + u' ' +
+           locale.toString(now.time(), QLocale::ShortFormat);
+}
+
+bool createMail(const host::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+                qint32 idMessaggio, qint32 idUtente, bool clearMarks)
+{
+    outcomes.append(separatorLine());
+
+    const QDateTime start = QDateTime::currentDateTime();
+    Campaign campaign;
+    campaign.Descrizione = campaignDescription(start);
+    campaign.DataLancio = start.date();
+    campaign.datatermine = start.date().addDays(1);
+    campaign.idMessaggio = idMessaggio;
+    campaign.idOperatore = idUtente;
+    const qint32 idCampagna = saveCampaign(connection, campaign, std::nullopt);
+
+    ado::Recordset queue = connection.connection().open(u"SELECT * FROM TMK_MailingList WHERE 1=2"_s,
+                                                        ado::Cursor::Static, ado::Lock::Pessimistic);
+    host::Customer customer(connection);
+    for (int row = 0; row < recipients.count(); ++row) {
+        if (recipients.isMarked(row)) {
+            const QString name = recipients.text(row, ColumnCliente);
+            const QString skipped = u"ERRORE - Saltata richiesta invio EMAIL per "_s + name;
+            if (recipients.text(row, ColumnEmail).isEmpty()) {
+                outcomes.append(skipped + u": email non presente."_s);
+            } else if (recipients.isNumeric(row, ColumnIdCliente)) {
+                const qint32 idCliente = recipients.idCliente(row);
+                customer.init(idCliente);
+                if (!customer.consensoEmail()) {
+                    outcomes.append(skipped + u": consenso EMAIL non presente."_s);
+                } else {
+                    queue.addNew();
+                    queue.set(u"idMailing"_s,
+                              connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
+                    queue.set(u"idCampagna"_s, idCampagna);
+                    queue.set(u"idMessaggio"_s, idMessaggio);
+                    queue.set(u"IDCliente"_s, idCliente);
+                    queue.set(u"Contatto"_s, customer.email());
+                    queue.set(u"DataCreaz"_s, QDateTime::currentDateTime());
+                    queue.set(u"DataAgg"_s, QDateTime::currentDateTime());
+                    queue.set(u"Locked"_s, false);
+                    queue.set(u"idReferente"_s, qint16{-1});
+                    queue.update();
+                    outcomes.append(u"OK     - Preparata EMAIL per "_s + name);
+                }
+            }
+        }
+        if (clearMarks)
+            recipients.clearMark(row);
+    }
+    queue.close();
+    return true;
+}
+
+} // namespace zul

@@ -1,0 +1,86 @@
+#include "messages/CreateSMS.h"
+
+#include "hostlib/Ado.h"
+#include "hostlib/Host.h"
+#include "messages/SendChoices.h"
+#include "selection/ResultGridQuery.h"
+
+#include <QDateTime>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint32 KindSms = 6;
+
+/// The description of a classification; empty for one that has no row.
+QString classificationText(const host::SqlConnection& connection, qint32 idClassificazione)
+{
+    return connection.lookupText(u"descrizione"_s, u"tabRIC_Classificazioni"_s,
+                                 u"id = "_s + QString::number(idClassificazione));
+}
+
+} // namespace
+
+MessageTemplate readTemplate(const host::SqlConnection& connection, qint32 idMessaggio)
+{
+    ado::Recordset rows = connection.connection().open(
+        u"Select TestoSMS, OGGETTO from TMK_Messaggi where idMessaggio="_s + QString::number(idMessaggio),
+        ado::Cursor::Static, ado::Lock::ReadOnly);
+    MessageTemplate found;
+    if (!rows.eof()) {
+        found.testoSMS = rows.text(u"testoSMS"_s);
+        found.Oggetto = rows.text(u"Oggetto"_s);
+    }
+    rows.close();
+    return found;
+}
+
+bool createSms(const host::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+               qint32 idMessaggio, bool clearMarks)
+{
+    const MessageTemplate message = readTemplate(connection, idMessaggio);
+    outcomes.append(separatorLine());
+
+    host::Customer customer(connection);
+    host::TextParser parser(connection);
+    host::MessageRecord record(connection);
+
+    for (int row = 0; row < recipients.count(); ++row) {
+        if (recipients.isMarked(row)) {
+            const QString name = recipients.text(row, ColumnCliente);
+            const QString number = recipients.text(row, ColumnTelefono2);
+            const QString skipped = u"ERRORE - Saltata richiesta invio SMS per "_s + name;
+            if (!recipients.isNumeric(row, ColumnIdCliente) || number.isEmpty()) {
+                outcomes.append(skipped + u": numero cellulare non valido."_s);
+            } else {
+                const qint32 idCliente = recipients.idCliente(row);
+                customer.init(idCliente);
+                if (!customer.consensoSms()) {
+                    outcomes.append(skipped + u": consenso SMS non presente."_s);
+                } else {
+                    const QString classification =
+                        classificationText(connection, customer.idClassificazione());
+                    const QDateTime now = QDateTime::currentDateTime();
+                    const bool stored = record.save({.idTipoMessaggio = KindSms,
+                                                     .descrizione = u"SMS"_s,
+                                                     .testo = parser.parse(message.testoSMS, customer,
+                                                                           classification),
+                                                     .contatto = number,
+                                                     .idCliente = idCliente,
+                                                     .creazione = now});
+                    if (!stored)
+                        return false;
+                    outcomes.append(u"OK     - Preparato SMS per "_s + name);
+                }
+            }
+        }
+        if (clearMarks)
+            recipients.clearMark(row);
+    }
+    return true;
+}
+
+} // namespace zul

@@ -1,0 +1,279 @@
+#include "messages/PushNotifications.h"
+
+#include "component/Settings.h"
+#include "component/modLogger.h"
+#include "selection/ResultGridQuery.h"
+
+#include <QDateTime>
+#include <QSet>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint32 KindPush = 8;
+
+OperatorMessage stop(const QString& text)
+{
+    return {.text = text,
+            .icon = MessageIcon::Exclamation,
+            .title = QString::fromLatin1(MessageTitle),
+            .buttons = MessageButtons::Ok};
+}
+
+OperatorMessage question(const QString& text, MessageIcon icon)
+{
+    return {.text = text,
+            .icon = icon,
+            .title = QString::fromLatin1(MessageTitle),
+            .buttons = MessageButtons::YesNo};
+}
+
+QString missingSetting(const settings::Key& key)
+{
+    return u"L'opzione '%1' non è stata valorizzata. Accedere alle opzioni messaggistica da impostazioni di "
+           "backoffice."_s.arg(QString::fromLatin1(key.name));
+}
+
+/// Hides the progress control at the end of a run, however it ends.
+class ProgressGuard
+{
+public:
+    explicit ProgressGuard(Progress& progress)
+        : m_progress(progress)
+    {
+    }
+    ~ProgressGuard() { m_progress.GestWaitPlease(false, 0, {}); }
+    ProgressGuard(const ProgressGuard&) = delete;
+    ProgressGuard& operator=(const ProgressGuard&) = delete;
+
+private:
+    Progress& m_progress;
+};
+
+/// Sends to contacts, one by one.
+class ContactSender
+{
+public:
+    ContactSender(const host::SqlConnection& connection, host::AppConnector& connector, const QString& text)
+        : m_connector(connector)
+        , m_text(text)
+        , m_customer(connection)
+        , m_parser(connection)
+        , m_record(connection)
+    {
+    }
+
+    /// @return the error text; nothing when the notification was sent and recorded
+    std::optional<QString> send(const PushContact& contact)
+    {
+        m_parsed = m_text;
+        m_customer.init(contact.idCliente);
+        if (m_customer.id() < 1)
+            return u" Metodo init oggetto cliente fallito."_s;
+        m_parsed = PushNotify_TextMessage_Parser(m_parser, m_text, m_customer);
+        const QDateTime now = QDateTime::currentDateTime();
+        const host::AppConnector::Result result = m_connector.sendToContact(contact.email, now, m_parsed);
+        if (!result.sent)
+            return result.errorText;
+        const bool stored = m_record.save({.idTipoMessaggio = KindPush,
+                                           .descrizione = u"Notifica Push"_s,
+                                           .testo = m_parsed,
+                                           .contatto = QString(),
+                                           .idCliente = contact.idCliente,
+                                           .creazione = now});
+        if (!stored)
+            return u"Generazione messaggio su db non riuscita!"_s;
+        return std::nullopt;
+    }
+
+    QString customerName() const { return m_customer.name(); }
+
+    QString failureText(const PushContact& contact, const QString& error) const
+    {
+        QString text = u"Errore durante la creazione della notifica push per idCliente: "_s +
+                       QString::number(contact.idCliente);
+        if (m_customer.id() >= 1)
+            text += u" ("_s + m_customer.name() + u", "_s + m_customer.email() + u')';
+        return text + u", email: "_s + contact.email + u", testo: "_s + m_parsed + u"- Errore: "_s + error;
+    }
+
+private:
+    host::AppConnector& m_connector;
+    const QString& m_text;
+    QString m_parsed;
+    host::Customer m_customer;
+    host::TextParser m_parser;
+    host::MessageRecord m_record;
+};
+
+void sendToContacts(const host::SqlConnection& connection, host::AppConnector& connector,
+                    const std::vector<PushContact>& contacts, const QString& text, QStringList& errors,
+                    Outcomes& outcomes, Progress& progress)
+{
+    ContactSender sender(connection, connector, text);
+    const auto count = static_cast<qint32>(contacts.size());
+    qint32 number = 0;
+    for (const PushContact& contact : contacts) {
+        ++number;
+        progress.GestWaitPlease(true, static_cast<qint32>(number * qint64{100} / count),
+                                u"Invio notifica %1 di %2"_s.arg(number).arg(count));
+        const std::optional<QString> error = sender.send(contact);
+        if (!error) {
+            outcomes.append(u"OK     - "_s + sender.customerName() + u" - Creato correttamente."_s);
+            continue;
+        }
+        const QString failure = sender.failureText(contact, *error);
+        errors.append(failure);
+        outcomes.append(u"ERR    - "_s + failure);
+    }
+}
+
+void sendToEverybody(host::AppConnector& connector, const QString& text, QStringList& errors,
+                     Outcomes& outcomes, Progress& progress)
+{
+    progress.GestWaitPlease(true, 0, u"Invio notifica globale in corso...."_s);
+    const host::AppConnector::Result result =
+        connector.sendToEverybody(text, QDateTime::currentDateTime());
+    if (result.sent) {
+        outcomes.append(u"OK     - Notifica push globale - Creata correttamente."_s);
+        return;
+    }
+    const QString failure = u"Errore durante la creazione della notifica push globale, testo: "_s + text +
+                            u"- Errore: "_s + result.errorText;
+    errors.append(failure);
+    outcomes.append(u"ERR    - "_s + failure);
+}
+
+} // namespace
+
+QString PushNotify_TextMessage_Parser(const host::TextParser& parser, const QString& text,
+                                      const host::Customer& customer)
+{
+    return parser.parse(text, customer, QString());
+}
+
+bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
+                                          const std::vector<PushContact>& contacts, const QString& text,
+                                          QStringList& errors, qint32 criterion, Outcomes& outcomes,
+                                          Progress& progress) noexcept
+{
+    return trapped(moduleProcedure(u"modMain"_s, u"CreatePushNotifies_ListOfContacts_BL"_s), false, [&] {
+        outcomes.append(separatorLine());
+        host::AppConnector connector(connection, getDbValue(settings::ConnettoreAppSlug),
+                                     getDbValue(settings::ConnettoreAppSalt));
+        if (criterion != static_cast<qint32>(PushCriterion::Selected) &&
+            criterion != static_cast<qint32>(PushCriterion::Everybody)) {
+            errors.append(u"Non è stato selezionato il criterio di spedizione."_s);
+            return false;
+        }
+        progress.GestWaitPlease(true, 0, u"Invio notifiche push..."_s);
+        const ProgressGuard hideAtTheEnd(progress);
+        if (criterion == static_cast<qint32>(PushCriterion::Selected))
+            sendToContacts(connection, connector, contacts, text, errors, outcomes, progress);
+        else
+            sendToEverybody(connector, text, errors, outcomes, progress);
+        return true;
+    });
+}
+
+std::optional<QString> checkPush(const SendChoices& choices)
+{
+    if (choices.RBN_PushModel && choices.pushTemplateText.isEmpty())
+        return u"Selezionare correttamente un modello di messaggio per la notifica push."_s;
+    if (!choices.RBN_PushModel && choices.RBN_Push && choices.pushText.isEmpty())
+        return u"Inserire correttamente il testo per la notifica push."_s;
+    if (getDbValue(settings::ConnettoreAppSalt).isEmpty())
+        return missingSetting(settings::ConnettoreAppSalt);
+    if (getDbValue(settings::ConnettoreAppSlug).isEmpty())
+        return missingSetting(settings::ConnettoreAppSlug);
+    if (!choices.optApp_SoloSelezionati && !choices.optApp_TuttiRegistrati)
+        return u"Selezionare un criterio di spedizione."_s;
+    return std::nullopt;
+}
+
+QString pushText(const SendChoices& choices)
+{
+    return choices.RBN_PushModel ? choices.pushTemplateText : choices.pushText;
+}
+
+PushValidation validateProfiles(const host::SqlConnection& connection, const Recipients& recipients,
+                                Outcomes& outcomes)
+{
+    PushValidation validation;
+    // The ids are a keyed collection ("K" and the id): one customer is taken once.
+    QSet<qint32> ids;
+    const auto reject = [&](const QString& line) {
+        outcomes.append(u"ERRORE - "_s + line + u" Il profilo verrà scartato."_s);
+        ++validation.rejected;
+    };
+    for (int row = 0; row < recipients.count(); ++row) {
+        if (!recipients.isMarked(row))
+            continue;
+        const QString name = recipients.text(row, ColumnCliente);
+        if (!recipients.isNumeric(row, ColumnIdCliente)) {
+            reject(name + u": id cliente non valido."_s);
+            continue;
+        }
+        const QString email = recipients.text(row, ColumnEmail).trimmed();
+        if (email.isEmpty()) {
+            reject(name + u": email mancante."_s);
+        } else if (!connection.isValidEmail(email)) {
+            reject(name + u": email non valida ("_s + email + u")."_s);
+        } else {
+            const qint32 id = recipients.idCliente(row);
+            if (ids.contains(id))
+                throw Error(RunTime::DuplicateKey);
+            ids.insert(id);
+            validation.contacts.push_back({id, email});
+            outcomes.append(u"OK     - "_s + name + u": il profilo presenta email valida."_s);
+        }
+    }
+    return validation;
+}
+
+QString profilesQuestion(const PushValidation& validation)
+{
+    QString text = u"Esito validazione profili selezionati:\r\n - "_s +
+                   QString::number(validation.contacts.size()) + u" profili validi"_s;
+    if (validation.rejected > 0)
+        text += u"\r\n - "_s + QString::number(validation.rejected) +
+                u" non riceveranno la notifica push (vedi errori)."_s;
+    return text + u"\r\nProseguire con la creazione delle notifiche?"_s;
+}
+
+bool prepareNotifications(const host::SqlConnection& connection, const SendChoices& choices,
+                          const Recipients& recipients, Outcomes& outcomes, Progress& progress,
+                          const std::function<Answer(const OperatorMessage&)>& askOperator)
+{
+    outcomes.append(separatorLine());
+    if (const std::optional<QString> failure = checkPush(choices)) {
+        askOperator(stop(*failure));
+        return false;
+    }
+
+    PushValidation validation;
+    PushCriterion criterion = PushCriterion::Everybody;
+    if (choices.optApp_TuttiRegistrati) {
+        if (askOperator(question(u"Proseguire con l'invio della notifica globale?"_s,
+                                 MessageIcon::Information)) != Answer::Yes)
+            return false;
+    } else {
+        criterion = PushCriterion::Selected;
+        validation = validateProfiles(connection, recipients, outcomes);
+        if (validation.contacts.empty()) {
+            askOperator(stop(u"Nessun profilo risulta avere una email valida. Non è stata creata alcuna "
+                             "notifica push."_s));
+            return false;
+        }
+        if (askOperator(question(profilesQuestion(validation), MessageIcon::Exclamation)) != Answer::Yes)
+            return false;
+    }
+    QStringList errors;
+    return CreatePushNotifies_ListOfContacts_BL(connection, validation.contacts, pushText(choices), errors,
+                                                static_cast<qint32>(criterion), outcomes, progress);
+}
+
+} // namespace zul

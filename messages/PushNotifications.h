@@ -1,0 +1,85 @@
+// Push notifications: the choice is checked, the profiles are validated, and each notification is handed to
+// the host's app connector and recorded.
+#pragma once
+
+#include "controls/MessageSeam.h"
+#include "hostlib/Host.h"
+#include "messages/Recipients.h"
+#include "messages/SendChoices.h"
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace zul {
+
+/// Who gets a notification.
+enum class PushCriterion : qint32
+{
+    Selected = 0,  ///< the marked customers
+    Everybody = 1, ///< all registered users of the app
+};
+
+/// A validated profile.
+struct PushContact
+{
+    qint32 idCliente = 0;
+    QString email;
+};
+
+/// The progress of a run, shown while it lasts.
+class Progress
+{
+public:
+    virtual ~Progress() = default;
+    /// Shows or hides the control with a value and a caption, and lets the user interface breathe while it
+    /// is shown.
+    virtual void GestWaitPlease(bool show, qint32 value, const QString& caption) = 0;
+};
+
+/// Fills a text's placeholders for one customer.
+QString PushNotify_TextMessage_Parser(const host::TextParser& parser, const QString& text,
+                                      const host::Customer& customer);
+
+/// Sends the text to the contacts, or to everybody, and records what was sent to a contact. A contact that
+/// fails does not stop the loop.
+/// @param errors takes one text per failure
+/// @return true when the run came to its end; false for a criterion that is neither of the two, and after a
+///         run-time error, which is logged
+bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
+                                          const std::vector<PushContact>& contacts, const QString& text,
+                                          QStringList& errors, qint32 criterion, Outcomes& outcomes,
+                                          Progress& progress) noexcept;
+
+/// Why a notification cannot be prepared, or nothing: the text and settings checks in their fixed order. The
+/// settings are read only when the texts are in order, and each only when it is its turn.
+std::optional<QString> checkPush(const SendChoices& choices);
+
+/// The text that is to be sent: the template's where the template was chosen, else the free one.
+QString pushText(const SendChoices& choices);
+
+/// What the validation of the marked rows gave.
+struct PushValidation
+{
+    std::vector<PushContact> contacts;
+    int rejected = 0;
+};
+
+/// Takes the e-mail address of every marked row, judges it and writes one line per row.
+/// @throws Error 457 when a customer stands in two marked rows
+PushValidation validateProfiles(const host::SqlConnection& connection, const Recipients& recipients,
+                                Outcomes& outcomes);
+
+/// The question before notifications to validated profiles are made.
+QString profilesQuestion(const PushValidation& validation);
+
+/// The whole preparation: checks, validation, question, creation.
+/// @param askOperator shows a message and gives the answer
+/// @return true when notifications were created
+bool prepareNotifications(const host::SqlConnection& connection, const SendChoices& choices,
+                          const Recipients& recipients, Outcomes& outcomes, Progress& progress,
+                          const std::function<Answer(const OperatorMessage&)>& askOperator);
+
+} // namespace zul

@@ -1,0 +1,14 @@
+// Appends a message template that the operator typed.
+#pragma once
+
+#include <QString>
+
+namespace zul {
+
+/// Appends one template of kind 6 (SMS and push templates are one and the same list) and tells the host's
+/// change tracker of it. There is no duplicate check: two saves of one text make two rows.
+/// @param text the operator's text, already trimmed
+/// @return the new idMessaggio; -1 when anything failed, which is then in the log
+qint32 salvaMessaggio(const QString& text) noexcept;
+
+} // namespace zul

@@ -1,0 +1,225 @@
+#include "options/frmCheckSendError.h"
+
+#include "component/ControlSetup.h"
+#include "component/FormHelpers.h"
+#include "component/Platform.h"
+#include "component/Session.h"
+#include "component/Settings.h"
+#include "controls/Background.h"
+#include "controls/CommonLook.h"
+#include "controls/FocusPaint.h"
+#include "controls/Icons.h"
+#include "ftp/FtpErrors.h"
+#include "ftp/cFtp.h"
+#include "hostlib/Ado.h"
+#include "options/FailedNumbers.h"
+#include "ui_frmCheckSendError.h"
+
+#include <QCloseEvent>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Procedure procedure(const QString& name)
+{
+    return formProcedure(u"frmCheckSendError"_s, name);
+}
+
+QString localCopy()
+{
+    return platform::componentFolder() + u'\\' + QString::fromLatin1(FailedNumbersFile);
+}
+
+std::string utf8(const QString& text)
+{
+    return text.toStdString();
+}
+
+void setText(ColumnStore& store, int column, const QString& text)
+{
+    store.appendText16(column, reinterpret_cast<const char16_t*>(text.utf16()),
+                       static_cast<std::size_t>(text.size()));
+}
+
+} // namespace
+
+frmCheckSendError::frmCheckSendError()
+    : m_ui(std::make_unique<Ui::frmCheckSendError>())
+{
+    m_ui->setupUi(this);
+    setTag(this, QString());
+    applyCommonLook(this, session().ShowTouchMode);
+    setupReportControl(m_ui->grid_result);
+    m_ui->grid_result->setTouchMode(session().ShowTouchMode);
+    m_ui->keybT->setTouchMode(session().ShowTouchMode);
+    m_ui->keybT->hide();
+    m_ui->cmdSMS_TestSMS->setIcon(icon(IconId::Start));
+    m_ui->cmdSMS_ClearAccount->setIcon(icon(IconId::Disable));
+    m_ui->cmdChiudi->setIcon(icon(IconId::Close, IconTone::OnAccent));
+
+    // The FTP fields keep their colour on this form; the keyboard alone follows the focus.
+    auto* focus = new FocusPaint(this);
+    for (QLineEdit* field :
+         {m_ui->txtFTP_Server, m_ui->txtFTP_Port, m_ui->txtFTP_User, m_ui->txtFTP_Password})
+        focus->watch(field, FocusSelect::Nothing, FocusPaint::Paint::No);
+    connect(focus, &FocusPaint::entered, this, [this](QWidget* field) { m_ui->keybT->attach(field); });
+
+    connect(m_ui->cmdSMS_TestSMS, &QPushButton::clicked, this, &frmCheckSendError::cmdSMS_TestSMS_Click);
+    connect(m_ui->cmdSMS_ClearAccount, &QPushButton::clicked, this,
+            &frmCheckSendError::cmdSMS_ClearAccount_Click);
+    connect(m_ui->cmdChiudi, &QPushButton::clicked, this, &frmCheckSendError::cmdChiudi_Click);
+    // Whatever ends the showing is an unload: the window lives for one showing only.
+    connect(this, &QDialog::finished, this, &frmCheckSendError::Form_Unload);
+    Form_Load();
+}
+
+frmCheckSendError::~frmCheckSendError() = default;
+
+void frmCheckSendError::Form_Load()
+{
+    trapped(procedure(u"Form_Load"_s), [&] {
+        setBackground(this, Qt::white);
+        setBackground(m_ui->GroupBox2, Qt::white);
+        m_ui->txtFTP_Server->setText(getDbValue(settings::CheckFtpServer));
+        m_ui->txtFTP_Port->setText(getDbValue(settings::CheckFtpPort));
+        m_ui->txtFTP_User->setText(getDbValue(settings::CheckFtpUser));
+        m_ui->txtFTP_Password->setText(getDbValue(settings::CheckFtpPassword));
+    });
+}
+
+void frmCheckSendError::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    Form_Activate();
+}
+
+void frmCheckSendError::Form_Activate()
+{
+    trapped(procedure(u"Form_Activate"_s), [&] { SetupControlsAppearance(this); });
+}
+
+void frmCheckSendError::Form_Unload()
+{
+    trapped(procedure(u"Form_Unload"_s), [&] {
+        setDbValue(settings::CheckFtpServer, m_ui->txtFTP_Server->text());
+        setDbValue(settings::CheckFtpPort, m_ui->txtFTP_Port->text());
+        setDbValue(settings::CheckFtpUser, m_ui->txtFTP_User->text());
+        setDbValue(settings::CheckFtpPassword, m_ui->txtFTP_Password->text());
+    });
+}
+
+void frmCheckSendError::reject() {}
+
+void frmCheckSendError::closeEvent(QCloseEvent* event)
+{
+    event->accept();
+    done(Rejected);
+}
+
+void frmCheckSendError::cmdChiudi_Click()
+{
+    trapped(procedure(u"cmdChiudi_Click"_s), [&] {
+        setTag(this, u"ESC"_s);
+        done(Rejected);
+    });
+}
+
+void frmCheckSendError::cmdSMS_TestSMS_Click()
+{
+    trapped(procedure(u"cmdSMS_TestSMS_Click"_s), [&] {
+        if (m_ui->txtFTP_Server->text().isEmpty() || m_ui->txtFTP_Password->text().isEmpty() ||
+            m_ui->txtFTP_User->text().isEmpty()) {
+            ask(this, {.text = u"Attenzione impostazioni non valide"_s,
+                       .icon = MessageIcon::Information,
+                       .title = QString::fromLatin1(ApplicationTitle),
+                       .buttons = MessageButtons::Ok});
+            return;
+        }
+        download();
+        // Also after a failure: an earlier copy of the report is read again, and that is meant.
+        const QStringList lines = readFailedNumbers(localCopy());
+        removeAll();
+        addColumns();
+        const WaitCursor waiting;
+        showFailedNumbers(lines);
+        m_ui->grid_result->populate();
+    });
+}
+
+void frmCheckSendError::download()
+{
+    try {
+        // Session and connection end with this object.
+        cFtp ftp;
+        const auto tell = [this](const QString& text) {
+            ask(this, {.text = text,
+                       .icon = MessageIcon::None,
+                       .title = QString::fromLatin1(ApplicationTitle),
+                       .buttons = MessageButtons::Ok});
+        };
+        bool connected = false;
+        {
+            const WaitCursor waiting;
+            connected =
+                ftp.OpenConnection(utf8(m_ui->txtFTP_Server->text()), utf8(m_ui->txtFTP_Port->text()),
+                                   utf8(m_ui->txtFTP_User->text()), utf8(m_ui->txtFTP_Password->text()));
+            // Whether the file came is not looked at; the message is the same.
+            if (connected)
+                ftp.SimpleFTPGetFile(utf8(localCopy()), FailedNumbersFile);
+        }
+        tell(connected ? u"Download completato"_s : u"connessione non riuscia"_s);
+    } catch (const ftp::RunTimeError& error) {
+        throw Error(error.number, QString::fromUtf8(error.what()));
+    }
+}
+
+void frmCheckSendError::showFailedNumbers(const QStringList& lines)
+{
+    const ado::Connection connection = session().connection().connection();
+    ColumnStore& store = m_ui->grid_result->store();
+    for (const QString& line : lines) {
+        const QString number = searchedNumber(line);
+        ado::Recordset customers =
+            connection.open(customersQuery(number), ado::Cursor::Static, ado::Lock::ReadOnly);
+        if (!number.isEmpty() && !customers.eof()) {
+            setText(store, 0, customers.text(u"Telefono2"_s));
+            setText(store, 1, customers.text(u"RagioneSociale1"_s));
+            store.endRow();
+        }
+        customers.close();
+    }
+}
+
+void frmCheckSendError::removeAll()
+{
+    m_ui->grid_result->deleteRecords();
+    m_ui->grid_result->deleteColumns();
+    m_ui->grid_result->populate();
+}
+
+void frmCheckSendError::addColumns()
+{
+    // "Regione" stands for the legal name here and always has.
+    m_ui->grid_result->addColumn({.field = u"Telefono2"_s, .caption = u"Numero telefono"_s, .width = 250});
+    m_ui->grid_result->addColumn(
+        {.field = u"RagioneSociale1"_s, .caption = u"Regione sociale"_s, .width = 300});
+}
+
+void frmCheckSendError::cmdSMS_ClearAccount_Click()
+{
+    trapped(procedure(u"cmdSMS_ClearAccount_Click"_s), [&] {
+        const WaitCursor waiting;
+        const uint32_t count = m_ui->grid_result->recordCount();
+        if (count > 0) {
+            const ado::Connection connection = session().connection().connection();
+            for (uint32_t record = 0; record < count; ++record)
+                connection.execute(disableStatement(m_ui->grid_result->cellText(record, 0)));
+        }
+        removeAll();
+    });
+}
+
+} // namespace zul

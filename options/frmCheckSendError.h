@@ -1,0 +1,47 @@
+// The send-error check: fetches the provider's report of failed numbers, lists the customers they belong to,
+// and disables the numbers.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+namespace Ui {
+class frmCheckSendError;
+}
+
+namespace zul {
+
+/// The four FTP fields are stored at every close, however caused. Tag: "ESC" after Close, empty after the
+/// close button.
+class frmCheckSendError : public QDialog
+{
+    Q_OBJECT
+
+public:
+    frmCheckSendError();
+    ~frmCheckSendError() override;
+
+public Q_SLOTS:
+    /// Escape leaves the dialog open: only its buttons end it.
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void Form_Load();
+    void Form_Activate();
+    void Form_Unload();
+    void cmdChiudi_Click();
+    void cmdSMS_TestSMS_Click();
+    void cmdSMS_ClearAccount_Click();
+    void download();
+    void showFailedNumbers(const QStringList& lines);
+    void addColumns();
+    void removeAll();
+
+    std::unique_ptr<Ui::frmCheckSendError> m_ui;
+};
+
+} // namespace zul

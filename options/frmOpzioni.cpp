@@ -1,0 +1,197 @@
+#include "options/frmOpzioni.h"
+
+#include "component/ControlSetup.h"
+#include "component/FormHelpers.h"
+#include "component/Platform.h"
+#include "component/Session.h"
+#include "component/Settings.h"
+#include "component/SmsSender.h"
+#include "controls/Background.h"
+#include "controls/CommonLook.h"
+#include "controls/FocusPaint.h"
+#include "controls/Icons.h"
+#include "controls/WaitNotice.h"
+#include "options/ProviderOptions.h"
+#include "options/frmShowPath.h"
+#include "ui_frmOpzioni.h"
+
+#include <QCloseEvent>
+#include <QDir>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Procedure procedure(const QString& name)
+{
+    return formProcedure(u"frmOpzioni"_s, name);
+}
+
+QString readSenderFolder(const QString& defaultValue)
+{
+    return readRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
+                        QString::fromLatin1(RegistryPathCartellaSMSSender), defaultValue);
+}
+
+void setCheck(QCheckBox* box, qint16 value)
+{
+    box->setChecked(value != 0);
+}
+
+QString checkText(const QCheckBox* box)
+{
+    return box->isChecked() ? u"1"_s : u"0"_s;
+}
+
+/// Whether a chosen folder counts: it is named and it is there.
+bool isFolder(const QString& path)
+{
+    return !path.isEmpty() && QDir(platform::nativePath(path)).exists();
+}
+
+} // namespace
+
+frmOpzioni::frmOpzioni()
+    : m_ui(std::make_unique<Ui::frmOpzioni>())
+{
+    m_ui->setupUi(this);
+    setTag(this, QString());
+    applyCommonLook(this, session().ShowTouchMode);
+    m_ui->keybT->setTouchMode(session().ShowTouchMode);
+    m_ui->keybT->hide();
+    m_ui->cmdSelezionaPath->setIcon(icon(IconId::Folder));
+    m_ui->cmdSMS_TestSMSSender->setIcon(icon(IconId::Start));
+    m_ui->cmdSalva->setIcon(icon(IconId::Save, IconTone::OnAccent));
+    m_ui->cmdAnnulla->setIcon(icon(IconId::Cancel));
+
+    auto* focus = new FocusPaint(this);
+    for (QLineEdit* field : {m_ui->txtSMS_Prov_User, m_ui->txtSMS_Prov_Pwd, m_ui->txtSMS_Prov_Mittente,
+                             m_ui->txtSMS_Prov_Soggetto, m_ui->txtSMS_Prov_ListId, m_ui->txtSMS_Prov_ConsoleId})
+        focus->watch(field);
+    connect(focus, &FocusPaint::entered, this, [this](QWidget* field) { m_ui->keybT->attach(field); });
+
+    connect(m_ui->cmdSalva, &QPushButton::clicked, this, &frmOpzioni::cmdSalva_Click);
+    connect(m_ui->cmdAnnulla, &QPushButton::clicked, this, &frmOpzioni::cmdAnnulla_Click);
+    connect(m_ui->cmdSelezionaPath, &QPushButton::clicked, this, &frmOpzioni::cmdSelezionaPath_Click);
+    connect(m_ui->cmdSMS_TestSMSSender, &QPushButton::clicked, this,
+            &frmOpzioni::cmdSMS_TestSMSSender_Click);
+    Form_Load();
+}
+
+frmOpzioni::~frmOpzioni() = default;
+
+QString frmOpzioni::choice() const
+{
+    return tagOf(this);
+}
+
+void frmOpzioni::Form_Load()
+{
+    trapped(procedure(u"Form_Load"_s), [&] {
+        setBackground(m_ui->GroupBox2, Qt::white);
+        loadSettings();
+        setBackground(m_ui->chkSMS_Add0039, Qt::white);
+        setBackground(m_ui->chkSMS_ZulSmsSenderAutoSend, Qt::white);
+    });
+}
+
+void frmOpzioni::loadSettings()
+{
+    // Each switch is read a second time once its text has been judged, as the settings table has always been
+    // asked.
+    if (prefixSwitch(getDbValue(settings::Aggiungi0039)))
+        setCheck(m_ui->chkSMS_Add0039, toInt16(getDbValue(settings::Aggiungi0039)));
+    autoSendSwitch(getDbValue(settings::InvioAutomatico));
+    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(getDbValue(settings::InvioAutomatico)));
+
+    m_ui->txtSMS_Prov_User->setText(getDbValue(settings::MailupUserName));
+    m_ui->txtSMS_Prov_Pwd->setText(getDbValue(settings::MailupPassword));
+    m_ui->txtSMS_Prov_Mittente->setText(getDbValue(settings::MailupFrom));
+    m_ui->txtSMS_Prov_Soggetto->setText(getDbValue(settings::MailupSubject));
+    m_ui->txtSMS_Prov_ListId->setText(getDbValue(settings::MailupListId));
+    m_ui->txtSMS_Prov_ConsoleId->setText(getDbValue(settings::MailupConsoleId));
+
+    const QString proposed = defaultSenderFolder(session().PathMainApplication);
+    const bool stored = !readSenderFolder(proposed).isEmpty();
+    m_ui->txtPathSMSSender->setText(stored ? readSenderFolder(proposed) : proposed);
+}
+
+void frmOpzioni::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    Form_Activate();
+}
+
+void frmOpzioni::Form_Activate()
+{
+    trapped(procedure(u"Form_Activate"_s), [&] {
+        SetupControlsAppearance(this);
+        m_ui->txtSMS_Prov_User->setFocus();
+        paintFocusIn(m_ui->txtSMS_Prov_User);
+        m_ui->keybT->attach(m_ui->txtSMS_Prov_User);
+        setBackground(m_ui->chkSMS_Add0039, Qt::white);
+        setBackground(m_ui->chkSMS_ZulSmsSenderAutoSend, Qt::white);
+    });
+}
+
+void frmOpzioni::cmdSalva_Click()
+{
+    trapped(procedure(u"cmdSalva_Click"_s), [&] {
+        setDbValue(settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039));
+        setDbValue(settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend));
+        setDbValue(settings::MailupUserName, m_ui->txtSMS_Prov_User->text());
+        setDbValue(settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text());
+        setDbValue(settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text());
+        setDbValue(settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text());
+        setDbValue(settings::MailupListId, m_ui->txtSMS_Prov_ListId->text());
+        setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
+        saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
+                     QString::fromLatin1(RegistryPathCartellaSMSSender), m_ui->txtPathSMSSender->text());
+        setTag(this, u"OK"_s);
+        hide();
+    });
+}
+
+void frmOpzioni::cmdAnnulla_Click()
+{
+    trapped(procedure(u"cmdAnnulla_Click"_s), [&] {
+        setTag(this, u"ESC"_s);
+        hide();
+    });
+}
+
+void frmOpzioni::reject() {}
+
+void frmOpzioni::closeEvent(QCloseEvent* event)
+{
+    // The close button leaves the tag empty.
+    event->accept();
+}
+
+void frmOpzioni::cmdSelezionaPath_Click()
+{
+    trapped(procedure(u"cmdSelezionaPath_Click"_s), [&] {
+        if (!m_frmShowPath)
+            m_frmShowPath = std::make_unique<frmShowPath>(this);
+        setTag(m_frmShowPath.get(), QString());
+        m_frmShowPath->exec();
+        const QString path = m_frmShowPath->selectedPath();
+        if (tagOf(m_frmShowPath.get()) == u"OK"_s && isFolder(path))
+            m_ui->txtPathSMSSender->setText(chosenFolder(path));
+    });
+}
+
+void frmOpzioni::cmdSMS_TestSMSSender_Click()
+{
+    trapped(procedure(u"cmdSMS_TestSMSSender_Click"_s), [&] {
+        if (!AvviaSmsSender(true, m_ui->txtPathSMSSender->text(), this))
+            return;
+        WaitNotice::open(
+            this, u"Caricamento avviato..."_s,
+            u"Il programma di gestione degli SMS è stato avviato. Attendere il caricamento..."_s);
+    });
+}
+
+} // namespace zul

@@ -1,0 +1,47 @@
+// The options dialog: the account of the SMS provider, two switches, and the folder of the sender program.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+namespace Ui {
+class frmOpzioni;
+}
+
+namespace zul {
+
+class frmShowPath;
+
+/// Nothing is written before Save. Tag: "OK" after Save, "ESC" after Cancel, empty after the close button.
+class frmOpzioni : public QDialog
+{
+    Q_OBJECT
+
+public:
+    frmOpzioni();
+    ~frmOpzioni() override;
+
+    QString choice() const;
+
+public Q_SLOTS:
+    /// Escape leaves the dialog open: only its buttons end it.
+    void reject() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void Form_Load();
+    void Form_Activate();
+    void loadSettings();
+    void cmdSalva_Click();
+    void cmdAnnulla_Click();
+    void cmdSelezionaPath_Click();
+    void cmdSMS_TestSMSSender_Click();
+
+    std::unique_ptr<Ui::frmOpzioni> m_ui;
+    std::unique_ptr<frmShowPath> m_frmShowPath; ///< created on first use and kept
+};
+
+} // namespace zul

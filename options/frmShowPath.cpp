@@ -1,0 +1,71 @@
+#include "options/frmShowPath.h"
+
+#include "component/ControlSetup.h"
+#include "component/FormHelpers.h"
+#include "component/Session.h"
+#include "controls/CommonLook.h"
+#include "controls/Icons.h"
+#include "ui_frmShowPath.h"
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Procedure procedure(const QString& name)
+{
+    return formProcedure(u"frmShowPath"_s, name);
+}
+
+} // namespace
+
+frmShowPath::frmShowPath(QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::frmShowPath>())
+{
+    m_ui->setupUi(this);
+    setTag(this, QString());
+    applyCommonLook(this, session().ShowTouchMode);
+    connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmShowPath::cmdOK_Click);
+    connect(m_ui->cmdCancella, &QPushButton::clicked, this, &frmShowPath::cmdCancella_Click);
+    Form_Load();
+}
+
+frmShowPath::~frmShowPath() = default;
+
+QString frmShowPath::selectedPath() const
+{
+    return m_ui->FolderTreeview1->selectedPath();
+}
+
+void frmShowPath::Form_Load()
+{
+    trapped(procedure(u"Form_Load"_s), [&] {
+        m_ui->cmdOK->setIcon(icon(IconId::Confirm, IconTone::OnAccent));
+        m_ui->cmdCancella->setIcon(icon(IconId::Cancel));
+        SetupControlsAppearance(this);
+    });
+}
+
+void frmShowPath::cmdOK_Click()
+{
+    trapped(procedure(u"cmdOK_Click"_s), [&] {
+        if (selectedPath().isEmpty()) {
+            tellOperator(this, u"Selezionare un percorso!"_s, MessageIcon::Critical);
+            return;
+        }
+        setTag(this, u"OK"_s);
+        hide();
+    });
+}
+
+void frmShowPath::cmdCancella_Click()
+{
+    trapped(procedure(u"cmdCancella_Click"_s), [&] {
+        setTag(this, u"ESC"_s);
+        hide();
+    });
+}
+
+} // namespace zul

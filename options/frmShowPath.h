@@ -1,0 +1,34 @@
+// The folder chooser of the options dialog.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+namespace Ui {
+class frmShowPath;
+}
+
+namespace zul {
+
+/// Shown modally; tag "OK" with a folder selected, "ESC" after Cancel. It keeps its selection between
+/// showings.
+class frmShowPath : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmShowPath(QWidget* parent);
+    ~frmShowPath() override;
+
+    /// The selected folder; empty when none is.
+    QString selectedPath() const;
+
+private:
+    void Form_Load();
+    void cmdOK_Click();
+    void cmdCancella_Click();
+
+    std::unique_ptr<Ui::frmShowPath> m_ui;
+};
+
+} // namespace zul

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs what the tests need, builds everything, and runs every test: the release build under the Italian
+# and once under the US locale, the fuzz targets for a short while, and the whole suite under the sanitizers.
+# Ends with CTest's summary.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")"
+
+packaging/install.sh build run test
+mkdir -p build
+jobs=$(nproc)
+
+tests/ftp/servers.sh build/ftp-servers
+export ZUL_FTP_SERVERS_DIR=$PWD/build/ftp-servers
+
+build() {
+    echo "== build $1"
+    cmake --preset "$1" >"build/configure-$1.log" 2>&1 || { cat "build/configure-$1.log" >&2; exit 1; }
+    cmake --build --preset "$1" -j "$jobs" >"build/build-$1.log" 2>&1 || { tail -n 60 "build/build-$1.log" >&2; exit 1; }
+}
+
+build release
+build fuzz
+build asan
+
+echo "== fuzz targets"
+tests/fuzz/run.sh build/fuzz 10
+
+# A run that fails shows its failures and ends here.
+suite() {
+    echo "== test $1 under $2"
+    ZUL_TEST_LOCALE=$2 ctest --preset "$1" -j "$jobs"
+}
+
+suite release en_US.UTF-8
+suite release it_IT.UTF-8
+suite asan it_IT.UTF-8
