@@ -6,8 +6,7 @@
 
 #include <QString>
 
-namespace zul::host
-{
+namespace zul::host {
 inline QString toQString(std::u16string_view text)
 {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
@@ -21,8 +20,4 @@ inline Bstr toBstr(const QString& text)
 
 // What a late-bound call returned, as "call" prints it: true, false, a number, a quoted text, or empty.
 QString resultText(const VARIANT& value);
-
-// A cell of a row set, as "sql" prints it: a quoted text, or NULL. The same under every locale: decimals have a
-// point, dates read 2026-11-21, with " 14:30:00" when they have a time of day, Booleans are 0 and 1.
-QString cellText(const VARIANT& value);
 } // namespace zul::host

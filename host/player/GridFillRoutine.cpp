@@ -3,10 +3,8 @@
 #include "automation/ErrorInfo.h"
 #include "host/player/AutomationText.h"
 
-namespace zul::host
-{
-namespace
-{
+namespace zul::host {
+namespace {
 bool isOn(const QStringList& list, LONG column)
 {
     return column >= list.size() || list[column].trimmed() != QLatin1String("0");
@@ -18,28 +16,22 @@ VARIANT_BOOL asBoolean(bool value)
 }
 } // namespace
 
-void fillGrid(IReportGrid& grid, IConnection& connection, const GridRequest& request)
+void fillGrid(IReportGrid& grid, IRecordset& rows, const GridColumns& columns)
 {
-    const Bstr sql = toBstr(request.sql);
-    ComPtr<IRecordset> rows;
-    throwIfFailed(connection.OpenRecordset(sql.get(), CursorForwardOnly, LockReadOnly, rows.put()));
-
-    const QStringList visibility = request.visibility.split(QLatin1Char(','));
-    const QStringList sizable = request.sizable.split(QLatin1Char(','));
+    const QStringList visibility = columns.visibility.split(QLatin1Char(','));
+    const QStringList sizable = columns.sizable.split(QLatin1Char(','));
     throwIfFailed(grid.DeleteRecords());
     throwIfFailed(grid.DeleteColumns());
     LONG fields = 0;
-    throwIfFailed(rows->get_FieldCount(&fields));
+    throwIfFailed(rows.get_FieldCount(&fields));
     for (LONG i = 0; i < fields; ++i) {
         Bstr field;
-        throwIfFailed(rows->FieldName(i, field.put()));
-        const Bstr caption =
-            i < request.captions.size() ? toBstr(request.captions[i]) : Bstr(field.view());
+        throwIfFailed(rows.FieldName(i, field.put()));
+        const Bstr caption = i < columns.captions.size() ? toBstr(columns.captions[i]) : Bstr(field.view());
         throwIfFailed(grid.AddColumn(field.get(), caption.get(), 0, asBoolean(isOn(sizable, i)),
                                      asBoolean(isOn(visibility, i))));
     }
-    throwIfFailed(grid.FillFromRecordset(rows.get()));
-    throwIfFailed(rows->Close());
+    throwIfFailed(grid.FillFromRecordset(&rows));
     throwIfFailed(grid.Populate());
 }
 

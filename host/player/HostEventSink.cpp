@@ -7,33 +7,31 @@
 
 #include <utility>
 
-namespace zul::host
-{
-namespace
-{
+namespace zul::host {
+namespace {
 QString textAt(const BSTR* place)
 {
     return place == nullptr ? QString() : toQString(textOf(*place));
 }
 } // namespace
 
-HostEventSink::HostEventSink(EventPrinter& printer, ComPtr<IConnection> connection)
+HostEventSink::HostEventSink(EventPrinter& printer, OpenRows openRows)
     : m_printer(printer)
-    , m_connection(std::move(connection))
-{
-}
+    , m_openRows(std::move(openRows))
+{}
 
-HRESULT STDMETHODCALLTYPE HostEventSink::CaricaGriglia(IDispatch** grid, BSTR* sql, BSTR* visibility, BSTR* icon,
-                                                       BSTR* mask, BSTR* sizable, BSTR* button, BSTR* format,
-                                                       BSTR* formatQta, BSTR* formatColore, _Collection** captions)
+HRESULT STDMETHODCALLTYPE HostEventSink::CaricaGriglia(IDispatch** grid, BSTR* sql, BSTR* visibility,
+                                                       BSTR* icon, BSTR* mask, BSTR* sizable, BSTR* button,
+                                                       BSTR* format, BSTR* formatQta, BSTR* formatColore,
+                                                       _Collection** captions)
 {
     return comGuard(u"zulhost", [&] {
         const QStringList texts = captionTexts(captions == nullptr ? nullptr : *captions);
         QString line = QStringLiteral("event CaricaGriglia");
         const std::pair<const char*, const BSTR*> parts[] = {
-            {"sql", sql},         {"visibility", visibility}, {"icon", icon},
-            {"mask", mask},       {"sizable", sizable},       {"button", button},
-            {"format", format},   {"formatqta", formatQta},   {"formatcolore", formatColore},
+            {"sql", sql},       {"visibility", visibility}, {"icon", icon},
+            {"mask", mask},     {"sizable", sizable},       {"button", button},
+            {"format", format}, {"formatqta", formatQta},   {"formatcolore", formatColore},
         };
         for (const auto& [name, text] : parts) {
             line += QLatin1Char(' ') + QLatin1String(name) + QLatin1Char('=') + quoted(textAt(text));
@@ -44,7 +42,10 @@ HRESULT STDMETHODCALLTYPE HostEventSink::CaricaGriglia(IDispatch** grid, BSTR* s
         if (!target) {
             throw ComError(E_INVALIDARG, u"CaricaGriglia was given no grid that can be filled");
         }
-        fillGrid(*target, *m_connection, {textAt(sql), textAt(visibility), textAt(sizable), texts});
+        // The query first: the grid keeps what it showed when it cannot be opened.
+        const ComPtr<IRecordset> rows = m_openRows(textAt(sql));
+        fillGrid(*target, *rows, {textAt(visibility), textAt(sizable), texts});
+        throwIfFailed(rows->Close());
     });
 }
 

@@ -6,9 +6,9 @@
 #include "host/player/GridFillRoutine.h"
 
 #include <Zul_MessageBuilder.h>
+#include <functional>
 
-namespace zul::host
-{
+namespace zul::host {
 class EventPrinter;
 
 // Answers CaricaGriglia: prints the event and fills the grid. A failure goes back to the component as a failed
@@ -16,18 +16,20 @@ class EventPrinter;
 class HostEventSink final : public ComObject<Dispatching<__SmsCreator, HostEventSink>>
 {
 public:
-    // The queries run on the given connection, which is the host's own: they do not stand in the journal. Keeps a
-    // reference to the printer.
-    HostEventSink(EventPrinter& printer, ComPtr<IConnection> connection);
+    // Opens a query on the host's own behalf.
+    using OpenRows = std::function<ComPtr<IRecordset>(const QString& sql)>;
 
-    HRESULT STDMETHODCALLTYPE CaricaGriglia(IDispatch** grid, BSTR* sql, BSTR* visibility, BSTR* icon, BSTR* mask,
-                                            BSTR* sizable, BSTR* button, BSTR* format, BSTR* formatQta,
-                                            BSTR* formatColore, _Collection** captions);
+    // Keeps a reference to the printer.
+    HostEventSink(EventPrinter& printer, OpenRows openRows);
+
+    HRESULT STDMETHODCALLTYPE CaricaGriglia(IDispatch** grid, BSTR* sql, BSTR* visibility, BSTR* icon,
+                                            BSTR* mask, BSTR* sizable, BSTR* button, BSTR* format,
+                                            BSTR* formatQta, BSTR* formatColore, _Collection** captions);
 
 private:
     const DispTable<HostEventSink>& dispTable() const override;
 
     EventPrinter& m_printer;
-    ComPtr<IConnection> m_connection;
+    OpenRows m_openRows;
 };
 } // namespace zul::host

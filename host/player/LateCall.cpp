@@ -7,10 +7,8 @@
 #include <limits>
 #include <utility>
 
-namespace zul::host
-{
-namespace
-{
+namespace zul::host {
+namespace {
 CallOutcome invoke(IDispatch* object, const QString& member, WORD flags, std::vector<Variant> arguments,
                    DISPID* named, UINT namedCount)
 {

@@ -9,8 +9,7 @@
 #include <oaidl.h>
 #include <vector>
 
-namespace zul::host
-{
+namespace zul::host {
 // What a call gave back; the value is Empty when it failed.
 struct CallOutcome
 {

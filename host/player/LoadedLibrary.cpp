@@ -6,8 +6,7 @@
 #include <dlfcn.h>
 #include <stdexcept>
 
-namespace zul::host
-{
+namespace zul::host {
 LoadedLibrary::LoadedLibrary(const QString& file)
     : m_file(file)
     , m_handle(dlopen(QFile::encodeName(file).constData(), RTLD_NOW | RTLD_LOCAL))

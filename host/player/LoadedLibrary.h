@@ -3,8 +3,7 @@
 
 #include <QString>
 
-namespace zul::host
-{
+namespace zul::host {
 // Loads a library and keeps it for the life of the process: objects of it may live in places that nobody sees, so
 // that no moment is safe to unload it.
 class LoadedLibrary
