@@ -45,7 +45,7 @@ QString paintRule(const QWidget* part, const QColor& color)
 
 void paint(QWidget* part, const QColor& color)
 {
-    const QString rule = paintRule(part, color);
+    QString rule = paintRule(part, color);
     part->setProperty(paintedProperty, true);
     part->setAttribute(Qt::WA_StyledBackground);
     // A form keeps the style sheet of the common look in front of its own rule.
