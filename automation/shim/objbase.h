@@ -1,0 +1,37 @@
+// What the runtime exports for objects: task memory, class ids, loading of components.
+#pragma once
+#pragma GCC system_header
+#include <unknwn.h>
+
+#define COINIT_APARTMENTTHREADED 0x2
+#define COINIT_MULTITHREADED 0x0
+
+STDAPI_(LPVOID) CoTaskMemAlloc(SIZE_T size);
+STDAPI_(LPVOID) CoTaskMemRealloc(LPVOID memory, SIZE_T size);
+STDAPI_(void) CoTaskMemFree(LPVOID memory);
+
+// Once per thread that uses objects, balanced by CoUninitialize; S_FALSE when the thread has it already.
+STDAPI CoInitialize(LPVOID reserved);
+STDAPI CoInitializeEx(LPVOID reserved, DWORD coInit);
+STDAPI_(void) CoUninitialize();
+
+// Finds the library of a class in the registration file, loads it and asks it for the class.
+// CO_E_NOTINITIALIZED, REGDB_E_CLASSNOTREG (unknown class), CO_E_DLLNOTFOUND (its library is gone or does not
+// load), CO_E_ERRORINDLL (no component), REGDB_E_READREGDB (the file cannot be read), or what the library's
+// DllGetClassObject answers. The error object says more.
+STDAPI CoGetClassObject(REFCLSID clsid, DWORD clsContext, LPVOID reserved, REFIID iid, LPVOID* object);
+STDAPI CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD clsContext, REFIID iid, LPVOID* object);
+// Unloads every library whose DllCanUnloadNow answers S_OK.
+STDAPI_(void) CoFreeUnusedLibraries();
+
+STDAPI CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
+// The text is freed with CoTaskMemFree.
+STDAPI ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* progId);
+// "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}"; CLSIDFromString takes a registered ProgID as well.
+STDAPI CLSIDFromString(LPCOLESTR text, CLSID* clsid);
+STDAPI IIDFromString(LPCOLESTR text, IID* iid);
+STDAPI StringFromCLSID(REFCLSID clsid, LPOLESTR* text);
+STDAPI StringFromIID(REFIID iid, LPOLESTR* text);
+// 39 with the end mark, 0 when the room (in characters) is too small.
+STDAPI_(int) StringFromGUID2(REFGUID guid, LPOLESTR text, int room);
+STDAPI CoCreateGuid(GUID* guid);
