@@ -1,7 +1,7 @@
 #include "controls/Background.h"
 
-#include <QAbstractButton>
-#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
 #include <QVariant>
 #include <QWidget>
 
@@ -25,24 +25,28 @@ bool isTextInput(const QWidget* widget)
            widget->inherits("QPlainTextEdit") || widget->inherits("QComboBox");
 }
 
+// The style sheet of the one control: its selector names the control's own property, because a rule without
+// it would reach the control's children.
+QString paintRule(const QWidget* part, const QColor& color)
+{
+    const QString self = QStringLiteral("[zulPainted=\"true\"]");
+    const QString text = readableOn(color).name();
+    QString rule = QStringLiteral("%1 { background-color: %2; color: %3; }").arg(self, color.name(), text);
+    if (isTextInput(part) ||
+        readableOn(color) == readableOn(part->window()->palette().color(QPalette::Window)))
+        return rule;
+    // A light frame in a dark window, or the reverse: the captions upon it have to be readable, too.
+    for (const char* caption : {"QLabel", "QCheckBox", "QRadioButton"})
+        rule += QStringLiteral(" %1 %2 { color: %3; }").arg(self, QLatin1String(caption), text);
+    return rule +
+           QStringLiteral(" %1::title { color: %2; background-color: %3; }").arg(self, text, color.name());
+}
+
 void paint(QWidget* part, const QColor& color)
 {
-    const QColor text = readableOn(color);
-    // The selector names the one control by its own property: a rule without it would reach its children.
-    QString rule = QStringLiteral("[zulPainted=\"true\"] { background-color: %1;").arg(color.name());
-    if (isTextInput(part))
-        rule += QStringLiteral(" color: %1;").arg(text.name());
-    rule += QStringLiteral(" }");
+    const QString rule = paintRule(part, color);
     part->setProperty(paintedProperty, true);
     part->setAttribute(Qt::WA_StyledBackground);
-    if (!isTextInput(part)) {
-        // Labels and captions upon it take their colour from the palette.
-        QPalette palette = part->palette();
-        palette.setColor(QPalette::Window, color);
-        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
-            palette.setColor(group, QPalette::WindowText, text);
-        part->setPalette(palette);
-    }
     if (part->styleSheet() != rule)
         part->setStyleSheet(rule);
 }
@@ -67,7 +71,6 @@ void resetBackground(QWidget* widget)
     widget->setProperty(colorProperty, QVariant());
     part->setProperty(colorProperty, QVariant());
     part->setProperty(paintedProperty, QVariant());
-    part->setPalette(QPalette());
     part->setStyleSheet(QString());
 }
 
@@ -79,7 +82,8 @@ QColor effectiveBackground(const QWidget* widget)
             return set.value<QColor>();
         const QPalette::ColorRole role = around->backgroundRole();
         if (around->isWindow() || around->autoFillBackground() || role == QPalette::Base ||
-            (role == QPalette::Button && qobject_cast<const QAbstractButton*>(around) != nullptr))
+            qobject_cast<const QPushButton*>(around) != nullptr ||
+            qobject_cast<const QToolButton*>(around) != nullptr)
             return around->palette().color(role);
     }
     return {};

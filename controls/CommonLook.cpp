@@ -67,6 +67,11 @@ QString pixels(int size)
     return QString::number(size) + QStringLiteral("px");
 }
 
+QString quoted(const QStringList& faces)
+{
+    return u'"' + faces.join(QStringLiteral("\", \"")) + u'"';
+}
+
 QString styleSheet(bool touch)
 {
     loadLook();
@@ -79,6 +84,9 @@ QString styleSheet(bool touch)
     const int height = touch ? look::touchButtonHeight : look::buttonHeight;
     const int indicator = touch ? 24 : 14;
     QVector<QPair<QString, QString>> words{
+        {QStringLiteral("@face"), u'"' + commonFont().family() + u'"'},
+        {QStringLiteral("@fixedFace"), quoted(fixedFont().families())},
+        {QStringLiteral("@window"), QLatin1String(c.window)},
         {QStringLiteral("@panel"), QLatin1String(c.panel)},
         {QStringLiteral("@base"), QLatin1String(c.base)},
         {QStringLiteral("@text"), QLatin1String(c.text)},
@@ -204,6 +212,8 @@ void setPrimary(QWidget* button, bool primary)
 void applyCommonLook(QWidget* form, bool touch)
 {
     form->setProperty("touch", touch);
+    form->setProperty("zulForm", true);
+    form->setAttribute(Qt::WA_StyledBackground);
     form->setPalette(commonPalette());
     form->setFont(commonFont());
     form->setStyleSheet(styleSheet(touch));

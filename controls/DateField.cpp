@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScreen>
+#include <QTextCharFormat>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -82,7 +83,7 @@ QDate DateField::date() const
 
 bool DateField::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_textBox && event->type() == QEvent::KeyPress &&
+    if (watched == m_textBox && isEnabled() && event->type() == QEvent::KeyPress &&
         opensCalendar(*static_cast<QKeyEvent*>(event))) {
         openCalendar();
         return true;
@@ -106,6 +107,11 @@ void DateField::openCalendar()
     calendar->setFirstDayOfWeek(locale().firstDayOfWeek());
     calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     calendar->setSelectedDate(isDate() ? date() : QDate::currentDate());
+    // The calendar's own red for the days of rest cannot be read on a dark window.
+    QTextCharFormat rest;
+    rest.setForeground(isDark(commonPalette()) ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c));
+    calendar->setWeekdayTextFormat(Qt::Saturday, rest);
+    calendar->setWeekdayTextFormat(Qt::Sunday, rest);
     auto* box = new QVBoxLayout(m_popup);
     box->setContentsMargins(1, 1, 1, 1);
     box->addWidget(calendar);

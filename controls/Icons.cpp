@@ -122,7 +122,7 @@ private:
         const bool dark = isDark(QGuiApplication::palette());
         if (mode == QIcon::Disabled)
             return dark ? QColor(0x6b, 0x76, 0x81) : QColor(0xb4, 0xbc, 0xc4);
-        if (m_tone == IconTone::OnAccent)
+        if (m_tone == IconTone::OnAccent || mode == QIcon::Selected)
             return Qt::white;
         return dark ? QColor(0xd5, 0xdb, 0xe1) : QColor(QLatin1String(lineColor));
     }

@@ -22,6 +22,7 @@ class KeyPanel : public QFrame
 
 public:
     static constexpr int fingerSize = 44; // pixels
+    static constexpr int edge = 4;        // pixels left free at the window's edges
 
     explicit KeyPanel(QWidget* parent = nullptr);
 

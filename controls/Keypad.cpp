@@ -22,7 +22,7 @@ Keypad::Keypad(QWidget* parent)
         connect(key, &QPushButton::clicked, this, [this, caption] { sendText(caption); });
         keys->addWidget(key, digit == 0 ? 3 : 2 - (digit - 1) / 3, digit == 0 ? 1 : (digit - 1) % 3);
     }
-    QPushButton* minus = makeKey(QStringLiteral("keyMinus"), QStringLiteral("-"), tr("Meno"));
+    QPushButton* minus = makeKey(QStringLiteral("keyMinus"), QStringLiteral("−"), tr("Meno"));
     m_separator = makeKey(QStringLiteral("keySeparator"), {});
     QPushButton* backspace =
         makeIconKey(QStringLiteral("keyBackspace"), IconId::Backspace, tr("Cancella carattere"));
@@ -64,7 +64,8 @@ QSize Keypad::sizeHint() const
 
 QRect Keypad::placed(const QRect& field, const QRect& window) const
 {
-    return placeBeside(field, sizeHint().expandedTo(minimumSizeHint()), window);
+    return placeBeside(field, sizeHint().expandedTo(minimumSizeHint()),
+                       window.adjusted(edge, edge, -edge, -edge));
 }
 
 void Keypad::changeEvent(QEvent* event)

@@ -3,6 +3,7 @@
 #include "controls/CommonLook.h"
 
 #include <QGridLayout>
+#include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -67,6 +68,17 @@ QPushButton* addButton(QMessageBox& box, const QString& caption, const QString& 
     return button;
 }
 
+// The look's own picture in the place of the platform's, which still tells the box what kind it is of.
+void drawIcon(QMessageBox& box, MessageIcon icon)
+{
+    constexpr int side = 32;
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
+    if (label == nullptr || icon == MessageIcon::None)
+        return;
+    const QIcon picture(QStringLiteral(":/zul/icons/message-%1.svg").arg(iconName(icon)));
+    label->setPixmap(picture.pixmap(QSize(side, side), box.devicePixelRatioF()));
+}
+
 void scrollLongText(QMessageBox& box, const QString& text)
 {
     if (text.size() <= longText && text.count(u'\n') < longTextLines)
@@ -124,6 +136,7 @@ Answer ask(QWidget* parent, const OperatorMessage& message)
     box.setEscapeButton(last);
     setPrimary(first);
     applyCommonLook(&box, window != nullptr && window->property("touch").toBool());
+    drawIcon(box, message.icon);
     scrollLongText(box, text);
     box.exec();
 

@@ -63,7 +63,7 @@ QSize OnScreenKeyboard::sizeHint() const
 
 QRect OnScreenKeyboard::placed(const QRect& field, const QRect& window) const
 {
-    return placeAtBottom(field, sizeHint(), window);
+    return placeAtBottom(field, sizeHint(), window.adjusted(edge, edge, -edge, -edge));
 }
 
 void OnScreenKeyboard::addCharacter(QGridLayout* keys, int row, int column, const CharacterKey& key)

@@ -64,7 +64,7 @@ bool SelectorField::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != m_textBox)
         return QWidget::eventFilter(watched, event);
-    if (event->type() == QEvent::KeyPress) {
+    if (event->type() == QEvent::KeyPress && isEnabled()) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (handleKey(key->key(), key->modifiers()))
             return true;

@@ -1,0 +1,62 @@
+// The colours of the grid, taken from the palette so that they follow it, dark or light.
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace zul::gridcolors {
+
+inline QColor blend(const QColor& under, const QColor& over, double share)
+{
+    const auto part = [share](int a, int b) { return static_cast<int>(a + (b - a) * share + 0.5); };
+    return {part(under.red(), over.red()), part(under.green(), over.green()),
+            part(under.blue(), over.blue())};
+}
+
+inline bool isDark(const QPalette& palette)
+{
+    return palette.color(QPalette::Base).lightness() < 128;
+}
+
+inline QColor shade(const QPalette& palette, double share)
+{
+    return blend(palette.color(QPalette::Base), palette.color(QPalette::Text), share);
+}
+
+inline QColor frame(const QPalette& palette)
+{
+    return isDark(palette) ? shade(palette, 0.25) : QColor(0xd8, 0xdc, 0xe0);
+}
+
+inline QColor rowLine(const QPalette& palette)
+{
+    return shade(palette, isDark(palette) ? 0.12 : 0.06);
+}
+
+inline QColor header(const QPalette& palette)
+{
+    return shade(palette, isDark(palette) ? 0.08 : 0.03);
+}
+
+inline QColor hovered(const QPalette& palette)
+{
+    return shade(palette, isDark(palette) ? 0.16 : 0.07);
+}
+
+inline QColor groupRow(const QPalette& palette)
+{
+    return shade(palette, isDark(palette) ? 0.10 : 0.04);
+}
+
+/// Text that is not the data itself: hints, counts. Still of readable contrast.
+inline QColor quietText(const QPalette& palette)
+{
+    return shade(palette, 0.65);
+}
+
+inline QColor accent(const QPalette& palette)
+{
+    return palette.color(QPalette::Active, QPalette::Highlight);
+}
+
+} // namespace zul::gridcolors

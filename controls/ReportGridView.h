@@ -1,0 +1,109 @@
+// The rows of the report grid.
+#pragma once
+
+#include <QAbstractItemView>
+#include <QElapsedTimer>
+
+namespace zul {
+
+class ReportGridModel;
+class ReportHeader;
+
+/// A list of rows of one height. Nothing is kept or measured per row: a row's place is its number times the
+/// height, and only rows on the screen are read.
+class ReportGridView : public QAbstractItemView
+{
+    Q_OBJECT
+
+public:
+    ReportGridView(ReportGridModel* grid, QWidget* parent);
+
+    ReportHeader* header() const { return m_header; }
+    int rowHeight() const { return m_rowHeight; }
+    void setEmptyText(const QString& text);
+    void setRowLines(bool lines);
+    void setCellPadding(int pixels);
+    void setRowPadding(int pixels);
+    void setTouch(bool touch);
+    /// Heights and widths anew: after a change of font, padding or columns.
+    void layoutChanged();
+
+    QRect rowRect(int row) const;
+    QRect checkRect(int row) const;
+    int rowAt(int y) const; ///< -1 below the last row
+    void scrollToRow(int row);
+    void scrollToColumn(int column);
+    int fittingWidth(int column) const; ///< for the header and the rows on the screen
+    int firstShownColumn() const;
+
+    QRect visualRect(const QModelIndex& index) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    QModelIndex indexAt(const QPoint& point) const override;
+    void keyboardSearch(const QString& search) override;
+    QSize sizeHint() const override;
+
+public Q_SLOTS:
+    void reset() override;
+
+Q_SIGNALS:
+    void recordDoubleClicked(uint32_t record);
+    void mouseReleasedOn(int64_t record);
+    void keyPressed(int key);
+    void checkToggled(int64_t record);
+    void highlightChanged();
+    void menuRequested(int column, const QPoint& globalPosition);
+
+protected Q_SLOTS:
+    void updateGeometries() override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QList<int>& roles) override;
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
+
+protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    int horizontalOffset() const override;
+    int verticalOffset() const override;
+    bool isIndexHidden(const QModelIndex& index) const override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    void scrollContentsBy(int dx, int dy) override;
+
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void measure();
+    void paintGroup(QPainter& painter, int row, const QRect& rect, bool selected) const;
+    void paintRecord(QPainter& painter, int row, const QRect& rect, bool selected) const;
+    void paintCheck(QPainter& painter, const QRect& box, bool checked, bool selected) const;
+    QRect expanderRect(int row) const;
+    QRect checkCellRect(int row) const;
+    QPalette::ColorGroup colorGroup() const;
+    bool pressesCheck(const QPoint& position, int& row) const;
+    void toggleRows();
+    void toggle(int row);
+
+    ReportGridModel* m_grid;
+    ReportHeader* m_header;
+    QString m_emptyText;
+    int m_rowHeight = 24;
+    int m_rowPadding = 4;
+    bool m_rowLines = false;
+    bool m_touch = false;
+    int m_pressedCheck = -1;
+    bool m_pressedExpander = false;
+    bool m_updatingGeometries = false;
+    QString m_typed; // letters typed in quick succession
+    QElapsedTimer m_typedAt;
+};
+
+} // namespace zul

@@ -1,0 +1,122 @@
+// The header of the report grid.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QHeaderView>
+#include <QPointer>
+
+#include <vector>
+
+namespace zul {
+
+class ReportGridModel;
+class ReportGroupBox;
+
+/// Only the columns, no rows: so the header has nothing to do when a million rows change.
+class ReportHeaderModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    ReportHeaderModel(ReportGridModel* grid, QObject* parent);
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    void columnsChanged();
+
+private:
+    ReportGridModel* m_grid;
+    int m_columns = 0;
+};
+
+/// Sorts by a click, sizes by dragging an edge, moves a column by dropping its header on another, and groups by
+/// dropping it on the group box.
+class ReportHeader : public QHeaderView
+{
+    Q_OBJECT
+
+public:
+    ReportHeader(ReportGridModel* grid, QWidget* parent);
+
+    void setGroupBox(ReportGroupBox* box);
+    void setFlat(bool flat);
+    void setPadding(int pixels);
+    int padding() const { return m_padding; }
+    void setTouch(bool touch);
+    /// Shows columns from the model anew; widths and order begin again.
+    void columnsChanged();
+    void setSortMark(int column, bool descending);
+
+    /// Columns with width 0 share what the others leave; `free` is the width of the list.
+    void shareWidths(int free);
+    /// Once the operator has sized a column, or a layout was loaded, widths stay as they are.
+    bool sharesWidths() const { return m_sharesWidths; }
+    void stopSharing() { m_sharesWidths = false; }
+    /// Whether a column's width is its share of what the others leave.
+    bool isShared(int column) const;
+    /// The width a column has, or will have again when it is shown.
+    int widthOf(int column) const;
+    void setWidthOf(int column, int width);
+    int headerHeight() const;
+    /// Among the columns shown, from 0; -1 when hidden.
+    int visiblePosition(int column) const;
+    void moveToVisiblePosition(int column, int position);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void sortRequested(int column);
+    void groupRequested(int column);
+    void columnResized();
+    void columnMoved();
+    void fitRequested(int column);
+    void menuRequested(int column, const QPoint& globalPosition);
+
+protected:
+    void paintSection(QPainter* painter, const QRect& rect, int column) const override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+
+private:
+    enum class Press
+    {
+        None,
+        Click,
+        Drag,
+        Resize
+    };
+
+    int sizedColumnAt(int x) const;
+    void startDrag(const QPoint& position);
+    void followDrag(const QPoint& position);
+    void endDrag();
+    int dropColumnAt(const QPoint& position) const;
+    bool overGroupBox(const QPoint& position) const;
+    int shareOf(int column) const;
+
+    ReportGridModel* m_grid;
+    ReportHeaderModel* m_columns;
+    QPointer<ReportGroupBox> m_groupBox;
+    QPointer<QWidget> m_ghost; // the caption that follows the pointer
+    Press m_press = Press::None;
+    int m_pressed = -1;
+    int m_hovered = -1;
+    int m_dropColumn = -1;
+    QPoint m_pressedAt;
+    int m_sortColumn = -1;
+    bool m_sortDescending = false;
+    bool m_flat = false;
+    bool m_touch = false;
+    bool m_sharesWidths = true;
+    int m_padding = 4;
+    std::vector<int> m_widths; // hidden columns' too, which the base class does not tell
+};
+
+} // namespace zul

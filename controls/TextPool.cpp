@@ -1,0 +1,183 @@
+#include "controls/TextPool.h"
+
+#include <cstring>
+#include <stdexcept>
+
+namespace zul {
+
+namespace {
+
+uint64_t load64(const char* bytes)
+{
+    uint64_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
+}
+
+uint64_t loadUpTo7(const char* bytes, size_t size)
+{
+    uint64_t value = 0;
+    std::memcpy(&value, bytes, size);
+    return value;
+}
+
+uint64_t mix(uint64_t value)
+{
+    value ^= value >> 32;
+    value *= 0x9E3779B97F4A7C15ULL;
+    value ^= value >> 29;
+    return value;
+}
+
+} // namespace
+
+bool TextPool::equalBytes(const char* left, const char* right, size_t size)
+{
+    return size == 0 || std::memcmp(left, right, size) == 0;
+}
+
+uint64_t TextPool::hash(const char* bytes, size_t size)
+{
+    uint64_t state = 0xC2B2AE3D27D4EB4FULL ^ size;
+    while (size >= 8) {
+        state = mix(state ^ load64(bytes)) * 0xD6E8FEB86659FD93ULL;
+        bytes += 8;
+        size -= 8;
+    }
+    if (size > 0) {
+        state = mix(state ^ loadUpTo7(bytes, size)) * 0xD6E8FEB86659FD93ULL;
+    }
+    return mix(state);
+}
+
+std::string_view TextPool::textAt(uint32_t offset) const
+{
+    const char* at = m_pages[offset >> pageBits] + (offset & (pageSize - 1));
+    size_t size = 0;
+    unsigned shift = 0;
+    for (;;) {
+        const auto byte = static_cast<unsigned char>(*at++);
+        size |= static_cast<size_t>(byte & 0x7F) << shift;
+        if (byte < 0x80) {
+            return {at, size};
+        }
+        shift += 7;
+    }
+}
+
+TextPool::Id TextPool::internOther(const char* bytes, size_t size)
+{
+    // At most 4 of 5 slots are taken; so an id + 1 always fits below the slot's hash bits.
+    if (!m_slots || (m_offsets.size() + 1) * 5 > (size_t{4} << m_slotBits)) {
+        uint32_t bits = m_slots ? m_slotBits : 4;
+        while ((m_offsets.size() + 1) * 5 > (size_t{4} << bits)) {
+            ++bits;
+        }
+        buildIndex(bits);
+    }
+    const uint64_t h = hash(bytes, size);
+    const uint32_t slotMask = (1U << m_slotBits) - 1;
+    const uint32_t tag = static_cast<uint32_t>(h >> 32) & ~slotMask;
+    uint32_t slot = static_cast<uint32_t>(h) & slotMask;
+    while (const uint32_t held = m_slots[slot]) {
+        if ((held & ~slotMask) == tag) {
+            const Id id = (held & slotMask) - 1;
+            const std::string_view known = text(id);
+            if (known.size() == size && equalBytes(bytes, known.data(), size)) {
+                m_lastId = id;
+                m_lastText = known;
+                return id;
+            }
+        }
+        slot = (slot + 1) & slotMask;
+    }
+    const Id id = append(bytes, size);
+    m_slots[slot] = tag | (id + 1);
+    m_lastId = id;
+    m_lastText = text(id);
+    return id;
+}
+
+TextPool::Id TextPool::append(const char* bytes, size_t size)
+{
+    char prefix[10];
+    size_t prefixSize = 0;
+    for (size_t rest = size;;) {
+        const auto low = static_cast<unsigned char>(rest & 0x7F);
+        rest >>= 7;
+        prefix[prefixSize++] = static_cast<char>(rest != 0 ? low | 0x80 : low);
+        if (rest == 0) {
+            break;
+        }
+    }
+    uint32_t offset = 0;
+    char* at = allocate(prefixSize + size, offset);
+    std::memcpy(at, prefix, prefixSize);
+    if (size > 0) {
+        std::memcpy(at + prefixSize, bytes, size);
+    }
+    const auto id = static_cast<Id>(m_offsets.size());
+    m_offsets.push(offset);
+    m_textBytes += prefixSize + size;
+    return id;
+}
+
+char* TextPool::allocate(size_t size, uint32_t& offset)
+{
+    if (m_used + size > pageSize) {
+        const size_t pages = (size + pageSize - 1) >> pageBits;
+        if (m_pages.size() + pages > (size_t{1} << (32 - pageBits))) {
+            throw std::length_error("a column holds more than 4 GiB of text");
+        }
+        m_blocks.push_back(std::unique_ptr<char[]>(new char[pages << pageBits]));
+        for (size_t page = 0; page < pages; ++page) {
+            m_pages.push_back(m_blocks.back().get() + (page << pageBits));
+        }
+        offset = static_cast<uint32_t>((m_pages.size() - pages) << pageBits);
+        m_used = static_cast<uint32_t>(size - ((pages - 1) << pageBits));
+        return m_blocks.back().get();
+    }
+    offset = static_cast<uint32_t>(((m_pages.size() - 1) << pageBits) + m_used);
+    char* at = m_pages.back() + m_used;
+    m_used += static_cast<uint32_t>(size);
+    return at;
+}
+
+void TextPool::buildIndex(uint32_t bits)
+{
+    if (bits > 31) {
+        throw std::length_error("a column holds more than 1.7 thousand million distinct texts");
+    }
+    // The old index goes first: it can be built from the texts, which lie in order.
+    m_slots.reset();
+    m_slots = std::make_unique<uint32_t[]>(size_t{1} << bits);
+    m_slotBits = bits;
+    const auto count = static_cast<Id>(m_offsets.size());
+    for (Id id = 0; id < count; ++id) {
+        const std::string_view known = text(id);
+        insertIntoIndex(hash(known.data(), known.size()), id);
+    }
+}
+
+void TextPool::insertIntoIndex(uint64_t h, Id id)
+{
+    const uint32_t slotMask = (1U << m_slotBits) - 1;
+    uint32_t slot = static_cast<uint32_t>(h) & slotMask;
+    while (m_slots[slot] != 0) {
+        slot = (slot + 1) & slotMask;
+    }
+    m_slots[slot] = (static_cast<uint32_t>(h >> 32) & ~slotMask) | (id + 1);
+}
+
+void TextPool::dropIndex()
+{
+    m_slots.reset();
+    m_slotBits = 0;
+}
+
+size_t TextPool::bytes() const
+{
+    return m_textBytes + m_offsets.bytes() + (m_slots ? sizeof(uint32_t) << m_slotBits : 0);
+}
+
+} // namespace zul

@@ -1,0 +1,14 @@
+#pragma once
+// Writes a syntax tree as SQLite's SQL, with the types of columns and expressions as far as they are known.
+
+#include "host/dialect/Ast.h"
+#include "host/dialect/Dialect.h"
+
+#include <string_view>
+
+namespace zul::dialect {
+
+/// 'tsql' is the text that the tree was read from; errors name places in it. Throws DialectError.
+Translation emit(const Statement& statement, std::string_view tsql, const ColumnTypes& columnTypes);
+
+} // namespace zul::dialect

@@ -1,0 +1,141 @@
+// zulhost, the reference host: a small management application that loads the component and shows its windows, or
+// plays a scenario on them.
+#include "host/HostDatabase.h"
+#include "host/player/CommandLine.h"
+#include "host/player/DemoDatabase.h"
+#include "host/player/EventPrinter.h"
+#include "host/player/HostSession.h"
+#include "host/player/LineSource.h"
+#include "host/player/ScenarioParser.h"
+#include "host/player/ScenarioPlayer.h"
+#include "host/player/WindowWatcher.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+namespace {
+using namespace zul::host;
+
+constexpr int exitFailed = 1;
+constexpr int exitUsage = 2;
+
+void complain(const QString& why)
+{
+    std::fprintf(stderr, "zulhost: %s\n", why.toUtf8().constData());
+}
+
+// Without a display the windows live in memory, on a screen of a usual size.
+void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
+{
+    const bool display =
+        !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (display || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        return;
+    }
+    QByteArray platform = "offscreen";
+    keep = std::make_unique<QTemporaryDir>();
+    if (keep->isValid()) {
+        const std::string file = keep->filePath(QStringLiteral("screens.json")).toStdString();
+        std::ofstream(file)
+            << R"({"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1920, "height": 1080,)"
+            << R"( "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1.0}]})";
+        platform += ":configfile=" + QByteArray::fromStdString(file);
+    }
+    qputenv("QT_QPA_PLATFORM", platform);
+}
+
+// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
+// cannot raise or size.
+void passMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (text.startsWith(QLatin1String("This plugin does not support ")) ||
+        text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) {
+        return;
+    }
+    std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, text).toUtf8().constData());
+}
+
+int playScenario(const CommandLine& line, EventPrinter& printer, HostSession& session, WindowWatcher& windows)
+{
+    std::ifstream file;
+    std::istream* stream = &std::cin;
+    if (line.scenario != QLatin1String("-")) {
+        file.open(line.scenario.toStdString());
+        if (!file) {
+            complain(QStringLiteral("the scenario \"%1\" cannot be read").arg(line.scenario));
+            return exitUsage;
+        }
+        stream = &file;
+    }
+    LineSource source(*stream);
+    return ScenarioPlayer(source, printer, windows, session).play();
+}
+
+int run(const CommandLine& line)
+{
+    if (line.createDemo) {
+        createDemo((line.database.isEmpty() ? demoDatabaseFile() : line.database).toStdString(),
+                   *line.createDemo);
+        return 0;
+    }
+    const bool plays = !line.scenario.isEmpty();
+    EventPrinter printer(plays ? EventPrinter::Sink() : EventPrinter::Sink([](const QString&) {}));
+    WindowWatcher windows(printer);
+
+    HostDatabaseOptions options;
+    options.database = (line.database.isEmpty() ? ensureDemoDatabase() : line.database).toStdString();
+    options.userName = line.userName.toStdString();
+    options.journalPath = line.journal.toStdString();
+    options.appUrl = line.appUrl.toStdString();
+    options.programStarted = [&printer](const std::string& path, const std::string& parameters) {
+        printer.line(
+            QStringLiteral("started %1 %2")
+                .arg(quoted(QString::fromStdString(path)), quoted(QString::fromStdString(parameters))));
+    };
+    const HostDatabase database(options);
+    HostSession session(printer, line, database);
+    if (plays) {
+        return playScenario(line, printer, session, windows);
+    }
+    session.show(line.window);
+    return 0;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // Read before Qt takes its own options out: zulhost has none but those of its table.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    const auto parsed = parseCommandLine(arguments);
+    if (const auto* error = std::get_if<CommandLineError>(&parsed)) {
+        complain(error->message);
+        return exitUsage;
+    }
+    const auto& line = std::get<CommandLine>(parsed);
+    if (line.help) {
+        std::fputs(usage().toUtf8().constData(), stdout);
+        return 0;
+    }
+
+    std::unique_ptr<QTemporaryDir> screen;
+    choosePlatform(screen);
+    qInstallMessageHandler(passMessage);
+    int programOnly = 1;
+    QApplication application(programOnly, argv);
+    QApplication::setApplicationName(QStringLiteral("zulhost"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    try {
+        return run(line);
+    } catch (const std::exception& error) {
+        complain(QString::fromUtf8(error.what()));
+        return exitFailed;
+    }
+}

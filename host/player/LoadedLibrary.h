@@ -1,0 +1,28 @@
+// A shared library loaded at run time.
+#pragma once
+
+#include <QString>
+
+namespace zul::host {
+// Loads a library and keeps it for the life of the process: objects of it may live in places that nobody sees, so
+// that no moment is safe to unload it.
+class LoadedLibrary
+{
+public:
+    // The file's path in the platform's form. Throws std::runtime_error with a text for the user.
+    explicit LoadedLibrary(const QString& file);
+
+    // A function that the library exports. Throws std::runtime_error when there is none.
+    template <typename Function>
+    [[nodiscard]] Function* function(const char* name) const
+    {
+        return reinterpret_cast<Function*>(address(name));
+    }
+
+private:
+    [[nodiscard]] void* address(const char* name) const;
+
+    QString m_file;
+    void* m_handle = nullptr;
+};
+} // namespace zul::host
