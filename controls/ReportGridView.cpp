@@ -7,6 +7,7 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QScroller>
 
@@ -553,7 +554,11 @@ void ReportGridView::contextMenuEvent(QContextMenuEvent* event)
 
 void ReportGridView::keyPressEvent(QKeyEvent* event)
 {
+    const QPointer<ReportGridView> self(this);
     Q_EMIT keyPressed(event->key());
+    if (!self) {
+        return; // the key closed the window
+    }
     const int row = currentIndex().isValid() ? currentIndex().row() : -1;
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     switch (event->key()) {
@@ -591,6 +596,15 @@ void ReportGridView::keyPressEvent(QKeyEvent* event)
         }
         if (plain && event->key() == Qt::Key_Right) {
             horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+            return;
+        }
+        break;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (plain && row >= 0 && !selectionModel()->hasSelection()) {
+            // The focus stands on a row that is not highlighted: the first key highlights it.
+            selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            scrollToRow(row);
             return;
         }
         break;
