@@ -62,8 +62,7 @@ public:
         for (const char16_t c : characters) {
             const QString self{QChar(c)};
             // Forms of one letter leave the order to what follows, at its lower end as well as further up.
-            const bool sameLetter = !letter.isEmpty() &&
-                                    collator.compare(letter + u'b', self + u'a') > 0 &&
+            const bool sameLetter = !letter.isEmpty() && collator.compare(letter + u'b', self + u'a') > 0 &&
                                     collator.compare(letter + second, self + first) > 0;
             if (sameLetter) {
                 if (collator.compare(form, self) != 0) {

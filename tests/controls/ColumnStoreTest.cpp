@@ -261,8 +261,8 @@ TEST_F(ColumnStoreTest, ShowsNumbersAndDatesInTheUsersLocale)
 TEST_F(ColumnStoreTest, KnowsWhichCellsAreNumeric)
 {
     const std::vector<std::pair<std::string, bool>> texts = {
-        {"12", true}, {"-12,5", true}, {"1.234,50", true}, {" 7 ", true}, {"", false},      {" ", false},
-        {"12a", false}, {"+39 340", false}, {"inf", false},  {"nan", false}, {"12.5", false}};
+        {"12", true},   {"-12,5", true},    {"1.234,50", true}, {" 7 ", true},  {"", false},    {" ", false},
+        {"12a", false}, {"+39 340", false}, {"inf", false},     {"nan", false}, {"12.5", false}};
     for (const auto& [text, numeric] : texts) {
         appendText(store, 0, text);
         store.endRow();
@@ -335,7 +335,8 @@ TEST_F(ColumnStoreTest, SortsManyRowsAsAPlainSortDoes)
             std::vector<uint32_t> expected = allRows(typed);
             std::stable_sort(expected.begin(), expected.end(), [&](uint32_t a, uint32_t b) {
                 if (column == 2) {
-                    return descending ? typed.real(b, 2) < typed.real(a, 2) : typed.real(a, 2) < typed.real(b, 2);
+                    return descending ? typed.real(b, 2) < typed.real(a, 2)
+                                      : typed.real(a, 2) < typed.real(b, 2);
                 }
                 return descending ? typed.integer(b, column) < typed.integer(a, column)
                                   : typed.integer(a, column) < typed.integer(b, column);

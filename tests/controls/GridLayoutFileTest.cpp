@@ -74,17 +74,16 @@ TEST_F(GridLayoutFileTest, AMissingFileOrSectionIsNone)
 
 TEST_F(GridLayoutFileTest, ADamagedSectionIsNone)
 {
-    for (const QByteArray& content : {QByteArray("[ZUL]\n"), QByteArray("[ZUL]\nLayout=1\n"),
-                                      QByteArray("[ZUL]\nLayout=2\nColumn1=0,50,1,A\n"),
-                                      QByteArray("[ZUL]\nColumn1=0,50,1,A\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=0,50,1\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=x,50,1,A\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=-1,50,1,A\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=0,-50,1,A\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=0,99999999999999999999,1,A\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=0,50,2,A\n"),
-                                      QByteArray("[ZUL]\nLayout=1\nColumn1=0,5,1,A\nColumn2=0,5,1,B\n"),
-                                      QByteArray("\0\xFF\xFE[ZUL]\0", 9), QByteArray(2 << 20, '[')}) {
+    for (const QByteArray& content :
+         {QByteArray("[ZUL]\n"), QByteArray("[ZUL]\nLayout=1\n"),
+          QByteArray("[ZUL]\nLayout=2\nColumn1=0,50,1,A\n"), QByteArray("[ZUL]\nColumn1=0,50,1,A\n"),
+          QByteArray("[ZUL]\nLayout=1\nColumn1=0,50,1\n"), QByteArray("[ZUL]\nLayout=1\nColumn1=x,50,1,A\n"),
+          QByteArray("[ZUL]\nLayout=1\nColumn1=-1,50,1,A\n"),
+          QByteArray("[ZUL]\nLayout=1\nColumn1=0,-50,1,A\n"),
+          QByteArray("[ZUL]\nLayout=1\nColumn1=0,99999999999999999999,1,A\n"),
+          QByteArray("[ZUL]\nLayout=1\nColumn1=0,50,2,A\n"),
+          QByteArray("[ZUL]\nLayout=1\nColumn1=0,5,1,A\nColumn2=0,5,1,B\n"),
+          QByteArray("\0\xFF\xFE[ZUL]\0", 9), QByteArray(2 << 20, '[')}) {
         writeFile(content);
         EXPECT_FALSE(GridLayoutFile(path()).read(section)) << content.left(60).constData();
     }
@@ -93,7 +92,8 @@ TEST_F(GridLayoutFileTest, ADamagedSectionIsNone)
 TEST_F(GridLayoutFileTest, SaysWhenItCannotWrite)
 {
     const std::vector<ColumnLayout> columns = {{QStringLiteral("A"), 0, 50, true}};
-    EXPECT_FALSE(GridLayoutFile(folder.filePath(QStringLiteral("no/such/folder.ini"))).write(section, columns));
+    EXPECT_FALSE(
+        GridLayoutFile(folder.filePath(QStringLiteral("no/such/folder.ini"))).write(section, columns));
     EXPECT_FALSE(GridLayoutFile(folder.path()).write(section, columns));
     writeFile(QByteArray(2 << 20, 'x'));
     EXPECT_FALSE(GridLayoutFile(path()).write(section, columns)) << "a file too large to be read is not lost";

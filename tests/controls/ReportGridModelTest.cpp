@@ -119,7 +119,8 @@ TEST_F(ReportGridModelTest, ClosedGroupsKeepTheirRecordsInTheOrder)
     model.setGroupColumns({{4, false}, {3, false}});
     const Records before = model.recordsInOrder();
     model.setGroupClosed(0, true);
-    EXPECT_EQ(screen(), list("Sesso: F (2)|Sesso: M (4)|Paese:  (1)|5|Paese: Roma (2)|0|4|Paese: Torino (1)|3"));
+    EXPECT_EQ(screen(),
+              list("Sesso: F (2)|Sesso: M (4)|Paese:  (1)|5|Paese: Roma (2)|0|4|Paese: Torino (1)|3"));
     EXPECT_EQ(model.recordsInOrder(), before);
     model.setGroupClosed(4, true); // Roma inside M
     EXPECT_EQ(screen(), list("Sesso: F (2)|Sesso: M (4)|Paese:  (1)|5|Paese: Roma (2)|Paese: Torino (1)|3"));
@@ -241,6 +242,8 @@ TEST_F(ReportGridModelTest, EmptiesAndFillsAgain)
 TEST_F(ReportGridModelTest, TellsScreenReadersWhatACellIs)
 {
     model.setChecked(0, true);
-    EXPECT_EQ(model.data(model.index(0, 1), Qt::AccessibleTextRole).toString(), QStringLiteral("Selezione: sì"));
-    EXPECT_EQ(model.data(model.index(0, 2), Qt::AccessibleTextRole).toString(), QStringLiteral("Cliente: Rossi"));
+    EXPECT_EQ(model.data(model.index(0, 1), Qt::AccessibleTextRole).toString(),
+              QStringLiteral("Selezione: sì"));
+    EXPECT_EQ(model.data(model.index(0, 2), Qt::AccessibleTextRole).toString(),
+              QStringLiteral("Cliente: Rossi"));
 }

@@ -66,7 +66,8 @@ protected:
     {
         const auto send = [from](QEvent::Type type, const QPoint& at, Qt::MouseButtons buttons) {
             QMouseEvent event(type, at, from->mapToGlobal(at),
-                              type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
+                              type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons,
+                              Qt::NoModifier);
             QApplication::sendEvent(from, &event);
         };
         const QPoint target = from->mapFromGlobal(to->mapToGlobal(end));
@@ -129,11 +130,13 @@ TEST_F(ReportGridTest, MovesAColumnByDroppingItOnAnother)
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
     EXPECT_EQ(grid.visiblePosition(0), -1);
     EXPECT_EQ(grid.visiblePosition(2), 1);
-    drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(), grid.headerRect(4).center());
+    drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(),
+         grid.headerRect(4).center());
     EXPECT_EQ(grid.visiblePosition(2), 3);
     EXPECT_EQ(grid.visiblePosition(3), 1);
     EXPECT_EQ(grid.visiblePosition(4), 2);
-    drag(grid.headerViewport(), grid.headerRect(5).center(), grid.headerViewport(), grid.headerRect(1).center());
+    drag(grid.headerViewport(), grid.headerRect(5).center(), grid.headerViewport(),
+         grid.headerRect(1).center());
     EXPECT_EQ(grid.visiblePosition(5), 0);
     ASSERT_EQ(changes.count(), 2);
     EXPECT_EQ(changes.at(0).at(0).toInt(), 1);
@@ -337,7 +340,8 @@ TEST_F(ReportGridTest, SavesAndLoadsItsLayout)
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("layout.ini"));
     EXPECT_FALSE(grid.loadLayout(path, QStringLiteral("ZUL")));
-    drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(), grid.headerRect(4).center());
+    drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(),
+         grid.headerRect(4).center());
     const QPoint edge(grid.headerRect(3).right() - 1, 5);
     drag(grid.headerViewport(), edge, grid.headerViewport(), edge + QPoint(33, 0));
     ASSERT_TRUE(grid.saveLayout(path, QStringLiteral("ZUL")));
@@ -386,16 +390,21 @@ TEST_F(ReportGridTest, SharesFreeWidthAmongColumnsWithoutOne)
 {
     ReportGrid shared;
     shared.resize(602, 300);
+    shared.addColumn({QStringLiteral("id"), QStringLiteral("Id"), 0, false, true, false});
     shared.addColumn({QStringLiteral("a"), QStringLiteral("A"), 0, true, true, false});
     shared.addColumn({QStringLiteral("b"), QStringLiteral("B"), 200, true, true, false});
     shared.addColumn({QStringLiteral("c"), QStringLiteral("C"), 0, true, true, false});
     shared.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&shared));
-    EXPECT_EQ(shared.headerRect(0).width(), 200);
-    EXPECT_EQ(shared.headerRect(2).width(), 200);
+    EXPECT_EQ(shared.headerRect(1), QRect(0, 0, 200, shared.headerViewport()->height()));
+    EXPECT_EQ(shared.headerRect(3).width(), 200);
     shared.resize(802, 300);
-    EXPECT_EQ(shared.headerRect(0).width(), 300);
-    EXPECT_EQ(shared.headerRect(1).width(), 200);
+    EXPECT_EQ(shared.headerRect(1).width(), 300);
+    EXPECT_EQ(shared.headerRect(2).width(), 200);
+    shared.groupBy(1);
+    EXPECT_EQ(shared.headerRect(3).width(), 600);
+    shared.ungroupAll();
+    EXPECT_EQ(shared.headerRect(1).width(), 300);
 }
 
 TEST_F(ReportGridTest, TakesCallsWithoutColumnsOrRecords)

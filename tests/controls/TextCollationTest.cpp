@@ -68,9 +68,9 @@ const QString latin = QStringLiteral("aàáâAÀbBcçdeèéEÈfghijklmnñoòópr
 
 TEST(TextCollation, OrdersLatinTextsAsTheCollationDoes)
 {
-    for (const QLocale& locale : {QLocale(QLocale::Italian, QLocale::Italy),
-                                  QLocale(QLocale::English, QLocale::UnitedStates),
-                                  QLocale(QLocale::Swedish, QLocale::Sweden)}) {
+    for (const QLocale& locale :
+         {QLocale(QLocale::Italian, QLocale::Italy), QLocale(QLocale::English, QLocale::UnitedStates),
+          QLocale(QLocale::Swedish, QLocale::Sweden)}) {
         expectAsTheCollationSays(randomTexts(latin, 20000, 5), locale);
         expectAsTheCollationSays(randomTexts(latin, 5000, 40), locale);
     }
