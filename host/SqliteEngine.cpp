@@ -2,16 +2,61 @@
 
 #include "host/Names.h"
 #include "host/Schema.h"
-#ifdef ZUL_HOST_DIALECT
 #include "host/dialect/Dialect.h"
 #include "host/dialect/SqliteFunctions.h"
-#endif
 
 #include <sqlite3.h>
 
 namespace zul::host {
 
 namespace {
+
+std::string_view textOf(const ZulCell& cell)
+{
+    if (cell.Kind != CellText)
+        return {};
+    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
+}
+
+ColumnType hostTypeOf(dialect::ColumnType type)
+{
+    switch (type) {
+    case dialect::ColumnType::Bit:
+        return ColumnType::Boolean;
+    case dialect::ColumnType::Decimal:
+        return ColumnType::Decimal;
+    case dialect::ColumnType::Real:
+        return ColumnType::Real;
+    case dialect::ColumnType::Text:
+    case dialect::ColumnType::Time:
+        return ColumnType::Text;
+    case dialect::ColumnType::Date:
+    case dialect::ColumnType::DateTime:
+        return ColumnType::DateTime;
+    default:
+        // A whole number's size shows in the value.
+        return ColumnType::Unknown;
+    }
+}
+
+NativeStatement nativeOf(const dialect::Translation& translation)
+{
+    NativeStatement native;
+    native.sql = translation.sql;
+    native.changesSchema = translation.kind == dialect::StatementKind::Schema;
+    native.types.reserve(translation.columns.size());
+    for (const dialect::OutputColumn& column : translation.columns)
+        native.types.push_back(hostTypeOf(column.type));
+    return native;
+}
+
+// Whether a text holds a semicolon with more behind it; one inside quotes only costs the longer way.
+bool isBatch(std::string_view sql)
+{
+    const std::size_t semicolon = sql.find(';');
+    return semicolon != std::string_view::npos &&
+           sql.find_first_not_of(" \t\r\n;", semicolon) != std::string_view::npos;
+}
 
 class SqliteRows final : public RowStream
 {
@@ -77,45 +122,92 @@ private:
 
 SqliteEngine::SqliteEngine(const std::string& path, SqliteDatabase::Mode mode)
     : m_database(path, mode)
+    , m_columnTypes(
+          [this](std::string_view table, std::string_view column) { return declaredType(table, column); })
     , m_translator([this](std::string_view sql) { return translated(sql); })
 {
-#ifdef ZUL_HOST_DIALECT
-    dialect::registerFunctions(m_database.handle());
-#endif
+    if (dialect::registerFunctions(m_database.handle()) != SQLITE_OK)
+        m_database.fail();
+}
+
+// The declared types of a table's columns, read once and kept until the schema changes.
+dialect::ColumnType SqliteEngine::declaredType(std::string_view table, std::string_view column)
+{
+    const std::string tableKey = foldedName(table);
+    auto known = m_declared.find(tableKey);
+    if (known == m_declared.end()) {
+        auto& columns = m_declared[tableKey];
+        const Value name(std::string{table});
+        auto rows = query("SELECT name, type FROM pragma_table_info(?)", Language::Native, {&name, 1});
+        while (rows->next())
+            columns.emplace(foldedName(textOf(rows->cells()[0])),
+                            dialect::columnTypeOf(textOf(rows->cells()[1])));
+        known = m_declared.find(tableKey);
+    }
+    const auto found = known->second.find(foldedName(column));
+    return found != known->second.end() ? found->second : dialect::ColumnType::Unknown;
+}
+
+void SqliteEngine::forgetSchema()
+{
+    m_declared.clear();
+    m_database.forgetTranslations();
 }
 
 NativeStatement SqliteEngine::translated(std::string_view sql)
 {
-#ifdef ZUL_HOST_DIALECT
-    return translateForSqlite(sql, m_database);
-#else
-    return {std::string(sql), {}, false};
-#endif
+    return nativeOf(dialect::translate(sql, m_columnTypes));
 }
 
 SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)
 {
-    return language == Language::Native ? m_database.prepare(sql) : m_database.prepare(sql, m_translator);
+    if (language == Language::Native)
+        return m_database.prepare(sql);
+    try {
+        return m_database.prepare(sql, m_translator);
+    } catch (const dialect::DialectError& error) {
+        throw EngineError(ErrorCode::Statement, error.what());
+    }
 }
 
 std::int64_t SqliteEngine::execute(std::string_view sql, Language language, std::span<const Value> parameters)
 {
-    bool schemaChanged = false;
-    std::int64_t touched = 0;
-    {
-        SqliteStatement statement = prepare(sql, language);
-        if (statement.handle() == nullptr)
-            return 0;
-        schemaChanged = statement.native().changesSchema;
-        statement.bind(parameters);
-        // Statements that touch no rows leave the count of the last one that did.
-        const std::int64_t before = m_database.totalChanges();
-        while (statement.step()) {
-        }
-        touched = m_database.totalChanges() != before ? m_database.changes() : 0;
+    if (language == Language::Transact && parameters.empty() && isBatch(sql))
+        return executeBatch(sql);
+    SqliteStatement statement = prepare(sql, language);
+    return run(statement, parameters);
+}
+
+std::int64_t SqliteEngine::run(SqliteStatement& statement, std::span<const Value> parameters)
+{
+    if (statement.handle() == nullptr)
+        return 0;
+    statement.bind(parameters);
+    // Statements that touch no rows leave the count of the last one that did.
+    const std::int64_t before = m_database.totalChanges();
+    while (statement.step()) {
     }
-    if (schemaChanged)
-        m_database.forgetTranslations();
+    const std::int64_t touched = m_database.totalChanges() != before ? m_database.changes() : 0;
+    statement.reset();
+    if (statement.native().changesSchema)
+        forgetSchema();
+    return touched;
+}
+
+std::int64_t SqliteEngine::executeBatch(std::string_view sql)
+{
+    std::vector<dialect::Translation> statements;
+    try {
+        statements = dialect::translateBatch(sql, m_columnTypes);
+    } catch (const dialect::DialectError& error) {
+        throw EngineError(ErrorCode::Statement, error.what());
+    }
+    std::int64_t touched = 0;
+    for (const dialect::Translation& translation : statements) {
+        SqliteStatement statement =
+            m_database.prepare(translation.sql, [&](std::string_view) { return nativeOf(translation); });
+        touched += run(statement, {});
+    }
     return touched;
 }
 
@@ -201,8 +293,7 @@ RowIdentity SqliteEngine::rowIdentity(std::string_view table)
         query("SELECT name FROM pragma_table_info(?) WHERE pk > 0 ORDER BY pk", Language::Native, name);
     while (rows->next()) {
         const ZulCell& cell = rows->cells()[0];
-        identity.keyColumns.emplace_back(reinterpret_cast<const char*>(cell.Text),
-                                         static_cast<std::size_t>(cell.Length));
+        identity.keyColumns.emplace_back(textOf(cell));
     }
     if (identity.keyColumns.empty() && hasTable(bareName(table)))
         identity.hiddenColumn = "rowid";

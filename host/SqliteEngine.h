@@ -3,6 +3,7 @@
 // layer. Begin takes the write lock at once, so that a transaction never fails half-way for want of it.
 #include "host/Engine.h"
 #include "host/SqliteDatabase.h"
+#include "host/dialect/Dialect.h"
 
 namespace zul::host {
 
@@ -35,10 +36,17 @@ public:
     SqliteDatabase& database() { return m_database; }
 
 private:
+    dialect::ColumnType declaredType(std::string_view table, std::string_view column);
+    void forgetSchema();
     NativeStatement translated(std::string_view sql);
+    std::int64_t run(SqliteStatement& statement, std::span<const Value> parameters);
+    std::int64_t executeBatch(std::string_view sql);
     SqliteStatement prepare(std::string_view sql, Language language);
 
     SqliteDatabase m_database;
+    // By table and column, names folded.
+    std::unordered_map<std::string, std::unordered_map<std::string, dialect::ColumnType>> m_declared;
+    dialect::ColumnTypes m_columnTypes;
     SqlTranslator m_translator;
     bool m_hasCounters = false;
 };

@@ -5,6 +5,7 @@
 #include "host/Decimal.h"
 #include "host/EngineError.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -114,6 +115,17 @@ Variant wholeVariant(std::int64_t number, ColumnType type)
     if (type != ColumnType::BigInt && small)
         return Variant::fromLong(static_cast<LONG>(number));
     return Variant::fromInt64(number);
+}
+
+// A decimal that the engine keeps as a binary fraction: fifteen digits are what that holds, and leave out the
+// dust of a sum.
+std::string decimalFromReal(double number)
+{
+    std::array<char, 64> buffer{};
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::scientific, 14)
+            .ptr;
+    return decimalText(decimalToDouble({buffer.data(), static_cast<std::size_t>(end - buffer.data())}));
 }
 
 std::string_view textOf(const ZulCell& cell)
@@ -243,7 +255,8 @@ Variant variantOf(const ZulCell& cell, ColumnType type)
         return wholeVariant(cell.Integer, type);
     case CellReal:
         if (type == ColumnType::Decimal)
-            return decimalVariant(cell.Text != nullptr ? std::string(textOf(cell)) : decimalText(cell.Real));
+            return decimalVariant(cell.Text != nullptr ? std::string(textOf(cell))
+                                                       : decimalFromReal(cell.Real));
         return Variant::fromDouble(cell.Real);
     case CellText:
         return Variant::fromUtf8(textOf(cell));
@@ -297,7 +310,8 @@ Value valueOf(const ZulCell& cell, ColumnType type)
         return std::int64_t{cell.Integer};
     case CellReal:
         if (type == ColumnType::Decimal)
-            return DecimalValue{cell.Text != nullptr ? std::string(textOf(cell)) : decimalText(cell.Real)};
+            return DecimalValue{cell.Text != nullptr ? std::string(textOf(cell))
+                                                     : decimalFromReal(cell.Real)};
         return cell.Real;
     case CellText:
         return std::string(textOf(cell));

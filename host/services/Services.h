@@ -3,6 +3,7 @@
 //
 // Their members take the connection object as an argument; it must not be null, and the work is done on the
 // session that the object was asked of.
+#include "automation/Bstr.h"
 #include "automation/ComPtr.h"
 #include "host/Session.h"
 
