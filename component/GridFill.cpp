@@ -21,7 +21,7 @@ void appendRows(ColumnStore& store, ado::Recordset& rows)
             case CellReal:
                 store.appendReal(column, cell.Real);
                 break;
-            case CellText:
+            case ::CellText:
                 store.appendText(column, reinterpret_cast<const char*>(cell.Text),
                                  static_cast<std::size_t>(cell.Length));
                 break;

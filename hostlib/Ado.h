@@ -74,7 +74,7 @@ public:
     /// field. The cells hold good until the taker returns.
     void readRows(const std::function<void(long count, const ZulCell* cells)>& taker);
 
-    IRecordset* interface() const { return m_rows.get(); }
+    IRecordset* object() const { return m_rows.get(); }
 
 private:
     ComPtr<IRecordset> m_rows;

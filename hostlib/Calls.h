@@ -20,7 +20,7 @@ inline Bstr bstr(const QString& text)
 
 inline QString toQString(std::u16string_view text)
 {
-    return {reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size())};
+    return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
 }
 
 inline VARIANT_BOOL toBool(bool value)

@@ -283,7 +283,7 @@ QString TextParser::parse(const QString& source, const Customer& customer, const
     if (!m_object)
         return source;
     return text([&](BSTR* result) {
-        return m_object->Parse(bstr(source).get(), customer.interface(), bstr(classificazione).get(), result);
+        return m_object->Parse(bstr(source).get(), customer.object(), bstr(classificazione).get(), result);
     });
 }
 

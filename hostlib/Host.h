@@ -76,7 +76,7 @@ public:
     /// 0 for a customer without classification.
     qint32 idClassificazione() const;
 
-    ICustomer* interface() const { return m_object.get(); }
+    ICustomer* object() const { return m_object.get(); }
 
 private:
     struct Columns

@@ -1,0 +1,54 @@
+#pragma once
+// The embedded engine: SQLite behind the seam, with the Transact-SQL of the component read by the dialect
+// layer. Begin takes the write lock at once, so that a transaction never fails half-way for want of it.
+#include "host/Engine.h"
+#include "host/SqliteDatabase.h"
+#include "host/dialect/Dialect.h"
+
+namespace zul::host {
+
+class SqliteEngine final : public Engine
+{
+public:
+    /// Throws EngineError when the file cannot be opened or is no database.
+    SqliteEngine(const std::string& path, SqliteDatabase::Mode mode);
+
+    std::int64_t execute(std::string_view sql, Language language,
+                         std::span<const Value> parameters = {}) override;
+    std::unique_ptr<RowStream> query(std::string_view sql, Language language,
+                                     std::span<const Value> parameters = {}) override;
+    bool givesRows(std::string_view sql) override;
+    void insertRows(std::string_view table, std::span<const std::string_view> columns,
+                    std::span<const Value> values) override;
+    void begin() override;
+    void commit() override;
+    void rollback() override;
+    bool inTransaction() const override;
+    std::string quotedName(std::string_view name) const override;
+    std::string tableName(std::string_view asWritten) const override;
+    RowIdentity rowIdentity(std::string_view table) override;
+    std::int64_t nextId(std::string_view table, std::string_view key) override;
+    bool hasTable(std::string_view name) override;
+    void refreshStatistics() override;
+    Product product() const override { return Product::Sqlite; }
+    std::string connectionString() const override;
+
+    SqliteDatabase& database() { return m_database; }
+
+private:
+    dialect::ColumnType declaredType(std::string_view table, std::string_view column);
+    void forgetSchema();
+    NativeStatement translated(std::string_view sql);
+    std::int64_t run(SqliteStatement& statement, std::span<const Value> parameters);
+    std::int64_t executeBatch(std::string_view sql);
+    SqliteStatement prepare(std::string_view sql, Language language);
+
+    SqliteDatabase m_database;
+    // By table and column, names folded.
+    std::unordered_map<std::string, std::unordered_map<std::string, dialect::ColumnType>> m_declared;
+    dialect::ColumnTypes m_columnTypes;
+    SqlTranslator m_translator;
+    bool m_hasCounters = false;
+};
+
+} // namespace zul::host

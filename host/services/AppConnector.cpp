@@ -1,0 +1,106 @@
+#include "automation/Bstr.h"
+#include "automation/ComObject.h"
+#include "automation/Dispatch.h"
+#include "host/DateText.h"
+#include "host/Schema.h"
+#include "host/services/AppPost.h"
+#include "host/services/Services.h"
+
+namespace zul::host {
+
+namespace {
+
+constexpr std::u16string_view sourceName = u"Zul_Host.AppConnector";
+
+class AppConnector final : public ComObject<Dispatching<IAppConnector>>
+{
+public:
+    explicit AppConnector(SessionPtr session)
+        : m_session(std::move(session))
+    {}
+
+    HRESULT STDMETHODCALLTYPE Init(BSTR slug, BSTR salt) override
+    {
+        return hostGuard(sourceName, [&] {
+            m_slug = utf8FromUtf16(textOf(slug));
+            m_salt = utf8FromUtf16(textOf(salt));
+        });
+    }
+
+    HRESULT STDMETHODCALLTYPE SendToContact(BSTR email, DATE when, BSTR text, BSTR* errorText,
+                                            VARIANT_BOOL* sent) override
+    {
+        return send(utf8FromUtf16(textOf(email)), when, text, errorText, sent);
+    }
+
+    HRESULT STDMETHODCALLTYPE SendToEverybody(BSTR text, DATE when, BSTR* errorText,
+                                              VARIANT_BOOL* sent) override
+    {
+        return send(std::nullopt, when, text, errorText, sent);
+    }
+
+private:
+    HRESULT send(std::optional<std::string> email, DATE when, BSTR text, BSTR* errorText, VARIANT_BOOL* sent)
+    {
+        if (errorText == nullptr || sent == nullptr)
+            return E_POINTER;
+        *errorText = nullptr;
+        *sent = VARIANT_FALSE;
+        return hostGuard(sourceName, [&] {
+            const AppMessage message{m_slug, std::move(email), utf8FromUtf16(textOf(text)), when};
+            std::string error;
+            if (m_session->appUrl.empty()) {
+                error = store(message);
+            } else {
+                error = postAppMessage(m_session->appUrl, m_salt, message);
+            }
+            if (error.empty())
+                *sent = VARIANT_TRUE;
+            else
+                *errorText = Bstr::fromUtf8(error).detach();
+        });
+    }
+
+    // Without a service the message waits in a table, where whoever delivers it finds it.
+    std::string store(const AppMessage& message)
+    {
+        try {
+            Engine& engine = *m_session->engine;
+            ensureTable(engine, outboxTable());
+            const std::vector<Value> row{engine.nextId("appOutbox", "id"), message.slug,
+                                         message.email ? Value(*message.email) : Value(), message.text,
+                                         DateValue{message.when}};
+            engine.execute("INSERT INTO appOutbox (id, Slug, Email, Testo, Data) VALUES (?, ?, ?, ?, ?)",
+                           Language::Native, row);
+            return {};
+        } catch (const EngineError& error) {
+            return error.what();
+        }
+    }
+
+    const DispTable<IAppConnector>& dispTable() const override
+    {
+        using namespace zul::dispatch;
+        static const DispTable<IAppConnector> table{
+            method("Init", 1, &IAppConnector::Init, {"slug", "salt"}),
+            method("SendToContact", 2, &IAppConnector::SendToContact,
+                   {"email", date("when"), "text", out("errorText")}),
+            method("SendToEverybody", 3, &IAppConnector::SendToEverybody,
+                   {"text", date("when"), out("errorText")}),
+        };
+        return table;
+    }
+
+    SessionPtr m_session;
+    std::string m_slug;
+    std::string m_salt;
+};
+
+} // namespace
+
+ComPtr<IAppConnector> makeAppConnector(SessionPtr session)
+{
+    return makeCom<AppConnector>(std::move(session));
+}
+
+} // namespace zul::host

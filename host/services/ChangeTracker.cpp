@@ -1,0 +1,57 @@
+#include "automation/ComObject.h"
+#include "automation/Dispatch.h"
+#include "host/DateText.h"
+#include "host/Schema.h"
+#include "host/services/Services.h"
+
+namespace zul::host {
+
+namespace {
+
+constexpr std::u16string_view sourceName = u"Zul_Host.ChangeTracker";
+
+// Keeps a row for every row that the component says it wrote: which, when, by whom.
+class ChangeTracker final : public ComObject<Dispatching<IChangeTracker>>
+{
+public:
+    explicit ChangeTracker(SessionPtr session)
+        : m_session(std::move(session))
+    {}
+
+    HRESULT STDMETHODCALLTYPE RowAdded(BSTR table, LONG id, _SqlConnection* connection) override
+    {
+        if (connection == nullptr)
+            return reportError(E_POINTER, u"no connection", sourceName);
+        return hostGuard(sourceName, [&] {
+            Engine& engine = *m_session->engine;
+            ensureTable(engine, changeTable());
+            const std::vector<Value> row{engine.nextId("tabModificheRighe", "id"),
+                                         utf8FromUtf16(textOf(table)), std::int64_t{id},
+                                         DateValue{currentDate()}, m_session->userName};
+            engine.execute("INSERT INTO tabModificheRighe (id, Tabella, Chiave, Data, Utente)"
+                           " VALUES (?, ?, ?, ?, ?)",
+                           Language::Native, row);
+        });
+    }
+
+private:
+    const DispTable<IChangeTracker>& dispTable() const override
+    {
+        using namespace zul::dispatch;
+        static const DispTable<IChangeTracker> members{
+            method("RowAdded", 1, &IChangeTracker::RowAdded, {"table", "id", "connection"}),
+        };
+        return members;
+    }
+
+    SessionPtr m_session;
+};
+
+} // namespace
+
+ComPtr<IChangeTracker> makeChangeTracker(SessionPtr session)
+{
+    return makeCom<ChangeTracker>(std::move(session));
+}
+
+} // namespace zul::host
