@@ -126,8 +126,7 @@ HRESULT coerce(const ParamInfo& param, VARIANT* given, LCID lcid, ArgSlot& slot)
     }
     if (param.isOut) {
         // Starts empty; the value goes back after the call, or is freed when that fails.
-        if (!param.isObject)
-        {
+        if (!param.isObject) {
             slot.value.vt = param.type;
             slot.ownsValue = true;
         }
