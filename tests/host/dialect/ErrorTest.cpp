@@ -54,7 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"SELECT a FROM t WHERE a", 1, 23, "a value stands here where a condition is expected"},
         Case{"SELECT (a = 1) + 2 FROM t", 1, 9, "a condition stands here where a value is expected"},
         Case{"SELECT a FROM t WHERE a IN ()", 1, 29, "expected an expression"},
-        Case{"SELECT a FROM t WHERE a BETWEEN 1 OR 2", 1, 34, "expected AND"},
+        Case{"SELECT a FROM t WHERE a BETWEEN 1 OR 2", 1, 35, "expected AND"},
         Case{"SELECT CASE a END", 1, 15, "expected WHEN"},
         Case{"SELECT CAST(a AS foo)", 1, 18, "the type 'foo' is not known"},
         Case{"SELECT a FROM (SELECT 1 AS a)", 1, 30, "an alias for the derived table"},
@@ -156,7 +156,7 @@ TEST(Error, NestingHasALimit)
     for (const auto& [open, close] : {std::pair<std::string, std::string>{"(", ")"},
                                       {"ABS(", ")"},
                                       {"(SELECT ", ")"},
-                                      {"-", ""},
+                                      {"- ", ""},
                                       {"~ ", ""},
                                       {"CASE WHEN 1=1 THEN ", " END"},
                                       {"{fn ABS(", ")}"}})

@@ -131,6 +131,26 @@ TEST(Schema, SessionOptionsAreNothing)
     EXPECT_THAT(engine.run("SET NOCOUNT ON SELECT 1"), ElementsAre(ElementsAre("1")));
 }
 
+TEST(Schema, InsertWithoutColumnListLeavesTheIdentityOut)
+{
+    Engine engine;
+    engine.run("CREATE TABLE t(id int IDENTITY PRIMARY KEY, d datetime, s nvarchar(9)); INSERT INTO t VALUES "
+               "('20261121', '20261121'); "
+               "INSERT t SELECT '19000101', 5");
+    EXPECT_THAT(engine.run("SELECT id, d, s FROM t"),
+                ElementsAre(ElementsAre("1", "2026-11-21 00:00:00.000", "20261121"),
+                            ElementsAre("2", "1900-01-01 00:00:00.000", "5")));
+    EXPECT_THROW(
+        translateBatch("CREATE TABLE t(id int IDENTITY, d datetime); INSERT INTO t VALUES (1, '20261121')"),
+        DialectError);
+    const TableColumns columns = [](std::string_view) { return std::vector<std::string>{"a", "d"}; };
+    const ColumnTypes types = [](std::string_view, std::string_view column) {
+        return column == "d" ? ColumnType::Date : ColumnType::Unknown;
+    };
+    EXPECT_EQ(translate("INSERT INTO t VALUES (1, '20261121 10:20')", types, columns).sql,
+              "INSERT INTO [t]([a], [d]) VALUES (1, '2026-11-21 00:00:00.000')");
+}
+
 TEST(Schema, TemporaryTables)
 {
     Engine engine;
