@@ -4,6 +4,7 @@
 #include <arpa/inet.h>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -54,6 +55,7 @@ std::string absolutePath(const std::string& directory, const std::string& name)
 
 ScriptedServer::ScriptedServer()
 {
+    setenv("no_proxy", "127.0.0.1", 1); // whatever the machine's environment says
     if (pipe(m_stop) != 0)
         throw std::runtime_error("no pipe");
     m_listener = listenOnLoopback(m_port);
