@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <new>
 
-#include "automation/Variant.h"
-
 namespace zul {
 
 namespace {
@@ -184,7 +182,7 @@ bool ConnectionPoint::isAdvised(DWORD cookie) const noexcept
                        [&](const Connection& c) { return c.cookie == cookie; });
 }
 
-std::size_t ConnectionPoint::fire(DISPID event, std::span<const VARIANT> arguments,
+std::size_t ConnectionPoint::fire(DISPID event, std::span<const Variant> arguments,
                                   const OnFailure& onFailure)
 {
     const ComPtr<ConnectionPoint> alive(this);

@@ -13,6 +13,7 @@
 
 #include "automation/ComObject.h"
 #include "automation/ErrorInfo.h"
+#include "automation/Variant.h"
 
 namespace zul {
 
@@ -36,7 +37,7 @@ public:
     // is unadvised before its turn is left out. Arguments stand in declared order; each sink gets the variants
     // as they are, so references lead to the same storage for all. What a sink does wrong reaches onFailure
     // (which may be empty) and no other sink. Gives the number of sinks that failed.
-    std::size_t fire(DISPID event, std::span<const VARIANT> arguments, const OnFailure& onFailure = {});
+    std::size_t fire(DISPID event, std::span<const Variant> arguments, const OnFailure& onFailure = {});
 
     const IID& iid() const noexcept { return m_iid; }
     // The container goes: no more sinks, no way back.

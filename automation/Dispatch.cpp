@@ -125,7 +125,12 @@ HRESULT coerce(const ParamInfo& param, VARIANT* given, LCID lcid, ArgSlot& slot)
         return E_POINTER;
     }
     if (param.isOut) {
-        return S_OK; // starts empty; the value goes back after the call
+        // Starts empty; the value goes back after the call, or is freed when that fails.
+        if (!param.isObject) {
+            slot.value.vt = param.type;
+            slot.ownsValue = true;
+        }
+        return S_OK;
     }
     if (param.isObject) {
         return coerceObject(param, argument, slot);
@@ -264,7 +269,7 @@ ArgumentError fillSlots(const MemberInfo& member, const DISPPARAMS& params, cons
         const ParamInfo& param = member.params[i];
         const UINT place = places[i];
         VARIANT* const given = place == notGiven ? nullptr : &params.rgvarg[place];
-        if (given == nullptr || isLeftOut(*given)) {
+        if (given == nullptr || isLeftOut(*behind(given))) {
             if (!param.isOptional) {
                 return {DISP_E_PARAMNOTOPTIONAL, place == notGiven ? 0 : place};
             }

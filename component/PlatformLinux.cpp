@@ -20,7 +20,7 @@ QString nativePath(const QString& path)
 {
     QString native = path;
     native.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    return native;
+    return native.isEmpty() ? native : QDir::cleanPath(native);
 }
 
 bool fileExists(const QString& path)

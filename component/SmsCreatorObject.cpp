@@ -154,7 +154,7 @@ HRESULT SmsCreatorObject::EventoGrd_CaricaGrd(IDispatch** grdCodejock, BSTR* Sql
             return E_POINTER;
     const ComPtr<IUnknown> alive(static_cast<_SmsCreator*>(this));
     trapped(procedure(u"EventoGrd_CaricaGrd"_s), [&] {
-        std::vector<VARIANT> arguments;
+        std::vector<Variant> arguments;
         arguments.push_back(Variant::ref(grdCodejock));
         for (BSTR* text : texts)
             arguments.push_back(Variant::ref(text));

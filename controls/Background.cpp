@@ -11,6 +11,7 @@ namespace {
 
 constexpr const char* colorProperty = "background";
 constexpr const char* paintedProperty = "zulPainted";
+const QString formMarker = QStringLiteral("/* painted */");
 
 // Fields made of parts are painted where their text stands.
 QWidget* paintedPart(QWidget* widget)
@@ -44,9 +45,12 @@ QString paintRule(const QWidget* part, const QColor& color)
 
 void paint(QWidget* part, const QColor& color)
 {
-    const QString rule = paintRule(part, color);
+    QString rule = paintRule(part, color);
     part->setProperty(paintedProperty, true);
     part->setAttribute(Qt::WA_StyledBackground);
+    // A form keeps the style sheet of the common look in front of its own rule.
+    if (part->isWindow())
+        rule.prepend(part->styleSheet().section(formMarker, 0, 0) + formMarker);
     if (part->styleSheet() != rule)
         part->setStyleSheet(rule);
 }
@@ -71,7 +75,7 @@ void resetBackground(QWidget* widget)
     widget->setProperty(colorProperty, QVariant());
     part->setProperty(colorProperty, QVariant());
     part->setProperty(paintedProperty, QVariant());
-    part->setStyleSheet(QString());
+    part->setStyleSheet(part->isWindow() ? part->styleSheet().section(formMarker, 0, 0) : QString());
 }
 
 QColor effectiveBackground(const QWidget* widget)

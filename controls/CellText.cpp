@@ -1,5 +1,7 @@
 #include "controls/CellText.h"
 
+#include "controls/LocaleInput.h"
+
 #include <cmath>
 
 namespace zul {
@@ -83,16 +85,7 @@ QString CellText::boolean(bool value) const
 
 bool CellText::isNumeric(QStringView text) const
 {
-    text = text.trimmed();
-    if (text.isEmpty()) {
-        return false;
-    }
-    QLocale strict = m_locale;
-    strict.setNumberOptions(QLocale::DefaultNumberOptions);
-    bool ok = false;
-    const double value = strict.toDouble(text, &ok);
-    // The locale also reads "inf" and "nan", which nobody means as a number here.
-    return ok && std::isfinite(value) && text.back().isDigit();
+    return zul::isNumeric(text, m_locale);
 }
 
 } // namespace zul

@@ -28,8 +28,7 @@ public:
     /// "Vero"/"Falso" in Italian, "True"/"False" elsewhere.
     QString boolean(bool value) const;
 
-    /// Whether a text is a number in the locale: an optional sign, digits, groups of three, decimals; blanks
-    /// around it are passed over; the empty text is none.
+    /// Whether a text is a number as operators type them, see LocaleInput.
     bool isNumeric(QStringView text) const;
 
     const QLocale& locale() const { return m_locale; }

@@ -31,7 +31,7 @@ public:
             throw std::length_error("a text is too long for a cell");
         }
         m_bytes.resize(static_cast<qsizetype>(units * 3));
-        QStringEncoder encoder(QStringEncoder::Utf8);
+        QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
         const char* end = encoder.appendToBuffer(
             m_bytes.data(), QStringView(utf16, static_cast<qsizetype>(utf16 != nullptr ? units : 0)));
         m_size = static_cast<size_t>(end - m_bytes.data());

@@ -32,7 +32,6 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-public Q_SLOTS:
     void openCalendar();
 
 Q_SIGNALS:

@@ -64,7 +64,6 @@ public:
     // Shows what was appended so far without waiting for the next batch.
     void flush() { m_model->announce(); }
 
-public Q_SLOTS:
     void copySelected() const;
 
 protected:

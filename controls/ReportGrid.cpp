@@ -425,7 +425,7 @@ void ReportGrid::updateShownColumns()
     const std::vector<int> groups = groupColumns();
     for (int column = 0; column < columnCount(); ++column) {
         const bool grouped = std::find(groups.begin(), groups.end(), column) != groups.end();
-        m->header->setSectionHidden(column, grouped || !m->model->isColumnShown(column));
+        m->header->setColumnShown(column, !grouped && m->model->isColumnShown(column));
     }
     m->view->layoutChanged();
 }
@@ -577,7 +577,7 @@ void ReportGrid::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const bool focused = m->view->hasFocus();
-    painter.setPen(focused ? gridcolors::accent(palette()) : gridcolors::frame(palette()));
+    painter.setPen(focused ? accentColor() : frameColor());
     painter.setBrush(palette().color(QPalette::Base));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }

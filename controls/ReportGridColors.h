@@ -1,5 +1,8 @@
-// The colours of the grid, taken from the palette so that they follow it, dark or light.
+// The shades of the grid, mixed from the palette so that they follow it, dark or light. Accent and frames
+// have the colours of the common look.
 #pragma once
+
+#include "controls/CommonLook.h"
 
 #include <QColor>
 #include <QPalette>
@@ -21,11 +24,6 @@ inline bool isDark(const QPalette& palette)
 inline QColor shade(const QPalette& palette, double share)
 {
     return blend(palette.color(QPalette::Base), palette.color(QPalette::Text), share);
-}
-
-inline QColor frame(const QPalette& palette)
-{
-    return isDark(palette) ? shade(palette, 0.25) : QColor(0xd8, 0xdc, 0xe0);
 }
 
 inline QColor rowLine(const QPalette& palette)
@@ -52,11 +50,6 @@ inline QColor groupRow(const QPalette& palette)
 inline QColor quietText(const QPalette& palette)
 {
     return shade(palette, 0.65);
-}
-
-inline QColor accent(const QPalette& palette)
-{
-    return palette.color(QPalette::Active, QPalette::Highlight);
 }
 
 } // namespace zul::gridcolors

@@ -7,6 +7,7 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QScroller>
 
@@ -16,7 +17,7 @@ namespace zul {
 
 namespace {
 
-constexpr int leastRowHeight = 22;
+constexpr int leastRowHeight = 24;
 constexpr int touchRowHeight = 44;
 constexpr int indent = 18; // of a group level
 constexpr int expander = 18;
@@ -553,7 +554,11 @@ void ReportGridView::contextMenuEvent(QContextMenuEvent* event)
 
 void ReportGridView::keyPressEvent(QKeyEvent* event)
 {
+    const QPointer<ReportGridView> self(this);
     Q_EMIT keyPressed(event->key());
+    if (!self) {
+        return; // the key closed the window
+    }
     const int row = currentIndex().isValid() ? currentIndex().row() : -1;
     const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     switch (event->key()) {
@@ -591,6 +596,16 @@ void ReportGridView::keyPressEvent(QKeyEvent* event)
         }
         if (plain && event->key() == Qt::Key_Right) {
             horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+            return;
+        }
+        break;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (plain && row >= 0 && !selectionModel()->hasSelection()) {
+            // The focus stands on a row that is not highlighted: the first key highlights it.
+            selectionModel()->select(currentIndex(),
+                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            scrollToRow(row);
             return;
         }
         break;
@@ -661,10 +676,9 @@ void ReportGridView::paintEvent(QPaintEvent* event)
                          static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, m_emptyText);
         return;
     }
-    const QColor highlight = palette().color(colorGroup(), QPalette::Highlight);
     const bool active = colorGroup() == QPalette::Active;
     const double strength = (active ? 0.26 : 0.14) + (gridcolors::isDark(palette()) ? 0.2 : 0.0);
-    const QColor selectedColor = gridcolors::blend(base, highlight, strength);
+    const QColor selectedColor = gridcolors::blend(base, accentColor(), strength);
     const QColor line = gridcolors::rowLine(palette());
     const int first = std::max(0, rowAt(std::max(0, event->rect().top())));
     for (int row = first; row < rows; ++row) {
@@ -685,7 +699,7 @@ void ReportGridView::paintEvent(QPaintEvent* event)
             painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
         }
         if (row == currentIndex().row() && hasFocus()) {
-            painter.setPen(gridcolors::accent(palette()));
+            painter.setPen(accentColor());
             painter.setBrush(Qt::NoBrush);
             painter.drawRect(rect.adjusted(0, 0, -1, -1));
         }
@@ -765,7 +779,7 @@ void ReportGridView::paintCheck(QPainter& painter, const QRect& box, bool checke
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor accent = isEnabled() ? gridcolors::accent(palette()) : gridcolors::quietText(palette());
+    const QColor accent = isEnabled() ? accentColor() : gridcolors::quietText(palette());
     const QRectF shape = QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.setPen(checked ? accent : gridcolors::shade(palette(), selected ? 0.6 : 0.45));
     painter.setBrush(checked ? accent : palette().color(QPalette::Base));
@@ -776,7 +790,7 @@ void ReportGridView::paintCheck(QPainter& painter, const QRect& box, bool checke
         QPolygonF tick;
         tick << corner + QPointF(side * 0.22, side * 0.52) << corner + QPointF(side * 0.42, side * 0.72)
              << corner + QPointF(side * 0.78, side * 0.28);
-        painter.setPen(QPen(palette().color(QPalette::Active, QPalette::HighlightedText), side / 7.5));
+        painter.setPen(QPen(Qt::white, side / 7.5));
         painter.setBrush(Qt::NoBrush);
         painter.drawPolyline(tick);
     }

@@ -162,10 +162,10 @@ void ReportGroupBox::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor accent = gridcolors::accent(palette());
+    const QColor accent = accentColor();
     const QColor base = palette().color(QPalette::Base);
     painter.fillRect(rect(), m_dropTarget ? gridcolors::blend(base, accent, 0.12) : base);
-    painter.fillRect(QRect(0, height() - 1, width(), 1), gridcolors::frame(palette()));
+    painter.fillRect(QRect(0, height() - 1, width(), 1), frameColor());
 
     const std::vector<Chip> all = chips();
     int used = all.empty() ? margin + 2 : all.back().rect.right() + chipGap;
@@ -206,7 +206,7 @@ void ReportGroupBox::paintEvent(QPaintEvent*)
     for (size_t i = 0; i < all.size(); ++i) {
         const Chip& chip = all[i];
         const bool focused = hasFocus() && static_cast<int>(i) == m_focused;
-        painter.setPen(QPen(focused ? accent : gridcolors::frame(palette()), focused ? 2 : 1));
+        painter.setPen(QPen(focused ? accent : frameColor(), focused ? 2 : 1));
         painter.setBrush(gridcolors::hovered(palette()));
         painter.drawRoundedRect(QRectF(chip.rect).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
         painter.setPen(palette().color(QPalette::Text));

@@ -83,7 +83,7 @@ ReportHeader::ReportHeader(ReportGridModel* grid, QWidget* parent)
     viewport()->setMouseTracking(true);
     setAccessibleName(QStringLiteral("Intestazioni di colonna"));
     connect(this, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        if (width > 0 && static_cast<size_t>(column) < m_widths.size()) {
+        if (width > 0 && !m_showing && static_cast<size_t>(column) < m_widths.size()) {
             m_widths[static_cast<size_t>(column)] = width;
         }
     });
@@ -124,8 +124,16 @@ void ReportHeader::columnsChanged()
         const ReportColumn& own = columns[static_cast<size_t>(column)];
         setSectionResizeMode(column, own.sizable ? QHeaderView::Interactive : QHeaderView::Fixed);
         setWidthOf(column, shareOf(column));
-        setSectionHidden(column, !own.visible);
+        setColumnShown(column, own.visible);
     }
+}
+
+void ReportHeader::setColumnShown(int column, bool shown)
+{
+    // The base class sizes a column to nothing before it counts as hidden; sharing must not size it back.
+    m_showing = true;
+    setSectionHidden(column, !shown);
+    m_showing = false;
 }
 
 void ReportHeader::setSortMark(int column, bool descending)
@@ -148,7 +156,7 @@ int ReportHeader::shareOf(int column) const
 
 void ReportHeader::shareWidths(int free)
 {
-    if (!m_sharesWidths) {
+    if (!m_sharesWidths || m_showing) {
         return;
     }
     std::vector<int> sharing;
@@ -233,7 +241,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column
         return;
     }
     const bool pressed = m_press != Press::None && m_press != Press::Resize && column == m_pressed;
-    const QColor frame = gridcolors::frame(palette());
+    const QColor frame = frameColor();
     painter->save();
     if (m_flat) {
         const bool lit = pressed || (column == m_hovered && m_press == Press::None);
@@ -259,7 +267,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column
         arrow << QPointF(x - 4, y - tip) << QPointF(x + 4, y - tip) << QPointF(x, y + tip);
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(Qt::NoPen);
-        painter->setBrush(gridcolors::accent(palette()));
+        painter->setBrush(accentColor());
         painter->drawPolygon(arrow);
         inner.setRight(inner.right() - arrowWidth);
     }
@@ -274,7 +282,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column
         // The edge at which the dragged column will stand.
         const bool after = visualIndex(m_pressed) < visualIndex(column);
         const int x = after ? rect.right() - 1 : rect.left();
-        painter->fillRect(x, rect.top(), 2, rect.height(), gridcolors::accent(palette()));
+        painter->fillRect(x, rect.top(), 2, rect.height(), accentColor());
     }
     painter->restore();
 }
@@ -284,7 +292,7 @@ void ReportHeader::paintEvent(QPaintEvent* event)
     if (m_flat) {
         QPainter painter(viewport());
         painter.fillRect(viewport()->rect(), gridcolors::header(palette()));
-        painter.fillRect(0, viewport()->height() - 1, viewport()->width(), 1, gridcolors::frame(palette()));
+        painter.fillRect(0, viewport()->height() - 1, viewport()->width(), 1, frameColor());
     }
     QHeaderView::paintEvent(event);
 }
@@ -438,8 +446,8 @@ void ReportHeader::startDrag(const QPoint& position)
     ghost->setContentsMargins(8, 4, 8, 4);
     ghost->setAutoFillBackground(true);
     QPalette colors = palette();
-    colors.setColor(QPalette::Window, gridcolors::accent(colors));
-    colors.setColor(QPalette::WindowText, colors.color(QPalette::Active, QPalette::HighlightedText));
+    colors.setColor(QPalette::Window, accentColor());
+    colors.setColor(QPalette::WindowText, Qt::white);
     ghost->setPalette(colors);
     ghost->adjustSize();
     ghost->show();

@@ -46,6 +46,8 @@ public:
     void setTouch(bool touch);
     /// Shows columns from the model anew; widths and order begin again.
     void columnsChanged();
+    /// The list's widths are to be shared anew afterwards.
+    void setColumnShown(int column, bool shown);
     void setSortMark(int column, bool descending);
 
     /// Columns with width 0 share what the others leave; `free` is the width of the list.
@@ -115,6 +117,7 @@ private:
     bool m_flat = false;
     bool m_touch = false;
     bool m_sharesWidths = true;
+    bool m_showing = false; // a column is being shown or hidden
     int m_padding = 4;
     std::vector<int> m_widths; // hidden columns' too, which the base class does not tell
 };

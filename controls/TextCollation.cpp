@@ -47,13 +47,23 @@ public:
             return;
         }
         const QString last = QString(QChar(characters.back())).repeated(2);
+        const QString first{QChar(characters.front())};
+        QString second = first;
+        for (const char16_t c : characters) {
+            if (collator.compare(first + u'b', QString(QChar(c)) + u'a') < 0) {
+                second = QChar(c);
+                break;
+            }
+        }
         uint16_t primary = 0;
         uint16_t secondary = 0;
         QString letter; // the first form of the letter at hand
         QString form;   // the last form
         for (const char16_t c : characters) {
             const QString self{QChar(c)};
-            const bool sameLetter = !letter.isEmpty() && collator.compare(letter + u'b', self + u'a') > 0;
+            // Forms of one letter leave the order to what follows, at its lower end as well as further up.
+            const bool sameLetter = !letter.isEmpty() && collator.compare(letter + u'b', self + u'a') > 0 &&
+                                    collator.compare(letter + second, self + first) > 0;
             if (sameLetter) {
                 if (collator.compare(form, self) != 0) {
                     ++secondary;

@@ -11,12 +11,19 @@ namespace zul::ftp {
 
 namespace {
 
-constexpr auto PollSlice = std::chrono::milliseconds(1000);
+/// How long curl may wait for its sockets. It does not always watch the data connection while that is being
+/// made, so it is woken often at first and rarely when nothing happens for long.
+std::chrono::milliseconds pollSlice(std::chrono::steady_clock::duration idle)
+{
+    constexpr std::chrono::milliseconds shortest(1);
+    constexpr std::chrono::milliseconds longest(100);
+    return std::clamp(std::chrono::duration_cast<std::chrono::milliseconds>(idle / 4), shortest, longest);
+}
 
 /// curl counts some of its limits in whole seconds. They stand behind our own, which come first.
 long wholeSeconds(std::chrono::milliseconds time)
 {
-    return static_cast<long>(std::chrono::ceil<std::chrono::seconds>(time).count()) + 1;
+    return static_cast<long>(std::chrono::ceil<std::chrono::seconds>(time).count());
 }
 
 /// The part of the URL in front of the path. Nothing when the server's name cannot be one: it is set through
@@ -83,13 +90,8 @@ CurlConnection::~CurlConnection()
         command("QUIT");
         // curl says goodbye once more when it gives up a connection, and waits long for the answer. With the
         // line shut there is nothing to wait for.
-        curl_socket_t socket = CURL_SOCKET_BAD;
-        if (m_easy && curl_multi_add_handle(m_multi.get(), m_easy.get()) == CURLM_OK) {
-            curl_easy_getinfo(m_easy.get(), CURLINFO_ACTIVESOCKET, &socket);
-            curl_multi_remove_handle(m_multi.get(), m_easy.get());
-        }
-        if (socket != CURL_SOCKET_BAD)
-            shutdown(socket, SHUT_RDWR);
+        if (m_control != CURL_SOCKET_BAD)
+            shutdown(m_control, SHUT_RDWR);
     }
     m_easy.reset();
 }
@@ -440,7 +442,8 @@ ErrorCode CurlConnection::drive(const std::function<bool()>& enough, std::chrono
             cut(State::Lost);
             return TimedOut;
         }
-        const auto wait = std::min(std::chrono::ceil<std::chrono::milliseconds>(limit - now), PollSlice);
+        const auto wait = std::min(std::chrono::ceil<std::chrono::milliseconds>(limit - now),
+                                   pollSlice(now - m_lastActivity));
         curl_multi_poll(m_multi.get(), nullptr, 0, static_cast<int>(wait.count()), nullptr);
     }
 }
@@ -460,12 +463,12 @@ ErrorCode CurlConnection::runToEnd()
 ErrorCode CurlConnection::end()
 {
     if (m_running) {
-        curl_socket_t socket = CURL_SOCKET_BAD;
-        curl_easy_getinfo(m_easy.get(), CURLINFO_ACTIVESOCKET, &socket);
+        m_control = CURL_SOCKET_BAD;
+        curl_easy_getinfo(m_easy.get(), CURLINFO_ACTIVESOCKET, &m_control);
         curl_multi_remove_handle(m_multi.get(), m_easy.get());
         m_running = false;
         // A local failure makes curl cut the connection; that is no fault of the server's.
-        if (!m_connecting && socket == CURL_SOCKET_BAD)
+        if (!m_connecting && m_control == CURL_SOCKET_BAD)
             m_state =
                 m_failure != Success && m_failure != InvalidServerResponse ? State::Closed : State::Lost;
     }
@@ -475,6 +478,7 @@ ErrorCode CurlConnection::end()
 void CurlConnection::cut(State state)
 {
     curl_multi_remove_handle(m_multi.get(), m_easy.get());
+    m_control = CURL_SOCKET_BAD;
     m_running = false;
     m_done = true;
     if (m_result == CURLE_OK)

@@ -111,6 +111,8 @@ private:
     std::string m_serverAddress; ///< of the control connection
     int m_ownPort = 0;           ///< of the control connection: another one is another connection
 
+    curl_socket_t m_control = CURL_SOCKET_BAD; ///< while the connection stands and no operation runs
+
     // The running operation.
     bool m_running = false; ///< the easy handle is in the multi handle
     bool m_done = false;

@@ -156,8 +156,8 @@ void frmSMS::setupLook()
     m_ui->splitter->setStretchFactor(1, 1);
     m_ui->splitter->setSizes({340, 640});
 
+    m_ui->lblHeadaer->setProperty("heading", true);
     QFont header = m_ui->lblHeadaer->font();
-    header.setPointSizeF(header.pointSizeF() * 1.4);
     header.setBold(true);
     m_ui->lblHeadaer->setFont(header);
 }
@@ -184,6 +184,19 @@ void frmSMS::connectCriteria()
         focus->watch(field, FocusSelect::Nothing, FocusPaint::Paint::No);
     connect(focus, &FocusPaint::entered, this, [this](QWidget* field) {
         m_ui->Virtual_KeyPAD->attach(field, qobject_cast<DateField*>(field) != nullptr);
+    });
+
+    // In touch mode the free push text gets the full keyboard. That of the SMS editor comes and goes with the
+    // editor, in every mode.
+    auto* texts = new FocusPaint(this);
+    texts->watch(m_ui->txtTestoMessaggio_1_, FocusSelect::Nothing, FocusPaint::Paint::No);
+    connect(texts, &FocusPaint::entered, this, [this](QWidget* field) {
+        if (session().ShowTouchMode)
+            showKeyboard(field);
+    });
+    connect(texts, &FocusPaint::left, this, [this] {
+        if (session().ShowTouchMode && m_ui->txtTestoMessaggio_0_->isHidden())
+            m_ui->Virtual_Keyboard->hide();
     });
 
     // Start fields are copied into end fields; nothing is copied back.
@@ -283,11 +296,12 @@ void frmSMS::InitTipoMessaggio(bool showSendSms, bool showSendMail, bool showPus
         QTabWidget* tab = m_ui->TabControlTipo;
         tab->setCurrentIndex(PageSmsMail);
         tab->setTabVisible(PagePush, showPushNotify);
+        m_ui->grpCosaNotificare->setVisible(showPushNotify);
+        m_ui->grpAChi->setVisible(showPushNotify);
         if (!showSendSms && !showSendMail) {
             // With push off as well the send page offers nothing, without a word.
             tab->setTabVisible(PageSmsMail, false);
-            if (showPushNotify)
-                tab->setCurrentIndex(PagePush);
+            tab->setCurrentIndex(PagePush);
             return;
         }
         const bool both = showSendSms && showSendMail;
@@ -707,7 +721,12 @@ void frmSMS::showSmsEditor(bool show)
         m_ui->Virtual_Keyboard->hide();
         return;
     }
-    m_ui->Virtual_Keyboard->attach(m_ui->txtTestoMessaggio_0_);
+    showKeyboard(m_ui->txtTestoMessaggio_0_);
+}
+
+void frmSMS::showKeyboard(QWidget* field)
+{
+    m_ui->Virtual_Keyboard->attach(field);
     m_ui->Virtual_Keyboard->show();
     m_ui->Virtual_Keyboard->raise();
 }

@@ -63,7 +63,6 @@ private:
     void connectLookup(SelectorField* field, const QString& control, const QString& table, bool takesId,
                        bool exactOk);
     void LoadPeriodoAcq_Auto();
-    void attachKeypad(QWidget* field, bool date);
 
     // Search.
     Criteria criteria() const;
@@ -90,6 +89,7 @@ private:
     void toggleSmsEditor();
     void savePushTemplate();
     void showSmsEditor(bool show);
+    void showKeyboard(QWidget* field);
 
     std::unique_ptr<Ui::frmSMS> m_ui;
     ComponentObject* m_SmsCreator = nullptr;

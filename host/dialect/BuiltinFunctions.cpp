@@ -155,10 +155,10 @@ Piece ExpressionWriter::call(const Expr& expr)
     return (this->*builtin->write)(expr);
 }
 
-Piece ExpressionWriter::callOf(const char* function, const std::vector<std::string>& arguments,
+Piece ExpressionWriter::callOf(const std::string& function, const std::vector<std::string>& arguments,
                                ColumnType type) const
 {
-    Piece piece{.sql = std::string(function) + "(", .type = type};
+    Piece piece{.sql = function + "(", .type = type};
     for (std::size_t i = 0; i < arguments.size(); ++i)
         piece.sql += (i == 0 ? "" : ", ") + arguments[i];
     piece.sql += ")";
@@ -230,7 +230,7 @@ Piece ExpressionWriter::ranking(const Expr& expr)
     std::vector<std::string> arguments;
     for (const ExprPtr& argument : expr.args)
         arguments.push_back(numberArgument(*argument));
-    Piece piece = callOf(lowerAscii(expr.text).c_str(), arguments, ColumnType::Integer);
+    Piece piece = callOf(lowerAscii(expr.text), arguments, ColumnType::Integer);
     piece.sql += overText(expr);
     return piece;
 }
@@ -245,7 +245,7 @@ Piece ExpressionWriter::neighbour(const Expr& expr)
             type = piece.type;
         arguments.push_back(piece.sql);
     }
-    Piece piece = callOf(lowerAscii(expr.text).c_str(), arguments, type);
+    Piece piece = callOf(lowerAscii(expr.text), arguments, type);
     piece.sql += overText(expr);
     return piece;
 }
@@ -368,7 +368,7 @@ Piece ExpressionWriter::trim(const Expr& expr)
     std::vector<std::string> arguments;
     for (const ExprPtr& argument : expr.args)
         arguments.push_back(textArgument(*argument));
-    return callOf(lowerAscii(expr.text).c_str(), arguments, ColumnType::Text);
+    return callOf(lowerAscii(expr.text), arguments, ColumnType::Text);
 }
 
 Piece ExpressionWriter::textFunction(const Expr& expr)
@@ -381,7 +381,7 @@ Piece ExpressionWriter::textFunction(const Expr& expr)
         return callOf("unicode", arguments, ColumnType::Integer);
     const bool number = name == "CHARINDEX" || name == "PATINDEX" || name == "ASCII";
     const std::string plain = name == "UCASE" ? "upper" : name == "LCASE" ? "lower" : lowerAscii(name);
-    return callOf(("zul_" + plain).c_str(), arguments, number ? ColumnType::Integer : ColumnType::Text);
+    return callOf("zul_" + plain, arguments, number ? ColumnType::Integer : ColumnType::Text);
 }
 
 Piece ExpressionWriter::concat(const Expr& expr)
@@ -402,7 +402,7 @@ Piece ExpressionWriter::codeFunction(const Expr& expr)
     std::vector<std::string> arguments;
     for (const ExprPtr& argument : expr.args)
         arguments.push_back(numberArgument(*argument));
-    return callOf(("zul_" + lowerAscii(expr.text)).c_str(), arguments, ColumnType::Text);
+    return callOf("zul_" + lowerAscii(expr.text), arguments, ColumnType::Text);
 }
 
 // --- numbers ----------------------------------------------------------------------------------------------
@@ -428,7 +428,7 @@ Piece ExpressionWriter::numberFunction(const Expr& expr)
     }
     if (expr.text == "SIGN")
         type = ColumnType::Integer;
-    return callOf(("zul_" + lowerAscii(expr.text)).c_str(), arguments, type);
+    return callOf("zul_" + lowerAscii(expr.text), arguments, type);
 }
 
 // --- dates ------------------------------------------------------------------------------------------------
@@ -501,17 +501,14 @@ Piece ExpressionWriter::datePart(const Expr& expr)
     const std::string moment = momentArgument(*expr.args[1]).sql;
     if (expr.text == "DATENAME")
         return callOf("zul_datename", {quotedText(nameOf(part)), moment}, ColumnType::Text);
-    if (part == DatePart::Year)
-        return callOf("zul_year", {moment}, ColumnType::Integer);
+    if (part == DatePart::Year || part == DatePart::Month || part == DatePart::Day)
+        return callOf("zul_" + std::string(nameOf(part)), {moment}, ColumnType::Integer);
     return callOf("zul_datepart", {quotedText(nameOf(part)), moment}, ColumnType::Integer);
 }
 
 Piece ExpressionWriter::yearOrSo(const Expr& expr)
 {
-    const std::string moment = momentArgument(*expr.args[0]).sql;
-    if (expr.text == "YEAR")
-        return callOf("zul_year", {moment}, ColumnType::Integer);
-    return callOf("zul_datepart", {quotedText(lowerAscii(expr.text)), moment}, ColumnType::Integer);
+    return callOf("zul_" + lowerAscii(expr.text), {momentArgument(*expr.args[0]).sql}, ColumnType::Integer);
 }
 
 Piece ExpressionWriter::dateFromParts(const Expr& expr)
@@ -533,7 +530,7 @@ Piece ExpressionWriter::endOfMonth(const Expr& expr)
 
 Piece ExpressionWriter::test(const Expr& expr)
 {
-    return callOf(("zul_" + lowerAscii(expr.text)).c_str(), {write(*expr.args[0]).sql}, ColumnType::Integer);
+    return callOf("zul_" + lowerAscii(expr.text), {write(*expr.args[0]).sql}, ColumnType::Integer);
 }
 
 // --- the engine -------------------------------------------------------------------------------------------

@@ -55,6 +55,10 @@ ColumnType columnTypeOf(std::string_view declaration);
 /// in the statement (any case, without schema and brackets).
 using ColumnTypes = std::function<ColumnType(std::string_view table, std::string_view column)>;
 
+/// Answers the columns that an INSERT without a column list fills, in order (an identity column is not among
+/// them); nothing when the table is not known. Names come as for ColumnTypes.
+using TableColumns = std::function<std::vector<std::string>(std::string_view table)>;
+
 enum class StatementKind
 {
     Nothing, ///< SET NOCOUNT ON and the like: sql is empty, there is nothing to run
@@ -113,11 +117,14 @@ private:
 /// Translates exactly one statement (a final ';' is allowed). With column types the output uses more native
 /// operators (faster) and normalises date and number literals that meet a column of another type; without,
 /// a '+' between columns is decided by the values at run time and a date literal compared with a column stands
-/// as written. Throws DialectError.
-Translation translate(std::string_view tsql, const ColumnTypes& columnTypes = {});
+/// as written. With table columns the same is done for an INSERT without a column list. Throws DialectError.
+Translation translate(std::string_view tsql, const ColumnTypes& columnTypes = {},
+                      const TableColumns& tableColumns = {});
 
-/// Translates a batch: statements one after the other, with or without ';' between them. An empty batch gives
-/// an empty list. Throws DialectError; then nothing of the batch was translated.
-std::vector<Translation> translateBatch(std::string_view tsql, const ColumnTypes& columnTypes = {});
+/// Translates a batch: statements one after the other, with or without ';' between them. The columns of a
+/// table that the batch itself creates are known to its later statements. An empty batch gives an empty list.
+/// Throws DialectError; then nothing of the batch was translated.
+std::vector<Translation> translateBatch(std::string_view tsql, const ColumnTypes& columnTypes = {},
+                                        const TableColumns& tableColumns = {});
 
 } // namespace zul::dialect

@@ -33,9 +33,10 @@ struct Use
 class StatementWriter final : private QueryWriter
 {
 public:
-    StatementWriter(std::string_view text, const ColumnTypes& columnTypes)
+    StatementWriter(std::string_view text, const ColumnTypes& columnTypes, const TableColumns& tableColumns)
         : m_text(text)
         , m_columnTypes(columnTypes)
+        , m_tableColumns(tableColumns)
         , m_expressions(text, *this)
     {}
 
@@ -127,15 +128,12 @@ private:
                 }
             return ColumnType::Unknown;
         }
-        const ColumnType type = m_columnTypes ? m_columnTypes(source.table, column) : ColumnType::Unknown;
+        const ColumnType type = m_columnTypes(source.table, column);
         known = type != ColumnType::Unknown;
         return type;
     }
 
-    ColumnType targetType(const std::string& column) const
-    {
-        return m_columnTypes ? m_columnTypes(m_out.target, column) : ColumnType::Unknown;
-    }
+    ColumnType targetType(const std::string& column) const { return m_columnTypes(m_out.target, column); }
 
     void reads(const std::string& table)
     {
@@ -498,18 +496,21 @@ private:
     {
         m_out.kind = StatementKind::Insert;
         m_out.sql = ctesText(statement.ctes) + "INSERT INTO " + quotedName(m_out.target);
-        std::vector<ColumnType> targets;
-        for (const std::string& column : statement.columns)
-            targets.push_back(targetType(column));
-        if (!statement.columns.empty())
-            m_out.sql += "(" + names(statement.columns) + ")";
         if (!statement.query) {
             m_out.sql += " DEFAULT VALUES";
             return;
         }
+        std::vector<std::string> columns = statement.columns;
+        if (columns.empty())
+            columns = m_tableColumns(m_out.target);
+        std::vector<ColumnType> targets;
+        for (const std::string& column : columns)
+            targets.push_back(targetType(column));
         const QueryText text = queryText(*statement.query, Use{.targets = &targets});
-        if (text.complete && !targets.empty() && targets.size() != text.columns.size())
+        if (text.complete && !columns.empty() && columns.size() != text.columns.size())
             failAt(m_text, statement.query->offset, "the number of values is not the number of columns");
+        if (!columns.empty())
+            m_out.sql += "(" + names(columns) + ")";
         m_out.sql += " " + text.sql;
     }
 
@@ -748,6 +749,7 @@ private:
 
     std::string_view m_text;
     const ColumnTypes& m_columnTypes;
+    const TableColumns& m_tableColumns;
     Translation m_out;
     const Scope* m_scope = nullptr;
     std::vector<CteColumns> m_ctes;
@@ -756,9 +758,10 @@ private:
 
 } // namespace
 
-Translation emit(const Statement& statement, std::string_view tsql, const ColumnTypes& columnTypes)
+Translation emit(const Statement& statement, std::string_view tsql, const ColumnTypes& columnTypes,
+                 const TableColumns& tableColumns)
 {
-    return StatementWriter(tsql, columnTypes).write(statement);
+    return StatementWriter(tsql, columnTypes, tableColumns).write(statement);
 }
 
 } // namespace zul::dialect

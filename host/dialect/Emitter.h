@@ -9,6 +9,7 @@
 namespace zul::dialect {
 
 /// 'tsql' is the text that the tree was read from; errors name places in it. Throws DialectError.
-Translation emit(const Statement& statement, std::string_view tsql, const ColumnTypes& columnTypes);
+Translation emit(const Statement& statement, std::string_view tsql, const ColumnTypes& columnTypes,
+                 const TableColumns& tableColumns);
 
 } // namespace zul::dialect

@@ -402,9 +402,10 @@ Piece ExpressionWriter::between(const Expr& expr)
     Piece low = write(*expr.args[0]);
     Piece high = write(*expr.args[1]);
     Piece again = operand;
+    const std::string plain = operand.sql;
     prepareComparison(operand, low);
     prepareComparison(again, high);
-    if (again.sql.size() > operand.sql.size())
+    if (operand.sql == plain)
         operand = std::move(again);
     return {.sql = operand.as(Binding::Bit) + (expr.negated ? " NOT BETWEEN " : " BETWEEN ") +
                    low.as(Binding::Bit) + " AND " + high.as(Binding::Bit),
@@ -427,7 +428,7 @@ Piece ExpressionWriter::membership(const Expr& expr)
             Piece value = write(*item);
             Piece again = operand;
             prepareComparison(again, value);
-            if (again.sql.size() > prepared.sql.size())
+            if (again.sql != operand.sql)
                 prepared = std::move(again);
             list += (list.empty() ? "" : ", ") + value.sql;
         }
@@ -487,7 +488,7 @@ Piece ExpressionWriter::caseText(const Expr& expr)
         for (Piece& when : whens) {
             Piece again = operand;
             prepareComparison(again, when);
-            if (again.sql.size() > prepared.sql.size())
+            if (again.sql != operand.sql)
                 prepared = std::move(again);
         }
         sql += " " + prepared.sql;
@@ -638,7 +639,9 @@ Piece ExpressionWriter::cast(const Expr& expr)
     const ColumnType target = columnTypeNamed(type.name);
     if (target == ColumnType::Binary)
         fail(expr, "a conversion to " + type.name + " is not supported");
-    const Piece value = write(*expr.args.front());
+    Piece value = write(*expr.args.front());
+    if (value.type == ColumnType::Binary && target != ColumnType::Text)
+        value = asNumber(std::move(value));
     std::string style = "-1";
     if (expr.args.size() > 1)
         style = write(*expr.args[1]).sql;

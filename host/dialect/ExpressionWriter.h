@@ -87,7 +87,8 @@ private:
     std::string partArgument(const Expr& expr) const;
 
     Piece call(const Expr& expr);
-    Piece callOf(const char* function, const std::vector<std::string>& arguments, ColumnType type) const;
+    Piece callOf(const std::string& function, const std::vector<std::string>& arguments,
+                 ColumnType type) const;
     std::string textArgument(const Expr& expr) { return asText(write(expr)).sql; }
     std::string numberArgument(const Expr& expr) { return asNumber(write(expr)).sql; }
     std::string overText(const Expr& expr);

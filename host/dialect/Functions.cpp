@@ -712,19 +712,35 @@ DatePart partArgument(const Argument& argument)
     return *part;
 }
 
-// The year of a date; the common case without reading the rest of the text.
-Result year(Arguments arguments)
+// Year, month or day of a date; the common case without reading the rest of the text.
+Result digitsOf(Arguments arguments, DatePart part, std::size_t from, std::size_t count)
 {
     if (isNull(arguments[0]))
         return {};
-    if (const auto* text = std::get_if<std::string_view>(&arguments[0]);
-        text && text->size() >= 10 && (*text)[4] == '-') {
+    const auto* text = std::get_if<std::string_view>(&arguments[0]);
+    if (text != nullptr && text->size() == 23 && (*text)[4] == '-' && (*text)[7] == '-') {
         int number = 0;
-        const auto end = std::from_chars(text->data(), text->data() + 4, number);
-        if (end.ec == std::errc() && end.ptr == text->data() + 4 && number > 0)
+        const char* end = text->data() + from + count;
+        const auto read = std::from_chars(text->data() + from, end, number);
+        if (read.ec == std::errc() && read.ptr == end && number > 0)
             return int64_t{number};
     }
-    return partOf(DatePart::Year, momentOf(arguments[0]));
+    return partOf(part, momentOf(arguments[0]));
+}
+
+Result year(Arguments arguments)
+{
+    return digitsOf(arguments, DatePart::Year, 0, 4);
+}
+
+Result month(Arguments arguments)
+{
+    return digitsOf(arguments, DatePart::Month, 5, 2);
+}
+
+Result day(Arguments arguments)
+{
+    return digitsOf(arguments, DatePart::Day, 8, 2);
 }
 
 std::optional<int64_t> difference(Arguments arguments)
@@ -1068,6 +1084,8 @@ constexpr Function table[] = {
     {"zul_sign", 1, 1, true, sign},
     {"zul_isnumeric", 1, 1, true, isNumericText},
     {"zul_year", 1, 1, true, year},
+    {"zul_month", 1, 1, true, month},
+    {"zul_day", 1, 1, true, day},
     {"zul_datediff", 3, 3, true, dateDiff},
     {"zul_datediff_big", 3, 3, true, dateDiffBig},
     {"zul_dateadd", 3, 3, true, dateAdd},

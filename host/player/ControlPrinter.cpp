@@ -5,6 +5,7 @@
 #include "host/player/ScenarioParser.h"
 
 #include <QAbstractButton>
+#include <QPushButton>
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,6 +13,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QTextEdit>
 
 namespace zul::host {
@@ -94,7 +96,8 @@ QColor background(const QWidget* control)
         const QPalette::ColorRole role = around->backgroundRole();
         const bool paints =
             around->isWindow() || around->autoFillBackground() || role == QPalette::Base ||
-            (role == QPalette::Button && qobject_cast<const QAbstractButton*>(around) != nullptr);
+            (role == QPalette::Button && (qobject_cast<const QPushButton*>(around) != nullptr ||
+                                          qobject_cast<const QToolButton*>(around) != nullptr));
         if (paints) {
             return around->palette().color(role);
         }

@@ -10,9 +10,13 @@ namespace zul::host {
 template <typename Result, typename... Arguments>
 Result GridProbe::ask(const char* member, Arguments... arguments) const
 {
+    // Types by their run-time names: the usual macros would pass on the names of the template's parameters.
     Result result{};
-    if (!QMetaObject::invokeMethod(m_grid, member, Qt::DirectConnection, Q_RETURN_ARG(Result, result),
-                                   Q_ARG(Arguments, arguments)...)) {
+    const bool answered = QMetaObject::invokeMethod(
+        m_grid, member, Qt::DirectConnection,
+        QReturnArgument<Result>(QMetaType::fromType<Result>().name(), result),
+        QArgument<Arguments>(QMetaType::fromType<Arguments>().name(), arguments)...);
+    if (!answered) {
         throw CommandError{
             QStringLiteral("\"%1\" does not answer %2").arg(m_grid->objectName(), QLatin1String(member))};
     }

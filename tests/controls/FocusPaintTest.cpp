@@ -24,9 +24,8 @@ class FocusPaintTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        auto* column = new QVBoxLayout(&form);
         for (QWidget* widget : std::initializer_list<QWidget*>{&other, &first, &second, &date})
-            column->addWidget(widget);
+            column.addWidget(widget);
         zul::applyCommonLook(&form, false);
         painter.watch(&first, zul::FocusSelect::First100);
         painter.watch(&second);
@@ -37,6 +36,7 @@ protected:
     }
 
     QWidget form;
+    QVBoxLayout column{&form};
     QPushButton other{&form};
     QLineEdit first{&form};
     QLineEdit second{&form};

@@ -82,4 +82,6 @@ TEST_F(WaitIndicatorTest, FollowsANewParent)
     indicator.show();
     second.resize(600, 500);
     EXPECT_EQ(indicator.geometry().center(), second.rect().center());
+    indicator.setParent(&window);
+    EXPECT_FALSE(indicator.isVisible());
 }

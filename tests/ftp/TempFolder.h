@@ -1,0 +1,63 @@
+// A folder of the test's own, and files in it.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zul::test {
+
+class TempFolder
+{
+public:
+    TempFolder()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "zul-ftp-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr)
+            throw std::runtime_error("no temporary folder");
+        m_path = name;
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+    ~TempFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
+    std::filesystem::path path() const { return m_path; }
+    std::string file(const std::string& name) const { return (m_path / name).string(); }
+
+    std::string write(const std::string& name, std::string_view content) const
+    {
+        std::ofstream(m_path / name, std::ios::binary).write(content.data(), std::ssize(content));
+        return file(name);
+    }
+
+    /// The content, or nothing when there is no such file.
+    std::optional<std::string> read(const std::string& name) const
+    {
+        std::ifstream stream(m_path / name, std::ios::binary);
+        if (!stream)
+            return std::nullopt;
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// @p size bytes that differ from their neighbours, so that a shifted or repeated piece shows.
+inline std::string pattern(std::size_t size)
+{
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<char>('!' + (i * 7 + i / 255) % 90);
+    return bytes;
+}
+
+} // namespace zul::test

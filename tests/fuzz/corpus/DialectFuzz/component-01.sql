@@ -1,0 +1,1 @@
+SELECT * FROM tabImpostazioni WHERE descrizione='SMS_X'

@@ -1,0 +1,1 @@
+SELECT Max(idImpostazione) as maxId FROM tabImpostazioni

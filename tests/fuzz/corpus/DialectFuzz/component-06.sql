@@ -1,0 +1,1 @@
+SELECT tabRic_Ricorrenze.id,  tabRic_Ricorrenze.Descrizione as Ricorrenza  from tabRic_Ricorrenze order by tabRic_Ricorrenze.Descrizione 

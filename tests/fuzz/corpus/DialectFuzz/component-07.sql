@@ -1,0 +1,1 @@
+SELECT tabComuni.Codice as Sigla, tabComuni.Descrizione AS [Provincia] FROM tabComuni Order BY tabComuni.Descrizione 

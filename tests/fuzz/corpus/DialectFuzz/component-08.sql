@@ -1,0 +1,1 @@
+SELECT id,Descrizione as [Classificazione] from tabRIC_Classificazioni order by Descrizione

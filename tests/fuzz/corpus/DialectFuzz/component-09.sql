@@ -1,0 +1,1 @@
+SELECT Tmk_Messaggi.idMessaggio, [Tmk_Messaggi].[TESTOSMS] AS [Testo] from TMK_Messaggi LEFT JOIN tabRIC_RicorrenzeMessaggi ON TMK_Messaggi.idMessaggio = tabRIC_RicorrenzeMessaggi.idMessaggio  where Tmk_Messaggi.idtipoMessaggio=6 order by Descrizione 

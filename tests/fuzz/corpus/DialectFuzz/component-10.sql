@@ -1,0 +1,1 @@
+SELECT Tmk_Messaggi.idMessaggio, [Tmk_Messaggi].[Descrizione]  AS [Tipo MAIL]  from TMK_Messaggi  where Tmk_Messaggi.idtipoMessaggio=5 or Tmk_Messaggi.idtipoMessaggio=102 or Tmk_Messaggi.idtipoMessaggio=101 order by Descrizione 

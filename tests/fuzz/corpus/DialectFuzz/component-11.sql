@@ -1,0 +1,1 @@
+SELECT [idStatoCampagna],[Descrizione] FROM [TMK_StatoCampagne]

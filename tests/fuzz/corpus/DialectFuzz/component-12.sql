@@ -1,0 +1,1 @@
+update TMK_Chiamate set IdScript= -1 where IdStatoChiamata<>5 and IdStatoChiamata<>1 and idCampagna=12

@@ -1,0 +1,1 @@
+ select * from tabclienti where telefono2 like '%333123456%'

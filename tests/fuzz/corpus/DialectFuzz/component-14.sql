@@ -1,0 +1,1 @@
+update tabclienti set notecliente = isnull(notecliente, '') + ' Numero non valido :' + '333' , Telefono2='' where  telefono2 = '333'

@@ -1,0 +1,1 @@
+Select TestoSMS, OGGETTO from TMK_Messaggi where idMessaggio=5

@@ -1,0 +1,1 @@
+SELECT * FROM TMK_MailingList WHERE 1=2

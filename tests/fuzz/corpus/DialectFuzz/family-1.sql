@@ -1,0 +1,1 @@
+CREATE TABLE t(id int IDENTITY(1,1) PRIMARY KEY, s nvarchar(5) DEFAULT 'x')

@@ -1,0 +1,1 @@
+SELECT TOP 3 CASE WHEN a LIKE '[a-z]%' ESCAPE '!' THEN CAST(b AS varchar(5)) ELSE N'it''s' END x FROM (VALUES (1),(2)) AS k(a) ORDER BY x DESC

@@ -1,0 +1,1 @@
+zul_fuzz(DialectFuzz SOURCES DialectFuzz.cpp LIBS zul_dialect)

@@ -1,0 +1,124 @@
+#include "host/dialect/DateTime.h"
+
+#include <gtest/gtest.h>
+
+using namespace zul::dialect;
+
+namespace {
+
+std::string normal(std::string_view text)
+{
+    const auto moment = parseMoment(text);
+    return moment ? formatMoment(*moment) : "-";
+}
+
+TEST(DateTime, ReadsUnambiguousForms)
+{
+    EXPECT_EQ(normal("20261121"), "2026-11-21 00:00:00.000");
+    EXPECT_EQ(normal("2026-11-21"), "2026-11-21 00:00:00.000");
+    EXPECT_EQ(normal("2026/1/2"), "2026-01-02 00:00:00.000");
+    EXPECT_EQ(normal("20261121 10:20:30.123"), "2026-11-21 10:20:30.123");
+    EXPECT_EQ(normal("2026-11-21T10:20:30"), "2026-11-21 10:20:30.000");
+    EXPECT_EQ(normal("2026-11-21 10:20:30.1234567"), "2026-11-21 10:20:30.123");
+    EXPECT_EQ(normal(" 20261121 1:05 pm "), "2026-11-21 13:05:00.000");
+    EXPECT_EQ(normal("12 AM"), "1900-01-01 00:00:00.000");
+    EXPECT_EQ(normal("10:20"), "1900-01-01 10:20:00.000");
+    EXPECT_EQ(normal(""), "1900-01-01 00:00:00.000");
+    EXPECT_EQ(normal("00010101"), "0001-01-01 00:00:00.000");
+    EXPECT_EQ(normal("99991231 23:59:59.999"), "9999-12-31 23:59:59.999");
+    EXPECT_EQ(normal("20240229"), "2024-02-29 00:00:00.000");
+}
+
+TEST(DateTime, RefusesTheRest)
+{
+    for (const char* text : {"21/11/2026", "20261131", "20230229", "2026-13-01", "2026-11-21 25:00",
+                             "2026-11-21 10:60", "x", "2026", "202611211", "2026-11-21x", "2026-11-21 10",
+                             "00000101", "2026-11-21 10:20:30.", "13:00 PM", "\xFF"})
+        EXPECT_EQ(normal(text), "-") << text;
+}
+
+TEST(DateTime, DaysAndDatesAgreeOverTheWholeRange)
+{
+    std::int64_t day = dayOf(1, 1, 1);
+    for (std::int64_t year = 1; year <= 9999; year += year < 1890 || year > 2110 ? 37 : 1)
+        for (unsigned month = 1; month <= 12; ++month) {
+            const std::int64_t first = dayOf(year, month, 1);
+            EXPECT_GE(first, day);
+            day = first;
+            const CivilDate date = civilOf(first);
+            EXPECT_EQ(date.year, year);
+            EXPECT_EQ(date.month, month);
+            EXPECT_EQ(date.day, 1U);
+        }
+    EXPECT_EQ(dayOf(1970, 1, 1), 0);
+    EXPECT_EQ(dayOf(2000, 3, 1) - dayOf(2000, 2, 28), 2);
+    EXPECT_EQ(dayOf(1900, 3, 1) - dayOf(1900, 2, 28), 1);
+}
+
+TEST(DateTime, NumbersAreDaysSince1900)
+{
+    EXPECT_EQ(formatMoment(*momentOfNumber(0)), "1900-01-01 00:00:00.000");
+    EXPECT_EQ(formatMoment(*momentOfNumber(1.5)), "1900-01-02 12:00:00.000");
+    EXPECT_EQ(formatMoment(*momentOfNumber(-0.25)), "1899-12-31 18:00:00.000");
+    EXPECT_FALSE(momentOfNumber(1e9));
+    EXPECT_FALSE(momentOfNumber(-1e9));
+    EXPECT_EQ(numberOfMoment(*parseMoment("19000103 06:00")), 2.25);
+}
+
+TEST(DateTime, EveryPartName)
+{
+    for (const char* name :
+         {"year", "yy",         "YYYY",    "quarter",  "qq",    "q",           "month", "mm",
+          "m",    "dayofyear",  "dy",      "y",        "day",   "dd",          "d",     "week",
+          "wk",   "ww",         "weekday", "dw",       "w",     "hour",        "hh",    "minute",
+          "mi",   "n",          "second",  "ss",       "s",     "millisecond", "ms",    "microsecond",
+          "mcs",  "nanosecond", "ns",      "iso_week", "isowk", "isoww"})
+        EXPECT_TRUE(datePartNamed(name)) << name;
+    EXPECT_FALSE(datePartNamed("century"));
+    EXPECT_FALSE(datePartNamed(""));
+    EXPECT_EQ(nameOf(*datePartNamed("ns")), "nanosecond");
+    EXPECT_EQ(nameOf(*datePartNamed("yy")), "year");
+}
+
+TEST(DateTime, DifferenceIsTheSumsInverse)
+{
+    const Moment from = *parseMoment("20240229 23:59:59.999");
+    for (const char* name :
+         {"year", "quarter", "month", "day", "week", "hour", "minute", "second", "millisecond"})
+        for (const std::int64_t number : {-100, -1, 0, 1, 7, 100}) {
+            const DatePart part = *datePartNamed(name);
+            const auto sum = dateSum(part, number, from);
+            ASSERT_TRUE(sum) << name;
+            EXPECT_EQ(dateDifference(part, from, *sum), number) << name << " " << number;
+        }
+}
+
+TEST(DateTime, OutOfRangeSumsAreNothing)
+{
+    const Moment last = *parseMoment("99991231 23:59:59.999");
+    const Moment first = *parseMoment("00010101");
+    EXPECT_FALSE(dateSum(DatePart::Millisecond, 1, last));
+    EXPECT_FALSE(dateSum(DatePart::Day, -1, first));
+    EXPECT_FALSE(dateSum(DatePart::Month, 1, last));
+    EXPECT_FALSE(dateSum(DatePart::Year, INT64_MAX, last));
+    EXPECT_FALSE(dateSum(DatePart::Week, INT64_MIN, last));
+    EXPECT_FALSE(dateDifference(DatePart::Nanosecond, first, last));
+    EXPECT_TRUE(dateDifference(DatePart::Millisecond, first, last));
+}
+
+TEST(DateTime, StylesReadBack)
+{
+    const Moment moment = *parseMoment("20261121");
+    for (const int style :
+         {101, 102, 103, 104, 105, 110, 111, 112, 120, 121, 126, 1, 2, 3, 4, 5, 10, 11, 23}) {
+        const auto text = momentInStyle(moment, style);
+        ASSERT_TRUE(text) << style;
+        EXPECT_EQ(parseMomentInStyle(*text, style), moment) << style << " " << *text;
+    }
+    EXPECT_FALSE(momentInStyle(moment, 999));
+    EXPECT_FALSE(parseMomentInStyle("31/02/2026", 103));
+    EXPECT_FALSE(parseMomentInStyle("1/2", 103));
+    EXPECT_FALSE(parseMomentInStyle("", 103).has_value());
+}
+
+} // namespace
