@@ -81,7 +81,8 @@ std::vector<Token> outerTokens(std::string_view sql)
         } else if (c == ')') {
             --depth;
         }
-        if (depth == 0 && c != ')')
+        // An opening parenthesis stands for all that it holds.
+        if ((depth == 0 && c != ')') || (depth == 1 && c == '('))
             tokens.push_back({kind, sql.substr(i, end - i), i});
         i = end;
     }
