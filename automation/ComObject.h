@@ -69,7 +69,9 @@ public:
         if (left == 0) {
             // A destructor that hands the object out for a moment must not destroy it a second time.
             m_references.store(dying, std::memory_order_relaxed);
+#ifndef __clang_analyzer__ // which cannot follow the count and takes every release for the last one
             delete this;
+#endif
         }
         return left;
     }

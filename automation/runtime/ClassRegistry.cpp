@@ -244,7 +244,7 @@ HRESULT changeFile(const std::function<HRESULT(std::vector<Section>&)>& change)
 
 std::string registryPath()
 {
-    const std::string own = environment("ZUL_AUTOMATION_REGISTRY");
+    std::string own = environment("ZUL_AUTOMATION_REGISTRY");
     if (!own.empty()) {
         return own;
     }

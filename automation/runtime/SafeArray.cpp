@@ -213,6 +213,7 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy)
         const HRESULT copied = copyElement(array->fFeatures, array->cbElements, to + at, from + at);
         if (FAILED(copied)) {
             SafeArrayDestroy(result);
+            // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): freed by the block's beginning, before the descriptor
             return copied;
         }
     }

@@ -80,7 +80,7 @@ protected:
         EXPECT_NE(cookie, 0u);
         return cookie;
     }
-    ComPtr<Sink> noting(std::string name)
+    ComPtr<Sink> noting(const std::string& name)
     {
         auto sink = zul::makeCom<Sink>();
         sink->body = [this, name](BSTR*, LONG) {

@@ -34,7 +34,8 @@ TEST(Variant, CountsReferencesToObjects)
     const auto thing = zul::makeCom<Thing>();
     {
         const Variant a = Variant::fromUnknown(thing.get());
-        const Variant b = a;
+        Variant b = a;
+        EXPECT_EQ(b.punkVal, thing.get());
         EXPECT_EQ(referencesOf(*thing.get()), 3u);
     }
     EXPECT_EQ(referencesOf(*thing.get()), 1u);

@@ -90,11 +90,11 @@ TEST(Vtable, EveryMemberOfSmsCreatorStandsInTheSlotOfTheTypeLibrary)
         const std::size_t slot = function.vtableOffset / sizeof(void*);
         std::string expected = function.name;
         if (function.invokeKind == 4) {
-            expected = "put " + expected;
+            expected.insert(0, "put ");
             using Put = HRESULT(STDMETHODCALLTYPE*)(void*, LONG);
             EXPECT_EQ(reinterpret_cast<Put>(slotOf(object, slot))(object, -7), S_OK);
         } else {
-            expected = (function.invokeKind == 2 ? "get " : "") + expected;
+            expected.insert(0, function.invokeKind == 2 ? "get " : "");
             // Eleven pointers are enough for every member; what a member does not take it does not see.
             using Call = HRESULT(STDMETHODCALLTYPE*)(void*, void*, void*, void*, void*, void*, void*, void*,
                                                      void*, void*, void*, void*);
