@@ -112,10 +112,10 @@ const FocusPaint::Input* FocusPaint::findAround(QWidget* widget) const
 
 void FocusPaint::leaveCurrent()
 {
-    const QPointer<QWidget> leaving = m_current;
-    m_current = nullptr;
+    QWidget* leaving = m_current;
+    m_current.clear();
     m_mouseEntry = false;
-    if (!leaving)
+    if (leaving == nullptr)
         return;
     const Input* input = find(leaving);
     if (input != nullptr && input->paint == Paint::Yes)
