@@ -11,6 +11,7 @@
 #include "host/player/WindowWatcher.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -76,6 +77,17 @@ int playScenario(const CommandLine& line, EventPrinter& printer, HostSession& se
     return ScenarioPlayer(source, printer, windows, session).play();
 }
 
+// What the connection is opened on. A file's path is made absolute: it stands in the connection string, which
+// programs that the component starts in other folders are given.
+std::string databaseOf(const CommandLine& line)
+{
+    if (line.database.isEmpty()) {
+        return ensureDemoDatabase().toStdString();
+    }
+    const bool isFile = !line.database.contains(QLatin1Char('='));
+    return (isFile ? QFileInfo(line.database).absoluteFilePath() : line.database).toStdString();
+}
+
 int run(const CommandLine& line)
 {
     if (line.createDemo) {
@@ -88,7 +100,7 @@ int run(const CommandLine& line)
     WindowWatcher windows(printer);
 
     HostDatabaseOptions options;
-    options.database = (line.database.isEmpty() ? ensureDemoDatabase() : line.database).toStdString();
+    options.database = databaseOf(line);
     options.userName = line.userName.toStdString();
     options.journalPath = line.journal.toStdString();
     options.appUrl = line.appUrl.toStdString();
