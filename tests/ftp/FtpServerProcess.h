@@ -1,0 +1,54 @@
+// A real FTP server, started for a test on a free loopback port and stopped with it.
+#pragma once
+
+#include "tests/ftp/TempFolder.h"
+
+#include <cstdint>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace zul::test {
+
+enum class ServerKind
+{
+    Vsftpd,
+    PureFtpd,
+    Pyftpdlib
+};
+
+class FtpServerProcess
+{
+public:
+    explicit FtpServerProcess(ServerKind kind);
+    FtpServerProcess(const FtpServerProcess&) = delete;
+    FtpServerProcess& operator=(const FtpServerProcess&) = delete;
+    ~FtpServerProcess();
+
+    /// Whether the servers were left out on purpose: ZUL_FTP_SERVERS_DIR is "none" in the environment.
+    static bool leftOut();
+
+    /// Why the server does not run; empty when it does.
+    const std::string& problem() const { return m_problem; }
+    std::string portText() const { return std::to_string(static_cast<std::int16_t>(m_port)); }
+    std::string user() const { return m_kind == ServerKind::Vsftpd ? "anonymous" : "user"; }
+    std::string password() const { return "secret"; }
+    /// What the client sees as its first directory.
+    const TempFolder& served() const { return m_served; }
+
+private:
+    std::vector<std::string> command();
+    std::string file(const std::string& name) const;
+    void start(const std::vector<std::string>& command);
+    void waitUntilItListens();
+
+    ServerKind m_kind;
+    TempFolder m_served;
+    TempFolder m_private;
+    std::string m_folder; ///< of the server programs
+    std::uint16_t m_port = 0;
+    pid_t m_process = -1;
+    std::string m_problem;
+};
+
+} // namespace zul::test
