@@ -16,6 +16,12 @@
 
 #include <algorithm>
 
+// The pictures stand in a static library, which nothing else would pull in; outside any namespace.
+static void loadPictures()
+{
+    Q_INIT_RESOURCE(host);
+}
+
 namespace zul::host {
 
 namespace {
@@ -34,6 +40,8 @@ QLabel, QRadioButton { color: palette(text); }
 QLineEdit, QComboBox { border: 1px solid palette(mid); border-radius: 3px; padding: 2px 6px;
   background: palette(base); color: palette(text); min-height: 22px; }
 QLineEdit:focus, QComboBox:focus { border: 1px solid palette(highlight); }
+QComboBox::drop-down { border: 0; width: 20px; }
+QComboBox::down-arrow { image: url(:/host/down.svg); width: 10px; height: 6px; }
 QComboBox QAbstractItemView { background: palette(base); color: palette(text);
   selection-background-color: palette(highlight); selection-color: palette(highlighted-text); }
 QPushButton { border: 1px solid palette(mid); border-radius: 3px; padding: 4px 16px; min-height: 18px;
@@ -61,6 +69,7 @@ QComboBox* comboBox(QWidget* parent, int width, const QString& accessibleName)
 FrmRicercaAvanzata::FrmRicercaAvanzata(QWidget* parent)
     : QDialog(parent)
 {
+    loadPictures();
     setObjectName(QStringLiteral("frmRicercaAvanzata"));
     setWindowTitle(QStringLiteral("Ricerca avanzata"));
     setStyleSheet(QString::fromUtf8(look));
@@ -162,6 +171,7 @@ void FrmRicercaAvanzata::addRow()
     layout->addWidget(row.value, 1);
     layout->addWidget(row.remove);
     m_lines->addWidget(row.line);
+    row.line->show();
     m_rows.push_back(row);
     nameRows();
     offerComparisons(row);

@@ -110,6 +110,7 @@ TEST_F(FrmRicercaAvanzataTest, CanBeDrawn)
     choose("cbbConfronto(1)", "maggiore o uguale a");
     click("cmdAggiungi");
     choose("cbbCampo(2)", "Consenso SMS");
+    QApplication::processEvents();
     const QPixmap picture = m_form.grab();
     EXPECT_GE(picture.width(), 680);
     if (const QString folder = qEnvironmentVariable("ZUL_TEST_PICTURES"); !folder.isEmpty()) {

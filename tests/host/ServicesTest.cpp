@@ -182,7 +182,9 @@ TEST_F(ServicesTest, FillsEveryPlaceholder)
               "Rossi {email}|Niccolò|Rossi {email} Niccolò");
     EXPECT_EQ(parsed(u"{Paese}|{Provincia}|{Telefono2}|{email}|{Classificazione}", one.get()),
               "L'Aquila|AQ|+393331234567|n@example.com|VIP");
-    EXPECT_EQ(parsed(u"{DataNascita}", one.get()).find("1980"), 6U);
+    // Day and month stand as the user's locale has them; the year is there in full.
+    EXPECT_NE(parsed(u"{DataNascita}", one.get()).find("1980"), std::string::npos);
+    EXPECT_NE(parsed(u"{DataNascita}", one.get()).find("29"), std::string::npos);
     const int thisYear = civilFromDate(currentDate()).year;
     EXPECT_EQ(parsed(u"{Eta}", one.get()), std::to_string(thisYear - 1980));
     EXPECT_EQ(parsed(u"{cliente} {Altro} {", one.get()), "{cliente} {Altro} {");
