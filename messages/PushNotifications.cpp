@@ -162,8 +162,9 @@ bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
 {
     return trapped(moduleProcedure(u"modMain"_s, u"CreatePushNotifies_ListOfContacts_BL"_s), false, [&] {
         outcomes.append(separatorLine());
-        host::AppConnector connector(connection, getDbValue(settings::ConnettoreAppSlug),
-                                     getDbValue(settings::ConnettoreAppSalt));
+        const QString salt = getDbValue(settings::ConnettoreAppSalt);
+        const QString slug = getDbValue(settings::ConnettoreAppSlug);
+        host::AppConnector connector(connection, slug, salt);
         if (criterion != static_cast<qint32>(PushCriterion::Selected) &&
             criterion != static_cast<qint32>(PushCriterion::Everybody)) {
             errors.append(u"Non è stato selezionato il criterio di spedizione."_s);

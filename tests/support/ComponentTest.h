@@ -1,0 +1,82 @@
+// The fixture of every test that runs code of the component: a fresh fake host as the session's connection,
+// settings of its own, the messages to the operator caught and answered, and the log's new lines.
+#pragma once
+
+#include "component/Session.h"
+#include "controls/MessageSeam.h"
+#include "tests/support/FakeHost.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+// Texts in failure reports.
+void PrintTo(const QString& text, std::ostream* out);
+void PrintTo(const QStringList& texts, std::ostream* out);
+
+namespace zul {
+
+bool operator==(const OperatorMessage& left, const OperatorMessage& right);
+void PrintTo(const OperatorMessage& message, std::ostream* out);
+
+namespace test {
+
+inline std::string utf8(const QString& text)
+{
+    return text.toStdString();
+}
+
+inline QString qs(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+/// A message with an OK button and the title "Manager messaggi".
+OperatorMessage told(const QString& text, MessageIcon icon = MessageIcon::Information);
+/// A Yes/No question with that title.
+OperatorMessage asked(const QString& text, MessageIcon icon = MessageIcon::Information);
+
+class ComponentTest : public ::testing::Test
+{
+protected:
+    ComponentTest();
+    ~ComponentTest() override;
+
+    /// The log's lines since the test began.
+    QStringList log() const;
+    /// Their procedure names, message texts and detail texts, " | " between them, without time and name.
+    QStringList logged() const;
+    static QString logFile();
+    /// A file in the component's folder, which in tests is the folder of the test program.
+    static QString inComponentFolder(const QString& name);
+
+    const host::SqlConnection& connection() const { return session().connection(); }
+
+    /// Runs an action once, when a window of that name is the modal one. The window is closed after it when
+    /// the action left it open. To be said before the window is opened.
+    void onWindow(const QString& name, std::function<void(QWidget* window)> action);
+
+    FakeHost host;
+    std::vector<OperatorMessage> messages;
+    /// Answers of the next questions; Yes when used up.
+    std::vector<Answer> answers;
+    /// Run while a message is shown.
+    std::function<void(const OperatorMessage&)> whileAsked;
+
+private:
+    QObject m_watch; ///< ends the waiting for windows with the test
+    QTemporaryDir m_settings;
+    qint64 m_logBegin = 0;
+};
+
+} // namespace test
+} // namespace zul
