@@ -155,8 +155,8 @@ TEST_P(CurlTransportTest, UploadInAsciiSendsEveryLineEndOnceAsCrLf)
 TEST_P(CurlTransportTest, BinaryTransfersChangeNothing)
 {
     std::string bytes;
-    for (int i = 0; i < 300'000; ++i)
-        bytes += static_cast<char>(i * i % 251);
+    for (unsigned i = 0; i < 300'000; ++i)
+        bytes += static_cast<char>(i * i % 251U);
     server.files["/a.bin"] = bytes;
     ASSERT_EQ(connect(), Success);
     ASSERT_EQ(transport.getFile(connection, "a.bin", folder.file("a"), false, 0x80, TransferBinary), Success);
