@@ -54,6 +54,13 @@ protected:
     RowStream& operator=(const RowStream&) = delete;
 };
 
+/// What a statement came to: rows, or where there are none the number of rows it touched.
+struct Outcome
+{
+    std::unique_ptr<RowStream> rows;
+    std::int64_t affected = 0;
+};
+
 /// What tells the rows of a table apart.
 struct RowIdentity
 {
@@ -74,8 +81,8 @@ public:
     virtual std::unique_ptr<RowStream> query(std::string_view sql, Language language,
                                              std::span<const Value> parameters = {}) = 0;
 
-    /// Whether a statement of the component's language gives rows, so that query() can run it.
-    virtual bool givesRows(std::string_view sql) = 0;
+    /// Runs a statement of which it is not known whether it gives rows.
+    virtual Outcome run(std::string_view sql, Language language) = 0;
 
     /// Inserts rows of a table, one value after another, row after row; fast, also for a million.
     virtual void insertRows(std::string_view table, std::span<const std::string_view> columns,

@@ -3,6 +3,7 @@
 #include "host/DateText.h"
 #include "host/Decimal.h"
 #include "host/DemoData.h"
+#include "host/OdbcEngine.h"
 #include "host/Recordset.h"
 #include "host/SqlConnection.h"
 #include "host/SqliteEngine.h"
@@ -24,7 +25,7 @@ std::unique_ptr<Engine> openEngine(const std::string& database)
     if (database.empty())
         throw EngineError(ErrorCode::InvalidArgument, "no database was named");
     if (isConnectionString(database))
-        throw EngineError(ErrorCode::InvalidArgument, "ODBC is not part of this build");
+        return std::make_unique<OdbcEngine>(database);
     return std::make_unique<SqliteEngine>(database, SqliteDatabase::Mode::OpenExisting);
 }
 
@@ -74,11 +75,12 @@ ComPtr<IRecordset> HostDatabase::openRows(std::string_view source, CursorKind cu
 SqlRows HostDatabase::run(std::string_view sql) const
 {
     SqlRows result;
-    if (!m_session->engine->givesRows(sql)) {
-        result.affected = m_session->engine->execute(sql, Language::Transact);
+    const Outcome outcome = m_session->engine->run(sql, Language::Transact);
+    if (!outcome.rows) {
+        result.affected = outcome.affected;
         return result;
     }
-    const auto rows = m_session->engine->query(sql, Language::Transact);
+    const auto& rows = outcome.rows;
     for (const ColumnInfo& column : rows->columns())
         result.columns.push_back(column.name);
     while (rows->next()) {

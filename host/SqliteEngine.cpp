@@ -217,10 +217,12 @@ std::unique_ptr<RowStream> SqliteEngine::query(std::string_view sql, Language la
     return std::make_unique<SqliteRows>(prepare(sql, language), parameters);
 }
 
-bool SqliteEngine::givesRows(std::string_view sql)
+Outcome SqliteEngine::run(std::string_view sql, Language language)
 {
-    const SqliteStatement statement = prepare(sql, Language::Transact);
-    return sqlite3_column_count(statement.handle()) > 0;
+    const bool batch = language == Language::Transact && isBatch(sql);
+    if (!batch && sqlite3_column_count(prepare(sql, language).handle()) > 0)
+        return {query(sql, language), 0};
+    return {nullptr, execute(sql, language)};
 }
 
 void SqliteEngine::insertRows(std::string_view table, std::span<const std::string_view> columns,

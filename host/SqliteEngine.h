@@ -17,7 +17,7 @@ public:
                          std::span<const Value> parameters = {}) override;
     std::unique_ptr<RowStream> query(std::string_view sql, Language language,
                                      std::span<const Value> parameters = {}) override;
-    bool givesRows(std::string_view sql) override;
+    Outcome run(std::string_view sql, Language language) override;
     void insertRows(std::string_view table, std::span<const std::string_view> columns,
                     std::span<const Value> values) override;
     void begin() override;

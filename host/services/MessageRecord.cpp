@@ -121,17 +121,16 @@ private:
     const std::string& statement(unsigned put)
     {
         if (put != m_statementColumns || m_statement.empty()) {
-            const Engine& engine = *m_session->engine;
-            std::string names = engine.quotedName(key);
+            std::string names(key);
             std::string marks = "?";
             for (std::size_t i = 0; i < ColumnCount; ++i) {
                 if ((put & (1U << i)) == 0)
                     continue;
-                names += ", " + engine.quotedName(columnNames[i]);
+                names += ", ";
+                names += columnNames[i];
                 marks += ", ?";
             }
-            m_statement =
-                "INSERT INTO " + engine.tableName(table) + " (" + names + ") VALUES (" + marks + ")";
+            m_statement = "INSERT INTO TMK_MailingList (" + names + ") VALUES (" + marks + ")";
             m_statementColumns = put;
         }
         return m_statement;

@@ -1,6 +1,10 @@
 #include "Backends.h"
 
+#include "PostgresServer.h"
+
 #include "host/SqliteDatabase.h"
+
+#include <cstdlib>
 
 namespace zul::host {
 
@@ -13,11 +17,42 @@ std::optional<std::string> sqliteFile(const TemporaryFolder& folder, std::string
     return path;
 }
 
+std::optional<std::string> sqliteByOdbc(const TemporaryFolder& folder, std::string& why)
+{
+    const std::string driver = odbcDriver("libsqlite3odbc.so");
+    if (driver.empty()) {
+        why = "the ODBC driver of SQLite is not installed";
+        return std::nullopt;
+    }
+    return "DRIVER=" + driver + ";Database=" + folder.file("contract.db") + ";Timeout=5000;BigInt=1;NoTXN=0";
+}
+
+std::optional<std::string> postgresByOdbc(const TemporaryFolder&, std::string& why)
+{
+    PostgresServer* const server = PostgresServer::shared(why);
+    if (server == nullptr)
+        return std::nullopt;
+    return server->connectionString(server->newDatabase());
+}
+
+std::optional<std::string> transactSqlByOdbc(const TemporaryFolder&, std::string& why)
+{
+    const char* const connectionString = std::getenv("ZUL_TEST_TSQL");
+    if (connectionString == nullptr || *connectionString == '\0') {
+        why = "ZUL_TEST_TSQL names no server";
+        return std::nullopt;
+    }
+    return connectionString;
+}
+
 } // namespace
 
 const std::vector<Backend>& backends()
 {
-    static const std::vector<Backend> all{{"Sqlite", sqliteFile}};
+    static const std::vector<Backend> all{{"Sqlite", sqliteFile},
+                                          {"SqliteByOdbc", sqliteByOdbc},
+                                          {"PostgresByOdbc", postgresByOdbc},
+                                          {"TransactSqlByOdbc", transactSqlByOdbc}};
     return all;
 }
 

@@ -110,6 +110,8 @@ protected:
         m_options.userName = "Operatore à € 😀";
         m_options.journalPath = m_folder.file("journal.txt");
         m_database = std::make_unique<HostDatabase>(m_options);
+        // A server of the user's own may hold what a broken run left.
+        dropTables();
         for (const TableDefinition* table : {&sampleTable(), &keylessTable()})
             engine().execute(createTableStatement(*table, engine().product()), Language::Native);
         ASSERT_EQ(m_database->connection()->get_Connection(m_connection.put()), S_OK);
@@ -118,10 +120,25 @@ protected:
     void TearDown() override
     {
         m_connection.reset();
-        if (m_database && m_transient) {
-            for (const TableDefinition* table : {&sampleTable(), &keylessTable()})
-                engine().execute("DROP TABLE " + std::string(table->name), Language::Native);
+        if (m_database)
+            dropTables();
+    }
+
+    void dropTables()
+    {
+        for (const std::string_view table : {"tabProva", "tabSenzaChiave", "tabAltra", "tabContatori"}) {
+            if (engine().hasTable(table))
+                engine().execute("DROP TABLE " + std::string(table), Language::Native);
         }
+    }
+
+    /// Engines count with numbers of different sizes.
+    LONG count(std::u16string_view sql)
+    {
+        Variant value;
+        throwIfFailed(open(sql)->get_Value(Variant::fromLong(0), value.put()));
+        throwIfFailed(value.changeType(VT_I4));
+        return value.lVal;
     }
 
     Engine& engine() const { return m_database->engine(); }
@@ -211,7 +228,6 @@ protected:
     std::unique_ptr<HostDatabase> m_database;
     ComPtr<IConnection> m_connection;
     std::u16string m_error;
-    bool m_transient = true;
 };
 
 } // namespace
@@ -357,8 +373,7 @@ TEST_P(ContractTest, LeavesNothingRunningBehindARowSet)
     // With both open, and the second in the middle, other statements run.
     throwIfFailed(streaming->MoveNext());
     EXPECT_EQ(execute(u"UPDATE tabProva SET testo = 'x' WHERE id = 1"), 1);
-    const auto other = open(u"SELECT COUNT(*) AS n FROM tabProva", CursorForwardOnly);
-    EXPECT_EQ(get(other, u"n").lVal, 3);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 3);
     EXPECT_EQ(get(streaming, u"id").lVal, 2);
     throwIfFailed(streaming->MoveNext());
     EXPECT_EQ(get(streaming, u"id").lVal, 3);
@@ -464,8 +479,7 @@ TEST_P(ContractTest, ChangesARowWithoutAKey)
         put(rows, u"testo", Variant::fromText(u"nuovo"));
         throwIfFailed(rows->Update());
     }
-    const auto read = open(u"SELECT COUNT(*) AS n FROM tabSenzaChiave WHERE testo = 'nuovo'");
-    EXPECT_EQ(get(read, u"n").lVal, 2);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabSenzaChiave WHERE testo = 'nuovo'"), 2);
 }
 
 TEST_P(ContractTest, SaysSoWhenTheRowToChangeIsGone)
@@ -487,7 +501,7 @@ TEST_P(ContractTest, WritesPendingChangesBeforeItMoves)
     }
     throwIfFailed(rows->MoveNext());
     EXPECT_TRUE(atEnd(rows));
-    EXPECT_EQ(get(open(u"SELECT COUNT(*) AS n FROM tabProva"), u"n").lVal, 2);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 2);
 }
 
 TEST_P(ContractTest, StandsOnTheNewRowBehindUpdate)
@@ -509,7 +523,7 @@ TEST_P(ContractTest, DropsARowThatIsNeverUpdated)
     throwIfFailed(rows->AddNew());
     put(rows, u"id", Variant::fromLong(5));
     throwIfFailed(rows->Close());
-    EXPECT_EQ(get(open(u"SELECT COUNT(*) AS n FROM tabProva"), u"n").lVal, 0);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 0);
 }
 
 TEST_P(ContractTest, RefusesChangesToAReadOnlyRowSet)
@@ -592,12 +606,12 @@ TEST_P(ContractTest, KeepsOrDropsATransaction)
     throwIfFailed(m_connection->BeginTrans());
     add(1, u"uno");
     throwIfFailed(m_connection->RollbackTrans());
-    EXPECT_EQ(get(open(u"SELECT COUNT(*) AS n FROM tabProva"), u"n").lVal, 0);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 0);
     throwIfFailed(m_connection->BeginTrans());
     EXPECT_EQ(m_connection->BeginTrans(), static_cast<HRESULT>(ErrorCode::TransactionOpen));
     add(1, u"uno");
     throwIfFailed(m_connection->CommitTrans());
-    EXPECT_EQ(get(open(u"SELECT COUNT(*) AS n FROM tabProva"), u"n").lVal, 1);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 1);
     EXPECT_EQ(m_connection->CommitTrans(), static_cast<HRESULT>(ErrorCode::NoTransaction));
     EXPECT_EQ(m_connection->RollbackTrans(), static_cast<HRESULT>(ErrorCode::NoTransaction));
 }
@@ -840,12 +854,10 @@ TEST_P(ContractTest, OutlivesItsOwnersAsLongAsSomebodyHoldsOn)
     add(1, u"uno");
     auto rows = open(u"SELECT * FROM tabProva", CursorForwardOnly);
     auto tracker = service<IChangeTracker>();
-    m_transient = false;
     m_connection.reset();
     m_database.reset();
     EXPECT_EQ(get(rows, u"testo").text(), u"uno");
     rows.reset();
     tracker.reset();
     m_database = std::make_unique<HostDatabase>(m_options);
-    m_transient = true;
 }

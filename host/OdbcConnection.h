@@ -1,0 +1,128 @@
+#pragma once
+// Handles, diagnostics, parameters and row-array fetching of ODBC. Private to OdbcEngine.
+#include "host/Engine.h"
+
+// The automation types stand already. Away from Windows, ODBC's headers bring stand-ins of their own, of which
+// one is of another size; it gets another name here.
+#ifdef _WIN32
+#include <windows.h>
+#else
+#define ULONG ODBC_ULONG
+#endif
+#include <sql.h>
+#include <sqlext.h>
+#ifndef _WIN32
+#undef ULONG
+#endif
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace zul::host {
+
+class OdbcConnection;
+
+/// A statement handle, freed with its cursor.
+class OdbcStatement
+{
+public:
+    explicit OdbcStatement(OdbcConnection& connection);
+    ~OdbcStatement();
+    OdbcStatement(const OdbcStatement&) = delete;
+    OdbcStatement& operator=(const OdbcStatement&) = delete;
+
+    SQLHSTMT handle() const { return m_handle; }
+    OdbcConnection& connection() const { return m_connection; }
+
+    /// Sends a text without parameters, to the letter.
+    void executeDirect(std::string_view sql);
+
+    /// Prepares a text with "?" parameters; executePrepared() runs it, as often as wanted.
+    void prepare(std::string_view sql);
+    void executePrepared(std::span<const Value> parameters);
+
+    /// Columns of the current result, 0 when it is no rows.
+    int columnCount();
+
+    /// Goes on from results without rows to the next with rows; false when none is left. `affected` grows by
+    /// the rows that the results on the way touched.
+    bool moveToRows(std::int64_t& affected);
+
+    /// Reads what results are left, so that the errors of later statements of a batch show, and closes the
+    /// cursor.
+    void finish(std::int64_t& affected);
+    void closeCursor() noexcept;
+
+    /// Throws EngineError unless the code is a success. "No data" is one.
+    void check(SQLRETURN code);
+
+private:
+    OdbcConnection& m_connection;
+    SQLHSTMT m_handle = SQL_NULL_HSTMT;
+};
+
+/// The rows of a running statement; see OdbcRows.cpp.
+class OdbcRows;
+
+class OdbcConnection
+{
+public:
+    explicit OdbcConnection(const std::string& connectionString);
+    ~OdbcConnection();
+    OdbcConnection(const OdbcConnection&) = delete;
+    OdbcConnection& operator=(const OdbcConnection&) = delete;
+
+    SQLHDBC handle() const { return m_connection; }
+    Product product() const { return m_product; }
+
+    /// A text of SQLGetInfo, empty when the driver has none.
+    std::string info(SQLUSMALLINT what) const;
+    SQLUSMALLINT shortInfo(SQLUSMALLINT what) const;
+
+    /// Makes the connection free for another statement.
+    void makeFree();
+    void setStreaming(OdbcRows* rows) { m_streaming = rows; }
+    void streamingEnded(const OdbcRows* rows);
+
+    /// A prepared statement for the text, kept for the next time; null while that one is running.
+    std::shared_ptr<OdbcStatement> prepared(std::string_view sql);
+    void forget(const OdbcStatement& statement);
+
+    void setAutocommit(bool on);
+    void endTransaction(bool commit);
+    bool inTransaction() const { return m_inTransaction; }
+
+    /// Throws what the driver says of a failed call.
+    [[noreturn]] void fail(SQLSMALLINT kind, SQLHANDLE handle);
+    void check(SQLRETURN code);
+
+private:
+    struct Prepared
+    {
+        std::string sql;
+        std::shared_ptr<OdbcStatement> statement;
+    };
+
+    void disconnect() noexcept;
+
+    SQLHENV m_environment = SQL_NULL_HENV;
+    SQLHDBC m_connection = SQL_NULL_HDBC;
+    bool m_connected = false;
+    bool m_inTransaction = false;
+    Product m_product = Product::TransactSql;
+    OdbcRows* m_streaming = nullptr;
+    std::list<Prepared> m_prepared; // the one used last in front
+};
+
+/// Opens the rows of a statement that was run and stands on a result with rows. `repeat` runs it again, for
+/// values that turn out longer than the driver said.
+std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement,
+                                        std::function<void()> repeat);
+
+/// The rest of a stream, read into memory; called by OdbcConnection.
+void bufferOdbcRows(OdbcRows& rows);
+
+} // namespace zul::host
