@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char16_t* Source = u"Zul_Controls.ReportGrid";
 
-/// Runs a member's body; an error of the house reaches the host with its own number where that is an HRESULT.
+/// Runs a member's body; an error of the house reaches the host as one of its own kind.
 template <class Body>
 HRESULT guarded(Body&& body) noexcept
 {
@@ -20,10 +20,7 @@ HRESULT guarded(Body&& body) noexcept
         try {
             body();
         } catch (const Error& error) {
-            const auto code = static_cast<HRESULT>(error.number());
-            throw ComError(FAILED(code) ? code : E_FAIL,
-                           {reinterpret_cast<const char16_t*>(error.description().utf16()),
-                            static_cast<std::size_t>(error.description().size())});
+            throw calls::comError(error);
         }
     });
 }
@@ -71,8 +68,7 @@ void setCell(ColumnStore& store, uint32_t record, int column, const VARIANT& giv
 
 GridObject::GridObject(ReportGrid& grid)
     : m_grid(&grid)
-{
-}
+{}
 
 ReportGrid& GridObject::grid() const
 {
@@ -91,7 +87,8 @@ HRESULT GridObject::DeleteColumns()
     return guarded([&] { grid().deleteColumns(); });
 }
 
-HRESULT GridObject::AddColumn(BSTR field, BSTR caption, LONG width, VARIANT_BOOL sizable, VARIANT_BOOL visible)
+HRESULT GridObject::AddColumn(BSTR field, BSTR caption, LONG width, VARIANT_BOOL sizable,
+                              VARIANT_BOOL visible)
 {
     return guarded([&] {
         if (width < 0)
@@ -134,7 +131,7 @@ HRESULT GridObject::FillFromRecordset(IRecordset* recordset)
     if (recordset == nullptr)
         return E_POINTER;
     return guarded([&] {
-        ado::Recordset rows{ComPtr<IRecordset>(recordset)};
+        ado::Recordset rows(ComPtr<IRecordset>(recordset), ado::Recordset::Ownership::Borrowed);
         appendRows(grid().store(), rows);
     });
 }

@@ -16,8 +16,8 @@ namespace {
 /// A field's name as the row set takes it.
 Variant fieldVariant(const QString& field)
 {
-    return Variant::fromText({reinterpret_cast<const char16_t*>(field.utf16()),
-                              static_cast<std::size_t>(field.size())});
+    return Variant::fromText(
+        {reinterpret_cast<const char16_t*>(field.utf16()), static_cast<std::size_t>(field.size())});
 }
 
 struct ToVariant
@@ -72,8 +72,7 @@ class FunctionSink final : public ComObject<IRowSink>
 public:
     explicit FunctionSink(const std::function<void(long, const ZulCell*)>& taker)
         : m_taker(taker)
-    {
-    }
+    {}
 
     HRESULT STDMETHODCALLTYPE Row(LONG count, const ZulCell* cells) override
     {
@@ -188,20 +187,21 @@ qint32 toInteger(const Value& value)
 
 // ------------------------------------------------------------------------------------------- Recordset
 
-Recordset::Recordset(ComPtr<IRecordset> rows)
+Recordset::Recordset(ComPtr<IRecordset> rows, Ownership ownership)
     : m_rows(std::move(rows))
-{
-}
+    , m_ownership(ownership)
+{}
 
 Recordset::~Recordset()
 {
-    if (m_rows)
+    if (m_rows && m_ownership == Ownership::Own)
         m_rows->Close();
 }
 
 Recordset& Recordset::operator=(Recordset&& other) noexcept
 {
     std::swap(m_rows, other.m_rows);
+    std::swap(m_ownership, other.m_ownership);
     return *this;
 }
 
@@ -218,8 +218,7 @@ void Recordset::moveNext()
 
 int Recordset::fieldCount() const
 {
-    return static_cast<int>(
-        calls::value<LONG>([&](LONG* result) { return m_rows->get_FieldCount(result); }));
+    return static_cast<int>(calls::value<LONG>([&](LONG* result) { return m_rows->get_FieldCount(result); }));
 }
 
 QString Recordset::fieldName(int index) const
@@ -299,8 +298,7 @@ void Recordset::readRows(const std::function<void(long, const ZulCell*)>& taker)
 
 Connection::Connection(ComPtr<IConnection> connection)
     : m_connection(std::move(connection))
-{
-}
+{}
 
 QString Connection::connectionString() const
 {

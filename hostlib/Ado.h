@@ -42,11 +42,18 @@ QString toText(const Value& value);
 /// A value as a 32-bit number. @throws Error 13 when it is no number, 6 when it is too large; NULL is 13.
 qint32 toInteger(const Value& value);
 
-/// An open row set. Moves with its owner and closes itself at the end of its life.
+/// An open row set. Moves with its owner and closes itself at the end of its life, unless it belongs to
+/// somebody else.
 class Recordset
 {
 public:
-    explicit Recordset(ComPtr<IRecordset> rows);
+    enum class Ownership
+    {
+        Own,
+        Borrowed ///< the one who opened it closes it
+    };
+
+    explicit Recordset(ComPtr<IRecordset> rows, Ownership ownership = Ownership::Own);
     ~Recordset();
     Recordset(Recordset&& other) noexcept = default;
     Recordset& operator=(Recordset&& other) noexcept;
@@ -78,6 +85,7 @@ public:
 
 private:
     ComPtr<IRecordset> m_rows;
+    Ownership m_ownership;
 };
 
 /// The connection that runs every statement. A copy refers to the same connection.

@@ -15,6 +15,18 @@ QDate dayZero()
 
 } // namespace
 
+ComError comError(const Error& error)
+{
+    constexpr auto controlErrors = 0x800A0000U;
+    const auto number = static_cast<HRESULT>(error.number());
+    const HRESULT code =
+        FAILED(number) ? number
+                       : static_cast<HRESULT>(controlErrors | (static_cast<unsigned>(number) & 0xFFFFU));
+    return {code,
+            {reinterpret_cast<const char16_t*>(error.description().utf16()),
+             static_cast<std::size_t>(error.description().size())}};
+}
+
 DATE toDate(QDate day)
 {
     return static_cast<double>(dayZero().daysTo(day));

@@ -37,6 +37,10 @@ inline void check(HRESULT result)
     throw Error(result, toQString(details.description));
 }
 
+/// The same on the way out: an error of the house as the one that the other side gets. A number that is no
+/// result code becomes a control's error (0x800A0000 and the number).
+ComError comError(const Error& error);
+
 /// A call whose last argument gives a text back.
 template <class Call>
 QString text(Call&& call)

@@ -1,6 +1,7 @@
 #include "hostlib/Host.h"
 
 #include "hostlib/Calls.h"
+#include "hostlib/StandInCustomer.h"
 
 #include <servprov.h>
 
@@ -17,6 +18,16 @@ DATE timeOfDay(const QDateTime& when)
     return toDate(QDateTime(QDate(1899, 12, 30), when.time(), Qt::UTC));
 }
 
+/// Ends a transaction after an error. That the connection cannot even do this is no news next to the error.
+void rollbackQuietly(const ado::Connection& database) noexcept
+{
+    try {
+        database.rollback();
+    } catch (...) {
+        return;
+    }
+}
+
 /// One "@" between a name and a domain with a dot inside it, and no blank anywhere.
 bool looksLikeEmail(const QString& email)
 {
@@ -31,19 +42,13 @@ bool looksLikeEmail(const QString& email)
     return dot > 0 && !domain.endsWith(u'.') && !domain.contains(u".."_s);
 }
 
-bool flag(const ado::Recordset& row, const QString& field)
-{
-    return row.integer(field, 0) != 0;
-}
-
 } // namespace
 
 // --------------------------------------------------------------------------------------- SqlConnection
 
 SqlConnection::SqlConnection(ComPtr<_SqlConnection> object)
     : m_object(std::move(object))
-{
-}
+{}
 
 void SqlConnection::queryService(const IID& iid, void** result) const
 {
@@ -101,15 +106,14 @@ qint32 SqlConnection::nextId(const QString& table, const QString& key) const
     const ado::Connection database = connection();
     database.begin();
     try {
-        ado::Recordset largest =
-            database.open(u"SELECT Max("_s + key + u") as maxId FROM "_s + table, ado::Cursor::Static,
-                          ado::Lock::ReadOnly);
+        ado::Recordset largest = database.open(u"SELECT Max("_s + key + u") as maxId FROM "_s + table,
+                                               ado::Cursor::Static, ado::Lock::ReadOnly);
         const qint32 id = largest.integer(u"maxId"_s, 0) + 1;
         largest.close();
         database.commit();
         return id;
     } catch (...) {
-        database.rollback();
+        rollbackQuietly(database);
         throw;
     }
 }
@@ -145,69 +149,44 @@ Customer::Customer(const SqlConnection& connection)
     : m_connection(connection)
     , m_object(connection.service<ICustomer>())
 {
+    if (!m_object)
+        m_object = makeCom<StandInCustomer>();
 }
 
 void Customer::init(qint32 idCliente)
 {
-    if (m_object) {
-        check(m_object->Init(idCliente, m_connection.object()));
-        return;
-    }
-    m_columns = {};
-    ado::Recordset row = m_connection.connection().open(
-        u"SELECT * FROM tabClienti WHERE IdCliente="_s + QString::number(idCliente), ado::Cursor::Static,
-        ado::Lock::ReadOnly);
-    if (row.eof())
-        return;
-    m_columns.id = idCliente;
-    m_columns.name = row.text(u"RagioneSociale1"_s) + u' ' + row.text(u"RagioneSociale2"_s);
-    m_columns.email = row.text(u"email"_s);
-    m_columns.consensoSms = flag(row, u"ConsensoSms"_s);
-    m_columns.consensoEmail = flag(row, u"ConsensoEmail"_s);
-    m_columns.idClassificazione = row.integer(u"idClassificazione"_s, 0);
+    check(m_object->Init(idCliente, m_connection.object()));
 }
 
 qint32 Customer::id() const
 {
-    if (!m_object)
-        return m_columns.id;
     return static_cast<qint32>(value<LONG>([&](LONG* result) { return m_object->get_Id(result); }));
 }
 
 QString Customer::name() const
 {
-    if (!m_object)
-        return m_columns.name;
     return text([&](BSTR* result) { return m_object->get_Name(result); });
 }
 
 QString Customer::email() const
 {
-    if (!m_object)
-        return m_columns.email;
     return text([&](BSTR* result) { return m_object->get_Email(result); });
 }
 
 bool Customer::consensoSms() const
 {
-    if (!m_object)
-        return m_columns.consensoSms;
     return value<VARIANT_BOOL>([&](VARIANT_BOOL* result) { return m_object->get_ConsensoSms(result); }) !=
            VARIANT_FALSE;
 }
 
 bool Customer::consensoEmail() const
 {
-    if (!m_object)
-        return m_columns.consensoEmail;
     return value<VARIANT_BOOL>([&](VARIANT_BOOL* result) { return m_object->get_ConsensoEmail(result); }) !=
            VARIANT_FALSE;
 }
 
 qint32 Customer::idClassificazione() const
 {
-    if (!m_object)
-        return m_columns.idClassificazione;
     return static_cast<qint32>(
         value<LONG>([&](LONG* result) { return m_object->get_IdClassificazione(result); }));
 }
@@ -218,8 +197,7 @@ MessageRecord::MessageRecord(const SqlConnection& connection)
     : m_connection(connection)
     , m_object(connection.service<IMessageRecord>())
     , m_userName(connection.userName())
-{
-}
+{}
 
 bool MessageRecord::save(const Message& message)
 {
@@ -275,10 +253,10 @@ void MessageRecord::saveRow(const Message& message)
 
 TextParser::TextParser(const SqlConnection& connection)
     : m_object(connection.service<ITextParser>())
-{
-}
+{}
 
-QString TextParser::parse(const QString& source, const Customer& customer, const QString& classificazione) const
+QString TextParser::parse(const QString& source, const Customer& customer,
+                          const QString& classificazione) const
 {
     if (!m_object)
         return source;
@@ -291,8 +269,7 @@ QString TextParser::parse(const QString& source, const Customer& customer, const
 
 CustomerFilterSql::CustomerFilterSql(const SqlConnection& connection)
     : m_object(connection.service<ICustomerFilterSql>())
-{
-}
+{}
 
 ICustomerFilterSql* CustomerFilterSql::object() const
 {
@@ -338,7 +315,8 @@ QString CustomerFilterSql::Fatturato(QDate from, QDate to, double least, double 
     return text([&](BSTR* sql) { return object()->Fatturato(toDate(from), toDate(to), least, most, sql); });
 }
 
-QString CustomerFilterSql::FatturatoIn(QDate from, QDate to, double least, double most, const QString& ids) const
+QString CustomerFilterSql::FatturatoIn(QDate from, QDate to, double least, double most,
+                                       const QString& ids) const
 {
     return text([&](BSTR* sql) {
         return object()->FatturatoIn(toDate(from), toDate(to), least, most, bstr(ids).get(), sql);
@@ -375,8 +353,7 @@ QString CustomerFilterSql::PeriodoAcquistoIn(QDate from, QDate to, const QString
 
 AdvancedSearch::AdvancedSearch(const SqlConnection& connection)
     : m_object(connection.service<IAdvancedSearch>())
-{
-}
+{}
 
 QString AdvancedSearch::search(const SqlConnection& connection, qint32 kind)
 {

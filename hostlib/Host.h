@@ -79,19 +79,8 @@ public:
     ICustomer* object() const { return m_object.get(); }
 
 private:
-    struct Columns
-    {
-        qint32 id = 0;
-        QString name;
-        QString email;
-        bool consensoSms = false;
-        bool consensoEmail = false;
-        qint32 idClassificazione = 0;
-    };
-
     const SqlConnection& m_connection;
-    ComPtr<ICustomer> m_object;
-    Columns m_columns; ///< of the stand-in
+    ComPtr<ICustomer> m_object; ///< the host's, or the stand-in; never null
 };
 
 /// An outgoing message: what the system fills in, in the order in which it is written.
