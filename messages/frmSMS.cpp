@@ -154,7 +154,6 @@ void frmSMS::setupLook()
 
     m_ui->splitter->setStretchFactor(0, 0);
     m_ui->splitter->setStretchFactor(1, 1);
-    m_ui->splitter->setSizes({340, 640});
 
     m_ui->lblHeadaer->setProperty("heading", true);
     QFont header = m_ui->lblHeadaer->font();
@@ -346,6 +345,16 @@ void frmSMS::InitRicercaClassificazioni(bool show)
 void frmSMS::setTouchMode(bool touch)
 {
     applyCommonLook(this, touch);
+    // Fields for fingers are wider: the criteria get more room, and the commands of the grid stand in two rows.
+    constexpr int CriteriaWidth = 340;
+    constexpr int TouchCriteriaWidth = 420;
+    const int row = touch ? 1 : 0;
+    const int column = touch ? 0 : 2;
+    m_ui->gridSelezione->addWidget(m_ui->cmdSelezionaEvidenziati, row, column);
+    m_ui->gridSelezione->addWidget(m_ui->Cmd_DeselezionaEvidenziati, row, column + 1);
+    m_ui->gridSelezione->addWidget(m_ui->cmdProsegui1, row, 5);
+    const int criteriaWidth = touch ? TouchCriteriaWidth : CriteriaWidth;
+    m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
     m_ui->grdClienti->setTouchMode(touch);
     m_ui->Virtual_KeyPAD->setTouchMode(touch);
 }
