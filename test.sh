@@ -9,6 +9,11 @@ packaging/install.sh build run test
 mkdir -p build
 jobs=$(nproc)
 
+# The C library's side of the two locales; Qt has its own.
+for locale in it_IT en_US; do
+    locale -a | grep -qix "$locale.utf-\?8" || localedef -i "$locale" -f UTF-8 "$locale.UTF-8" || true
+done
+
 tests/ftp/servers.sh build/ftp-servers
 export ZUL_FTP_SERVERS_DIR=$PWD/build/ftp-servers
 

@@ -235,7 +235,7 @@ ErrorCode CurlConnection::openRead(const std::string& remote, bool ascii)
         return code;
     auto code = drive([this] { return lastReply().isPreliminary(); }, m_options.stallTimeout);
     if (code != Success || (m_done && m_result != CURLE_OK))
-        return end() == Success ? code : outcome();
+        return end();
     m_fileOpen = true;
     return Success;
 }
@@ -248,8 +248,10 @@ ErrorCode CurlConnection::openWrite(const std::string& remote, bool ascii)
         return code;
     // The server's 150, and curl asking for the first bytes: only now does the data connection stand.
     auto code = drive([this] { return m_paused; }, m_options.stallTimeout);
-    if (code != Success || m_done)
-        return end() == Success ? code : outcome();
+    if (code != Success || m_done) {
+        code = end();
+        return code == Success ? ConnectionAborted : code;
+    }
     m_fileOpen = true;
     return Success;
 }
@@ -338,7 +340,9 @@ ErrorCode CurlConnection::prepare(const std::string& path)
     const std::string base = urlBase(m_request);
     if (base.empty())
         return NameNotResolved;
-    if (path.size() > m_options.maxReplyBytes)
+    // curl takes no path with control characters, and would give up the connection over one.
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
+    if (path.size() > m_options.maxReplyBytes || std::any_of(path.begin(), path.end(), isControl))
         return InvalidParameter;
 
     curl_easy_reset(m_easy.get());

@@ -37,10 +37,10 @@ struct CurlTransportOptions
     std::chrono::milliseconds commandTimeout{120'000};    ///< one command, listing or piece of a file
     std::chrono::milliseconds transferTimeout{3'600'000}; ///< one whole file
     std::chrono::milliseconds goodbyeTimeout{2'000};      ///< the farewell when a connection is closed
-    std::size_t maxReplyBytes = 64 * 1024;                ///< replies of one operation
-    std::size_t maxListingBytes = 16 * 1024 * 1024;
+    std::size_t maxReplyBytes = 65'536;                   ///< replies of one operation
+    std::size_t maxListingBytes = 16'777'216;
     std::size_t maxListingEntries = 100'000;
-    std::size_t maxDrainBytes = 256 * 1024; ///< read past the wanted end of a file to keep the connection
+    std::size_t maxDrainBytes = 262'144; ///< read past the wanted end of a file to keep the connection
 };
 
 class CurlTransport : public FtpTransport

@@ -12,8 +12,8 @@ double fileTimeToLocalDate(std::uint64_t fileTime, const LocalTimeConversion& to
         return 0;
     constexpr double daysFrom1601To1899 = 109205;
     // Whole milliseconds and their fraction apart: together they would not fit into the digits of a double.
-    const double milliseconds =
-        static_cast<double>(*local / 10'000) + static_cast<double>(*local % 10'000) / 10'000;
+    const std::uint64_t whole = *local / 10'000;
+    const double milliseconds = static_cast<double>(whole) + static_cast<double>(*local % 10'000) / 10'000;
     return milliseconds / 86'400'000 - daysFrom1601To1899;
 }
 

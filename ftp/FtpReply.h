@@ -27,7 +27,7 @@ class ReplyReader
 {
 public:
     /// @p limit: bytes that one operation's replies may have together.
-    explicit ReplyReader(std::size_t limit = 64 * 1024)
+    explicit ReplyReader(std::size_t limit = 65'536)
         : m_limit(limit)
     {}
 

@@ -32,7 +32,7 @@ public:
     {
         if (s_open.exchange(true))
             throw ftp::RunTimeError(ftp::FileAlreadyOpen);
-        if (const auto error = file.open(path, mode); error != ftp::LocalError::None) {
+        if (const auto error = m_file.open(path, mode); error != ftp::LocalError::None) {
             s_open = false;
             throw ftp::RunTimeError(ftp::runTimeNumber(error));
         }
@@ -45,7 +45,7 @@ public:
     std::int32_t length() const
     {
         std::uint64_t bytes = 0;
-        check(file.size(bytes));
+        check(m_file.size(bytes));
         if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()))
             throw ftp::RunTimeError(ftp::Overflow);
         return static_cast<std::int32_t>(bytes);
@@ -55,10 +55,10 @@ public:
     void read(std::array<char, ChunkSize>& buffer)
     {
         std::size_t got = 0;
-        check(file.read(buffer.data(), buffer.size(), got));
+        check(m_file.read(buffer.data(), buffer.size(), got));
     }
 
-    void write(std::string_view data) { check(file.write(data)); }
+    void write(std::string_view data) { check(m_file.write(data)); }
 
 private:
     static void check(ftp::LocalError error)
@@ -68,7 +68,7 @@ private:
     }
 
     static inline std::atomic<bool> s_open = false;
-    ftp::LocalFile file;
+    ftp::LocalFile m_file;
 };
 
 void trim(std::string& text)

@@ -82,7 +82,8 @@ public:
     bool SetFTPDirectory(const std::string& sDirectory);
     /// Empty on failure. Paths of 1024 characters and more are a failure.
     std::string GetFTPDirectory();
-    /// The low 32 bits of the size. 0 for an empty file, a missing one and a failure alike.
+    /// The low 32 bits of the size of the first entry that GetDirectoryListing would find. 0 for an empty file, a
+    /// missing one and a failure alike.
     std::int32_t GetFTPFileSize(const std::string& sFile);
 
     /// The entries that @p sFilter describes: all when it is empty, those that match its `*` and `?`, the one of

@@ -13,13 +13,12 @@ namespace zul::test {
 namespace {
 
 using namespace ftp;
-using ::testing::AnyOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-std::string nul(std::string text)
+std::string nul(const std::string& text)
 {
     return text + std::string(1, '\0') + "x";
 }
@@ -400,6 +399,18 @@ TEST_P(CurlTransportTest, NamesReachTheServerAsTheyAre)
         EXPECT_EQ(transport.deleteFile(connection, name), Success);
         EXPECT_EQ(server.commands().back(), "DELE " + name);
     }
+}
+
+TEST_P(CurlTransportTest, ControlCharactersInTheNameOfAFileAreRefusedAndTheConnectionStands)
+{
+    ASSERT_EQ(connect(), Success);
+    EXPECT_EQ(transport.getFile(connection, "a\tb", folder.file("x"), false, 0x80, TransferBinary),
+              InvalidParameter);
+    FindRecord record;
+    Handle find = 0;
+    EXPECT_EQ(transport.findFirst(connection, "a\x01/*", record, find), InvalidParameter);
+    EXPECT_EQ(transport.createDirectory(connection, "a\tb"), Success);
+    EXPECT_THAT(sent(), ElementsAre("MKD a\tb"));
 }
 
 TEST_P(CurlTransportTest, ANameOfTenThousandCharactersIsSentOrRefusedWhole)

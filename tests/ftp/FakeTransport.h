@@ -63,6 +63,8 @@ public:
                            ftp::Handle& connection) override
     {
         m_world->request = request;
+        if (session != Session)
+            return ftp::InvalidHandle;
         return given(m_world->answer("connect", std::to_string(session)), connection, Connection);
     }
     ftp::ErrorCode closeHandle(ftp::Handle handle) override

@@ -14,8 +14,6 @@ namespace {
 using namespace ftp;
 using namespace std::chrono_literals;
 using ::testing::AnyOf;
-using ::testing::EndsWith;
-using ::testing::StartsWith;
 
 /// Patient, so that a slow machine fails no test; small where size is what counts.
 CurlTransportOptions patient()
@@ -458,7 +456,7 @@ TEST_P(CutTest, TheDataConnectionMayEndAtEveryByte)
         EXPECT_TRUE(list == nullptr || list->Count() == 1);
     }
     // The server says that it broke off.
-    server.on["RETR"] = [this](auto& session, const auto&) {
+    server.on["RETR"] = [](auto& session, const auto&) {
         session.reply("150 here");
         session.openData();
         session.sendData(pattern(300));

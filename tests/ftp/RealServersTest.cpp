@@ -14,7 +14,6 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsSupersetOf;
 using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -143,10 +142,12 @@ void ScriptedServer::handle(Session& session, const std::string& verb, const std
     } else if (verb == "PASV") {
         session.reply("227 Entering Passive Mode (" + session.listenForData() + ")");
     } else if (verb == "PORT") {
-        unsigned high = 0;
-        unsigned low = 0;
-        if (std::sscanf(argument.c_str(), "127,0,0,1,%u,%u", &high, &low) == 2) {
-            session.m_activePort = static_cast<std::uint16_t>(high * 256 + low);
+        // "127,0,0,1,high,low"
+        const std::string local = "127,0,0,1,";
+        const std::size_t comma = argument.rfind(',');
+        if (argument.starts_with(local) && comma > local.size()) {
+            session.m_activePort = static_cast<std::uint16_t>(std::stoi(argument.substr(local.size())) * 256 +
+                                                              std::stoi(argument.substr(comma + 1)));
             session.reply("200 ok");
         } else {
             session.reply("501 bad address");

@@ -100,7 +100,8 @@ TEST_F(cFtpTest, ASessionThatCannotBeOpenedIsLogged)
     EXPECT_EQ(client->stringaLog, "Apertura internet errata (12029)");
     EXPECT_EQ(client->GetLastErrorMessage(),
               "InternetOpen error code: 12029 Message: A connection with the server could not be made.\r\n");
-    EXPECT_FALSE(connect() && world->request.server.empty());
+    EXPECT_FALSE(connect());
+    EXPECT_EQ(client->GetLastErrorMessage(), "InternetConnect" + NullHandleText);
 }
 
 TEST_F(cFtpTest, DestructionClosesTheSessionAndDoesNotCloseTheConnectionFirst)
