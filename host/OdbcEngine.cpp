@@ -4,6 +4,7 @@
 #include "host/Decimal.h"
 #include "host/Names.h"
 #include "host/OdbcConnection.h"
+#include "host/OwnTransaction.h"
 #include "host/Schema.h"
 
 #include <algorithm>
@@ -74,43 +75,6 @@ std::string literalOf(const Value& value, Product product)
     }
     return (product == Product::TransactSql ? "N" : "") + quotedText(std::get<std::string>(value));
 }
-
-/// Rolls back, unless it was committed, what it began.
-class OwnTransaction
-{
-public:
-    explicit OwnTransaction(Engine& engine)
-        : m_engine(engine)
-        , m_own(!engine.inTransaction())
-    {
-        if (m_own)
-            engine.begin();
-    }
-    ~OwnTransaction()
-    {
-        if (!m_own)
-            return;
-        try {
-            m_engine.rollback();
-        } catch (const EngineError&) {
-            // The error on its way out says more.
-        }
-    }
-    OwnTransaction(const OwnTransaction&) = delete;
-    OwnTransaction& operator=(const OwnTransaction&) = delete;
-
-    void commit()
-    {
-        if (m_own)
-            m_engine.commit();
-        m_own = false;
-    }
-    bool isOwn() const { return m_own; }
-
-private:
-    Engine& m_engine;
-    bool m_own;
-};
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
+#include "host/OwnTransaction.h"
 #include "host/services/Services.h"
 
 #include <array>
@@ -77,6 +78,8 @@ public:
             std::vector<Value> parameters;
             journaled(
                 [&] {
+                    // Id and row go to the disk together, which takes half the time of one after the other.
+                    OwnTransaction transaction(*m_session->engine);
                     parameters.emplace_back(m_session->engine->nextId(table, key));
                     if (logs)
                         values.emplace_back(key, parameters.back());
@@ -90,6 +93,7 @@ public:
                             values.emplace_back(columnNames[i], *columns[i]);
                     }
                     m_session->engine->execute(statement(put), Language::Native, parameters);
+                    transaction.commit();
                 },
                 [&](std::string_view error) { m_session->journal.insert(table, values, error); });
             *stored = VARIANT_TRUE;
