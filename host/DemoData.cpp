@@ -489,6 +489,7 @@ void fillDemo(Engine& engine, int customers)
             engine.rollback();
         throw;
     }
+    addDefaults(engine);
     engine.refreshStatistics();
 }
 

@@ -154,7 +154,9 @@ struct BindParameter
 
     SQLRETURN operator()(std::monostate)
     {
-        return bind(SQL_C_CHAR, SQL_VARCHAR, 1, 0, nullptr, SQL_NULL_DATA);
+        const SQLRETURN code = bind(SQL_C_CHAR, SQL_VARCHAR, 1, 0, &bound.flag, 1);
+        bound.length = SQL_NULL_DATA;
+        return code;
     }
     SQLRETURN operator()(bool value)
     {
@@ -263,27 +265,36 @@ int OdbcStatement::columnCount()
     return SQL_SUCCEEDED(SQLNumResultCols(m_handle, &count)) ? count : 0;
 }
 
+// A statement that answered "no data" at once is over for the driver manager: it calls the question for more an
+// error in the sequence of calls.
+bool OdbcStatement::hasMoreResults()
+{
+    const SQLRETURN code = SQLMoreResults(m_handle);
+    if (code == SQL_NO_DATA)
+        return false;
+    if (!SQL_SUCCEEDED(code)) {
+        if (diagnose(SQL_HANDLE_STMT, m_handle).state == "HY010")
+            return false;
+        m_connection.fail(SQL_HANDLE_STMT, m_handle);
+    }
+    return true;
+}
+
 bool OdbcStatement::moveToRows(std::int64_t& affected)
 {
     while (columnCount() == 0) {
         SQLLEN count = 0;
         if (SQL_SUCCEEDED(SQLRowCount(m_handle, &count)) && count > 0)
             affected += count;
-        const SQLRETURN code = SQLMoreResults(m_handle);
-        if (code == SQL_NO_DATA)
+        if (!hasMoreResults())
             return false;
-        check(code);
     }
     return true;
 }
 
 void OdbcStatement::finish(std::int64_t& affected)
 {
-    while (moveToRows(affected)) {
-        const SQLRETURN code = SQLMoreResults(m_handle);
-        if (code == SQL_NO_DATA)
-            break;
-        check(code);
+    while (moveToRows(affected) && hasMoreResults()) {
     }
     closeCursor();
 }
@@ -333,7 +344,7 @@ void OdbcConnection::disconnect() noexcept
 {
     m_prepared.clear();
     if (m_connected) {
-        if (m_inTransaction)
+        if (m_inTransaction && !m_lost)
             SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
         SQLDisconnect(m_connection);
     }
@@ -413,6 +424,13 @@ void OdbcConnection::setAutocommit(bool on)
 
 void OdbcConnection::endTransaction(bool commit)
 {
+    if (m_lost) {
+        // The server has undone what was not committed; some drivers would report a success here all the same.
+        m_inTransaction = false;
+        if (commit)
+            throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+        return;
+    }
     const SQLRETURN code = SQLEndTran(SQL_HANDLE_DBC, m_connection, commit ? SQL_COMMIT : SQL_ROLLBACK);
     if (!SQL_SUCCEEDED(code)) {
         // What could not be ended is given up: the connection must not stay half in a transaction.
@@ -435,9 +453,10 @@ void OdbcConnection::fail(SQLSMALLINT kind, SQLHANDLE handle)
     SQLUINTEGER dead = SQL_CD_FALSE;
     if (m_connected)
         SQLGetConnectAttr(m_connection, SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-    const bool lost = dead == SQL_CD_TRUE;
-    throw EngineError(lost ? ErrorCode::ConnectionLost : codeOf(diagnosis, m_product),
-                      (lost ? "the connection to the server is lost: " : "") + diagnosis.text);
+    const bool isDead = dead == SQL_CD_TRUE;
+    m_lost = m_lost || isDead || (m_connected && diagnosis.state.substr(0, 2) == "08");
+    throw EngineError(isDead ? ErrorCode::ConnectionLost : codeOf(diagnosis, m_product),
+                      (isDead ? "the connection to the server is lost: " : "") + diagnosis.text);
 }
 
 void OdbcConnection::check(SQLRETURN code)

@@ -60,6 +60,8 @@ public:
     void check(SQLRETURN code);
 
 private:
+    bool hasMoreResults();
+
     OdbcConnection& m_connection;
     SQLHSTMT m_handle = SQL_NULL_HSTMT;
 };
@@ -112,6 +114,7 @@ private:
     SQLHDBC m_connection = SQL_NULL_HDBC;
     bool m_connected = false;
     bool m_inTransaction = false;
+    bool m_lost = false;
     Product m_product = Product::TransactSql;
     OdbcRows* m_streaming = nullptr;
     std::list<Prepared> m_prepared; // the one used last in front

@@ -31,6 +31,13 @@ std::int64_t firstNumber(RowStream& rows)
     return cell.Integer;
 }
 
+std::string_view textOf(const ZulCell& cell)
+{
+    if (cell.Kind != CellText)
+        return {};
+    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
+}
+
 std::string quotedText(std::string_view text)
 {
     std::string quoted = "'";
@@ -305,8 +312,7 @@ RowIdentity OdbcEngine::rowIdentity(std::string_view table)
             while (rows->next()) {
                 const ZulCell& cell = rows->cells()[3];
                 if (cell.Kind == CellText)
-                    identity.keyColumns.emplace_back(reinterpret_cast<const char*>(cell.Text),
-                                                     static_cast<std::size_t>(cell.Length));
+                    identity.keyColumns.emplace_back(textOf(cell));
             }
         }
     }
@@ -319,9 +325,8 @@ bool OdbcEngine::hasTable(std::string_view name)
     m_connection->makeFree();
     std::string wanted = catalogueName(*m_connection, name);
     const auto statement = std::make_shared<OdbcStatement>(*m_connection);
-    SQLCHAR kind[] = "TABLE";
     statement->check(SQLTables(statement->handle(), nullptr, 0, nullptr, 0,
-                               reinterpret_cast<SQLCHAR*>(wanted.data()), SQL_NTS, kind, SQL_NTS));
+                               reinterpret_cast<SQLCHAR*>(wanted.data()), SQL_NTS, nullptr, 0));
     // The name is a pattern to the driver, in which "_" stands for any character.
     const auto rows = openOdbcRows(statement, [] {});
     while (rows->next()) {

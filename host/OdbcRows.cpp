@@ -5,6 +5,7 @@
 #include "host/DateText.h"
 #include "host/Decimal.h"
 #include "host/RowStore.h"
+#include "host/SqliteDatabase.h"
 
 #include <algorithm>
 #include <array>
@@ -18,6 +19,8 @@ namespace {
 
 constexpr std::size_t blockBytes = 1024 * 1024;
 constexpr std::size_t largestBlock = 1000;
+// Most statements give a row or two; the large block is made for those that go on.
+constexpr std::size_t firstBlock = 4;
 constexpr SQLULEN longestBoundText = 2000; // characters
 
 double dateOf(const SQL_TIMESTAMP_STRUCT& moment)
@@ -110,6 +113,10 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
                              size > 0 && size <= longestBoundText;
         // Drivers count characters, bytes, or one too few of either: four bytes each, and some room.
         result.column.width = bounded ? static_cast<std::size_t>(size) * 4 + 32 : 0;
+        // SQLite's driver has no decimals; the declaration that it repeats does.
+        if (statement.connection().product() == Product::Sqlite &&
+            columnTypeOf(attributeText(statement.handle(), index, SQL_DESC_TYPE_NAME)) == ColumnType::Decimal)
+            fixed(ColumnType::Decimal, SQL_C_CHAR, 64);
     }
     }
     return result;
@@ -135,7 +142,7 @@ public:
         const bool bounded =
             std::all_of(m_data.begin(), m_data.end(), [](const Column& column) { return column.width > 0; });
         if (bounded)
-            bindBlock();
+            bindBlock(firstBlock);
         m_connection.setStreaming(this);
     }
 
@@ -192,12 +199,12 @@ private:
         m_repeat = nullptr;
     }
 
-    void bindBlock()
+    void bindBlock(std::size_t atMost)
     {
         std::size_t rowBytes = 1;
         for (const Column& column : m_data)
             rowBytes += column.width + sizeof(SQLLEN);
-        m_blockRows = std::clamp<std::size_t>(blockBytes / rowBytes, 1, largestBlock);
+        m_blockRows = std::clamp<std::size_t>(blockBytes / rowBytes, 1, atMost);
         const SQLHSTMT handle = m_statement->handle();
         if (!SQL_SUCCEEDED(SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE,
                                           reinterpret_cast<SQLPOINTER>(m_blockRows), 0)))
@@ -207,6 +214,7 @@ private:
             Column& column = m_data[i];
             column.data.resize(column.width * m_blockRows);
             column.lengths.assign(m_blockRows, SQL_NULL_DATA);
+            // Binding again replaces what was bound.
             m_statement->check(SQLBindCol(handle, static_cast<SQLUSMALLINT>(i + 1), column.cType,
                                           column.data.data(), static_cast<SQLLEN>(column.width),
                                           column.lengths.data()));
@@ -222,6 +230,8 @@ private:
         if (m_row + 1 < m_fetched) {
             ++m_row;
         } else {
+            if (m_delivered == firstBlock && m_blockRows == firstBlock)
+                bindBlock(largestBlock);
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());

@@ -228,8 +228,17 @@ const TableDefinition& outboxTable()
     return tableNamed("appOutbox");
 }
 
+// The component adds settings without their id and leaves it to the database to fill it. SQLite does that for a
+// key of this kind; a server gets a default for it (see addDefaults) and, where it has none, keeps NULL.
+static bool keyMayBeMissing(const TableDefinition& table, Product product)
+{
+    return product != Product::Sqlite && table.name == "tabImpostazioni";
+}
+
 std::string createTableStatement(const TableDefinition& table, Product product, bool ifMissing)
 {
+    const std::vector<std::string_view> key =
+        keyMayBeMissing(table, product) ? std::vector<std::string_view>() : table.key;
     // Transact-SQL has no IF NOT EXISTS here; ensureTable looks first.
     std::string sql = "CREATE TABLE ";
     if (ifMissing && product != Product::TransactSql)
@@ -238,7 +247,7 @@ std::string createTableStatement(const TableDefinition& table, Product product, 
     sql += " (";
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         const ColumnDefinition& column = table.columns[i];
-        const bool isKey = std::find(table.key.begin(), table.key.end(), column.name) != table.key.end();
+        const bool isKey = std::find(key.begin(), key.end(), column.name) != key.end();
         if (i > 0)
             sql += ", ";
         sql += column.name;
@@ -249,14 +258,14 @@ std::string createTableStatement(const TableDefinition& table, Product product, 
         else if (product == Product::TransactSql)
             sql += " NULL";
         // In this form the key of SQLite is the row's own number, filled by the database when it is left out.
-        if (isKey && table.key.size() == 1)
+        if (isKey && key.size() == 1)
             sql += " PRIMARY KEY";
     }
-    if (table.key.size() > 1) {
+    if (key.size() > 1) {
         sql += ", PRIMARY KEY (";
-        for (std::size_t i = 0; i < table.key.size(); ++i) {
+        for (std::size_t i = 0; i < key.size(); ++i) {
             sql += i > 0 ? ", " : "";
-            sql += table.key[i];
+            sql += key[i];
         }
         sql += ')';
     }
@@ -294,6 +303,24 @@ void createIndexes(Engine& engine)
     for (const TableDefinition& table : allTables()) {
         for (const std::string& index : createIndexStatements(table, engine.product()))
             engine.execute(index, Language::Native);
+    }
+}
+
+void addDefaults(Engine& engine)
+{
+    if (engine.product() != Product::TransactSql)
+        return;
+    for (const std::string_view sql :
+         {"CREATE FUNCTION dbo.zulProssimaImpostazione() RETURNS int AS BEGIN RETURN (SELECT"
+          " ISNULL(MAX(idImpostazione), 0) + 1 FROM dbo.tabImpostazioni) END",
+          "ALTER TABLE tabImpostazioni ADD CONSTRAINT DF_tabImpostazioni_id DEFAULT"
+          " dbo.zulProssimaImpostazione() FOR idImpostazione"}) {
+        try {
+            engine.execute(sql, Language::Native);
+        } catch (const EngineError&) {
+            // The function is there already, or the server has no such defaults: the id of a setting that is
+            // added without one stays NULL, which every reader of the table takes.
+        }
     }
 }
 

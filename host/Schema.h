@@ -64,4 +64,8 @@ void createTables(Engine& engine);
 /// Makes every index.
 void createIndexes(Engine& engine);
 
+/// Lets a server fill the id of a setting that is added without one; outside a transaction, since a server that
+/// cannot do it may end one over it.
+void addDefaults(Engine& engine);
+
 } // namespace zul::host

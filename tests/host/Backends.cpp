@@ -24,7 +24,7 @@ std::optional<std::string> sqliteByOdbc(const TemporaryFolder& folder, std::stri
         why = "the ODBC driver of SQLite is not installed";
         return std::nullopt;
     }
-    return "DRIVER=" + driver + ";Database=" + folder.file("contract.db") + ";Timeout=5000;BigInt=1;NoTXN=0";
+    return "DRIVER=" + driver + ";Database=" + folder.file("contract.db") + ";Timeout=5000";
 }
 
 std::optional<std::string> postgresByOdbc(const TemporaryFolder&, std::string& why)
