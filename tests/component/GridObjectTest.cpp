@@ -1,5 +1,6 @@
 #include "component/GridObject.h"
 
+#include "automation/ErrorInfo.h"
 #include "controls/ReportGrid.h"
 #include "tests/support/ComponentTest.h"
 #include "tests/support/LateBound.h"
