@@ -125,7 +125,7 @@ TEST_F(OpzioniTest, StoredTextsAreShownAsTheyAre)
     EXPECT_EQ(text(u"txtSMS_Prov_ConsoleId"_s), QString()) << "empty is stored, not missing";
     EXPECT_EQ(text(u"txtPathSMSSender"_s), u"C:\\Sender"_s);
     EXPECT_EQ(field(u"txtSMS_Prov_Pwd"_s)->echoMode(), QLineEdit::Password);
-    EXPECT_EQ(field(u"txtSMS_Prov_Pwd"_s)->displayText(), QString(8, u'*'));
+    EXPECT_EQ(field(u"txtSMS_Prov_Pwd"_s)->displayText(), QString(7, u'*'));
 }
 
 TEST_F(OpzioniTest, AStoredEmptyFolderShowsTheDefaultOne)
