@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace zul::host {
 
@@ -17,7 +18,11 @@ struct CivilDay
     int month = 12;
     int day = 30;
 
-    auto operator<=>(const CivilDay&) const = default;
+    bool operator==(const CivilDay&) const = default;
+    bool operator<(const CivilDay& other) const
+    {
+        return std::tie(year, month, day) < std::tie(other.year, other.month, other.day);
+    }
 };
 
 /// Days since 1899-12-30, negative before it.

@@ -221,7 +221,7 @@ OdbcStatement::OdbcStatement(OdbcConnection& connection)
 {
     connection.check(SQLAllocHandle(SQL_HANDLE_STMT, connection.handle(), &m_handle));
     // What stands between braces in a text is no escape sequence.
-    SQLSetStmtAttr(m_handle, SQL_ATTR_NOSCAN, reinterpret_cast<SQLPOINTER>(SQL_NOSCAN_ON), 0);
+    SQLSetStmtAttr(m_handle, SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), 0);
 }
 
 OdbcStatement::~OdbcStatement()
@@ -314,10 +314,10 @@ OdbcConnection::OdbcConnection(const std::string& connectionString)
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &m_environment)))
         throw EngineError(ErrorCode::Unspecified, "ODBC is not available");
     try {
-        SQLSetEnvAttr(m_environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+        SQLSetEnvAttr(m_environment, SQL_ATTR_ODBC_VERSION, attributeValue(SQL_OV_ODBC3), 0);
         if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, m_environment, &m_connection)))
             fail(SQL_HANDLE_ENV, m_environment);
-        SQLSetConnectAttr(m_connection, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(15), 0);
+        SQLSetConnectAttr(m_connection, SQL_ATTR_LOGIN_TIMEOUT, attributeValue(15), 0);
         const SQLRETURN code =
             SQLDriverConnect(m_connection, nullptr, characters(full), static_cast<SQLSMALLINT>(full.size()),
                              nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
@@ -417,8 +417,7 @@ void OdbcConnection::forget(const OdbcStatement& statement)
 void OdbcConnection::setAutocommit(bool on)
 {
     check(SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT,
-                            reinterpret_cast<SQLPOINTER>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
-                            SQL_IS_UINTEGER));
+                            attributeValue(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
     m_inTransaction = !on;
 }
 
@@ -438,8 +437,8 @@ void OdbcConnection::endTransaction(bool commit)
             fail(SQL_HANDLE_DBC, m_connection);
         } catch (...) {
             SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
-            SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT,
-                              reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_ON), SQL_IS_UINTEGER);
+            SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT, attributeValue(SQL_AUTOCOMMIT_ON),
+                              SQL_IS_UINTEGER);
             m_inTransaction = false;
             throw;
         }

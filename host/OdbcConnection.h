@@ -25,6 +25,12 @@ namespace zul::host {
 
 class OdbcConnection;
 
+/// A number as ODBC takes the values of attributes: in the place of a pointer.
+inline SQLPOINTER attributeValue(SQLULEN value)
+{
+    return reinterpret_cast<SQLPOINTER>(value); // NOLINT(performance-no-int-to-ptr)
+}
+
 /// A statement handle, freed with its cursor.
 class OdbcStatement
 {

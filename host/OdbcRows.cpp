@@ -17,7 +17,7 @@ namespace zul::host {
 
 namespace {
 
-constexpr std::size_t blockBytes = 1024 * 1024;
+constexpr std::size_t blockBytes = std::size_t{1024} * 1024;
 constexpr std::size_t largestBlock = 1000;
 // Most statements give a row or two; the large block is made for those that go on.
 constexpr std::size_t firstBlock = 4;
@@ -193,7 +193,7 @@ private:
             return;
         m_connection.streamingEnded(this);
         m_statement->closeCursor();
-        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(1), 0);
+        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
         m_statement.reset();
         m_repeat = nullptr;
@@ -206,8 +206,7 @@ private:
             rowBytes += column.width + sizeof(SQLLEN);
         m_blockRows = std::clamp<std::size_t>(blockBytes / rowBytes, 1, atMost);
         const SQLHSTMT handle = m_statement->handle();
-        if (!SQL_SUCCEEDED(SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE,
-                                          reinterpret_cast<SQLPOINTER>(m_blockRows), 0)))
+        if (!SQL_SUCCEEDED(SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(m_blockRows), 0)))
             m_blockRows = 1;
         m_statement->check(SQLSetStmtAttr(handle, SQL_ATTR_ROWS_FETCHED_PTR, &m_fetched, 0));
         for (std::size_t i = 0; i < m_data.size(); ++i) {
@@ -309,7 +308,7 @@ private:
     void readOnByValue()
     {
         m_statement->closeCursor();
-        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(1), 0);
+        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
         m_blockRows = 0;
         m_repeat();

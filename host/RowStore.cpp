@@ -11,7 +11,7 @@ namespace {
 
 // A decimal with its exact text, which is kept instead of the rounded number.
 constexpr std::uint16_t packedDecimal = 100;
-constexpr std::size_t textBlock = 256 * 1024;
+constexpr std::size_t textBlock = std::size_t{256} * 1024;
 
 } // namespace
 

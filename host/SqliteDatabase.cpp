@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t cachedStatements = 96;
 // Texts beyond this are one-off statements; keeping them would cost more than preparing them.
-constexpr std::size_t longestCachedSource = 32 * 1024;
+constexpr std::size_t longestCachedSource = std::size_t{32} * 1024;
 
 ErrorCode codeOf(int code, std::string_view text)
 {

@@ -12,8 +12,8 @@ namespace {
 
 std::optional<std::string> sqliteFile(const TemporaryFolder& folder, std::string&)
 {
-    const std::string path = folder.file("contract à.db");
-    SqliteDatabase(path, SqliteDatabase::Mode::OpenOrCreate);
+    std::string path = folder.file("contract à.db");
+    const SqliteDatabase made(path, SqliteDatabase::Mode::OpenOrCreate);
     return path;
 }
 

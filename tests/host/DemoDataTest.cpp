@@ -21,7 +21,7 @@ class DemoDataTest : public ::testing::Test
 protected:
     std::string make(const std::string& name, int customers) const
     {
-        const std::string path = m_folder.file(name);
+        std::string path = m_folder.file(name);
         createDemo(path, customers);
         return path;
     }

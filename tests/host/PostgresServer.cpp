@@ -31,7 +31,7 @@ int freePort()
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t length = sizeof address;
-    ::bind(listener, reinterpret_cast<sockaddr*>(&address), length);
+    static_cast<void>(::bind(listener, reinterpret_cast<sockaddr*>(&address), length));
     ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
     ::close(listener);
     return ntohs(address.sin_port);
@@ -72,6 +72,7 @@ void becomeProgram(const std::string& log, const std::vector<std::string>& comma
     if (::chdir("/") != 0)
         ::_exit(126);
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& word : command)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
@@ -94,7 +95,7 @@ std::string odbcDriver(const std::string& fileName)
 {
     std::error_code none;
     for (const auto& entry : fs::directory_iterator("/usr/lib", none)) {
-        const std::string path = entry.path().string() + "/odbc/" + fileName;
+        std::string path = entry.path().string() + "/odbc/" + fileName;
         if (fs::exists(path, none))
             return path;
     }
@@ -169,7 +170,7 @@ std::string PostgresServer::connectionString(const std::string& database) const
 
 std::string PostgresServer::newDatabase()
 {
-    const std::string name = "zul" + std::to_string(++m_databases);
+    std::string name = "zul" + std::to_string(++m_databases);
     OdbcEngine engine(connectionString("postgres"));
     engine.execute("CREATE DATABASE " + name, Language::Native);
     return name;

@@ -58,7 +58,7 @@ protected:
         run("DELETE FROM tabSpoolReportStat2");
         run("INSERT INTO tabSpoolReportStat2(intero1) SELECT IdCliente FROM tabClienti");
         run(filter(std::string_view()));
-        const std::string plain = left();
+        std::string plain = left();
         run(filter(std::string_view("Select intero1 as IdCliente from tabSpoolReportStat2")));
         EXPECT_EQ(left(), plain);
         return plain;
