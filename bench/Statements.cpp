@@ -71,7 +71,7 @@ void writeStatements(const std::string& database, const std::string& file)
         loaded.search();
         write("delete", listener.heard("DELETE "));
         write("insert", listener.heard("INSERT INTO [tabSpoolReportStat2]"));
-        write("select", listener.heard("SELECT DISTINCT "));
+        write("select", listener.heard("SELECT [tabClienti]"));
     }
     loaded.grid().setAllChecked(true);
     GridRecipients recipients(loaded.grid());
