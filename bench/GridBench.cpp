@@ -44,7 +44,8 @@ public:
     Customers()
     {
         check(sqlite3_open(":memory:", &m_database));
-        run("CREATE TABLE c (id INTEGER PRIMARY KEY, tick TEXT, name TEXT, town TEXT, prov TEXT, age INTEGER, "
+        run("CREATE TABLE c (id INTEGER PRIMARY KEY, tick TEXT, name TEXT, town TEXT, prov TEXT, age "
+            "INTEGER, "
             "sex TEXT, birth REAL, phone TEXT, phone2 TEXT, email TEXT, sales TEXT, accounts TEXT)");
         const std::string rows = std::to_string(rowsWanted());
         run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " + rows +
@@ -103,7 +104,8 @@ void load(ColumnStore& store)
                 store.appendDate(column, sqlite3_column_double(rows.get(), column));
                 break;
             default:
-                store.appendText(column, reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), column)),
+                store.appendText(column,
+                                 reinterpret_cast<const char*>(sqlite3_column_text(rows.get(), column)),
                                  static_cast<size_t>(sqlite3_column_bytes(rows.get(), column)));
             }
         }
@@ -113,8 +115,10 @@ void load(ColumnStore& store)
 }
 
 /// The same rows as anyone would keep them at least cost: an array per column, each text once.
-struct PlainRows {
-    struct Column {
+struct PlainRows
+{
+    struct Column
+    {
         std::unordered_map<std::string, uint32_t> known;
         std::vector<uint32_t> words;
         std::vector<double> reals;
@@ -341,7 +345,12 @@ void tickAll(benchmark::State& state)
 BENCHMARK(loadPlainArrays)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(loadGrid)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(firstPaint)->Unit(benchmark::kMillisecond);
-BENCHMARK(sortGrid)->Unit(benchmark::kMillisecond)->Arg(nameColumn)->Arg(townColumn)->Arg(emailColumn)->Arg(7);
+BENCHMARK(sortGrid)
+    ->Unit(benchmark::kMillisecond)
+    ->Arg(nameColumn)
+    ->Arg(townColumn)
+    ->Arg(emailColumn)
+    ->Arg(7);
 BENCHMARK(turnGrid)->Unit(benchmark::kMillisecond)->Arg(nameColumn)->Arg(emailColumn);
 BENCHMARK(groupGrid)->Unit(benchmark::kMillisecond)->Arg(nameColumn)->Arg(townColumn)->Arg(emailColumn);
 BENCHMARK(filterGrid)->Unit(benchmark::kMillisecond);

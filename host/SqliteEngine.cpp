@@ -124,28 +124,37 @@ SqliteEngine::SqliteEngine(const std::string& path, SqliteDatabase::Mode mode)
     : m_database(path, mode)
     , m_columnTypes(
           [this](std::string_view table, std::string_view column) { return declaredType(table, column); })
+    , m_tableKey([this](std::string_view table) { return declared(table).key; })
     , m_translator([this](std::string_view sql) { return translated(sql); })
 {
     if (dialect::registerFunctions(m_database.handle()) != SQLITE_OK)
         m_database.fail();
 }
 
-// The declared types of a table's columns, read once and kept until the schema changes.
-dialect::ColumnType SqliteEngine::declaredType(std::string_view table, std::string_view column)
+// What a table's declaration says, read once and kept until the schema changes.
+const SqliteEngine::DeclaredTable& SqliteEngine::declared(std::string_view table)
 {
     const std::string tableKey = foldedName(table);
-    auto known = m_declared.find(tableKey);
-    if (known == m_declared.end()) {
-        auto& columns = m_declared[tableKey];
-        const Value name(std::string{table});
-        auto rows = query("SELECT name, type FROM pragma_table_info(?)", Language::Native, {&name, 1});
-        while (rows->next())
-            columns.emplace(foldedName(textOf(rows->cells()[0])),
-                            dialect::columnTypeOf(textOf(rows->cells()[1])));
-        known = m_declared.find(tableKey);
+    const auto known = m_declared.find(tableKey);
+    if (known != m_declared.end())
+        return known->second;
+    DeclaredTable& read = m_declared[tableKey];
+    const Value name(std::string{table});
+    auto rows = query("SELECT name, type, pk FROM pragma_table_info(?)", Language::Native, {&name, 1});
+    while (rows->next()) {
+        const ZulCell* const cells = rows->cells();
+        read.types.emplace(foldedName(textOf(cells[0])), dialect::columnTypeOf(textOf(cells[1])));
+        if (cells[2].Integer > 0)
+            read.key.emplace_back(textOf(cells[0]));
     }
-    const auto found = known->second.find(foldedName(column));
-    return found != known->second.end() ? found->second : dialect::ColumnType::Unknown;
+    return read;
+}
+
+dialect::ColumnType SqliteEngine::declaredType(std::string_view table, std::string_view column)
+{
+    const auto& types = declared(table).types;
+    const auto found = types.find(foldedName(column));
+    return found != types.end() ? found->second : dialect::ColumnType::Unknown;
 }
 
 void SqliteEngine::forgetSchema()
@@ -156,7 +165,7 @@ void SqliteEngine::forgetSchema()
 
 NativeStatement SqliteEngine::translated(std::string_view sql)
 {
-    return nativeOf(dialect::translate(sql, m_columnTypes));
+    return nativeOf(dialect::translate(sql, m_columnTypes, {}, m_tableKey));
 }
 
 SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)

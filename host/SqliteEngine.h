@@ -36,6 +36,13 @@ public:
     SqliteDatabase& database() { return m_database; }
 
 private:
+    struct DeclaredTable
+    {
+        std::unordered_map<std::string, dialect::ColumnType> types; // by column, names folded
+        std::vector<std::string> key;
+    };
+
+    const DeclaredTable& declared(std::string_view table);
     dialect::ColumnType declaredType(std::string_view table, std::string_view column);
     void forgetSchema();
     NativeStatement translated(std::string_view sql);
@@ -44,9 +51,9 @@ private:
     SqliteStatement prepare(std::string_view sql, Language language);
 
     SqliteDatabase m_database;
-    // By table and column, names folded.
-    std::unordered_map<std::string, std::unordered_map<std::string, dialect::ColumnType>> m_declared;
+    std::unordered_map<std::string, DeclaredTable> m_declared; // by name, folded
     dialect::ColumnTypes m_columnTypes;
+    dialect::TableKey m_tableKey;
     SqlTranslator m_translator;
     bool m_hasCounters = false;
 };

@@ -60,6 +60,11 @@ ListOutcomes::ListOutcomes(OutcomeList& list)
     m_sincePainted.start();
 }
 
+ListOutcomes::~ListOutcomes()
+{
+    m_list.flush();
+}
+
 void ListOutcomes::append(const QString& line)
 {
     m_list.append(line);

@@ -39,6 +39,10 @@ class ListOutcomes : public Outcomes
 {
 public:
     explicit ListOutcomes(OutcomeList& list);
+    /// Shows the last lines of the run.
+    ~ListOutcomes() override;
+    ListOutcomes(const ListOutcomes&) = delete;
+    ListOutcomes& operator=(const ListOutcomes&) = delete;
     void append(const QString& line) override;
 
 private:

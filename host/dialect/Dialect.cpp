@@ -1,5 +1,6 @@
 #include "host/dialect/Dialect.h"
 
+#include "host/dialect/DistinctKey.h"
 #include "host/dialect/Emitter.h"
 #include "host/dialect/Lexer.h"
 #include "host/dialect/Parser.h"
@@ -107,13 +108,16 @@ std::vector<Translation> translateAll(const std::vector<Statement>& statements, 
 
 } // namespace
 
-Translation translate(std::string_view tsql, const ColumnTypes& columnTypes, const TableColumns& tableColumns)
+Translation translate(std::string_view tsql, const ColumnTypes& columnTypes, const TableColumns& tableColumns,
+                      const TableKey& tableKey)
 {
-    const std::vector<Statement> statements = parseBatch(tsql);
+    std::vector<Statement> statements = parseBatch(tsql);
     if (statements.empty())
         failAt(tsql, 0, "the statement is empty");
     if (statements.size() > 1)
         failAt(tsql, statements[1].offset, "only one statement can stand here");
+    if (statements.front().type == StatementType::Select && columnTypes && tableKey)
+        useKeyForDistinct(*statements.front().query, columnTypes, tableKey);
     return translateAll(statements, tsql, columnTypes, tableColumns).front();
 }
 

@@ -59,6 +59,10 @@ using ColumnTypes = std::function<ColumnType(std::string_view table, std::string
 /// them); nothing when the table is not known. Names come as for ColumnTypes.
 using TableColumns = std::function<std::vector<std::string>(std::string_view table)>;
 
+/// Answers the columns of a table's primary key; nothing when it has none or is not known. Names come as for
+/// ColumnTypes.
+using TableKey = std::function<std::vector<std::string>(std::string_view table)>;
+
 enum class StatementKind
 {
     Nothing, ///< SET NOCOUNT ON and the like: sql is empty, there is nothing to run
@@ -117,9 +121,10 @@ private:
 /// Translates exactly one statement (a final ';' is allowed). With column types the output uses more native
 /// operators (faster) and normalises date and number literals that meet a column of another type; without,
 /// a '+' between columns is decided by the values at run time and a date literal compared with a column stands
-/// as written. With table columns the same is done for an INSERT without a column list. Throws DialectError.
+/// as written. With table columns the same is done for an INSERT without a column list. With table keys a DISTINCT
+/// over rows that a key tells apart already becomes a cheaper statement of the same rows. Throws DialectError.
 Translation translate(std::string_view tsql, const ColumnTypes& columnTypes = {},
-                      const TableColumns& tableColumns = {});
+                      const TableColumns& tableColumns = {}, const TableKey& tableKey = {});
 
 /// Translates a batch: statements one after the other, with or without ';' between them. The columns of a
 /// table that the batch itself creates are known to its later statements. An empty batch gives an empty list.

@@ -1,0 +1,36 @@
+#include "bench/LoadedGrid.h"
+
+#include "component/ControlSetup.h"
+#include "selection/GridLoad.h"
+#include "selection/TargetQuery.h"
+
+namespace zul::bench {
+
+namespace {
+
+host::HostDatabaseOptions optionsFor(const std::string& database)
+{
+    host::HostDatabaseOptions options;
+    options.database = database;
+    return options;
+}
+
+} // namespace
+
+LoadedGrid::LoadedGrid(const std::string& database)
+    : m_database(optionsFor(database))
+    , m_connection(ComPtr<_SqlConnection>(m_database.connection()))
+{
+    m_grid.resize(1000, 600);
+    setupReportControl(&m_grid);
+}
+
+void LoadedGrid::search()
+{
+    const QDate today = QDate::currentDate();
+    host::CustomerFilterSql filters(m_connection);
+    fillScratchTable(m_connection.connection(), filters, {}, today, QLocale());
+    loadResultGrid(m_connection.connection(), m_grid, today);
+}
+
+} // namespace zul::bench

@@ -1,0 +1,379 @@
+#include "options/frmCheckSendError.h"
+
+#include "component/FormHelpers.h"
+#include "controls/Background.h"
+#include "controls/OnScreenKeyboard.h"
+#include "controls/ReportGrid.h"
+#include "tests/ftp/ScriptedServer.h"
+#include "tests/support/ComponentTest.h"
+
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace zul {
+namespace {
+
+using namespace test;
+using namespace Qt::StringLiterals;
+using Lines = std::vector<std::string>;
+
+OperatorMessage plain(const QString& text, MessageIcon icon = MessageIcon::None)
+{
+    return {.text = text, .icon = icon, .title = u"Zul_MessageBuilder"_s, .buttons = MessageButtons::Ok};
+}
+
+const OperatorMessage downloaded = plain(u"Download completato"_s);
+const OperatorMessage notConnected = plain(u"connessione non riuscia"_s);
+
+class CheckSendErrorTest : public ComponentTest
+{
+protected:
+    CheckSendErrorTest() { QFile::remove(report()); }
+    ~CheckSendErrorTest() override { QFile::remove(report()); }
+
+    static QString report() { return inComponentFolder(u"export.txt"_s); }
+
+    static void writeReport(const QByteArray& content)
+    {
+        QFile file(report());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    static QByteArray readReport()
+    {
+        QFile file(report());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+    }
+
+    void open()
+    {
+        form = std::make_unique<frmCheckSendError>();
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+        host.forgetOperations();
+    }
+
+    template <class T>
+    T* find(const char* name)
+    {
+        T* found = form->findChild<T*>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+
+    void fill(const QString& server, const QString& port, const QString& user = u"u"_s,
+              const QString& password = u"p"_s)
+    {
+        find<QLineEdit>("txtFTP_Server")->setText(server);
+        find<QLineEdit>("txtFTP_Port")->setText(port);
+        find<QLineEdit>("txtFTP_User")->setText(user);
+        find<QLineEdit>("txtFTP_Password")->setText(password);
+    }
+
+    void click(const char* name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
+
+    /// Runs the test against a server that is not there, with a report left from an earlier day.
+    void checkOldReport(const QByteArray& content)
+    {
+        writeReport(content);
+        open();
+        fill(u"127.0.0.1"_s, closedPort());
+        click("cmdSMS_TestSMS");
+        EXPECT_EQ(messages, std::vector<OperatorMessage>{notConnected});
+    }
+
+    /// A port on which nobody listens any more.
+    static QString closedPort()
+    {
+        const ScriptedServer gone;
+        return qs(gone.portText());
+    }
+
+    void customer(const char* searched, std::vector<std::vector<Variant>> rows)
+    {
+        host.answer(std::string("telefono2 like '%") + searched + "%'",
+                    {{"IdCliente", "Telefono2", "RagioneSociale1"}, std::move(rows)});
+    }
+
+    ReportGrid* grid() { return find<ReportGrid>("grid_result"); }
+
+    QStringList shownRows()
+    {
+        QStringList rows;
+        for (int row = 0; row < grid()->visibleRowCount(); ++row)
+            rows.append(grid()->rowTexts(row).join(u'|'));
+        return rows;
+    }
+
+    static std::string query(const char* searched)
+    {
+        return std::string("open  select * from tabclienti where telefono2 like '%") + searched +
+               "%' static read-only";
+    }
+
+    std::unique_ptr<frmCheckSendError> form;
+};
+
+// ----------------------------------------------------------------------------------- the form's own life
+
+TEST_F(CheckSendErrorTest, TheFourSettingsAreReadInTheirOrderAndShown)
+{
+    host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"}, {"SMS_CHECK_FTP_USER", "L'utente 😀"}};
+    form = std::make_unique<frmCheckSendError>();
+    QStringList keys;
+    for (const std::string& line : host.operations("open"))
+        keys.append(qs(line).section(u'\'', 1, 1));
+    EXPECT_EQ(keys, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s, u"SMS_CHECK_FTP_USER"_s,
+                                 u"SMS_CHECK_FTP_Password"_s}));
+    EXPECT_EQ(find<QLineEdit>("txtFTP_Server")->text(), u"ftp.x.it"_s);
+    EXPECT_EQ(find<QLineEdit>("txtFTP_Port")->text(), QString()) << "there is no default port";
+    EXPECT_EQ(find<QLineEdit>("txtFTP_User")->text(), u"L'utente 😀"_s);
+}
+
+TEST_F(CheckSendErrorTest, ItsTextsAreKeptAsTheyAreMisspelt)
+{
+    open();
+    EXPECT_EQ(form->windowTitle(), u"Impostazioni"_s);
+    EXPECT_EQ(find<QGroupBox>("GroupBox2")->title(), u"Provider FTP "_s);
+    EXPECT_EQ(find<QLabel>("lblTest")->text(),
+              u"Il test verrà fatto tra i numeri di telefono utlizzati nell'arco della scorsa settimana "_s);
+    EXPECT_EQ(find<QPushButton>("cmdSMS_TestSMS")->text(), u"Test"_s);
+    EXPECT_EQ(find<QPushButton>("cmdSMS_ClearAccount")->text(), u"Disabilita Numeri"_s);
+    EXPECT_EQ(find<QPushButton>("cmdChiudi")->text(), u"Chiudi"_s);
+    EXPECT_EQ(effectiveBackground(form.get()), QColor(Qt::white));
+    EXPECT_EQ(effectiveBackground(find<QGroupBox>("GroupBox2")), QColor(Qt::white));
+}
+
+TEST_F(CheckSendErrorTest, TheKeyboardFollowsTheFocusAndNoColourDoes)
+{
+    open();
+    for (const char* name : {"txtFTP_Port", "txtFTP_User", "txtFTP_Password", "txtFTP_Server"}) {
+        auto* field = find<QLineEdit>(name);
+        field->setFocus();
+        EXPECT_EQ(find<OnScreenKeyboard>("keybT")->attachedField(), field);
+        EXPECT_NE(effectiveBackground(field), QColor(255, 255, 0)) << name;
+    }
+}
+
+TEST_F(CheckSendErrorTest, EveryCloseStoresTheFieldsInTheirOrder)
+{
+    for (const bool byButton : {true, false}) {
+        open();
+        fill(u"s"_s, u"1"_s, u"u'😀"_s, u"p"_s);
+        if (byButton)
+            click("cmdChiudi");
+        else
+            form->close();
+        EXPECT_FALSE(form->isVisible());
+        EXPECT_EQ(tagOf(form.get()), byButton ? u"ESC"_s : QString());
+        EXPECT_EQ(host.operations("set"),
+                  (Lines{"set Valore='s'", "set Valore='1'", "set Valore='u'😀'", "set Valore='p'"}));
+    }
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "p");
+}
+
+TEST_F(CheckSendErrorTest, EscapeLeavesItOpen)
+{
+    open();
+    QTest::keyClick(form.get(), Qt::Key_Escape);
+    QTest::keyClick(find<QLineEdit>("txtFTP_Server"), Qt::Key_Escape);
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_TRUE(host.operations().empty());
+}
+
+// ----------------------------------------------------------------------------------------------- the test
+
+TEST_F(CheckSendErrorTest, ServerUserAndPasswordAreNeededThePortIsNot)
+{
+    open();
+    for (const auto& [server, user, password] :
+         {std::tuple{QString(), u"u"_s, u"p"_s}, {u"s"_s, QString(), u"p"_s}, {u"s"_s, u"u"_s, QString()}}) {
+        messages.clear();
+        fill(server, u"21"_s, user, password);
+        click("cmdSMS_TestSMS");
+        EXPECT_EQ(messages, std::vector<OperatorMessage>{
+                                plain(u"Attenzione impostazioni non valide"_s, MessageIcon::Information)});
+    }
+    EXPECT_TRUE(host.operations().empty());
+}
+
+TEST_F(CheckSendErrorTest, APortThatIsNoNumberEndsTheTestWithAnError)
+{
+    writeReport("333\n");
+    open();
+    fill(u"127.0.0.1"_s, QString());
+    click("cmdSMS_TestSMS");
+    fill(u"127.0.0.1"_s, u"40000"_s);
+    click("cmdSMS_TestSMS");
+    EXPECT_TRUE(messages.empty());
+    const QString tail = u") in procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s;
+    EXPECT_EQ(logged(), (QStringList{u"cmdSMS_TestSMS_Click | Error 13 (Type mismatch"_s + tail,
+                                     u"cmdSMS_TestSMS_Click | Error 6 (Overflow"_s + tail}));
+    EXPECT_TRUE(host.operations("open").empty()) << "the old report is not read";
+}
+
+TEST_F(CheckSendErrorTest, TheReportIsFetchedAndItsCustomersAreListed)
+{
+    ScriptedServer server;
+    server.files["/export.txt"] = "393331234567\r\n3287654321\r\n\r\n391\r\n000";
+    customer("333123456", {{number(1), text("+39 333123456"), text("D'Amico 100% \"à\" 😀")},
+                           {number(2), text("3331234569"), text("Secondo")}});
+    customer("3287654321", {{number(3), text("3287654321"), null()}});
+    customer("", {{number(9), text("tutti"), text("Tutti")}});
+    open();
+    fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded});
+    EXPECT_EQ(host.operations(),
+              (Lines{query("333123456"), query("3287654321"), query(""), query(""), query("000")}));
+    EXPECT_EQ(shownRows(), (QStringList{u"+39 333123456|D'Amico 100% \"à\" 😀"_s, u"3287654321|"_s}))
+        << "the first customer of each number; none for an empty search";
+    EXPECT_EQ(host.openRowSets(), 0);
+    ASSERT_EQ(grid()->columnCount(), 2);
+    EXPECT_EQ(grid()->columnCaption(0), u"Numero telefono"_s);
+    EXPECT_EQ(grid()->columnCaption(1), u"Regione sociale"_s);
+    EXPECT_EQ(grid()->headerRect(0).width(), 250);
+    EXPECT_EQ(grid()->headerRect(1).width(), 300);
+    // A transfer of text brings the line breaks of this system.
+    EXPECT_EQ(readReport(), QByteArray("393331234567\n3287654321\n\n391\n000")) << "it stays on the disk";
+}
+
+TEST_F(CheckSendErrorTest, AFailedDownloadIsToldAsCompletedAndTheEarlierReportIsReadAgain)
+{
+    ScriptedServer server;
+    customer("111", {{number(1), text("111"), text("Vecchio")}});
+    writeReport("111\n");
+    open();
+    fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded});
+    EXPECT_EQ(shownRows(), QStringList{u"111|Vecchio"_s});
+    EXPECT_EQ(readReport(), QByteArray("111\n"));
+}
+
+TEST_F(CheckSendErrorTest, ADownloadThatBrokeOffLeavesWhatCame)
+{
+    ScriptedServer server;
+    server.files["/export.txt"] = "111\n222\n333\n";
+    server.cutDataAfter = 6;
+    writeReport("vecchio con molte righe\n");
+    open();
+    fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded});
+    EXPECT_EQ(host.operations("open"), (Lines{query("111"), query("22")}));
+}
+
+TEST_F(CheckSendErrorTest, ARefusedLoginIsAFailedConnection)
+{
+    ScriptedServer server;
+    server.loginReply = "530 no";
+    writeReport("111\n");
+    open();
+    fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{notConnected});
+    EXPECT_EQ(host.operations("open"), Lines{query("111")}) << "the earlier report is read all the same";
+}
+
+TEST_F(CheckSendErrorTest, WithoutAnyReportTheTestEndsWithFileNotFound)
+{
+    open();
+    fill(u"127.0.0.1"_s, closedPort());
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{notConnected});
+    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error 53 (File not found) in procedure "
+                                    "cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+    EXPECT_EQ(readReport(), QByteArray("(none)")) << "none is made";
+}
+
+TEST_F(CheckSendErrorTest, WithoutAConnectionTheOldReportIsReadAndLookedUp)
+{
+    customer("222", {{number(1), text("222"), text("Trovato")}});
+    checkOldReport("222\n");
+    EXPECT_EQ(shownRows(), QStringList{u"222|Trovato"_s});
+}
+
+TEST_F(CheckSendErrorTest, ALine39EndsTheTestAndTheGridKeepsTheRowsSoFarUnshown)
+{
+    customer("222", {{number(1), text("222"), text("Prima")}});
+    checkOldReport("222\n39\n333\n");
+    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error 5 (Invalid procedure call or argument) in "
+                                    "procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+    EXPECT_EQ(host.operations("open"), Lines{query("222")});
+    EXPECT_EQ(grid()->recordCount(), 1U);
+    EXPECT_EQ(grid()->visibleRowCount(), 0) << "without the final repopulation";
+}
+
+TEST_F(CheckSendErrorTest, AQuoteInTheReportGoesIntoTheStatementAsItIs)
+{
+    host.failWhere("33'3", E_FAIL, u"Unclosed quotation mark");
+    checkOldReport("33'3\n");
+    EXPECT_EQ(host.operations("open"), Lines{query("33'3")});
+    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error -2147467259 (Unclosed quotation mark) in "
+                                    "procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+}
+
+TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    checkOldReport("222\n");
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(shownRows(), QStringList{u"222|Uno"_s});
+    EXPECT_EQ(grid()->columnCount(), 2);
+}
+
+// ------------------------------------------------------------------------------------------ the disabling
+
+TEST_F(CheckSendErrorTest, DisableRunsOneStatementPerRowAndEmptiesTheGrid)
+{
+    customer("222", {{number(1), text("+39 222"), text("Uno")}});
+    customer("333", {{number(2), text("33'3"), text("Due")}});
+    checkOldReport("222\n333\n");
+    host.forgetOperations();
+    messages.clear();
+    click("cmdSMS_ClearAccount");
+    const auto statement = [](const std::string& phone) {
+        return "execute update tabclienti set notecliente = isnull(notecliente, '') + ' Numero non valido :' "
+               "+ '" +
+               phone + "' , Telefono2='' where  telefono2 = '" + phone + "'";
+    };
+    EXPECT_EQ(host.operations(), (Lines{statement("+39 222"), statement("33'3")})) << "no transaction";
+    EXPECT_TRUE(messages.empty()) << "nothing is asked";
+    EXPECT_EQ(grid()->recordCount(), 0U);
+    EXPECT_EQ(grid()->columnCount(), 0);
+}
+
+TEST_F(CheckSendErrorTest, DisableWithAnEmptyGridRunsNothingAndTakesTheColumnsAway)
+{
+    checkOldReport("000\n");
+    ASSERT_EQ(grid()->columnCount(), 2);
+    host.forgetOperations();
+    click("cmdSMS_ClearAccount");
+    EXPECT_TRUE(host.operations().empty());
+    EXPECT_EQ(grid()->columnCount(), 0);
+    click("cmdSMS_ClearAccount");
+    EXPECT_TRUE(logged().isEmpty());
+}
+
+TEST_F(CheckSendErrorTest, AFailingDisableKeepsTheGridAndWhatWasDone)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    customer("333", {{number(2), text("333"), text("Due")}});
+    checkOldReport("222\n333\n");
+    host.forgetOperations();
+    host.failNth("execute", 2, E_FAIL, u"no");
+    click("cmdSMS_ClearAccount");
+    EXPECT_EQ(host.operations("execute").size(), 2U);
+    EXPECT_EQ(shownRows().size(), 2);
+    EXPECT_EQ(logged(), QStringList{u"cmdSMS_ClearAccount_Click | Error -2147467259 (no) in procedure "
+                                    "cmdSMS_ClearAccount_Click of Form frmCheckSendError | "_s});
+}
+
+} // namespace
+} // namespace zul

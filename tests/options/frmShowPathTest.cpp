@@ -1,0 +1,75 @@
+#include "options/frmShowPath.h"
+
+#include "component/FormHelpers.h"
+#include "controls/FolderTree.h"
+#include "tests/support/ComponentTest.h"
+
+#include <QPushButton>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace zul {
+namespace {
+
+using namespace test;
+using namespace Qt::StringLiterals;
+
+class ShowPathTest : public ComponentTest
+{
+protected:
+    ShowPathTest() { chooser.show(); }
+
+    void click(const char* name)
+    {
+        QTest::mouseClick(chooser.findChild<QPushButton*>(QLatin1String(name)), Qt::LeftButton);
+    }
+
+    FolderTree* tree() { return chooser.findChild<FolderTree*>(u"FolderTreeview1"_s); }
+
+    QTemporaryDir folder;
+    frmShowPath chooser{nullptr};
+};
+
+TEST_F(ShowPathTest, ItsCaptionAndItsButtons)
+{
+    EXPECT_EQ(chooser.windowTitle(), u"Selezionare la cartella desiderata..."_s);
+    EXPECT_EQ(chooser.findChild<QPushButton*>(u"cmdCancella"_s)->text(), u"Annulla"_s);
+    EXPECT_FALSE(chooser.findChild<QPushButton*>(u"cmdOK"_s)->icon().isNull());
+    EXPECT_FALSE(chooser.findChild<QPushButton*>(u"cmdOK"_s)->accessibleName().isEmpty());
+}
+
+TEST_F(ShowPathTest, OkWithoutAFolderTellsSoAndStaysOpen)
+{
+    click("cmdOK");
+    EXPECT_EQ(messages,
+              std::vector<OperatorMessage>{told(u"Selezionare un percorso!"_s, MessageIcon::Critical)});
+    EXPECT_TRUE(chooser.isVisible());
+    EXPECT_EQ(tagOf(&chooser), QString());
+}
+
+TEST_F(ShowPathTest, OkWithAFolderLeavesItsTag)
+{
+    ASSERT_TRUE(tree()->selectPath(folder.path()));
+    click("cmdOK");
+    EXPECT_FALSE(chooser.isVisible());
+    EXPECT_EQ(tagOf(&chooser), u"OK"_s);
+    EXPECT_EQ(chooser.selectedPath(), folder.path());
+}
+
+TEST_F(ShowPathTest, CancelLeavesEsc)
+{
+    ASSERT_TRUE(tree()->selectPath(folder.path()));
+    click("cmdCancella");
+    EXPECT_FALSE(chooser.isVisible());
+    EXPECT_EQ(tagOf(&chooser), u"ESC"_s);
+}
+
+TEST_F(ShowPathTest, TheCloseButtonLeavesNothing)
+{
+    chooser.close();
+    EXPECT_FALSE(chooser.isVisible());
+    EXPECT_EQ(tagOf(&chooser), QString());
+}
+
+} // namespace
+} // namespace zul
