@@ -17,9 +17,6 @@ enum class Kind
 /// A preparation for every row of the result grid, or for every other one.
 void runPreparation(const std::string& database, Kind kind, bool half);
 
-/// Sort, groups, filter, ticks and first paint of the loaded grid beside a QSortFilterProxyModel.
-void runGrid(const std::string& database);
-
 /// Construction, show and first paint of the main window, `runs` times.
 void runMainWindow(const std::string& database, int runs);
 /// The same of a window with as many plain widgets as the main window has.
