@@ -39,8 +39,7 @@ public:
     explicit ValueEnumerator(std::vector<Variant> values, std::size_t next = 0)
         : m_values(std::move(values))
         , m_next(next)
-    {
-    }
+    {}
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) override
     {
@@ -128,9 +127,8 @@ HRESULT CaptionCollection::Count(LONG* pi4)
 
 HRESULT CaptionCollection::Remove(VARIANT* Index)
 {
-    return comGuard(u"Collection", [&] {
-        m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(place(Index)));
-    });
+    return comGuard(u"Collection",
+                    [&] { m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(place(Index))); });
 }
 
 HRESULT CaptionCollection::_NewEnum(IUnknown** ppunk)

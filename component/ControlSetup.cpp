@@ -21,7 +21,8 @@ void makeFlat(QWidget* control)
 {
     // "Appearance" 0: no raised edge. The style sheet of the common look draws the edge of push buttons and
     // edits; what is left is the frame of plain frames.
-    if (auto* frame = qobject_cast<QFrame*>(control); frame != nullptr && frame->frameShadow() != QFrame::Plain)
+    if (auto* frame = qobject_cast<QFrame*>(control);
+        frame != nullptr && frame->frameShadow() != QFrame::Plain)
         frame->setFrameShadow(QFrame::Plain);
 }
 
@@ -33,8 +34,7 @@ void setupReportControl(ReportGrid* grid) noexcept
         if (grid == nullptr)
             throw Error(RunTime::ObjectNotSet);
         grid->setEmptyText(u"Nessun elemento da visualizzare"_s);
-        grid->setGroupHint(
-            u"Trascinare qui l'intestazione di colonna per raggruppare per quella colonna"_s);
+        grid->setGroupHint(u"Trascinare qui l'intestazione di colonna per raggruppare per quella colonna"_s);
         grid->setSortCaptionPrefix(u"Ordina per: "_s);
         grid->setGridFont(QFont(u"Tahoma"_s, 8));
         grid->setFlatHeader(true);

@@ -20,14 +20,12 @@ QString rowOfKey(const QString& key)
 
 void addSetting(const ado::Connection& connection, const QString& key, const QString& value)
 {
-    ado::Recordset largest =
-        connection.open(u"SELECT Max(idImpostazione) as maxId FROM tabImpostazioni"_s, ado::Cursor::Static,
-                        ado::Lock::ReadOnly);
+    ado::Recordset largest = connection.open(u"SELECT Max(idImpostazione) as maxId FROM tabImpostazioni"_s,
+                                             ado::Cursor::Static, ado::Lock::ReadOnly);
     const qint32 newId = largest.integer(u"MaxId"_s, 0) + 1;
     largest.close();
 
-    ado::Recordset table =
-        connection.open(u"tabImpostazioni"_s, ado::Cursor::Dynamic, ado::Lock::Optimistic);
+    ado::Recordset table = connection.open(u"tabImpostazioni"_s, ado::Cursor::Dynamic, ado::Lock::Optimistic);
     table.addNew();
     table.set(u"idImpostazione"_s, newId);
     table.set(u"Descrizione"_s, key);

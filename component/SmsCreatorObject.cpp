@@ -59,8 +59,7 @@ HRESULT untrapped(Body&& body) noexcept
 
 SmsCreatorObject::SmsCreatorObject()
     : m_events(addConnectionPoint(DIID___SmsCreator))
-{
-}
+{}
 
 HRESULT SmsCreatorObject::put_idUtente(LONG idUtente)
 {
@@ -126,8 +125,8 @@ HRESULT SmsCreatorObject::isOkPressed(VARIANT_BOOL* result)
 {
     if (result == nullptr)
         return E_POINTER;
-    *result = toBool(trapped(inheritedProcedure(u"isOkPressed"_s), false,
-                             [&] { return funGetFormChoice() == u"OK"_s; }));
+    *result = toBool(
+        trapped(inheritedProcedure(u"isOkPressed"_s), false, [&] { return funGetFormChoice() == u"OK"_s; }));
     return S_OK;
 }
 
@@ -145,8 +144,9 @@ HRESULT SmsCreatorObject::EventoGrd_CaricaGrd(IDispatch** grdCodejock, BSTR* Sql
                                               BSTR* strButtonType, BSTR* strPreFormat, BSTR* strPreFormatQta,
                                               BSTR* strPreFormatColore, _Collection** CaptionCollection)
 {
-    const std::array<BSTR*, 9> texts{SqlString,     strVisibility, strIconIndex,    strEditMask,       strSizable,
-                                     strButtonType, strPreFormat,  strPreFormatQta, strPreFormatColore};
+    const std::array<BSTR*, 9> texts{SqlString,    strVisibility,   strIconIndex,
+                                     strEditMask,  strSizable,      strButtonType,
+                                     strPreFormat, strPreFormatQta, strPreFormatColore};
     if (grdCodejock == nullptr || CaptionCollection == nullptr)
         return E_POINTER;
     for (const BSTR* text : texts)
@@ -161,8 +161,7 @@ HRESULT SmsCreatorObject::EventoGrd_CaricaGrd(IDispatch** grdCodejock, BSTR* Sql
         // A sink takes any object where an object goes; the collection is one.
         arguments.push_back(Variant::ref(reinterpret_cast<IDispatch**>(CaptionCollection)));
         m_events->fire(EventCaricaGriglia, arguments, [](DWORD, const ErrorDetails& details) {
-            report(procedure(u"EventoGrd_CaricaGrd"_s),
-                   Error(details.code, toQString(details.description)));
+            report(procedure(u"EventoGrd_CaricaGrd"_s), Error(details.code, toQString(details.description)));
         });
     });
     return S_OK;
@@ -173,8 +172,8 @@ void SmsCreatorObject::EventoGrd_CaricaGrd(ReportGrid& grid, const GridRequest& 
     const ComPtr<GridObject> gridObject = makeCom<GridObject>(grid);
     const ComPtr<CaptionCollection> captions = makeCom<zul::CaptionCollection>();
     for (const QString& caption : request.captions)
-        captions->append({reinterpret_cast<const char16_t*>(caption.utf16()),
-                          static_cast<std::size_t>(caption.size())});
+        captions->append(
+            {reinterpret_cast<const char16_t*>(caption.utf16()), static_cast<std::size_t>(caption.size())});
 
     // Passed by reference: what a sink puts in their place is freed here.
     ComPtr<IDispatch> gridPlace(gridObject.get());

@@ -117,9 +117,8 @@ ModalForm<frmCheckSendError>& checkForm()
 
 void setConnessione(_SqlConnection* connection) noexcept
 {
-    trapped(procedure(u"setConnessione"_s), [&] {
-        session().setConnessione(host::SqlConnection(ComPtr<_SqlConnection>(connection)));
-    });
+    trapped(procedure(u"setConnessione"_s),
+            [&] { session().setConnessione(host::SqlConnection(ComPtr<_SqlConnection>(connection))); });
 }
 
 void SetWhatToShow(bool showSendSms, bool showSendMail, bool showPushNotify) noexcept

@@ -17,33 +17,45 @@ struct KeyedRow
     uint32_t row;
 };
 
-/// Sorts by key, stable. Digits that are equal in all rows cost no pass.
-template <typename Key>
-void radixSort(std::vector<KeyedRow<Key>>& items)
+/// Sorts items, which have a number `key`, by it, stable. Digits that are equal in all items cost no pass.
+/// With `mostPasses` only so many of the digits that tell items apart are looked at, the highest ones; gives the bits of
+/// the key that lie below them, which do not count for the order yet.
+template <typename Item>
+unsigned radixSort(std::vector<Item>& items, unsigned mostPasses = 64)
 {
+    using Key = decltype(Item::key);
     constexpr unsigned digitBits = 11;
     constexpr size_t buckets = size_t{1} << digitBits;
-    constexpr unsigned passes = (sizeof(Key) * 8 + digitBits - 1) / digitBits;
+    constexpr unsigned digits = (sizeof(Key) * 8 + digitBits - 1) / digitBits;
     constexpr size_t fewItems = 1024;
     if (items.size() < fewItems) {
         std::stable_sort(items.begin(), items.end(),
-                         [](const KeyedRow<Key>& a, const KeyedRow<Key>& b) { return a.key < b.key; });
-        return;
+                         [](const Item& a, const Item& b) { return a.key < b.key; });
+        return 0;
     }
-    std::vector<std::array<uint32_t, buckets>> counts(passes);
+    const auto digitOf = [](const Item& item, unsigned digit) {
+        return static_cast<size_t>(item.key >> (digit * digitBits)) & (buckets - 1);
+    };
+    std::vector<std::array<uint32_t, buckets>> counts(digits);
     for (auto& count : counts) {
         count.fill(0);
     }
-    for (const KeyedRow<Key>& item : items) {
-        for (unsigned pass = 0; pass < passes; ++pass) {
-            ++counts[pass][(item.key >> (pass * digitBits)) & (buckets - 1)];
+    for (const Item& item : items) {
+        for (unsigned digit = 0; digit < digits; ++digit) {
+            ++counts[digit][digitOf(item, digit)];
         }
     }
-    std::vector<KeyedRow<Key>> other;
-    for (unsigned pass = 0; pass < passes; ++pass) {
-        std::array<uint32_t, buckets>& count = counts[pass];
-        const unsigned shift = pass * digitBits;
-        if (count[(items.front().key >> shift) & (buckets - 1)] == items.size()) {
+    unsigned first = digits; // the lowest digit that counts
+    for (unsigned passes = 0; first > 0 && passes < mostPasses;) {
+        --first;
+        // A digit that tells hardly any items apart does not count as one.
+        const uint32_t most = *std::max_element(counts[first].begin(), counts[first].end());
+        passes += most > items.size() / 8 * 7 ? 0U : 1U;
+    }
+    std::vector<Item> other;
+    for (unsigned digit = first; digit < digits; ++digit) {
+        std::array<uint32_t, buckets>& count = counts[digit];
+        if (count[digitOf(items.front(), digit)] == items.size()) {
             continue;
         }
         uint32_t place = 0;
@@ -53,11 +65,12 @@ void radixSort(std::vector<KeyedRow<Key>>& items)
             place += size;
         }
         other.resize(items.size());
-        for (const KeyedRow<Key>& item : items) {
-            other[count[(item.key >> shift) & (buckets - 1)]++] = item;
+        for (const Item& item : items) {
+            other[count[digitOf(item, digit)]++] = item;
         }
         items.swap(other);
     }
+    return first * digitBits;
 }
 
 /// Sorts `rows` by `keyOf(row)`, stable; descending keeps equal rows in their order too. `largest` is the

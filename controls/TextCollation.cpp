@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 #include <numeric>
 #include <optional>
 #include <string_view>
@@ -80,9 +81,13 @@ public:
             m_places[c] = {primary, secondary};
         }
         m_wellBehaved = !hasLetterPairs(collator);
+        for (uint32_t c = 0x20; c < 0x7F; ++c) {
+            m_printableAsciiIsSimple = m_printableAsciiIsSimple && m_places[c].primary != 0;
+        }
     }
 
     bool wellBehaved() const { return m_wellBehaved; }
+    bool printableAsciiIsSimple() const { return m_printableAsciiIsSimple; }
     uint16_t primary(uint32_t c) const { return c < end ? m_places[c].primary : 0; }
     uint16_t secondary(uint32_t c) const { return c < end ? m_places[c].secondary : 0; }
 
@@ -123,6 +128,7 @@ private:
     };
     std::array<Place, end> m_places{};
     bool m_wellBehaved = false;
+    bool m_printableAsciiIsSimple = true;
 };
 
 const CharacterPlaces& placesFor(const QCollator& collator)
@@ -153,6 +159,16 @@ uint32_t nextCharacter(const char*& at, const char* stop)
     return CharacterPlaces::end;
 }
 
+/// Whether eight bytes are all from 0x20 to 0x7E.
+bool isPrintableAscii(const char* bytes)
+{
+    constexpr uint64_t each = 0x0101010101010101ULL;
+    uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    const uint64_t high = (word | (word + each) | ~((word | each * 0x80) - each * 0x20)) & each * 0x80;
+    return high == 0;
+}
+
 class Ranking
 {
 public:
@@ -169,11 +185,12 @@ public:
         m_places = &places;
         const auto count = static_cast<uint32_t>(m_pool.size());
         std::vector<Item> simple;
+        simple.reserve(count);
         std::vector<uint32_t> others;
         m_nonAscii.assign(count, false);
         for (uint32_t id = 0; id < count; ++id) {
-            if (places.wellBehaved() && isSimple(id)) {
-                simple.push_back({0, id});
+            if (isSimple(id) && places.wellBehaved()) {
+                simple.push_back({0, 0, id});
             } else {
                 others.push_back(id);
             }
@@ -193,7 +210,13 @@ public:
     }
 
 private:
-    using Item = KeyedRow<uint64_t>; // a word of places, and the text's id
+    /// A text, with two words of its characters' places.
+    struct Item
+    {
+        uint64_t key = 0;
+        uint64_t next = 0;
+        uint32_t id = 0;
+    };
 
     struct Other
     {
@@ -204,8 +227,16 @@ private:
     bool isSimple(uint32_t id)
     {
         const std::string_view text = m_pool.text(id);
+        if (text.empty()) {
+            m_emptyId = id;
+        }
         const char* at = text.data();
         const char* const stop = at + text.size();
+        if (m_places->printableAsciiIsSimple()) {
+            while (stop - at >= 8 && isPrintableAscii(at)) {
+                at += 8;
+            }
+        }
         bool ascii = true;
         while (at < stop) {
             const uint32_t c = nextCharacter(at, stop);
@@ -217,12 +248,33 @@ private:
             m_used[primary] = true;
         }
         m_nonAscii[id] = !ascii;
+        shortenPrefix(text);
         return true;
+    }
+
+    /// Lists have texts that all begin alike: what they share need not be looked at.
+    void shortenPrefix(std::string_view text)
+    {
+        if (!m_prefix) {
+            m_prefix = text.substr(
+                0, static_cast<size_t>(
+                       std::find_if(text.begin(), text.end(),
+                                    [](char c) { return static_cast<unsigned char>(c) >= 0x80; }) -
+                       text.begin()));
+        } else if (!text.starts_with(*m_prefix)) {
+            const auto differ = std::mismatch(m_prefix->begin(), m_prefix->end(), text.begin(), text.end());
+            *m_prefix = m_prefix->substr(0, static_cast<size_t>(differ.first - m_prefix->begin()));
+        }
     }
 
     /// Numbers the places that come, so that a word holds as many characters as can be.
     void numberPrimaries()
     {
+        // Not worth finding out which ASCII characters come: all of them fit seven bits.
+        for (uint32_t c = 0x20; c < 0x7F; ++c) {
+            m_used[m_places->primary(c)] = true;
+        }
+        m_used[0] = false;
         uint32_t next = 0;
         std::array<uint32_t, CharacterPlaces::end> dense{};
         for (size_t primary = 0; primary < m_used.size(); ++primary) {
@@ -240,84 +292,128 @@ private:
         m_perWord = 64 / m_bits;
     }
 
-    /// Characters `depth * perWord` and on, the first in the highest bits; 0 where the text has ended.
-    uint64_t word(uint32_t id, size_t depth) const
+    /// Puts the characters from `depth` pairs of words on into the item's words, the first in the highest
+    /// bits; 0 where the text has ended.
+    void loadWords(Item& item, size_t depth) const
     {
-        const std::string_view text = m_pool.text(id);
-        const char* at = text.data();
-        const char* const stop = at + text.size();
-        const size_t skip = depth * m_perWord;
-        if (!m_nonAscii[id]) {
-            at = skip < text.size() ? at + skip : stop;
+        const std::string_view text = m_pool.text(item.id);
+        const char* at = text.data() + m_prefix->size();
+        const char* const stop = text.data() + text.size();
+        const size_t skip = depth * 2 * m_perWord;
+        if (!m_nonAscii[item.id]) {
+            at = skip < static_cast<size_t>(stop - at) ? at + skip : stop;
         } else {
             for (size_t i = 0; i < skip && at < stop; ++i) {
                 nextCharacter(at, stop);
             }
         }
-        uint64_t result = 0;
-        for (unsigned i = 0; i < m_perWord; ++i) {
-            result <<= m_bits;
-            if (at < stop) {
-                const auto byte = static_cast<unsigned char>(*at);
-                if (byte < 0x80) {
-                    result |= m_symbols[byte];
-                    ++at;
-                } else {
-                    result |= m_symbols[nextCharacter(at, stop)];
-                }
-            }
-        }
-        return result;
+        item.key = wordAt(at, stop);
+        item.next = wordAt(at, stop);
     }
 
+    uint64_t wordAt(const char*& at, const char* stop) const
+    {
+        uint64_t word = 0;
+        unsigned i = 0;
+        for (; i < m_perWord && at < stop; ++i) {
+            const auto byte = static_cast<unsigned char>(*at);
+            uint32_t c = byte;
+            if (byte < 0x80) {
+                ++at;
+            } else {
+                c = nextCharacter(at, stop);
+            }
+            word = word << m_bits | m_symbols[c];
+        }
+        const unsigned missing = (m_perWord - i) * m_bits;
+        return missing < 64 ? word << missing : 0;
+    }
+
+    static bool lessByWords(const Item& a, const Item& b)
+    {
+        return a.key != b.key ? a.key < b.key : a.next < b.next;
+    }
+    static bool sameWords(const Item& a, const Item& b) { return a.key == b.key && a.next == b.next; }
+
+    using Iterator = std::vector<Item>::iterator;
+
+    void sortByWords(std::vector<Item>& items, Iterator first, Iterator last)
+    {
+        constexpr std::ptrdiff_t manyItems = 4096;
+        if (last - first < manyItems) {
+            std::sort(first, last, lessByWords);
+            return;
+        }
+        // The highest digits bring nearly all to their places; what is left are short stretches.
+        constexpr unsigned passes = 3;
+        unsigned open = 0; // bits not sorted by yet
+        if (first == items.begin() && last == items.end()) {
+            open = radixSort(items, passes);
+            first = items.begin();
+            last = items.end();
+        } else {
+            std::vector<Item> part(first, last);
+            open = radixSort(part, passes);
+            std::copy(part.begin(), part.end(), first);
+        }
+        for (Iterator begin = first; begin != last;) {
+            Iterator end = begin + 1;
+            while (end != last && end->key >> open == begin->key >> open) {
+                ++end;
+            }
+            if (end - begin > 1) {
+                std::sort(begin, end, lessByWords);
+            }
+            begin = end;
+        }
+    }
+
+    /// Sorts by the first words of all texts, then those that are equal so far by their next words, and so on:
+    /// each step looks at each text once, in a sweep that can fetch ahead.
     void sortSimple(std::vector<Item>& items)
     {
         struct Range
         {
             size_t begin;
             size_t end;
-            size_t depth;
         };
-        constexpr size_t fewItems = 12;
-        constexpr size_t deepest = 48;
-        std::vector<Range> ranges{{0, items.size(), 0}};
-        std::vector<Item> part;
-        while (!ranges.empty()) {
-            const Range range = ranges.back();
-            ranges.pop_back();
-            const auto first = items.begin() + static_cast<std::ptrdiff_t>(range.begin);
-            const auto last = items.begin() + static_cast<std::ptrdiff_t>(range.end);
-            if (range.end - range.begin < fewItems || range.depth >= deepest) {
-                sortByComparing(items, range.begin, range.end);
-                continue;
-            }
-            for (auto item = first; item != last; ++item) {
-                item->key = word(item->row, range.depth);
-            }
-            if (range.end - range.begin < 4096) {
-                std::sort(first, last, [](const Item& a, const Item& b) { return a.key < b.key; });
-            } else if (range.begin == 0 && range.end == items.size()) {
-                radixSort(items);
-            } else {
-                part.assign(first, last);
-                radixSort(part);
-                std::copy(part.begin(), part.end(), first);
-            }
-            const uint64_t lastCharacter = (uint64_t{1} << m_bits) - 1;
-            for (size_t begin = range.begin; begin < range.end;) {
-                size_t stop = begin + 1;
-                while (stop < range.end && items[stop].key == items[begin].key) {
-                    ++stop;
-                }
-                if (stop - begin > 1) {
-                    if ((items[begin].key & lastCharacter) != 0) {
-                        ranges.push_back({begin, stop, range.depth + 1});
-                    } else {
-                        sortByComparing(items, begin, stop); // equal but for accents and case
+        constexpr size_t deepest = 24;
+        constexpr size_t ahead = 12;
+        std::vector<Range> ranges{{0, items.size()}};
+        std::vector<Range> equal;
+        for (size_t depth = 0; depth < deepest && !ranges.empty(); ++depth) {
+            for (const Range& range : ranges) {
+                for (size_t i = range.begin; i < range.end; ++i) {
+                    if (i + ahead < items.size()) {
+                        __builtin_prefetch(m_pool.place(items[i + ahead].id));
                     }
+                    loadWords(items[i], depth);
                 }
-                begin = stop;
             }
+            equal.clear();
+            const uint64_t lastCharacter = (uint64_t{1} << m_bits) - 1;
+            for (const Range& range : ranges) {
+                sortByWords(items, items.begin() + static_cast<std::ptrdiff_t>(range.begin),
+                            items.begin() + static_cast<std::ptrdiff_t>(range.end));
+                for (size_t begin = range.begin; begin < range.end;) {
+                    size_t stop = begin + 1;
+                    while (stop < range.end && sameWords(items[stop], items[begin])) {
+                        ++stop;
+                    }
+                    if (stop - begin > 1) {
+                        if ((items[begin].next & lastCharacter) != 0) {
+                            equal.push_back({begin, stop});
+                        } else {
+                            sortByComparing(items, begin, stop); // equal but for accents and case
+                        }
+                    }
+                    begin = stop;
+                }
+            }
+            ranges.swap(equal);
+        }
+        for (const Range& range : ranges) {
+            sortByComparing(items, range.begin, range.end);
         }
     }
 
@@ -329,9 +425,9 @@ private:
         }
         std::sort(items.begin() + static_cast<std::ptrdiff_t>(begin),
                   items.begin() + static_cast<std::ptrdiff_t>(stop),
-                  [this](const Item& a, const Item& b) { return compare(a.row, b.row) < 0; });
+                  [this](const Item& a, const Item& b) { return compare(a.id, b.id) < 0; });
         for (size_t i = begin + 1; i < stop; ++i) {
-            m_sameAsBefore[i] = compare(items[i - 1].row, items[i].row) == 0;
+            m_sameAsBefore[i] = compare(items[i - 1].id, items[i].id) == 0;
         }
     }
 
@@ -383,7 +479,7 @@ private:
         uint32_t rank = 0;
         size_t nextSimple = 0;
         const auto take = [&](uint32_t id, bool sameAsBefore) {
-            if (m_pool.text(id).empty()) {
+            if (id == m_emptyId) {
                 ranks[id] = 0;
                 return;
             }
@@ -394,7 +490,7 @@ private:
         };
         const auto takeSimpleBelow = [&](size_t stop) {
             for (; nextSimple < stop; ++nextSimple) {
-                take(simple[nextSimple].row, m_sameAsBefore[nextSimple]);
+                take(simple[nextSimple].id, m_sameAsBefore[nextSimple]);
             }
         };
         for (size_t i = 0; i < others.size(); ++i) {
@@ -404,7 +500,7 @@ private:
                 const auto place = std::partition_point(
                     simple.begin() + static_cast<std::ptrdiff_t>(nextSimple), simple.end(),
                     [&](const Item& item) {
-                        return m_collator.compare(fromUtf8(m_pool.text(item.row)), text) <= 0;
+                        return m_collator.compare(fromUtf8(m_pool.text(item.id)), text) <= 0;
                     });
                 takeSimpleBelow(static_cast<size_t>(place - simple.begin()));
             }
@@ -420,6 +516,8 @@ private:
     const CharacterPlaces* m_places = nullptr;
     std::array<bool, CharacterPlaces::end> m_used{};
     std::array<uint16_t, CharacterPlaces::end + 1> m_symbols{};
+    std::optional<std::string_view> m_prefix; // ASCII characters that all simple texts begin with
+    uint32_t m_emptyId = 0xFFFFFFFF;
     unsigned m_bits = 1;
     unsigned m_perWord = 64;
     std::vector<bool> m_nonAscii;

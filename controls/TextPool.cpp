@@ -50,9 +50,8 @@ uint64_t TextPool::hash(const char* bytes, size_t size)
     return mix(state);
 }
 
-std::string_view TextPool::textAt(uint32_t offset) const
+std::string_view TextPool::longTextAt(const char* at)
 {
-    const char* at = m_pages[offset >> pageBits] + (offset & (pageSize - 1));
     size_t size = 0;
     unsigned shift = 0;
     for (;;) {

@@ -36,6 +36,12 @@ public:
 
     std::string_view text(Id id) const { return textAt(m_offsets[id]); }
     size_t size() const { return m_offsets.size(); }
+    /// Where a text's bytes begin to be read, for prefetching.
+    const char* place(Id id) const
+    {
+        const uint32_t offset = m_offsets[id];
+        return m_pages[offset >> pageBits] + (offset & (pageSize - 1));
+    }
 
     /// Gives back the index that `intern` needs; the next `intern` builds it again.
     void dropIndex();
@@ -51,7 +57,13 @@ private:
     static bool equalBytes(const char* left, const char* right, size_t size);
     static uint64_t hash(const char* bytes, size_t size);
 
-    std::string_view textAt(uint32_t offset) const;
+    std::string_view textAt(uint32_t offset) const
+    {
+        const char* at = m_pages[offset >> pageBits] + (offset & (pageSize - 1));
+        const auto first = static_cast<unsigned char>(*at);
+        return first < 0x80 ? std::string_view(at + 1, first) : longTextAt(at);
+    }
+    static std::string_view longTextAt(const char* at);
     Id internOther(const char* bytes, size_t size);
     Id append(const char* bytes, size_t size);
     char* allocate(size_t size, uint32_t& offset);

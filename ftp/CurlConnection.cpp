@@ -90,8 +90,7 @@ CurlConnection::~CurlConnection()
         command("QUIT");
         // curl says goodbye once more when it gives up a connection, and waits long for the answer. With the
         // line shut there is nothing to wait for.
-        if (m_control != CURL_SOCKET_BAD)
-            shutdown(m_control, SHUT_RDWR);
+        discard();
     }
     m_easy.reset();
 }
@@ -177,38 +176,68 @@ ErrorCode CurlConnection::changeDirectory(const std::string& directory)
 
 ErrorCode CurlConnection::list(const std::string& directory, std::string& text)
 {
-    text.clear();
-    if (const auto code = restore(); code != Success)
-        return code;
     // A directory whose name starts with a dash would be read as an option.
     std::string path = directory.starts_with('-') ? "./" + directory : directory;
     if (!path.empty() && !path.ends_with('/'))
         path += '/';
-    if (const auto code = prepare(path); code != Success)
-        return code;
-    m_sink = [this, &text](std::string_view data) -> ErrorCode {
+    const auto prepareOnce = [this, &path, &text] {
+        text.clear();
+        const auto code = restore();
+        return code == Success ? prepare(path) : code;
+    };
+    const auto sink = [this, &text](std::string_view data) -> ErrorCode {
         if (data.size() > m_options.maxListingBytes - text.size())
             return InvalidServerResponse;
         text += data;
         return Success;
     };
-    auto code = begin(m_options.commandTimeout);
-    if (code == Success)
-        code = runToEnd();
-    m_sink = nullptr;
-    return code;
+    return download(prepareOnce, sink, m_options.commandTimeout);
 }
 
 ErrorCode CurlConnection::get(const std::string& remote, bool ascii, const Sink& sink)
 {
-    if (const auto code = prepareTransfer(remote, ascii, false); code != Success)
-        return code;
-    m_sink = sink;
-    auto code = begin(m_options.transferTimeout);
-    if (code == Success)
-        code = runToEnd();
-    m_sink = nullptr;
+    return download([&] { return prepareTransfer(remote, ascii, false); }, sink, m_options.transferTimeout);
+}
+
+ErrorCode CurlConnection::download(const std::function<ErrorCode()>& prepareOnce, const Sink& sink,
+                                   std::chrono::milliseconds limit)
+{
+    ErrorCode code = Success;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        if (code = prepareOnce(); code != Success)
+            return code;
+        m_downloading = true;
+        m_sink = sink;
+        code = begin(limit);
+        if (code == Success)
+            code = runToEnd();
+        m_sink = nullptr;
+        if (!missedData())
+            break;
+        discard();
+    }
     return code;
+}
+
+/// Some versions of curl take a download in active mode for done when the server's 150 is there at once but its
+/// data connection is not: it then ends well, without data and without the final reply. On a new connection, on
+/// which curl sets the transfer type first, it cannot happen.
+bool CurlConnection::missedData() const
+{
+    return m_downloading && m_done && m_result == CURLE_OK && m_failure == Success &&
+           lastReply().isPreliminary();
+}
+
+/// Gives up the connection, to be restored by the next operation.
+void CurlConnection::discard()
+{
+    if (m_running)
+        end();
+    if (m_control != CURL_SOCKET_BAD)
+        shutdown(m_control, SHUT_RDWR);
+    m_control = CURL_SOCKET_BAD;
+    m_multi.reset(curl_multi_init());
+    m_state = State::Closed;
 }
 
 ErrorCode CurlConnection::put(const std::string& remote, bool ascii, const Source& source)
@@ -225,19 +254,26 @@ ErrorCode CurlConnection::put(const std::string& remote, bool ascii, const Sourc
 
 ErrorCode CurlConnection::openRead(const std::string& remote, bool ascii)
 {
-    if (const auto code = prepareTransfer(remote, ascii, false); code != Success)
-        return code;
-    m_sink = [this](std::string_view data) {
-        m_incoming += data;
-        return Success;
-    };
-    if (const auto code = begin(m_options.commandTimeout); code != Success)
-        return code;
-    auto code = drive([this] { return lastReply().isPreliminary(); }, m_options.stallTimeout);
-    if (code != Success || (m_done && m_result != CURLE_OK))
-        return end();
-    m_fileOpen = true;
-    return Success;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        if (const auto code = prepareTransfer(remote, ascii, false); code != Success)
+            return code;
+        m_downloading = true;
+        m_sink = [this](std::string_view data) {
+            m_incoming += data;
+            return Success;
+        };
+        if (const auto code = begin(m_options.commandTimeout); code != Success)
+            return code;
+        const auto code = drive([this] { return lastReply().isPreliminary(); }, m_options.stallTimeout);
+        if (code != Success || (m_done && m_result != CURLE_OK))
+            return end();
+        if (!missedData()) {
+            m_fileOpen = true;
+            return Success;
+        }
+        discard();
+    }
+    return ConnectionAborted;
 }
 
 ErrorCode CurlConnection::openWrite(const std::string& remote, bool ascii)
@@ -356,6 +392,7 @@ ErrorCode CurlConnection::prepare(const std::string& path)
     m_outgoingEnd = false;
     m_paused = false;
     m_uploading = false;
+    m_downloading = false;
     m_normaliseLineEnds = false;
     m_heldCarriageReturn = false;
 
@@ -495,7 +532,7 @@ ErrorCode CurlConnection::outcome() const
     if (m_failure != Success)
         return m_failure;
     if (m_result == CURLE_OK)
-        return Success;
+        return missedData() ? ConnectionAborted : Success;
     if (m_connecting) {
         if (const auto code = loginOutcome(); code != Success)
             return code;
@@ -512,6 +549,7 @@ ErrorCode CurlConnection::outcome() const
     case CURLE_URL_MALFORMAT:
         return m_connecting ? NameNotResolved : InvalidParameter;
     case CURLE_COULDNT_CONNECT:
+    case CURLE_FTP_PORT_FAILED: // no local port; a refusal by the server has gone above
         return CannotConnect;
     case CURLE_OUT_OF_MEMORY:
         return NotEnoughMemory;
@@ -522,7 +560,6 @@ ErrorCode CurlConnection::outcome() const
     case CURLE_FTP_CANT_GET_HOST:
     case CURLE_FTP_COULDNT_SET_TYPE:
     case CURLE_FTP_COULDNT_RETR_FILE:
-    case CURLE_FTP_PORT_FAILED:
     case CURLE_LOGIN_DENIED:
     case CURLE_REMOTE_ACCESS_DENIED:
     case CURLE_REMOTE_FILE_NOT_FOUND:

@@ -78,6 +78,10 @@ private:
     ErrorCode connect();
     ErrorCode restore();
     ErrorCode prepare(const std::string& path);
+    ErrorCode download(const std::function<ErrorCode()>& prepareOnce, const Sink& sink,
+                       std::chrono::milliseconds limit);
+    bool missedData() const;
+    void discard();
     ErrorCode prepareTransfer(const std::string& remote, bool ascii, bool upload);
     ErrorCode begin(std::chrono::milliseconds limit);
     ErrorCode drive(const std::function<bool()>& enough, std::chrono::milliseconds stall);
@@ -130,6 +134,7 @@ private:
     bool m_outgoingEnd = false;
     bool m_paused = false;
     bool m_uploading = false;
+    bool m_downloading = false;
     bool m_normaliseLineEnds = false;
     bool m_heldCarriageReturn = false;
 };

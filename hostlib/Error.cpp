@@ -33,12 +33,10 @@ Error::Error(long number, QString description)
     : m_number(number)
     , m_description(std::move(description))
     , m_what(m_description.toUtf8())
-{
-}
+{}
 
 Error::Error(RunTime number)
     : Error(static_cast<long>(number), classicDescription(number))
-{
-}
+{}
 
 } // namespace zul

@@ -49,8 +49,7 @@ bool createMail(const host::SqlConnection& connection, Recipients& recipients, O
                     outcomes.append(skipped + u": consenso EMAIL non presente."_s);
                 } else {
                     queue.addNew();
-                    queue.set(u"idMailing"_s,
-                              connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
+                    queue.set(u"idMailing"_s, connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
                     queue.set(u"idCampagna"_s, idCampagna);
                     queue.set(u"idMessaggio"_s, idMessaggio);
                     queue.set(u"IDCliente"_s, idCliente);

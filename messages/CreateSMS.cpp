@@ -64,13 +64,13 @@ bool createSms(const host::SqlConnection& connection, Recipients& recipients, Ou
                     const QString classification =
                         classificationText(connection, customer.idClassificazione());
                     const QDateTime now = QDateTime::currentDateTime();
-                    const bool stored = record.save({.idTipoMessaggio = KindSms,
-                                                     .descrizione = u"SMS"_s,
-                                                     .testo = parser.parse(message.testoSMS, customer,
-                                                                           classification),
-                                                     .contatto = number,
-                                                     .idCliente = idCliente,
-                                                     .creazione = now});
+                    const bool stored =
+                        record.save({.idTipoMessaggio = KindSms,
+                                     .descrizione = u"SMS"_s,
+                                     .testo = parser.parse(message.testoSMS, customer, classification),
+                                     .contatto = number,
+                                     .idCliente = idCliente,
+                                     .creazione = now});
                     if (!stored)
                         return false;
                     outcomes.append(u"OK     - Preparato SMS per "_s + name);

@@ -20,8 +20,7 @@ constexpr qint64 PaintEveryMilliseconds = 100;
 GridRecipients::GridRecipients(ReportGrid& grid)
     : m_grid(grid)
     , m_records(grid.recordsInScreenOrder())
-{
-}
+{}
 
 bool GridRecipients::isMarked(int row) const
 {
@@ -77,8 +76,7 @@ void ListOutcomes::append(const QString& line)
 
 WaitPleaseProgress::WaitPleaseProgress(WaitIndicator& control)
     : m_control(control)
-{
-}
+{}
 
 void WaitPleaseProgress::GestWaitPlease(bool show, qint32 value, const QString& caption)
 {

@@ -43,8 +43,7 @@ class ProgressGuard
 public:
     explicit ProgressGuard(Progress& progress)
         : m_progress(progress)
-    {
-    }
+    {}
     ~ProgressGuard() { m_progress.GestWaitPlease(false, 0, {}); }
     ProgressGuard(const ProgressGuard&) = delete;
     ProgressGuard& operator=(const ProgressGuard&) = delete;
@@ -63,8 +62,7 @@ public:
         , m_customer(connection)
         , m_parser(connection)
         , m_record(connection)
-    {
-    }
+    {}
 
     /// @return the error text; nothing when the notification was sent and recorded
     std::optional<QString> send(const PushContact& contact)
@@ -135,8 +133,7 @@ void sendToEverybody(host::AppConnector& connector, const QString& text, QString
                      Outcomes& outcomes, Progress& progress)
 {
     progress.GestWaitPlease(true, 0, u"Invio notifica globale in corso...."_s);
-    const host::AppConnector::Result result =
-        connector.sendToEverybody(text, QDateTime::currentDateTime());
+    const host::AppConnector::Result result = connector.sendToEverybody(text, QDateTime::currentDateTime());
     if (result.sent) {
         outcomes.append(u"OK     - Notifica push globale - Creata correttamente."_s);
         return;

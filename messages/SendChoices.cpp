@@ -17,9 +17,8 @@ std::optional<SendFailure> checkRecipients(bool somebodyIsMarked)
 {
     if (somebodyIsMarked)
         return std::nullopt;
-    return SendFailure{.message = u"Attenzione: non è stato selezionato nessun profilo."_s,
-                       .ownTitle = false,
-                       .page = 0};
+    return SendFailure{
+        .message = u"Attenzione: non è stato selezionato nessun profilo."_s, .ownTitle = false, .page = 0};
 }
 
 std::optional<SendFailure> checkChoices(const SendChoices& choices)

@@ -36,7 +36,7 @@ struct SendChoices
 struct SendFailure
 {
     QString message;
-    bool ownTitle = true;               ///< false: the component's default title
+    bool ownTitle = true;                   ///< false: the component's default title
     std::optional<int> page = std::nullopt; ///< page of tab_Invio that comes to the front
 };
 

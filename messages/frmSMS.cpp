@@ -176,10 +176,9 @@ void frmSMS::connectCriteria()
          {m_ui->txtANA_Eta_I, m_ui->txtANA_Eta_F, m_ui->txtECO_Fatt_Da, m_ui->txtECO_Fatt_A,
           m_ui->txtECO_NAcq_Da, m_ui->txtECO_NAcq_A, m_ui->txtECO_PtFid_I, m_ui->txtECO_PtFid_F})
         focus->watch(field, FocusSelect::First100);
-    for (DateField* field :
-         {m_ui->cbbANA_Ricorr_DataI, m_ui->cbbANA_Ricorr_DataF, m_ui->cbbECO_Fatt_DataI,
-          m_ui->cbbECO_Fatt_DataF, m_ui->cbbECO_NAcq_DataI, m_ui->cbbECO_NAcq_DataF,
-          m_ui->cbbECO_PerAcq_DataI, m_ui->cbbECO_PerAcq_DataF})
+    for (DateField* field : {m_ui->cbbANA_Ricorr_DataI, m_ui->cbbANA_Ricorr_DataF, m_ui->cbbECO_Fatt_DataI,
+                             m_ui->cbbECO_Fatt_DataF, m_ui->cbbECO_NAcq_DataI, m_ui->cbbECO_NAcq_DataF,
+                             m_ui->cbbECO_PerAcq_DataI, m_ui->cbbECO_PerAcq_DataF})
         focus->watch(field, FocusSelect::Nothing, FocusPaint::Paint::No);
     connect(focus, &FocusPaint::entered, this, [this](QWidget* field) {
         m_ui->Virtual_KeyPAD->attach(field, qobject_cast<DateField*>(field) != nullptr);
@@ -229,12 +228,10 @@ void frmSMS::connectCriteria()
 
     connect(m_ui->cmdElabora, &QPushButton::clicked, this, &frmSMS::cmdElabora_Click);
     connect(m_ui->cmd_Ricerca_Avanzata, &QPushButton::clicked, this, &frmSMS::cmd_Ricerca_Avanzata_Click);
-    connect(m_ui->cmdSelAll, &QPushButton::clicked, this, [this] {
-        trapped(procedure(u"cmdSelAll_Click"_s), [&] { GrdAllSelectedValue(true); });
-    });
-    connect(m_ui->cmdDeSelAll, &QPushButton::clicked, this, [this] {
-        trapped(procedure(u"cmdDeSelAll_Click"_s), [&] { GrdAllSelectedValue(false); });
-    });
+    connect(m_ui->cmdSelAll, &QPushButton::clicked, this,
+            [this] { trapped(procedure(u"cmdSelAll_Click"_s), [&] { GrdAllSelectedValue(true); }); });
+    connect(m_ui->cmdDeSelAll, &QPushButton::clicked, this,
+            [this] { trapped(procedure(u"cmdDeSelAll_Click"_s), [&] { GrdAllSelectedValue(false); }); });
     connect(m_ui->cmdSelezionaEvidenziati, &QPushButton::clicked, this, [this] {
         trapped(procedure(u"cmdSelezionaEvidenziati_Click"_s),
                 [&] { m_ui->grdClienti->setSelectedChecked(true); });
@@ -256,9 +253,8 @@ void frmSMS::connectSending()
         trapped(procedure(u"cmdProsegui1_Click"_s), [&] { m_ui->tab_Invio->setCurrentIndex(PageTipoInvio); });
     });
     connect(m_ui->cmdProsegui2, &QPushButton::clicked, this, &frmSMS::cmdProsegui2_Click);
-    connect(m_ui->cmdCreaMessaggi, &QPushButton::clicked, this, [this] {
-        trapped(procedure(u"cmdCreaMessaggi_Click"_s), [&] { PreparaInvioMessaggi(); });
-    });
+    connect(m_ui->cmdCreaMessaggi, &QPushButton::clicked, this,
+            [this] { trapped(procedure(u"cmdCreaMessaggi_Click"_s), [&] { PreparaInvioMessaggi(); }); });
     connect(m_ui->cmdApriGestoreSMS, &QPushButton::clicked, this, [this] {
         trapped(procedure(u"cmdApriGestoreSMS_Click"_s), [&] { AvviaSmsSender(true, QString(), this); });
     });
@@ -712,7 +708,8 @@ void frmSMS::toggleSmsEditor()
     }
     const QString text = m_ui->txtTestoMessaggio_0_->toPlainText().trimmed();
     if (!text.isEmpty()) {
-        if (!askOperator(this, u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text))
+        if (!askOperator(this,
+                         u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text))
             return;
         const qint32 id = salvaMessaggio(text);
         if (id > 0)
@@ -745,7 +742,8 @@ void frmSMS::savePushTemplate()
     const QString text = m_ui->txtTestoMessaggio_1_->toPlainText().trimmed();
     if (text.isEmpty())
         return;
-    if (!askOperator(this, u"Si desidera salvare il testo inserito come nuovo modello?\r\n\r\nTesto: "_s + text))
+    if (!askOperator(this,
+                     u"Si desidera salvare il testo inserito come nuovo modello?\r\n\r\nTesto: "_s + text))
         return;
     const qint32 id = salvaMessaggio(text);
     if (id > 0)

@@ -111,7 +111,8 @@ void frmCheckSendError::Form_Unload()
     });
 }
 
-void frmCheckSendError::reject() {}
+void frmCheckSendError::reject()
+{}
 
 void frmCheckSendError::closeEvent(QCloseEvent* event)
 {

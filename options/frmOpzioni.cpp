@@ -67,16 +67,16 @@ frmOpzioni::frmOpzioni()
     m_ui->cmdAnnulla->setIcon(icon(IconId::Cancel));
 
     auto* focus = new FocusPaint(this);
-    for (QLineEdit* field : {m_ui->txtSMS_Prov_User, m_ui->txtSMS_Prov_Pwd, m_ui->txtSMS_Prov_Mittente,
-                             m_ui->txtSMS_Prov_Soggetto, m_ui->txtSMS_Prov_ListId, m_ui->txtSMS_Prov_ConsoleId})
+    for (QLineEdit* field :
+         {m_ui->txtSMS_Prov_User, m_ui->txtSMS_Prov_Pwd, m_ui->txtSMS_Prov_Mittente,
+          m_ui->txtSMS_Prov_Soggetto, m_ui->txtSMS_Prov_ListId, m_ui->txtSMS_Prov_ConsoleId})
         focus->watch(field);
     connect(focus, &FocusPaint::entered, this, [this](QWidget* field) { m_ui->keybT->attach(field); });
 
     connect(m_ui->cmdSalva, &QPushButton::clicked, this, &frmOpzioni::cmdSalva_Click);
     connect(m_ui->cmdAnnulla, &QPushButton::clicked, this, &frmOpzioni::cmdAnnulla_Click);
     connect(m_ui->cmdSelezionaPath, &QPushButton::clicked, this, &frmOpzioni::cmdSelezionaPath_Click);
-    connect(m_ui->cmdSMS_TestSMSSender, &QPushButton::clicked, this,
-            &frmOpzioni::cmdSMS_TestSMSSender_Click);
+    connect(m_ui->cmdSMS_TestSMSSender, &QPushButton::clicked, this, &frmOpzioni::cmdSMS_TestSMSSender_Click);
     Form_Load();
 }
 
@@ -162,7 +162,8 @@ void frmOpzioni::cmdAnnulla_Click()
     });
 }
 
-void frmOpzioni::reject() {}
+void frmOpzioni::reject()
+{}
 
 void frmOpzioni::closeEvent(QCloseEvent* event)
 {

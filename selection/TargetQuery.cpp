@@ -15,8 +15,8 @@ using namespace Qt::StringLiterals;
 
 QString typeClause(const Criteria& criteria)
 {
-    if (criteria.chkANA_Tipo != 1 || (criteria.chkANA_Tipo_Con != 1 && criteria.chkANA_Tipo_For != 1 &&
-                                      criteria.chkANA_Tipo_Cli != 1))
+    if (criteria.chkANA_Tipo != 1 ||
+        (criteria.chkANA_Tipo_Con != 1 && criteria.chkANA_Tipo_For != 1 && criteria.chkANA_Tipo_Cli != 1))
         return {};
     QString clause = u" and ("_s;
     if (criteria.chkANA_Tipo_Cli == 1)

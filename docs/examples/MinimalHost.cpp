@@ -102,8 +102,7 @@ public:
 protected:
     explicit Object(const IID& iid)
         : m_iid(iid)
-    {
-    }
+    {}
 
 private:
     const IID& m_iid;
@@ -116,8 +115,7 @@ class Rows final : public Object<IRecordset>
 public:
     Rows()
         : Object(IID_IRecordset)
-    {
-    }
+    {}
 
     HRESULT STDMETHODCALLTYPE get_Eof(VARIANT_BOOL* value) override
     {
@@ -169,8 +167,7 @@ class Connection final : public Object<IConnection>
 public:
     Connection()
         : Object(IID_IConnection)
-    {
-    }
+    {}
 
     HRESULT STDMETHODCALLTYPE get_ConnectionString(BSTR* value) override
     {
@@ -202,8 +199,7 @@ public:
     HostConnection()
         : Object(IID__SqlConnection)
         , m_connection(new Connection)
-    {
-    }
+    {}
     ~HostConnection() override { m_connection->Release(); }
 
     HRESULT STDMETHODCALLTYPE get_Connection(IConnection** value) override
@@ -234,11 +230,10 @@ class GridFiller final : public Object<IDispatch>
 public:
     GridFiller()
         : Object(DIID___SmsCreator)
-    {
-    }
+    {}
 
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
-                                     UINT*) override
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*,
+                                     EXCEPINFO*, UINT*) override
     {
         if (id != 1 || arguments->cArgs != 11)
             return DISP_E_MEMBERNOTFOUND;
@@ -296,8 +291,8 @@ _SmsCreator* createComponent(const std::string& library)
     std::memcpy(&getClassObject, &symbol, sizeof symbol);
     IClassFactory* factory = nullptr;
     _SmsCreator* component = nullptr;
-    if (symbol != nullptr && SUCCEEDED(getClassObject(CLSID_SmsCreator, IID_IClassFactory,
-                                                      reinterpret_cast<void**>(&factory)))) {
+    if (symbol != nullptr &&
+        SUCCEEDED(getClassObject(CLSID_SmsCreator, IID_IClassFactory, reinterpret_cast<void**>(&factory)))) {
         factory->CreateInstance(nullptr, IID__SmsCreator, reinterpret_cast<void**>(&component));
         factory->Release();
     }
@@ -309,7 +304,8 @@ IConnectionPoint* advise(_SmsCreator* component, IDispatch* sink, DWORD* cookie)
 {
     IConnectionPointContainer* container = nullptr;
     IConnectionPoint* point = nullptr;
-    if (FAILED(component->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))))
+    if (FAILED(
+            component->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))))
         return nullptr;
     container->FindConnectionPoint(DIID___SmsCreator, &point);
     container->Release();

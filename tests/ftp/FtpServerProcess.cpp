@@ -46,10 +46,14 @@ std::string userName(uid_t id)
 
 } // namespace
 
-bool FtpServerProcess::leftOut()
+std::string FtpServerProcess::leftOut(ServerKind kind)
 {
     const char* folder = std::getenv("ZUL_FTP_SERVERS_DIR");
-    return folder != nullptr && std::string(folder) == "none";
+    if (folder != nullptr && std::string(folder) == "none")
+        return "left out by ZUL_FTP_SERVERS_DIR=none";
+    if (kind == ServerKind::PureFtpd && geteuid() != 0 && std::getenv("CI") == nullptr)
+        return "pure-ftpd needs the administrator's rights";
+    return {};
 }
 
 FtpServerProcess::FtpServerProcess(ServerKind kind)

@@ -27,6 +27,8 @@ sockaddr_in loopback(std::uint16_t port)
 int listenOnLoopback(std::uint16_t& port)
 {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int reuse = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof(reuse));
     sockaddr_in address = loopback(0);
     socklen_t length = sizeof(address);
     if (bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0 ||
@@ -80,6 +82,11 @@ std::vector<std::string> ScriptedServer::commands() const
     return m_commands;
 }
 
+void ScriptedServer::cutControlAfter(std::size_t bytes)
+{
+    m_controlLeft = bytes;
+}
+
 void ScriptedServer::run()
 {
     for (;;) {
@@ -92,7 +99,6 @@ void ScriptedServer::run()
             continue;
         const int immediately = 1;
         setsockopt(control, IPPROTO_TCP, TCP_NODELAY, &immediately, sizeof(immediately));
-        m_sessionBytes = 0;
         Session session(*this, control);
         try {
             serve(session);
@@ -142,16 +148,7 @@ void ScriptedServer::handle(Session& session, const std::string& verb, const std
     } else if (verb == "PASV") {
         session.reply("227 Entering Passive Mode (" + session.listenForData() + ")");
     } else if (verb == "PORT") {
-        // "127,0,0,1,high,low"
-        const std::string local = "127,0,0,1,";
-        const std::size_t comma = argument.rfind(',');
-        if (argument.starts_with(local) && comma > local.size()) {
-            session.m_activePort = static_cast<std::uint16_t>(std::stoi(argument.substr(local.size())) * 256 +
-                                                              std::stoi(argument.substr(comma + 1)));
-            session.reply("200 ok");
-        } else {
-            session.reply("501 bad address");
-        }
+        session.reply(session.prepareActive(argument) ? "200 ok" : "501 bad address");
     } else if (verb == "LIST") {
         transfer(session, listing);
     } else if (verb == "RETR") {
@@ -232,8 +229,7 @@ bool ScriptedServer::Session::readLine(std::string& line)
 
 void ScriptedServer::Session::send(std::string_view text)
 {
-    const std::size_t left =
-        m_server.cutControlAfter == Never ? Never : m_server.cutControlAfter - m_server.m_sessionBytes;
+    const std::size_t left = m_server.m_controlLeft;
     const bool cut = text.size() > left;
     if (cut)
         text = text.substr(0, left);
@@ -243,7 +239,8 @@ void ScriptedServer::Session::send(std::string_view text)
         const ssize_t count = ::send(m_control, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (count < 0)
             throw Ended{};
-        m_server.m_sessionBytes += static_cast<std::size_t>(count);
+        if (left != Never)
+            m_server.m_controlLeft -= static_cast<std::size_t>(count);
         m_server.m_controlBytes += static_cast<std::size_t>(count);
         text.remove_prefix(static_cast<std::size_t>(count));
     }
@@ -251,9 +248,19 @@ void ScriptedServer::Session::send(std::string_view text)
         hangUp();
 }
 
+bool ScriptedServer::Session::prepareActive(const std::string& argument)
+{
+    const std::string local = "127,0,0,1,"; // then the port's high and low byte
+    const std::size_t comma = argument.rfind(',');
+    if (!argument.starts_with(local) || comma <= local.size())
+        return false;
+    m_activePort = static_cast<std::uint16_t>(std::stoi(argument.substr(local.size())) * 256 +
+                                              std::stoi(argument.substr(comma + 1)));
+    return true;
+}
+
 bool ScriptedServer::Session::openData()
 {
-    m_server.m_transferBytes = 0;
     if (m_dataListener != -1) {
         if (!waitFor(m_dataListener, POLLIN))
             throw Ended{};
@@ -270,6 +277,8 @@ bool ScriptedServer::Session::openData()
 
 bool ScriptedServer::Session::sendData(std::string_view bytes)
 {
+    if (m_data == -1)
+        return false;
     bytes = bytes.substr(0, m_server.cutDataAfter);
     while (!bytes.empty()) {
         if (!waitFor(m_data, POLLOUT))
@@ -286,15 +295,16 @@ bool ScriptedServer::Session::sendData(std::string_view bytes)
 std::string ScriptedServer::Session::readData()
 {
     std::string bytes;
-    for (;;) {
+    while (m_data != -1) {
         std::array<char, 4096> buffer{};
         if (!waitFor(m_data, POLLIN))
             throw Ended{};
         const ssize_t count = recv(m_data, buffer.data(), buffer.size(), 0);
         if (count <= 0)
-            return bytes;
+            break;
         bytes.append(buffer.data(), static_cast<std::size_t>(count));
     }
+    return bytes;
 }
 
 void ScriptedServer::Session::closeData()
@@ -329,7 +339,12 @@ std::string ScriptedServer::Session::listenForData(const std::string& address)
     closeSocket(m_dataListener);
     std::uint16_t port = 0;
     m_dataListener = listenOnLoopback(port);
-    return address + "," + std::to_string(port / 256) + "," + std::to_string(port % 256);
+    // Always of one length, so that sessions that do the same have the same number of bytes.
+    const auto digits = [](unsigned number) {
+        const std::string text = std::to_string(number);
+        return std::string(3 - text.size(), '0') + text;
+    };
+    return address + "," + digits(port / 256U) + "," + digits(port % 256U);
 }
 
 } // namespace zul::test

@@ -40,6 +40,8 @@ public:
         [[noreturn]] void stall();
         /// Closes the control connection.
         [[noreturn]] void hangUp();
+        /// Takes the argument of a PORT command; false when it is not on this machine.
+        bool prepareActive(const std::string& argument);
         /// "127,0,0,1,p,q" of a fresh listening socket for the data.
         std::string listenForData(const std::string& address = "127,0,0,1");
 
@@ -74,6 +76,8 @@ public:
     std::string portText() const;
     /// The command lines that clients have sent so far, in their order.
     std::vector<std::string> commands() const;
+    /// Ends the control connection after so many bytes from now on; later ones end at once.
+    void cutControlAfter(std::size_t bytes);
     /// Bytes sent on control connections and on data connections so far.
     std::size_t controlBytes() const { return m_controlBytes; }
     std::size_t dataBytes() const { return m_dataBytes; }
@@ -82,7 +86,6 @@ public:
     std::string listing;                      ///< what LIST sends
     std::function<void(Session&)> greeting;   ///< in place of "220 ready"
     std::map<std::string, Hook> on;           ///< by verb
-    std::size_t cutControlAfter = Never;      ///< bytes of one session
     std::size_t cutDataAfter = Never;         ///< bytes of one data connection
     std::string loginReply = "230 welcome";
 
@@ -100,8 +103,7 @@ private:
     std::uint16_t m_port = 0;
     std::atomic<std::size_t> m_controlBytes = 0;
     std::atomic<std::size_t> m_dataBytes = 0;
-    std::size_t m_sessionBytes = 0;
-    std::size_t m_transferBytes = 0;
+    std::atomic<std::size_t> m_controlLeft = Never;
     mutable std::mutex m_mutex;
     std::vector<std::string> m_commands;
     std::string m_renaming;
