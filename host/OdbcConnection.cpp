@@ -449,13 +449,19 @@ void OdbcConnection::endTransaction(bool commit)
 void OdbcConnection::fail(SQLSMALLINT kind, SQLHANDLE handle)
 {
     const Diagnosis diagnosis = diagnose(kind, handle);
+    m_lost = m_lost || (m_connected && diagnosis.state.substr(0, 2) == "08");
+    if (m_connected && isLost())
+        throw EngineError(ErrorCode::ConnectionLost,
+                          "the connection to the server is lost: " + diagnosis.text);
+    throw EngineError(codeOf(diagnosis, m_product), diagnosis.text);
+}
+
+bool OdbcConnection::isLost()
+{
     SQLUINTEGER dead = SQL_CD_FALSE;
-    if (m_connected)
-        SQLGetConnectAttr(m_connection, SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-    const bool isDead = dead == SQL_CD_TRUE;
-    m_lost = m_lost || isDead || (m_connected && diagnosis.state.substr(0, 2) == "08");
-    throw EngineError(isDead ? ErrorCode::ConnectionLost : codeOf(diagnosis, m_product),
-                      (isDead ? "the connection to the server is lost: " : "") + diagnosis.text);
+    SQLGetConnectAttr(m_connection, SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+    m_lost = m_lost || dead == SQL_CD_TRUE;
+    return m_lost;
 }
 
 void OdbcConnection::check(SQLRETURN code)

@@ -103,6 +103,9 @@ public:
     void endTransaction(bool commit);
     bool inTransaction() const { return m_inTransaction; }
 
+    /// Whether the server is known to be gone.
+    bool isLost();
+
     /// Throws what the driver says of a failed call.
     [[noreturn]] void fail(SQLSMALLINT kind, SQLHANDLE handle);
     void check(SQLRETURN code);

@@ -289,8 +289,11 @@ bool OdbcEngine::hasTable(std::string_view name)
     m_connection->makeFree();
     std::string wanted = catalogueName(*m_connection, name);
     const auto statement = std::make_shared<OdbcStatement>(*m_connection);
-    statement->check(SQLTables(statement->handle(), nullptr, 0, nullptr, 0,
-                               reinterpret_cast<SQLCHAR*>(wanted.data()), SQL_NTS, nullptr, 0));
+    const SQLRETURN code = SQLTables(statement->handle(), nullptr, 0, nullptr, 0,
+                                     reinterpret_cast<SQLCHAR*>(wanted.data()), SQL_NTS, nullptr, 0);
+    statement->check(code);
+    if (code == SQL_NO_DATA)
+        return false;
     // The name is a pattern to the driver, in which "_" stands for any character.
     const auto rows = openOdbcRows(statement, [] {});
     while (rows->next()) {

@@ -158,6 +158,8 @@ public:
             m_buffer->read(m_bufferRow++, m_cells.data());
             return true;
         }
+        if (m_broken)
+            throw EngineError(*m_broken);
         return fetch();
     }
 
@@ -175,8 +177,13 @@ public:
         if (standing)
             current.append(m_cells.data());
         RowStore rest(m_columns.size());
-        while (fetch())
-            rest.append(m_cells.data());
+        try {
+            while (fetch())
+                rest.append(m_cells.data());
+        } catch (const EngineError& error) {
+            m_broken = error;
+            throw;
+        }
         end();
         m_current.emplace(std::move(current));
         m_buffer.emplace(std::move(rest));
@@ -220,6 +227,16 @@ private:
         }
     }
 
+    // A driver may take a connection that broke for the end of the rows; half a result must not pass for a whole
+    // one.
+    bool endOfRows()
+    {
+        if (m_connection.isLost())
+            throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+        end();
+        return false;
+    }
+
     bool fetch()
     {
         if (!m_statement)
@@ -234,10 +251,8 @@ private:
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());
-            if (code == SQL_NO_DATA || (SQL_SUCCEEDED(code) && m_fetched == 0)) {
-                end();
-                return false;
-            }
+            if (code == SQL_NO_DATA || (SQL_SUCCEEDED(code) && m_fetched == 0))
+                return endOfRows();
             // A value that was cut is a success "with information"; it is looked for cell by cell below.
             m_statement->check(code);
         }
@@ -319,10 +334,8 @@ private:
     bool fetchByValue()
     {
         const SQLRETURN code = SQLFetch(m_statement->handle());
-        if (code == SQL_NO_DATA) {
-            end();
-            return false;
-        }
+        if (code == SQL_NO_DATA)
+            return endOfRows();
         m_statement->check(code);
         // In the order of the columns, which is all that some drivers allow.
         for (std::size_t i = 0; i < m_data.size(); ++i)
@@ -379,6 +392,7 @@ private:
     SQLULEN m_fetched = 0;
     SQLULEN m_row = 0;
     std::size_t m_delivered = 0;
+    std::optional<EngineError> m_broken; // what ended the reading for good
     std::optional<RowStore> m_current;
     std::optional<RowStore> m_buffer;
     std::size_t m_bufferRow = 0;

@@ -82,6 +82,30 @@ TEST_F(PostgresTest, SaysThatTheConnectionIsLostAndGoesOnSayingSo)
     EXPECT_EQ(count->cells()[0].Integer, 0);
 }
 
+TEST_F(PostgresTest, DoesNotTakeACutConnectionForTheEndOfTheRows)
+{
+    // With fetching in portions the rest is still at the server when it goes.
+    m_engine = std::make_unique<OdbcEngine>(m_connectionString + ";UseDeclareFetch=1;Fetch=10");
+    const auto rows = m_engine->query("SELECT * FROM generate_series(1, 5000)", Language::Native);
+    int read = 0;
+    const auto readAll = [&] {
+        while (rows->next())
+            ++read;
+    };
+    ASSERT_TRUE(rows->next());
+    {
+        OdbcEngine other(m_connectionString);
+        other.run(
+            "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = current_database() AND"
+            " pid <> pg_backend_pid()",
+            Language::Native);
+    }
+    EXPECT_THROW(readAll(), EngineError);
+    EXPECT_LT(read, 5000);
+    EXPECT_THROW(m_engine->execute("SELECT 1", Language::Native), EngineError);
+    EXPECT_THROW(rows->next(), EngineError);
+}
+
 TEST_F(PostgresTest, GoesOnWithAStreamWhileOtherStatementsRun)
 {
     m_engine->execute("CREATE TABLE t (a int, b text)", Language::Native);
