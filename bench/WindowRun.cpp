@@ -32,7 +32,9 @@ int widgetsOf(const QWidget& window)
 
 void runMainWindow(const std::string& database, int runs)
 {
-    const host::HostDatabase host({.database = database});
+    host::HostDatabaseOptions options;
+    options.database = database;
+    const host::HostDatabase host(options);
     session().setConnessione(host::SqlConnection(ComPtr<_SqlConnection>(host.connection())));
     for (; runs > 0; --runs) {
         const Times start = now();
