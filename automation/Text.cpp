@@ -1,6 +1,8 @@
 #include "automation/Text.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace zul {
 
@@ -40,6 +42,17 @@ void append(std::string& text, char32_t c)
     }
 }
 
+// How many units from the beginning are ASCII, which is the same in both forms; most texts are nothing else.
+template <typename Unit>
+std::size_t asciiPrefix(std::basic_string_view<Unit> text) noexcept
+{
+    std::size_t i = 0;
+    while (i < text.size() && static_cast<std::make_unsigned_t<Unit>>(text[i]) < 0x80) {
+        ++i;
+    }
+    return i;
+}
+
 char16_t folded(char16_t c) noexcept
 {
     const bool upper = (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
@@ -50,9 +63,10 @@ char16_t folded(char16_t c) noexcept
 
 std::u16string utf16FromUtf8(std::string_view text)
 {
-    std::u16string result;
+    const std::size_t plain = asciiPrefix(text);
+    std::u16string result(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain));
     result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();) {
+    for (std::size_t i = plain; i < text.size();) {
         const auto lead = static_cast<std::uint8_t>(text[i]);
         const std::size_t length = lead < 0x80                   ? 1
                                    : lead >= 0xC2 && lead < 0xE0 ? 2
@@ -79,9 +93,13 @@ std::u16string utf16FromUtf8(std::string_view text)
 
 std::string utf8FromUtf16(std::u16string_view text)
 {
-    std::string result;
+    const std::size_t plain = asciiPrefix(text);
+    std::string result(plain, '\0');
+    for (std::size_t i = 0; i < plain; ++i) {
+        result[i] = static_cast<char>(text[i]);
+    }
     result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = plain; i < text.size(); ++i) {
         char32_t c = text[i];
         if (c >= 0xD800 && c < 0xE000) {
             const bool pair =

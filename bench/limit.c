@@ -138,6 +138,7 @@ static void run(const char* sql)
 // The host's settings, and the functions that its statements may call.
 static void openDatabase(const char* path)
 {
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     if (sqlite3_open_v2(path, &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, NULL) != SQLITE_OK)
         fail(path);
     run("PRAGMA journal_mode=WAL");
@@ -146,6 +147,7 @@ static void openDatabase(const char* path)
     run("PRAGMA cache_size=-65536");
     run("PRAGMA temp_store=MEMORY");
     run("PRAGMA mmap_size=268435456");
+    run("PRAGMA wal_autocheckpoint=4096");
     if (limitRegisterFunctions(database) != SQLITE_OK)
         fail("functions");
 }

@@ -143,6 +143,11 @@ void Recordset::requireOpen() const
         throw EngineError(ErrorCode::Closed, "the row set is closed");
 }
 
+bool Recordset::isLogged() const
+{
+    return m_journaled == Journaled::Yes && m_session->journal.isOpen();
+}
+
 void Recordset::requireUpdatable() const
 {
     if (m_lock == LockReadOnly)
@@ -267,8 +272,9 @@ HRESULT Recordset::put_Value(VARIANT field, VARIANT value)
             known->stored = std::move(stored);
             return;
         }
-        std::string name =
-            field.vt == VT_BSTR ? utf8FromUtf16(zul::textOf(field.bstrVal)) : m_columns[column].name;
+        std::string name;
+        if (isLogged())
+            name = field.vt == VT_BSTR ? utf8FromUtf16(zul::textOf(field.bstrVal)) : m_columns[column].name;
         m_pending.push_back({column, std::move(name), std::move(set), std::move(stored)});
     });
 }
@@ -317,7 +323,7 @@ void Recordset::update()
     if (!m_adding && m_pending.empty())
         return;
     ColumnValues values;
-    const bool logs = m_journaled == Journaled::Yes && m_session->journal.isOpen();
+    const bool logs = isLogged();
     if (logs) {
         values.reserve(m_pending.size());
         for (const Pending& pending : m_pending)
@@ -337,7 +343,7 @@ void Recordset::update()
 
 // The statement for the columns that were set; the same columns in the same order, as they come a million times
 // in a row, give the same text.
-std::string Recordset::insertStatement()
+const std::string& Recordset::insertStatement()
 {
     std::vector<std::size_t> columns;
     columns.reserve(m_pending.size());

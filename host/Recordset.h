@@ -47,7 +47,7 @@ private:
     struct Pending
     {
         std::size_t column;
-        std::string nameAsSet; // for the journal: the component's spelling
+        std::string nameAsSet; // for the journal, while there is one: the component's spelling
         Value value;           // as set
         Value stored;          // as the column takes it
     };
@@ -62,6 +62,7 @@ private:
     void read(bool whole);
     void showRow();
     void step();
+    bool isLogged() const;
     void requireOpen() const;
     void requireUpdatable() const;
     std::size_t columnOf(const VARIANT& field) const;
@@ -70,7 +71,7 @@ private:
     void update();
     void insertPending();
     void updatePending();
-    std::string insertStatement();
+    const std::string& insertStatement();
     const RowIdentity& identity();
 
     SessionPtr m_session;

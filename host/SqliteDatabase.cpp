@@ -78,6 +78,8 @@ struct SqliteStatement::Prepared
     std::string source;
     NativeStatement native;
     sqlite3_stmt* statement = nullptr;
+    std::vector<ColumnInfo> columns;
+    int columnsOf = -1; // how often the library had prepared the statement anew when the columns were read
     bool borrowed = false;
 };
 
@@ -105,6 +107,39 @@ sqlite3_stmt* SqliteStatement::handle() const
 const NativeStatement& SqliteStatement::native() const
 {
     return m_prepared->native;
+}
+
+// A statement that comes back a million times has the same columns each time, unless the library had to prepare
+// it anew.
+const std::vector<ColumnInfo>& SqliteStatement::columns()
+{
+    const int preparations = sqlite3_stmt_status(handle(), SQLITE_STMTSTATUS_REPREPARE, 0);
+    if (m_prepared->columnsOf != preparations) {
+        m_prepared->columns = readColumns();
+        m_prepared->columnsOf = preparations;
+    }
+    return m_prepared->columns;
+}
+
+std::vector<ColumnInfo> SqliteStatement::readColumns() const
+{
+    const auto text = [](const char* value) { return std::string(value != nullptr ? value : ""); };
+    std::vector<ColumnInfo> columns;
+    const int count = sqlite3_column_count(handle());
+    columns.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        ColumnInfo info;
+        info.name = text(sqlite3_column_name(handle(), i));
+        const char* const origin = sqlite3_column_origin_name(handle(), i);
+        info.baseName = origin != nullptr ? origin : info.name;
+        info.type = columnTypeOf(text(sqlite3_column_decltype(handle(), i)));
+        // An expression has no declaration; what the statement itself says is the next best.
+        const auto& known = native().types;
+        if (info.type == ColumnType::Unknown && static_cast<std::size_t>(i) < known.size())
+            info.type = known[static_cast<std::size_t>(i)];
+        columns.push_back(std::move(info));
+    }
+    return columns;
 }
 
 void SqliteStatement::reset()
@@ -139,6 +174,10 @@ bool SqliteStatement::step()
 SqliteDatabase::SqliteDatabase(const std::string& path, Mode mode)
     : m_path(path)
 {
+    // The library counts every allocation under a lock unless it is told not to before its first use. When the
+    // process used it before, this changes nothing.
+    static const int uncounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+    static_cast<void>(uncounted);
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
                       (mode == Mode::OpenOrCreate ? SQLITE_OPEN_CREATE : 0);
     try {
@@ -153,6 +192,9 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Mode mode)
         run("PRAGMA cache_size=-65536");
         run("PRAGMA temp_store=MEMORY");
         run("PRAGMA mmap_size=268435456");
+        // A preparation commits each row, and its rows come to lie on the same few pages: the longer the log, the
+        // fewer of them are written back and waited for.
+        run("PRAGMA wal_autocheckpoint=4096");
     } catch (const EngineError& error) {
         const EngineError named(error.code(), path + ": " + error.what());
         sqlite3_close_v2(m_database);

@@ -51,6 +51,10 @@ public:
     /// What the translation says of the statement.
     const NativeStatement& native() const;
 
+    /// The result's columns, to be asked for after the first step, since a changed schema is noticed only then.
+    /// Holds good as long as the loan.
+    const std::vector<ColumnInfo>& columns();
+
     /// Binds "?" number 1, 2, …; texts are not copied and must stay until the statement ends.
     void bind(std::span<const Value> parameters);
 
@@ -64,6 +68,7 @@ private:
     friend class SqliteDatabase;
     struct Prepared;
     SqliteStatement(SqliteDatabase& database, std::shared_ptr<Prepared> prepared);
+    std::vector<ColumnInfo> readColumns() const;
 
     SqliteDatabase* m_database;
     std::shared_ptr<Prepared> m_prepared;

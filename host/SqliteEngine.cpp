@@ -68,29 +68,13 @@ public:
         if (sqlite3_column_count(m_statement.handle()) == 0)
             throw EngineError(ErrorCode::Statement, "the statement gives no rows");
         m_statement.bind(m_parameters);
-        // The first step runs here, so that what the statement meets shows when it is opened, and the columns
-        // are read after it, since a changed schema is noticed only then.
+        // The first step runs here, so that what the statement meets shows when it is opened.
         m_pending = m_statement.step();
-        sqlite3_stmt* const handle = m_statement.handle();
-        const int count = sqlite3_column_count(handle);
-        m_columns.reserve(static_cast<std::size_t>(count));
-        for (int i = 0; i < count; ++i) {
-            const auto text = [](const char* value) { return std::string(value != nullptr ? value : ""); };
-            ColumnInfo info;
-            info.name = text(sqlite3_column_name(handle, i));
-            const char* const origin = sqlite3_column_origin_name(handle, i);
-            info.baseName = origin != nullptr ? origin : info.name;
-            info.type = columnTypeOf(text(sqlite3_column_decltype(handle, i)));
-            // An expression has no declaration; what the statement itself says is the next best.
-            const auto& known = m_statement.native().types;
-            if (info.type == ColumnType::Unknown && static_cast<std::size_t>(i) < known.size())
-                info.type = known[static_cast<std::size_t>(i)];
-            m_columns.push_back(std::move(info));
-        }
-        m_cells.resize(m_columns.size());
+        m_columns = &m_statement.columns();
+        m_cells.resize(m_columns->size());
     }
 
-    const std::vector<ColumnInfo>& columns() const override { return m_columns; }
+    const std::vector<ColumnInfo>& columns() const override { return *m_columns; }
 
     bool next() override
     {
@@ -103,7 +87,7 @@ public:
             return false;
         sqlite3_stmt* const handle = m_statement.handle();
         for (std::size_t i = 0; i < m_cells.size(); ++i)
-            readCell(handle, static_cast<int>(i), m_columns[i].type, m_cells[i]);
+            readCell(handle, static_cast<int>(i), (*m_columns)[i].type, m_cells[i]);
         return true;
     }
 
@@ -112,7 +96,7 @@ public:
 private:
     std::vector<Value> m_parameters;
     SqliteStatement m_statement;
-    std::vector<ColumnInfo> m_columns;
+    const std::vector<ColumnInfo>* m_columns = nullptr; // the statement's
     std::vector<ZulCell> m_cells;
     bool m_first = true;
     bool m_pending = false;
@@ -317,19 +301,30 @@ std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
         execute(createTableStatement(counterTable(), Product::Sqlite, true), Language::Native);
         m_hasCounters = true;
     }
-    // One statement, so that it is atomic on its own and within a transaction alike.
-    const std::string largest =
-        "(SELECT COALESCE(MAX(" + bracketed(bareName(key)) + "), 0) FROM " + bracketed(bareName(table)) + ")";
-    const std::string sql = "INSERT INTO tabContatori(Tabella, Chiave, Ultimo) VALUES (?, ?, " + largest +
-                            " + 1) ON CONFLICT(Tabella, Chiave) DO UPDATE SET Ultimo = MAX(Ultimo, " +
-                            largest + ") + 1 RETURNING Ultimo";
-    const std::vector<Value> parameters{std::string(bareName(table)), std::string(bareName(key))};
-    SqliteStatement statement = m_database.prepare(sql);
-    statement.bind(parameters);
+    const IdStatement& ids = idStatement(table, key);
+    SqliteStatement statement = m_database.prepare(ids.sql);
+    statement.bind(ids.parameters);
     std::int64_t id = 0;
     while (statement.step())
         id = sqlite3_column_int64(statement.handle(), 0);
     return id;
+}
+
+// A run takes all its ids for one table.
+const SqliteEngine::IdStatement& SqliteEngine::idStatement(std::string_view table, std::string_view key)
+{
+    if (m_ids.table == table && m_ids.key == key)
+        return m_ids;
+    // One statement, so that it is atomic on its own and within a transaction alike.
+    const std::string largest =
+        "(SELECT COALESCE(MAX(" + bracketed(bareName(key)) + "), 0) FROM " + bracketed(bareName(table)) + ")";
+    m_ids = {std::string(table),
+             std::string(key),
+             "INSERT INTO tabContatori(Tabella, Chiave, Ultimo) VALUES (?, ?, " + largest +
+                 " + 1) ON CONFLICT(Tabella, Chiave) DO UPDATE SET Ultimo = MAX(Ultimo, " + largest +
+                 ") + 1 RETURNING Ultimo",
+             {std::string(bareName(table)), std::string(bareName(key))}};
+    return m_ids;
 }
 
 bool SqliteEngine::hasTable(std::string_view name)

@@ -42,6 +42,15 @@ private:
         std::vector<std::string> key;
     };
 
+    struct IdStatement
+    {
+        std::string table; // as asked for
+        std::string key;
+        std::string sql;
+        std::vector<Value> parameters;
+    };
+
+    const IdStatement& idStatement(std::string_view table, std::string_view key);
     const DeclaredTable& declared(std::string_view table);
     dialect::ColumnType declaredType(std::string_view table, std::string_view column);
     void forgetSchema();
@@ -55,6 +64,7 @@ private:
     dialect::ColumnTypes m_columnTypes;
     dialect::TableKey m_tableKey;
     SqlTranslator m_translator;
+    IdStatement m_ids; // the last one
     bool m_hasCounters = false;
 };
 

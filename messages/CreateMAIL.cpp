@@ -2,6 +2,7 @@
 
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
+#include "hostlib/LocalClock.h"
 #include "messages/Campaign.h"
 #include "messages/SendChoices.h"
 #include "selection/ResultGridQuery.h"
@@ -36,17 +37,20 @@ bool createMail(const host::SqlConnection& connection, Recipients& recipients, O
     ado::Recordset queue = connection.connection().open(u"SELECT * FROM TMK_MailingList WHERE 1=2"_s,
                                                         ado::Cursor::Static, ado::Lock::Pessimistic);
     host::Customer customer(connection);
+    LocalClock clock;
     for (int row = 0; row < recipients.count(); ++row) {
         if (recipients.isMarked(row)) {
             const QString name = recipients.text(row, ColumnCliente);
-            const QString skipped = u"ERRORE - Saltata richiesta invio EMAIL per "_s + name;
+            const auto skip = [&](const QString& why) {
+                outcomes.append(u"ERRORE - Saltata richiesta invio EMAIL per "_s + name + why);
+            };
             if (recipients.text(row, ColumnEmail).isEmpty()) {
-                outcomes.append(skipped + u": email non presente."_s);
+                skip(u": email non presente."_s);
             } else if (recipients.isNumeric(row, ColumnIdCliente)) {
                 const qint32 idCliente = recipients.idCliente(row);
                 customer.init(idCliente);
                 if (!customer.consensoEmail()) {
-                    outcomes.append(skipped + u": consenso EMAIL non presente."_s);
+                    skip(u": consenso EMAIL non presente."_s);
                 } else {
                     queue.addNew();
                     queue.set(u"idMailing"_s, connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
@@ -54,8 +58,8 @@ bool createMail(const host::SqlConnection& connection, Recipients& recipients, O
                     queue.set(u"idMessaggio"_s, idMessaggio);
                     queue.set(u"IDCliente"_s, idCliente);
                     queue.set(u"Contatto"_s, customer.email());
-                    queue.set(u"DataCreaz"_s, QDateTime::currentDateTime());
-                    queue.set(u"DataAgg"_s, QDateTime::currentDateTime());
+                    queue.set(u"DataCreaz"_s, clock.now());
+                    queue.set(u"DataAgg"_s, clock.now());
                     queue.set(u"Locked"_s, false);
                     queue.set(u"idReferente"_s, qint16{-1});
                     queue.update();

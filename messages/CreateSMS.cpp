@@ -2,6 +2,7 @@
 
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
+#include "hostlib/LocalClock.h"
 #include "messages/SendChoices.h"
 #include "selection/ResultGridQuery.h"
 
@@ -47,23 +48,26 @@ bool createSms(const host::SqlConnection& connection, Recipients& recipients, Ou
     host::Customer customer(connection);
     host::TextParser parser(connection);
     host::MessageRecord record(connection);
+    LocalClock clock;
 
     for (int row = 0; row < recipients.count(); ++row) {
         if (recipients.isMarked(row)) {
             const QString name = recipients.text(row, ColumnCliente);
             const QString number = recipients.text(row, ColumnTelefono2);
-            const QString skipped = u"ERRORE - Saltata richiesta invio SMS per "_s + name;
+            const auto skip = [&](const QString& why) {
+                outcomes.append(u"ERRORE - Saltata richiesta invio SMS per "_s + name + why);
+            };
             if (!recipients.isNumeric(row, ColumnIdCliente) || number.isEmpty()) {
-                outcomes.append(skipped + u": numero cellulare non valido."_s);
+                skip(u": numero cellulare non valido."_s);
             } else {
                 const qint32 idCliente = recipients.idCliente(row);
                 customer.init(idCliente);
                 if (!customer.consensoSms()) {
-                    outcomes.append(skipped + u": consenso SMS non presente."_s);
+                    skip(u": consenso SMS non presente."_s);
                 } else {
                     const QString classification =
                         classificationText(connection, customer.idClassificazione());
-                    const QDateTime now = QDateTime::currentDateTime();
+                    const QDateTime now = clock.now();
                     const bool stored =
                         record.save({.idTipoMessaggio = KindSms,
                                      .descrizione = u"SMS"_s,

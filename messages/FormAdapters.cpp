@@ -7,13 +7,14 @@
 #include "selection/ResultGridQuery.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <limits>
 
 namespace zul {
 
 namespace {
 
-constexpr qint64 PaintEveryMilliseconds = 100;
+constexpr qint64 PaintShare = 50; ///< at most one part in so many of the time goes into painting
 
 } // namespace
 
@@ -44,8 +45,10 @@ bool GridRecipients::isNumeric(int row, int column) const
 
 qint32 GridRecipients::idCliente(int row) const
 {
-    bool ok = false;
-    const qlonglong id = text(row, ColumnIdCliente).toLongLong(&ok);
+    const ColumnStore& cells = m_grid.store();
+    bool ok = cells.kind(record(row), ColumnIdCliente) == CellKind::Integer;
+    const qlonglong id =
+        ok ? cells.integer(record(row), ColumnIdCliente) : text(row, ColumnIdCliente).toLongLong(&ok);
     if (!ok)
         throw Error(RunTime::TypeMismatch);
     if (id < std::numeric_limits<qint32>::min() || id > std::numeric_limits<qint32>::max())
@@ -67,10 +70,13 @@ ListOutcomes::~ListOutcomes()
 void ListOutcomes::append(const QString& line)
 {
     m_list.append(line);
-    if (m_sincePainted.elapsed() < PaintEveryMilliseconds)
+    if (m_sincePainted.elapsed() < m_untilPaint)
         return;
+    m_sincePainted.restart();
     m_list.flush();
     m_list.viewport()->repaint();
+    // The longer the list, the longer it takes to lay out: painting stays a small part of the run.
+    m_untilPaint = std::max(PaintEveryMilliseconds, PaintShare * m_sincePainted.elapsed());
     m_sincePainted.restart();
 }
 

@@ -46,8 +46,11 @@ public:
     void append(const QString& line) override;
 
 private:
+    static constexpr qint64 PaintEveryMilliseconds = 100;
+
     OutcomeList& m_list;
     QElapsedTimer m_sincePainted;
+    qint64 m_untilPaint = PaintEveryMilliseconds;
 };
 
 /// The wait indicator of the form.
