@@ -89,6 +89,23 @@ TEST_F(SqliteDatabaseTest, SaysWhichFileIsNoDatabase)
     }
 }
 
+TEST_F(SqliteDatabaseTest, SaysTheColumnsOfNowAlsoWhenTheTableChanged)
+{
+    m_database.run("CREATE TABLE t (a INTEGER, b text); INSERT INTO t VALUES (1, 'x')");
+    const auto columns = [this] {
+        SqliteStatement statement = m_database.prepare("SELECT * FROM t");
+        EXPECT_TRUE(statement.step());
+        std::string text;
+        for (const ColumnInfo& column : statement.columns())
+            text += column.name + (column.type == ColumnType::Text ? ":text " : " ");
+        return text;
+    };
+    EXPECT_EQ(columns(), "a b:text ");
+    EXPECT_EQ(columns(), "a b:text ");
+    m_database.run("ALTER TABLE t RENAME COLUMN a TO first; ALTER TABLE t ADD COLUMN c nvarchar(5)");
+    EXPECT_EQ(columns(), "first b:text c:text ");
+}
+
 TEST(SqliteColumnTypes, ReadsDeclarations)
 {
     EXPECT_EQ(columnTypeOf("nvarchar(100) COLLATE NOCASE"), ColumnType::Text);
