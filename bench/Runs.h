@@ -17,6 +17,9 @@ enum class Kind
 /// A preparation for every row of the result grid, or for every other one.
 void runPreparation(const std::string& database, Kind kind, bool half);
 
+/// A load of the result grid, and then its sort by name, its grouping by commune, and a tick of every row.
+void runGrid(const std::string& database);
+
 /// Construction, show and first paint of the main window, `runs` times.
 void runMainWindow(const std::string& database, int runs);
 /// The same of a window with as many plain widgets as the main window has.

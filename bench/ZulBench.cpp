@@ -19,6 +19,7 @@ constexpr const char* usage = R"(usage: zulbench demo DATABASE CUSTOMERS [demo|d
        zulbench statements DATABASE FILE
        zulbench search DATABASE RUNS
        zulbench mail|sms DATABASE all|half
+       zulbench grid DATABASE
        zulbench window|widgets DATABASE RUNS
 )";
 
@@ -34,6 +35,8 @@ bool run(const std::vector<std::string>& words)
         runSearch(words[1], std::atoi(words[2].c_str()));
     else if ((verb == "mail" || verb == "sms") && count == 3)
         runPreparation(words[1], verb == "mail" ? Kind::Mail : Kind::Sms, words[2] == "half");
+    else if (verb == "grid" && count == 2)
+        runGrid(words[1]);
     else if (verb == "window" && count == 3)
         runMainWindow(words[1], std::atoi(words[2].c_str()));
     else if (verb == "widgets" && count == 3)

@@ -76,7 +76,7 @@ def median(values):
 
 
 def show(what, size, ratio, target, detail):
-    rows.append((f"{ratio:.2f}", target, f"{size:,}", what, detail))
+    rows.append((f"{ratio:.3g}", target, f"{size:,}", what, detail))
     print(f"measured: {what}, {size:,}", file=sys.stderr)
 
 
@@ -95,6 +95,10 @@ for size in sizes:
         ours, limit = median([m[0] for m in measured]), median([m[1] for m in measured])
         show(f"preparation, {verb}", size, median([m[0] / m[1] for m in measured]), "1.5",
              f"{ours:.3f} s beside {limit:.3f} s, {measured[0][4]:,} prepared")
+    load, sort, group, tick = (r["cpu"] / 1e9 for r in run("zulbench", "grid", copy(size, "work.db"))[0])
+    show("sort by name, beside the load", size, sort / load, "", f"{sort:.3f} s beside {load:.3f} s")
+    show("group by commune, beside the sort", size, group / sort, "1", f"{group:.3f} s beside {sort:.3f} s")
+    show("tick all, beside the load", size, tick / load, "0.02", f"{tick * 1e3:.1f} ms beside {load * 1e3:.1f} ms")
     windows, plain = run("zulbench", "window", database(size), 5)[0], run("zulbench", "widgets", database(size), 5)[0]
     first, bare = median([r["cpu"] for r in windows]), median([r["cpu"] for r in plain])
     show("opening the main window", size, first / bare, "3", f"{first / 1e6:.1f} ms beside {bare / 1e6:.1f} ms")
