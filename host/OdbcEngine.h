@@ -42,6 +42,7 @@ public:
     bool hasTable(std::string_view name) override;
     Product product() const override;
     std::string connectionString() const override { return m_connectionString; }
+    void close() noexcept override;
 
 private:
     std::optional<std::int64_t> raisedCounter(const std::string& table, const std::string& key);

@@ -110,12 +110,17 @@ int run(const CommandLine& line)
                 .arg(quoted(QString::fromStdString(path)), quoted(QString::fromStdString(parameters))));
     };
     const HostDatabase database(options);
-    HostSession session(printer, line, database);
-    if (plays) {
-        return playScenario(line, printer, session, windows);
+    int code = 0;
+    {
+        HostSession session(printer, line, database);
+        if (plays) {
+            code = playScenario(line, printer, session, windows);
+        } else {
+            session.show(line.window);
+        }
     }
-    session.show(line.window);
-    return 0;
+    database.close();
+    return code;
 }
 } // namespace
 
