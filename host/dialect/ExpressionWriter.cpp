@@ -254,7 +254,8 @@ Piece ExpressionWriter::plus(Piece left, Piece right, std::size_t offset) const
         piece.sql += " + " + (right.binding > Binding::Sum ? right.sql : "(" + right.sql + ")");
         return piece;
     }
-    return added(std::move(left), right, commonType(left.type, right.type));
+    const ColumnType type = commonType(left.type, right.type);
+    return added(std::move(left), right, type);
 }
 
 // One call for a whole chain: the function takes any number of arguments, the engine a limited depth.
