@@ -38,7 +38,7 @@ void needApplication()
     static char name[] = "Zul_MessageBuilder";
     static char* argv[] = {name, nullptr};
     // Lives as long as the process: Qt's own libraries stay loaded, and so does this one.
-    auto* application = new QApplication(argc, argv);
+    static QApplication* const application = new QApplication(argc, argv);
     application->setQuitOnLastWindowClosed(false);
 }
 
