@@ -4,6 +4,7 @@
 #include "Fault.h"
 #include "StandInDatabase.h"
 
+#include <cstdlib>
 #include <map>
 #include <memory>
 #include <string>
@@ -15,9 +16,9 @@ struct ServerOptions
     std::string file; ///< the database behind
     std::string user = "sa";
     std::string password = "Zul'prova;1";
-    bool trace = false;       ///< writes every request to standard error
-    bool hasCatalogue = true; ///< whether it has the catalogue procedures
-    bool hasOutput = true;    ///< whether it knows the OUTPUT clause
+    bool trace = std::getenv("ZUL_TDS_TRACE") != nullptr; ///< writes every request to standard error
+    bool hasCatalogue = true;                             ///< whether it has the catalogue procedures
+    bool hasOutput = true;                                ///< whether it knows the OUTPUT clause
 };
 
 class Session final : private AnswerSink

@@ -480,9 +480,18 @@ void StandInDatabase::listTables(const std::string& name, AnswerSink& sink)
     sink.done(count);
 }
 
-void StandInDatabase::listKeys(const std::string& table, AnswerSink& sink)
+void StandInDatabase::listKeys(const std::string& table, AnswerSink& sink, bool namesOnly)
 {
     const DataType word{DataType::Kind::Text, 128, 0, 0};
+    if (namesOnly) {
+        sink.columns({{"COLUMN_NAME", word}});
+        for (const TableColumn& column : columnsOf(host::bareName(table))) {
+            if (column.key)
+                sink.row({column.name});
+        }
+        sink.done(std::nullopt);
+        return;
+    }
     sink.columns({{"TABLE_QUALIFIER", word},
                   {"TABLE_OWNER", word},
                   {"TABLE_NAME", word},
@@ -527,12 +536,17 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
         listTables(parts[1], sink);
         return true;
     } else if (matches(text, R"(exec(?:ute)?\s+sp_pkeys\s+(?:@table_name\s*=\s*)?N?'([^']*)'.*)", parts)) {
-        listKeys(parts[1], sink);
+        listKeys(parts[1], sink, false);
         return true;
     } else if (matches(text, R"(select\s+object_id\(N'([^']*)',\s*N'U'\))", parts)) {
         sink.columns({{"", dataTypeOf("int")}});
         sink.row({has("table", parts[1]) ? Datum(std::int64_t{885578193}) : Datum()});
         sink.done(1);
+        return true;
+    } else if (matches(text,
+                       R"(select k\.column_name from information_schema[\s\S]*c\.table_name = N'([^']*)'.*)",
+                       parts)) {
+        listKeys(parts[1], sink, true);
         return true;
     } else if (matches(text, R"(if\s+@@trancount\s*>\s*0\s+(commit|rollback)(?:\s+tran(?:saction)?)?)",
                        parts)) {

@@ -73,7 +73,7 @@ private:
     void createFunction(const std::string& name);
     void addDefault(const std::string& table, const std::string& function, const std::string& column);
     void listTables(const std::string& name, AnswerSink& sink);
-    void listKeys(const std::string& table, AnswerSink& sink);
+    void listKeys(const std::string& table, AnswerSink& sink, bool namesOnly);
     void runTranslated(std::string_view batch, std::string_view ending, std::span<const Parameter> parameters,
                        AnswerSink& sink);
     void runOne(const std::string& sql, const std::vector<dialect::OutputColumn>& known, bool countsRows,
