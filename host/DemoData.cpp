@@ -485,8 +485,12 @@ void fillDemo(Engine& engine, int customers)
         createIndexes(engine);
         engine.commit();
     } catch (...) {
-        if (engine.inTransaction())
-            engine.rollback();
+        try {
+            if (engine.inTransaction())
+                engine.rollback();
+        } catch (const EngineError&) {
+            // What went wrong first says more.
+        }
         throw;
     }
     addDefaults(engine);

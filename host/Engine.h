@@ -102,6 +102,13 @@ public:
     /// How the rows of a table are told apart; table as it stands in a statement, brackets allowed.
     virtual RowIdentity rowIdentity(std::string_view table) = 0;
 
+    /// The condition, in a native statement, that a column of a table without a key still holds what was read
+    /// from it and is given as the parameter "?".
+    virtual std::string sameValue(const ColumnInfo& column) const
+    {
+        return quotedName(column.baseName) + " = ?";
+    }
+
     /// The next free id of a table's key, from 1: one more than the largest that was ever given or stands in
     /// the table, reserved before any other process can have it.
     virtual std::int64_t nextId(std::string_view table, std::string_view key) = 0;

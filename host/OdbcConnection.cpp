@@ -143,6 +143,7 @@ struct BindParameter
     SQLHSTMT statement;
     SQLUSMALLINT index;
     BoundParameter& bound;
+    Product product;
 
     SQLRETURN bind(SQLSMALLINT cType, SQLSMALLINT sqlType, SQLULEN size, SQLSMALLINT digits, void* data,
                    SQLLEN length)
@@ -154,7 +155,10 @@ struct BindParameter
 
     SQLRETURN operator()(std::monostate)
     {
-        const SQLRETURN code = bind(SQL_C_CHAR, SQL_VARCHAR, 1, 0, &bound.flag, 1);
+        // The server knows a statement again by the types of its parameters: a NULL is announced as a text is.
+        const bool transact = product == Product::TransactSql;
+        const SQLRETURN code = bind(SQL_C_CHAR, transact ? SQL_WVARCHAR : SQL_VARCHAR,
+                                    transact ? longestPlainText : 1, 0, &bound.flag, 1);
         bound.length = SQL_NULL_DATA;
         return code;
     }
@@ -176,8 +180,12 @@ struct BindParameter
     }
     SQLRETURN operator()(const std::string& value)
     {
-        const SQLULEN units = std::max<SQLULEN>(unitsOf(value), 1);
-        return bind(SQL_C_CHAR, units > longestPlainText ? SQL_WLONGVARCHAR : SQL_WVARCHAR, units, 0,
+        SQLULEN units = std::max<SQLULEN>(unitsOf(value), 1);
+        const bool isLong = units > longestPlainText;
+        // One size for all, or the server makes a plan for every length that comes along.
+        if (product == Product::TransactSql && !isLong)
+            units = longestPlainText;
+        return bind(SQL_C_CHAR, isLong ? SQL_WLONGVARCHAR : SQL_WVARCHAR, units, 0,
                     const_cast<char*>(value.data()), static_cast<SQLLEN>(value.size()));
     }
     SQLRETURN operator()(const DateValue& value)
@@ -242,17 +250,22 @@ void OdbcStatement::executeDirect(std::string_view sql)
 
 void OdbcStatement::prepare(std::string_view sql)
 {
-    check(SQLPrepare(m_handle, characters(sql), static_cast<SQLINTEGER>(sql.size())));
+    if (m_connection.product() == Product::TransactSql)
+        m_direct = sql;
+    else
+        check(SQLPrepare(m_handle, characters(sql), static_cast<SQLINTEGER>(sql.size())));
 }
 
 void OdbcStatement::executePrepared(std::span<const Value> parameters)
 {
     std::vector<BoundParameter> bound(parameters.size());
     for (std::size_t i = 0; i < parameters.size(); ++i) {
-        BindParameter binding{m_handle, static_cast<SQLUSMALLINT>(i + 1), bound[i]};
+        BindParameter binding{m_handle, static_cast<SQLUSMALLINT>(i + 1), bound[i], m_connection.product()};
         check(std::visit(binding, parameters[i]));
     }
-    const SQLRETURN code = SQLExecute(m_handle);
+    const SQLRETURN code = m_direct.empty() ? SQLExecute(m_handle)
+                                            : SQLExecDirect(m_handle, characters(m_direct),
+                                                            static_cast<SQLINTEGER>(m_direct.size()));
     if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA)
         m_connection.fail(SQL_HANDLE_STMT, m_handle);
     // The storage goes; a driver must not look at it any more.
@@ -328,10 +341,23 @@ OdbcConnection::OdbcConnection(const std::string& connectionString)
         if (m_product == Product::TransactSql) {
             // A driver may cut long texts at 64 KB unless told otherwise.
             OdbcStatement(*this).executeDirect("SET TEXTSIZE 2147483647");
+            limitWaiting();
         }
     } catch (...) {
         disconnect();
         throw;
+    }
+}
+
+// The server waits without end for what another program has locked; the host's only thread must not.
+void OdbcConnection::limitWaiting()
+{
+    try {
+        OdbcStatement(*this).executeDirect("SET LOCK_TIMEOUT 30000");
+    } catch (const EngineError&) {
+        // A compatible server may not know it.
+        if (isLost())
+            throw;
     }
 }
 
@@ -450,6 +476,9 @@ void OdbcConnection::endTransaction(bool commit)
             SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT, attributeValue(SQL_AUTOCOMMIT_ON),
                               SQL_IS_UINTEGER);
             m_inTransaction = false;
+            // What cannot be undone is undone already, by the server (a deadlock) or with the connection.
+            if (!commit)
+                return;
             throw;
         }
     }

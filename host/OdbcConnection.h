@@ -46,7 +46,9 @@ public:
     /// Sends a text without parameters, to the letter.
     void executeDirect(std::string_view sql);
 
-    /// Prepares a text with "?" parameters; executePrepared() runs it, as often as wanted.
+    /// Takes a text with "?" parameters; executePrepared() runs it, as often as wanted. Transact-SQL is sent with
+    /// its parameters in one call each time: the server keeps the plan by itself, while drivers prepare such a
+    /// statement anew whenever a parameter is bound.
     void prepare(std::string_view sql);
     void executePrepared(std::span<const Value> parameters);
 
@@ -70,6 +72,7 @@ private:
 
     OdbcConnection& m_connection;
     SQLHSTMT m_handle = SQL_NULL_HSTMT;
+    std::string m_direct; // empty: prepared by the driver
 };
 
 /// The rows of a running statement; see OdbcRows.cpp.
@@ -121,6 +124,7 @@ private:
         std::shared_ptr<OdbcStatement> statement;
     };
 
+    void limitWaiting();
     void disconnect() noexcept;
 
     SQLHENV m_environment = SQL_NULL_HENV;

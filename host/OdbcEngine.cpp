@@ -15,8 +15,10 @@ namespace zul::host {
 
 namespace {
 
-// What a server takes in one INSERT.
-constexpr std::size_t rowsPerInsert = 500;
+// Rows of one text that is sent, and of one INSERT in it: the work of Transact-SQL's server on a list of rows grows
+// faster than the list.
+constexpr std::size_t rowsPerText = 500;
+constexpr std::size_t rowsPerTransactInsert = 100;
 
 std::int64_t firstNumber(RowStream& rows)
 {
@@ -165,6 +167,7 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
         head += columns[i];
     }
     head += ") VALUES ";
+    const std::size_t rowsPerInsert = product() == Product::TransactSql ? rowsPerTransactInsert : rowsPerText;
     std::string sql;
     std::size_t rows = 0;
     const auto send = [&] {
@@ -173,11 +176,14 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
         rows = 0;
     };
     for (std::size_t row = 0; row + columns.size() <= values.size(); row += columns.size()) {
-        if (rows == rowsPerInsert)
+        if (rows == rowsPerText)
             send();
         if (rows == 0)
-            sql = head;
-        sql += rows++ > 0 ? ", (" : "(";
+            sql.clear();
+        if (rows++ % rowsPerInsert > 0)
+            sql += ", (";
+        else
+            sql += (sql.empty() ? "" : "; ") + head + "(";
         for (std::size_t i = 0; i < columns.size(); ++i) {
             sql += i > 0 ? ", " : "";
             sql += literalOf(values[row + i], product());
@@ -269,28 +275,71 @@ RowIdentity OdbcEngine::rowIdentity(std::string_view table)
     if (known != m_identities.end())
         return known->second;
     m_connection->makeFree();
+    RowIdentity identity = catalogueIdentity(table);
+    m_identities.emplace(folded, identity);
+    return identity;
+}
+
+// A driver without a catalogue tells no key: rows are told apart by all that they hold.
+RowIdentity OdbcEngine::catalogueIdentity(std::string_view table)
+{
     RowIdentity identity;
+    const auto read = [&](RowStream& rows, std::size_t column) {
+        while (rows.next()) {
+            const ZulCell& cell = rows.cells()[column];
+            if (cell.Kind == CellText)
+                identity.keyColumns.emplace_back(textOf(cell));
+        }
+    };
     {
         std::string name = catalogueName(*m_connection, table);
         const auto statement = std::make_shared<OdbcStatement>(*m_connection);
         const SQLRETURN code = SQLPrimaryKeys(statement->handle(), nullptr, 0, nullptr, 0,
                                               reinterpret_cast<SQLCHAR*>(name.data()), SQL_NTS);
-        // A driver without a catalogue: rows are told apart by all that they hold.
         if (SQL_SUCCEEDED(code)) {
-            const auto rows = openOdbcRows(statement, [] {});
-            while (rows->next()) {
-                const ZulCell& cell = rows->cells()[3];
-                if (cell.Kind == CellText)
-                    identity.keyColumns.emplace_back(textOf(cell));
-            }
+            read(*openOdbcRows(statement, [] {}), 3);
+            return identity;
         }
+        if (m_connection->isLost())
+            statement->check(code);
     }
-    m_identities.emplace(folded, identity);
+    if (product() != Product::TransactSql)
+        return identity;
+    // The driver asks a procedure that compatible servers may lack; the views are in the language's standard.
+    try {
+        read(*query(
+                 "SELECT k.COLUMN_NAME FROM INFORMATION_SCHEMA.TABLE_CONSTRAINTS c INNER JOIN"
+                 " INFORMATION_SCHEMA.KEY_COLUMN_USAGE k ON k.CONSTRAINT_NAME = c.CONSTRAINT_NAME AND"
+                 " k.TABLE_NAME = c.TABLE_NAME WHERE c.CONSTRAINT_TYPE = 'PRIMARY KEY' AND c.TABLE_NAME = N" +
+                     quotedText(bareName(table)) + " ORDER BY k.ORDINAL_POSITION",
+                 Language::Native),
+             0);
+    } catch (const EngineError&) {
+        if (m_connection->isLost())
+            throw;
+        identity.keyColumns.clear();
+    }
     return identity;
+}
+
+// A datetime is finer than its milliseconds say, and long texts of the old kinds do not compare at all.
+std::string OdbcEngine::sameValue(const ColumnInfo& column) const
+{
+    const std::string name = quotedName(column.baseName);
+    if (product() == Product::TransactSql && column.type == ColumnType::DateTime)
+        return name + " = CAST(? AS datetime)";
+    if (product() == Product::TransactSql && column.type == ColumnType::Text)
+        return "CAST(" + name + " AS nvarchar(max)) = CAST(? AS nvarchar(max))";
+    return name + " = ?";
 }
 
 bool OdbcEngine::hasTable(std::string_view name)
 {
+    // By the server's own rules for names, and without the catalogue, which compatible servers have in part only.
+    if (product() == Product::TransactSql) {
+        const auto rows = query("SELECT OBJECT_ID(N" + quotedText(name) + ", N'U')", Language::Native);
+        return rows->next() && rows->cells()[0].Kind != CellNull;
+    }
     m_connection->makeFree();
     std::string wanted = catalogueName(*m_connection, name);
     const auto statement = std::make_shared<OdbcStatement>(*m_connection);
@@ -325,7 +374,9 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
             if (const auto id = raisedCounter(tableText, keyText))
                 return *id;
         } catch (const EngineError& error) {
-            if (error.code() != ErrorCode::Integrity || inTransaction())
+            // Only this product goes on with a transaction in which a statement was refused.
+            if (error.code() != ErrorCode::Integrity ||
+                (inTransaction() && product() != Product::TransactSql))
                 throw;
         }
     }

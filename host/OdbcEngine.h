@@ -38,6 +38,7 @@ public:
     std::string quotedName(std::string_view name) const override;
     std::string tableName(std::string_view asWritten) const override;
     RowIdentity rowIdentity(std::string_view table) override;
+    std::string sameValue(const ColumnInfo& column) const override;
     std::int64_t nextId(std::string_view table, std::string_view key) override;
     bool hasTable(std::string_view name) override;
     Product product() const override;
@@ -45,6 +46,7 @@ public:
     void close() noexcept override;
 
 private:
+    RowIdentity catalogueIdentity(std::string_view table);
     std::optional<std::int64_t> raisedCounter(const std::string& table, const std::string& key);
     std::optional<std::int64_t> raisedCounterAtOnce(const std::string& sql, std::span<const Value> names);
 

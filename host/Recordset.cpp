@@ -406,7 +406,8 @@ void Recordset::updatePending()
         if (found != m_columns.end())
             where.push_back(static_cast<std::size_t>(found - m_columns.begin()));
     }
-    if (where.empty() || where.size() != identity().keyColumns.size()) {
+    const bool byKey = !where.empty() && where.size() == identity().keyColumns.size();
+    if (!byKey) {
         where.clear();
         if (m_columns.size() > m_visible) {
             where.push_back(m_visible);
@@ -417,12 +418,13 @@ void Recordset::updatePending()
     }
     for (std::size_t i = 0; i < where.size(); ++i) {
         const ColumnInfo& column = m_columns[where[i]];
-        sql += (i == 0 ? " WHERE " : " AND ") + engine.quotedName(column.baseName);
+        const std::string name = engine.quotedName(column.baseName);
+        sql += i == 0 ? " WHERE " : " AND ";
         Value old = valueOf(m_cells[where[i]], column.type);
         if (std::holds_alternative<std::monostate>(old)) {
-            sql += " IS NULL";
+            sql += name + " IS NULL";
         } else {
-            sql += " = ?";
+            sql += byKey ? name + " = ?" : engine.sameValue(column);
             parameters.push_back(std::move(old));
         }
     }

@@ -288,8 +288,15 @@ std::vector<std::string> createIndexStatements(const TableDefinition& table, Pro
 
 void ensureTable(Engine& engine, const TableDefinition& table)
 {
-    if (!engine.hasTable(table.name))
+    if (engine.hasTable(table.name))
+        return;
+    try {
         engine.execute(createTableStatement(table, engine.product(), true), Language::Native);
+    } catch (const EngineError& error) {
+        // Another program may have made it meanwhile.
+        if (error.code() != ErrorCode::Statement || !engine.hasTable(table.name))
+            throw;
+    }
 }
 
 void createTables(Engine& engine)

@@ -1,6 +1,7 @@
 #include "Backends.h"
 
 #include "PostgresServer.h"
+#include "tds/StandIn.h"
 
 #include "host/SqliteDatabase.h"
 
@@ -35,6 +36,21 @@ std::optional<std::string> postgresByOdbc(const TemporaryFolder&, std::string& w
     return server->connectionString(server->newDatabase());
 }
 
+// Another server for each test; the last one stays until the program ends.
+std::optional<std::string> transactSqlStandIn(const TemporaryFolder& folder, std::string& why)
+{
+    static std::unique_ptr<tds::StandIn> server;
+    if (tds::freeTdsDriver().empty()) {
+        why = "the ODBC driver of FreeTDS is not installed";
+        return std::nullopt;
+    }
+    server.reset();
+    tds::ServerOptions options;
+    options.file = folder.file("server.db");
+    server = std::make_unique<tds::StandIn>(options);
+    return server->connectionString();
+}
+
 std::optional<std::string> transactSqlByOdbc(const TemporaryFolder&, std::string& why)
 {
     const char* const connectionString = std::getenv("ZUL_TEST_TSQL");
@@ -52,6 +68,7 @@ const std::vector<Backend>& backends()
     static const std::vector<Backend> all{{"Sqlite", sqliteFile},
                                           {"SqliteByOdbc", sqliteByOdbc},
                                           {"PostgresByOdbc", postgresByOdbc},
+                                          {"TransactSqlStandIn", transactSqlStandIn},
                                           {"TransactSqlByOdbc", transactSqlByOdbc}};
     return all;
 }

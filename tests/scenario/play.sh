@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
-# play.sh ZULHOST COMPONENT NAME.scenario: plays the scenario on a new demo database in a folder of its own and
-# compares what comes of it with NAME.expected beside it.
+# play.sh ZULHOST COMPONENT NAME.scenario [ENGINE PROGRAM]: plays the scenario on a new demo database in a folder of
+# its own and compares what comes of it with NAME.expected beside it.
+#
+# The database is a file, or with ENGINE "standin" one behind the stand-in of a Transact-SQL server (PROGRAM serves
+# it), or with "server" the one that ZUL_TEST_TSQL names (PROGRAM drops its tables). What is expected is the same.
 #
 # Comments at the head of a scenario say how it is played:
 #   # customers: 50                 customers of the demo database (0)
@@ -9,10 +12,12 @@
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
-# as lines "error …", the exit code as "exit N", and the journal, when a comment "# journal" asks for it, as it is.
+# as lines "error …", the exit code as "exit N", the component's log, when a comment "# log" asks for it, as lines
+# "log …" without their time stamps, and the journal, when a comment "# journal" asks for it, as it is.
 set -u
-host=$1 component=$2 scenario=$3
+host=$1 component=$2 scenario=$3 engine=${4:-file} program=${5:-}
 expected=${scenario%.scenario}.expected
+here=$(cd "$(dirname "$0")" && pwd)
 
 setting() { sed -n "s/^# $1: *//p" "$scenario" | head -n 1; }
 
@@ -25,25 +30,41 @@ unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 locale=$(setting locale)
 export LC_ALL=${locale:-${ZUL_TEST_LOCALE:-it_IT.UTF-8}}
 customers=$(setting customers)
-"$host" --database "$folder/test.db" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
+database=$folder/test.db
+[ "$engine" = file ] || . "$here/server.sh"
+[ -n "${created:-}" ] || "$host" --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
 
 journal=()
 grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
 cp "$scenario" "$folder/played.scenario"
 read -r -a options <<<"$(setting options)"
-(cd "$folder" && "$host" --database test.db --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
+[ "$engine" != file ] || database=test.db
+(cd "$folder" && "$host" --database "$database" --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
     "${options[@]}" --scenario played.scenario) >"$folder/out" 2>"$folder/err"
 code=$?
 {
     cat "$folder/out"
     sed 's/^/error /' "$folder/err"
     echo "exit $code"
+    if grep -q '^# log' "$scenario" && [ -e "$folder/Zul_Messagebuilder.log" ]; then
+        sed 's/^[^|]* | /log /' "$folder/Zul_Messagebuilder.log"
+    fi
     [ ${#journal[@]} -eq 0 ] || cat "$folder/journal.txt"
 } >"$folder/actual"
 
 if [ "${ZUL_SCENARIO_WRITE:-}" = 1 ]; then
     sed "s|$folder|@|g" "$folder/actual" >"$expected"
     exit 0
+fi
+
+# A server has another connection string, and its own texts for what it refuses.
+if [ "$engine" != file ]; then
+    for each in "$folder/actual" "$expected"; do
+        sed -E -e 's/-connectionstring:[^"]*/-connectionstring:@connection/' -e 's/"error":".*"\}$/"error":"@"}/' \
+            -e 's/(Error -?[0-9]+) \(.*\) in procedure/\1 (@) in procedure/' "$each" >"$folder/$(basename "$each").same"
+    done
+    mv "$folder/actual.same" "$folder/actual"
+    expected=$folder/$(basename "$expected").same
 fi
 
 failed=0
