@@ -81,7 +81,8 @@ public:
                                            .testo = m_parsed,
                                            .contatto = QString(),
                                            .idCliente = contact.idCliente,
-                                           .creazione = now});
+                                           .creazione = now,
+                                           .creazioneIntera = true});
         if (!stored)
             return u"Generazione messaggio su db non riuscita!"_s;
         return std::nullopt;

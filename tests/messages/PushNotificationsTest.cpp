@@ -1,5 +1,6 @@
 #include "messages/PushNotifications.h"
 
+#include "hostlib/Calls.h"
 #include "hostlib/Error.h"
 #include "tests/messages/FakeRecipients.h"
 
@@ -234,11 +235,15 @@ TEST_F(PushTest, TheRecordIsOfKindEightAndHasNoRecipientNumber)
     for (const auto& [name, value] : host.savedRecords().front())
         filled.append(qs(name + "=" + show(value)));
     EXPECT_TRUE(filled.takeAt(1).startsWith(u"Descrizione='Notifica Push"_s));
-    filled.removeAt(9);
-    EXPECT_EQ(filled.mid(0, 9),
-              (QStringList{u"IdTipoMessaggio=8"_s, u"Testo='Ciao<Rossi Mario,>'"_s, u"IDCliente=1"_s,
-                           u"Riferimento='-1'"_s, u"Flag1=true"_s, u"Flag2=true"_s, u"Flag3=true"_s,
-                           u"Valore=0"_s, u"DataCreaz="_s + QDate::currentDate().toString(Qt::ISODate)}));
+    EXPECT_EQ(filled.mid(0, 8), (QStringList{u"IdTipoMessaggio=8"_s, u"Testo='Ciao<Rossi Mario,>'"_s,
+                                             u"IDCliente=1"_s, u"Riferimento='-1'"_s, u"Flag1=true"_s,
+                                             u"Flag2=true"_s, u"Flag3=true"_s, u"Valore=0"_s}));
+    const FilledRecord& record = host.savedRecords().front();
+    ASSERT_EQ(record.size(), 12U);
+    EXPECT_EQ(record[9].first, "DataCreaz");
+    EXPECT_EQ(record[10].first, "OraCreaz");
+    EXPECT_EQ(calls::fromDate(record[9].second.date).date(), QDate::currentDate());
+    EXPECT_EQ(record[9].second.date, record[10].second.date) << "date and time of creation, twice";
     EXPECT_EQ(filled.last(), u"UtenteUltimoAccesso='operatore'"_s);
 }
 
