@@ -320,7 +320,7 @@ TEST_F(PushTest, AHostWithoutAConnectorGetsItsTextInEveryLine)
 
 TEST_F(PushTest, ARunTimeErrorEndsTheRunIsLoggedAndHidesTheProgress)
 {
-    for (const char* kind : {"customer", "parse", "push", "save"}) {
+    for (const char* kind : {"customer", "parse", "push"}) {
         host.noFailures();
         progress.calls.clear();
         host.failNth(kind, 1, E_FAIL, u"Errore di prova");
@@ -330,7 +330,20 @@ TEST_F(PushTest, ARunTimeErrorEndsTheRunIsLoggedAndHidesTheProgress)
     const QString entry =
         u"CreatePushNotifies_ListOfContacts_BL | Error -2147467259 (Errore di prova) in procedure "
         "CreatePushNotifies_ListOfContacts_BL of Modulo modMain | "_s;
-    EXPECT_EQ(logged(), (QStringList{entry, entry, entry, entry}));
+    EXPECT_EQ(logged(), (QStringList{entry, entry, entry}));
+}
+
+TEST_F(PushTest, ASaveThatFailsOutrightIsLoggedAndTheLoopGoesOn)
+{
+    host.failNth("save", 1, E_FAIL, u"disco pieno");
+    EXPECT_TRUE(create({{1, u"a@b.it"_s}, {2, u"c@d.it"_s}}, Selected));
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_TRUE(errors[0].endsWith(u"- Errore: Generazione messaggio su db non riuscita!"_s))
+        << utf8(errors[0]);
+    EXPECT_TRUE(outcomes.lines.last().endsWith(u" - Creato correttamente."_s));
+    EXPECT_EQ(logged(),
+              QStringList{u"CreatePushNotifies_ListOfContacts_BL | Error -2147467259 (disco pieno) in "
+                          "procedure CreatePushNotifies_ListOfContacts_BL of Modulo modMain | "_s});
 }
 
 TEST_F(PushTest, TheParserGetsTheTextAndTheCustomer)

@@ -6,10 +6,12 @@
 #   # customers: 50                 customers of the demo database (0)
 #   # options: --show sms,mail      further options of zulhost
 #   # locale: it_IT.UTF-8           (ZUL_TEST_LOCALE, else it_IT.UTF-8)
+#   # file: sender/program          an empty file that is there when the play begins; may stand more than once
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
-# as lines "error …", the exit code as "exit N", and the journal, when a comment "# journal" asks for it, as it is.
+# as lines "error …", the exit code as "exit N", the component's log, when a comment "# log" asks for it, as lines
+# "log …" without their time stamps, and the journal, when a comment "# journal" asks for it, as it is.
 set -u
 host=$1 component=$2 scenario=$3
 expected=${scenario%.scenario}.expected
@@ -21,11 +23,16 @@ trap 'rm -rf "$folder"' EXIT
 # The component keeps its log and its layout file beside its library, and its settings in the user's home.
 ln -s "$component" "$folder/libZul_MessageBuilder.so"
 export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data XDG_CACHE_HOME=$folder/cache
+export no_proxy=127.0.0.1
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 locale=$(setting locale)
 export LC_ALL=${locale:-${ZUL_TEST_LOCALE:-it_IT.UTF-8}}
 customers=$(setting customers)
 "$host" --database "$folder/test.db" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
+
+sed -n 's/^# file: *//p' "$scenario" | while IFS= read -r name; do
+    mkdir -p "$(dirname "$folder/$name")" && : >"$folder/$name"
+done
 
 journal=()
 grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
@@ -38,6 +45,9 @@ code=$?
     cat "$folder/out"
     sed 's/^/error /' "$folder/err"
     echo "exit $code"
+    if grep -q '^# log' "$scenario" && [ -e "$folder/Zul_Messagebuilder.log" ]; then
+        sed 's/^[^|]* | /log /' "$folder/Zul_Messagebuilder.log"
+    fi
     [ ${#journal[@]} -eq 0 ] || cat "$folder/journal.txt"
 } >"$folder/actual"
 
