@@ -91,7 +91,10 @@ struct Message
     QString testo;
     QString contatto = QString(); ///< null: not written
     qint32 idCliente = 0;
-    QDateTime creazione; ///< written as a day and as a time of day
+    QDateTime creazione;
+    /// The moment goes whole into both columns of the creation; else the day into the first and the time of day
+    /// into the second.
+    bool creazioneIntera = false;
 };
 
 /// Stores messages through the host's message record.

@@ -9,6 +9,7 @@
 #   # customers: 50                 customers of the demo database (0)
 #   # options: --show sms,mail      further options of zulhost
 #   # locale: it_IT.UTF-8           (ZUL_TEST_LOCALE, else it_IT.UTF-8)
+#   # file: sender/program          an empty file that is there when the play begins; may stand more than once
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
@@ -26,6 +27,7 @@ trap 'rm -rf "$folder"' EXIT
 # The component keeps its log and its layout file beside its library, and its settings in the user's home.
 ln -s "$component" "$folder/libZul_MessageBuilder.so"
 export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data XDG_CACHE_HOME=$folder/cache
+export no_proxy=127.0.0.1
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 locale=$(setting locale)
 export LC_ALL=${locale:-${ZUL_TEST_LOCALE:-it_IT.UTF-8}}
@@ -33,6 +35,10 @@ customers=$(setting customers)
 database=$folder/test.db
 [ "$engine" = file ] || . "$here/server.sh"
 [ -n "${created:-}" ] || "$host" --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
+
+sed -n 's/^# file: *//p' "$scenario" | while IFS= read -r name; do
+    mkdir -p "$(dirname "$folder/$name")" && : >"$folder/$name"
+done
 
 journal=()
 grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
