@@ -276,11 +276,13 @@ QString TextParser::parse(const QString& source, const Customer& customer,
 // ----------------------------------------------------------------------------------- CustomerFilterSql
 
 CustomerFilterSql::CustomerFilterSql(const SqlConnection& connection)
-    : m_object(connection.service<ICustomerFilterSql>())
+    : m_connection(connection)
 {}
 
 ICustomerFilterSql* CustomerFilterSql::object() const
 {
+    if (!m_object)
+        m_object = m_connection.service<ICustomerFilterSql>();
     if (!m_object)
         throw Error(RunTime::ObjectNotSet);
     return m_object.get();

@@ -124,7 +124,8 @@ private:
     ComPtr<ITextParser> m_object;
 };
 
-/// The statements of the sales-figure criteria. @throws Error 91 from every member when the host has none
+/// The statements of the sales-figure criteria. The host is asked for its object at the first of them.
+/// @throws Error 91 from every member when the host has none
 class CustomerFilterSql
 {
 public:
@@ -146,7 +147,8 @@ public:
 private:
     ICustomerFilterSql* object() const;
 
-    ComPtr<ICustomerFilterSql> m_object;
+    SqlConnection m_connection;
+    mutable ComPtr<ICustomerFilterSql> m_object;
 };
 
 /// The host's advanced search.

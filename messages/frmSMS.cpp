@@ -467,8 +467,9 @@ void frmSMS::cmdElabora_Click()
         m_ui->cmdElabora->setEnabled(false);
         setEnabled(false);
         const WaitCursor waiting;
-        host::CustomerFilterSql filters(session().connection());
-        fillScratchTable(session().connection().connection(), filters, criteria(), QDate::currentDate(),
+        // Held here: a host may hand over another connection from one of its own calls.
+        const auto filters = session().customerFilterSql();
+        fillScratchTable(session().connection().connection(), *filters, criteria(), QDate::currentDate(),
                          QLocale());
         CaricaGriglia();
         // An error on the way leaves button and form disabled: that search has no result to work with.

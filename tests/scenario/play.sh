@@ -9,7 +9,10 @@
 #   # customers: 50                 customers of the demo database (0)
 #   # options: --show sms,mail      further options of zulhost
 #   # locale: it_IT.UTF-8           (ZUL_TEST_LOCALE, else it_IT.UTF-8)
-#   # file: sender/program          an empty file that is there when the play begins; may stand more than once
+#   # file NAME: A\nB               a file that lies in the folder beforehand, with the lines A and B
+#   # server: A\nB                  an FTP server on 127.0.0.1 has them as export.txt; its port is @PORT@ in the
+#                                   scenario, as the folder of the play is @FOLDER@
+#   # show: NAME NAME               files whose lines follow at the end, as "NAME: LINE"
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
@@ -36,13 +39,21 @@ database=$folder/test.db
 [ "$engine" = file ] || . "$here/server.sh"
 [ -n "${created:-}" ] || "$host" --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
 
-sed -n 's/^# file: *//p' "$scenario" | while IFS= read -r name; do
-    mkdir -p "$(dirname "$folder/$name")" && : >"$folder/$name"
+sed -n 's/^# file \([^:]*\): */\1\t/p' "$scenario" | while IFS=$'\t' read -r name lines; do
+    mkdir -p "$(dirname "$folder/$name")"
+    printf '%b\n' "$lines" >"$folder/$name"
 done
+
+port=@PORT@
+if grep -q '^# server' "$scenario"; then
+    coproc SERVE { "$ZUL_FTPSERVE"; }
+    { printf '%b\n' "$(setting server)"; echo .; } >&"${SERVE[1]}"
+    read -r port <&"${SERVE[0]}"
+fi
 
 journal=()
 grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
-cp "$scenario" "$folder/played.scenario"
+sed "s|@PORT@|$port|g; s|@FOLDER@|$folder|g" "$scenario" >"$folder/played.scenario"
 read -r -a options <<<"$(setting options)"
 [ "$engine" != file ] || database=test.db
 (cd "$folder" && "$host" --database "$database" --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
@@ -56,7 +67,10 @@ code=$?
         sed 's/^[^|]* | /log /' "$folder/Zul_Messagebuilder.log"
     fi
     [ ${#journal[@]} -eq 0 ] || cat "$folder/journal.txt"
-} >"$folder/actual"
+    for name in $(setting show); do
+        [ ! -e "$folder/$name" ] || sed "s|^|$name: |" "$folder/$name"
+    done
+} | sed "s|$port|@PORT@|g" >"$folder/actual"
 
 if [ "${ZUL_SCENARIO_WRITE:-}" = 1 ]; then
     sed "s|$folder|@|g" "$folder/actual" >"$expected"
