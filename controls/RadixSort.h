@@ -110,6 +110,21 @@ void sortRowsByKey(std::vector<uint32_t>& rows, Key largest, bool descending, Ke
     }
 }
 
+/// Sets the bit of every place of `rows` whose row has another key than the row before it.
+template <typename KeyOf>
+void markWhereKeysChange(const std::vector<uint32_t>& rows, std::vector<uint64_t>& bits, KeyOf keyOf)
+{
+    if (rows.empty()) {
+        return;
+    }
+    auto before = keyOf(rows.front());
+    for (size_t place = 1; place < rows.size(); ++place) {
+        const auto key = keyOf(rows[place]);
+        bits[place >> 6] |= static_cast<uint64_t>(key != before) << (place & 63);
+        before = key;
+    }
+}
+
 /// The bits of a double as a number that orders as the doubles do; every NaN above all.
 inline uint64_t orderedBits(double value)
 {
