@@ -46,6 +46,9 @@ public:
         return m_pages[offset >> pageBits] + (offset & (pageSize - 1));
     }
 
+    /// Where the reading of a text's place begins, for fetching that before.
+    const void* offsetPlace(Id id) const { return m_offsets.place(id); }
+
     /// Gives back the index that `intern` needs; the next `intern` builds it again.
     void dropIndex();
 
