@@ -39,7 +39,7 @@ protected:
     bool prepare()
     {
         return prepareNotifications(connection(), choices, rows, outcomes, progress,
-                                    [this](const OperatorMessage& message) { return ask(nullptr, message); });
+                                    [](const OperatorMessage& message) { return ask(nullptr, message); });
     }
 
     SendChoices choices;
