@@ -38,8 +38,7 @@ void needApplication()
     static char name[] = "Zul_MessageBuilder";
     static char* argv[] = {name, nullptr};
     // Lives as long as the process: Qt's own libraries stay loaded, and so does this one.
-    static QApplication* application = nullptr;
-    application = new QApplication(argc, argv);
+    static QApplication* const application = new QApplication(argc, argv);
     application->setQuitOnLastWindowClosed(false);
 }
 
