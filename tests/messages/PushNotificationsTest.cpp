@@ -39,7 +39,7 @@ protected:
     bool prepare()
     {
         return prepareNotifications(connection(), choices, rows, outcomes, progress,
-                                    [this](const OperatorMessage& message) { return ask(nullptr, message); });
+                                    [](const OperatorMessage& message) { return ask(nullptr, message); });
     }
 
     SendChoices choices;
@@ -316,6 +316,31 @@ TEST_F(PushTest, AHostWithoutAConnectorGetsItsTextInEveryLine)
     EXPECT_EQ(errors,
               QStringList{u"Errore durante la creazione della notifica push per idCliente: 1 (Rossi Mario, "
                           "r@x.it), email: a@b.it, testo: Ciao- Errore: Connettore app non disponibile."_s});
+}
+
+TEST_F(PushTest, AHostWithoutAMessageRecordGetsARowOfTheMailingList)
+{
+    FakeHost minimal;
+    minimal.offer(Service::AppConnector);
+    minimal.settings() = host.settings();
+    minimal.answer(
+        "IdCliente=1",
+        {{"RagioneSociale1", "RagioneSociale2", "email", "ConsensoSms", "ConsensoEmail", "idClassificazione"},
+         {{text("Rossi"), text("Mario"), text("r@x.it"), boolean(true), boolean(false), null()}}});
+    minimal.answer("SELECT Max(idMailing) as maxId FROM TMK_MailingList", {{"maxId"}, {{null()}}});
+    session().setConnessione(host::SqlConnection(minimal.connection()));
+    EXPECT_TRUE(create({{1, u"a@b.it"_s}}, Selected));
+    EXPECT_EQ(outcomes.lines.last(), u"OK     - Rossi Mario - Creato correttamente."_s);
+    Lines set = minimal.operations("set");
+    ASSERT_FALSE(set.empty());
+    EXPECT_EQ(set.front(), "set idMailing=1");
+    set.erase(set.begin());
+    EXPECT_EQ(set, (Lines{"set idTipoMessaggio=8", "set Descrizione='Notifica Push'", "set Testo='Ciao'",
+                          "set IDCliente=1", "set Riferimento='-1'", "set Flag1=true", "set Flag2=true",
+                          "set Flag3=true", "set Valore=0", "set DataCreaz=<moment>", "set OraCreaz=<moment>",
+                          "set UtenteUltimoAccesso='operatore'"}));
+    EXPECT_TRUE(errors.isEmpty());
+    EXPECT_EQ(minimal.openRowSets(), 0);
 }
 
 TEST_F(PushTest, ARunTimeErrorEndsTheRunIsLoggedAndHidesTheProgress)
