@@ -7,11 +7,13 @@
 #include <QColor>
 #include <QPalette>
 
+#include <cmath>
+
 namespace zul::gridcolors {
 
 inline QColor blend(const QColor& under, const QColor& over, double share)
 {
-    const auto part = [share](int a, int b) { return static_cast<int>(a + (b - a) * share + 0.5); };
+    const auto part = [share](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * share)); };
     return {part(under.red(), over.red()), part(under.green(), over.green()),
             part(under.blue(), over.blue())};
 }

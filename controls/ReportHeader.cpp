@@ -347,7 +347,7 @@ void ReportHeader::mouseMoveEvent(QMouseEvent* event)
     const QPoint position = event->position().toPoint();
     if (m_press == Press::Click && (event->buttons() & Qt::LeftButton) &&
         (position - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
-        startDrag(position);
+        beginDrag(position);
     }
     if (m_press == Press::Drag) {
         followDrag(position);
@@ -439,7 +439,7 @@ bool ReportHeader::viewportEvent(QEvent* event)
 
 // --- Dragging
 
-void ReportHeader::startDrag(const QPoint& position)
+void ReportHeader::beginDrag(const QPoint& position)
 {
     m_press = Press::Drag;
     m_hovered = -1;

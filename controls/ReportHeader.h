@@ -96,7 +96,7 @@ private:
     };
 
     int sizedColumnAt(int x) const;
-    void startDrag(const QPoint& position);
+    void beginDrag(const QPoint& position);
     void followDrag(const QPoint& position);
     void endDrag();
     int dropColumnAt(const QPoint& position) const;

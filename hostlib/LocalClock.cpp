@@ -4,7 +4,7 @@ namespace zul {
 
 QDateTime LocalClock::now()
 {
-    constexpr qint64 quarterHour = 15 * 60 * 1000;
+    constexpr qint64 quarterHour = qint64{15} * 60 * 1000;
     const qint64 utc = QDateTime::currentMSecsSinceEpoch();
     if (utc / quarterHour != m_quarter) {
         m_quarter = utc / quarterHour;
