@@ -9,6 +9,7 @@
 #   # customers: 50                 customers of the demo database (0)
 #   # options: --show sms,mail      further options of zulhost
 #   # locale: it_IT.UTF-8           (ZUL_TEST_LOCALE, else it_IT.UTF-8)
+#   # file NAME: A\nB               a file that lies in the folder beforehand, with the lines A and B
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
@@ -34,6 +35,10 @@ database=$folder/test.db
 [ "$engine" = file ] || . "$here/server.sh"
 [ -n "${created:-}" ] || "$host" --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
 
+sed -n 's/^# file \([^:]*\): */\1\t/p' "$scenario" | while IFS=$'\t' read -r name lines; do
+    printf '%b\n' "$lines" >"$folder/$name"
+done
+
 journal=()
 grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
 cp "$scenario" "$folder/played.scenario"
@@ -42,6 +47,7 @@ read -r -a options <<<"$(setting options)"
 (cd "$folder" && "$host" --database "$database" --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
     "${options[@]}" --scenario played.scenario) >"$folder/out" 2>"$folder/err"
 code=$?
+[ -z "${cut:-}" ] || afterwards
 {
     cat "$folder/out"
     sed 's/^/error /' "$folder/err"
@@ -60,8 +66,10 @@ fi
 # A server has another connection string, and its own texts for what it refuses.
 if [ "$engine" != file ]; then
     for each in "$folder/actual" "$expected"; do
-        sed -E -e 's/-connectionstring:[^"]*/-connectionstring:@connection/' -e 's/"error":".*"\}$/"error":"@"}/' \
-            -e 's/(Error -?[0-9]+) \(.*\) in procedure/\1 (@) in procedure/' "$each" >"$folder/$(basename "$each").same"
+        sed -E -e 's/-connectionstring:[^"]*/-connectionstring:@connection/' \
+            -e 's/"error":".*"(\\?\})$/"error":"@"\1/' \
+            -e 's/(Error -?[0-9]+) \\?\(.*\\?\) in procedure/\1 @ in procedure/' \
+            -e 's/(-[0-9]+)-.* (\\?\| erroreNonPrevistoDalProgramma)/\1-@ \2/' "$each" >"$folder/$(basename "$each").same"
     done
     mv "$folder/actual.same" "$folder/actual"
     expected=$folder/$(basename "$expected").same
