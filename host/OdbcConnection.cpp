@@ -243,6 +243,19 @@ void OdbcStatement::check(SQLRETURN code)
         m_connection.fail(SQL_HANDLE_STMT, m_handle);
 }
 
+void OdbcStatement::failAsDiagnosed()
+{
+    std::array<SQLCHAR, 6> state{};
+    SQLINTEGER native = 0;
+    for (SQLSMALLINT record = 1; SQL_SUCCEEDED(
+             SQLGetDiagRec(SQL_HANDLE_STMT, m_handle, record, state.data(), &native, nullptr, 0, nullptr));
+         ++record) {
+        const std::string_view kind(reinterpret_cast<const char*>(state.data()), 2);
+        if (kind != "00" && kind != "01" && kind != "02")
+            m_connection.fail(SQL_HANDLE_STMT, m_handle);
+    }
+}
+
 void OdbcStatement::executeDirect(std::string_view sql)
 {
     check(SQLExecDirect(m_handle, characters(sql), static_cast<SQLINTEGER>(sql.size())));

@@ -123,6 +123,41 @@ std::string withQuestionMarks(std::string_view batch, std::span<const Parameter>
     return result + std::string(batch.substr(from));
 }
 
+// Windows-1252, in which a text without the mark for national characters is read.
+bool isInCodePage(char16_t unit)
+{
+    constexpr std::u16string_view others = u"€‚ƒ„…†‡ˆ‰Š‹ŒŽ‘’“”•–—˜™š›œžŸ";
+    return unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF) || others.find(unit) != std::u16string_view::npos;
+}
+
+std::string inCodePage(std::string_view text)
+{
+    std::u16string units = utf16FromUtf8(text);
+    std::replace_if(
+        units.begin(), units.end(), [](char16_t unit) { return !isInCodePage(unit); }, u'?');
+    return utf8FromUtf16(units);
+}
+
+// Texts without the mark keep only the characters of the code page.
+std::string withNarrowTexts(std::string_view batch)
+{
+    std::string result;
+    const Plain plain(batch);
+    std::size_t at = 0;
+    while (at < batch.size()) {
+        const std::size_t next = plain.next(at);
+        // What was passed over: a text, a name, a comment or several of them.
+        std::string_view passed = batch.substr(at, next - at);
+        const bool marked = at > 0 && (batch[at - 1] == 'N' || batch[at - 1] == 'n');
+        result +=
+            passed.empty() || passed.front() != '\'' || marked ? std::string(passed) : inCodePage(passed);
+        if (next < batch.size())
+            result += batch[next];
+        at = next + 1;
+    }
+    return result;
+}
+
 enum class Fit
 {
     Whole,
@@ -219,7 +254,7 @@ constexpr std::array<Refusal, 17> refusals{{
     {"already exists", 2714, 16, "There is already an object of that name in the database."},
     {"locked", 1222, 16, "Lock request time out period exceeded."},
     {"ambiguous column name: ", 209, 16, "Ambiguous column name '%'."},
-    {"conversion", 245, 16, "Conversion failed: %"},
+    {"Conversion failed", 245, 16, "Conversion failed%"},
     {"syntax error", 102, 15, "Incorrect syntax: %"},
 }};
 
@@ -598,7 +633,7 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
     };
     std::vector<dialect::Translation> statements;
     try {
-        const std::string text = withQuestionMarks(batch, parameters);
+        const std::string text = withNarrowTexts(withQuestionMarks(batch, parameters));
         statements = dialect::translateBatch(text, types, columns);
         if (statements.size() == 1)
             statements.front() = dialect::translate(text, types, columns, key);
