@@ -350,7 +350,8 @@ OdbcConnection::OdbcConnection(const std::string& connectionString)
         if (!SQL_SUCCEEDED(code))
             fail(SQL_HANDLE_DBC, m_connection);
         m_connected = true;
-        m_product = productOf(info(SQL_DBMS_NAME));
+        // FreeTDS speaks to servers of Transact-SQL only, whatever they call themselves.
+        m_product = namesFreeTds(full) ? Product::TransactSql : productOf(info(SQL_DBMS_NAME));
         if (m_product == Product::TransactSql) {
             // A driver may cut long texts at 64 KB unless told otherwise.
             OdbcStatement(*this).executeDirect("SET TEXTSIZE 2147483647");

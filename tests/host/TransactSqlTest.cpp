@@ -456,7 +456,9 @@ TEST_F(StandInTest, LeavesNothingOfADemonstrationThatBrokeOff)
         for (const TableDefinition& table : allTables())
             EXPECT_FALSE(m_engine->hasTable(table.name)) << where << ' ' << table.name;
     }
-    createDemo(m_server->connectionString(), 10);
+    // Behind the transaction: the customers stand, and what is wrong is told.
+    m_server->faults().arm({"CREATE FUNCTION", 1, std::nullopt});
+    EXPECT_EQ(codeOf([&] { createDemo(m_server->connectionString(), 10); }), ErrorCode::ConnectionLost);
     EXPECT_EQ(later("SELECT COUNT(*) FROM tabClienti"), 10);
 }
 

@@ -682,9 +682,10 @@ void StandInDatabase::runOne(const std::string& sql, const std::vector<dialect::
     int state = sqlite3_step(prepared);
     std::int64_t count = 0;
     if (columns > 0) {
+        // The columns come first, whatever becomes of the rows.
+        sink.columns(describe(prepared, known));
         if (state != SQLITE_ROW && state != SQLITE_DONE)
             fail();
-        sink.columns(describe(prepared, known));
         std::vector<Datum> values(static_cast<std::size_t>(columns));
         bool wanted = true;
         for (; state == SQLITE_ROW && wanted; state = sqlite3_step(prepared)) {
@@ -695,6 +696,8 @@ void StandInDatabase::runOne(const std::string& sql, const std::vector<dialect::
         }
         if (wanted && state != SQLITE_DONE)
             fail();
+        if (std::regex_search(sql, std::regex(R"(\b(max|min|sum|avg)\()", std::regex::icase)))
+            sink.note(8153, "Warning: Null value is eliminated by an aggregate or other SET operation.");
         sink.done(count);
         return;
     }
