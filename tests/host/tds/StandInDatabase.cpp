@@ -1,5 +1,7 @@
 #include "StandInDatabase.h"
 
+#include "Collation.h"
+
 #include "host/Names.h"
 #include "host/dialect/Dialect.h"
 
@@ -210,6 +212,12 @@ void fitValue(sqlite3_context* context, int, sqlite3_value** arguments)
     }
 }
 
+int collate(void*, int aBytes, const void* a, int bBytes, const void* b)
+{
+    return compareTexts({static_cast<const char*>(a), static_cast<std::size_t>(aBytes)},
+                        {static_cast<const char*>(b), static_cast<std::size_t>(bBytes)});
+}
+
 void dateTimeOf(sqlite3_context* context, int, sqlite3_value** arguments)
 {
     try {
@@ -350,6 +358,7 @@ StandInDatabase::StandInDatabase(const std::string& path)
     : m_engine(path, host::SqliteDatabase::Mode::OpenOrCreate)
 {
     sqlite3* const handle = m_engine.database().handle();
+    sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_create_function_v2(handle, "zul_fit", 4, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, fitValue,
                                nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(handle, "zul_datetime", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
