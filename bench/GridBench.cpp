@@ -2,12 +2,11 @@
 // plain arrays, and Qt's own sorting and filtering model over the same rows.
 //
 // ZUL_BENCH_ROWS sets the number of rows (a million when it is not set).
+#include "bench/OrdinaryModel.h"
 #include "controls/ColumnStore.h"
 #include "controls/ReportGrid.h"
 
-#include <QAbstractTableModel>
 #include <QApplication>
-#include <QSortFilterProxyModel>
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -179,46 +178,10 @@ ReportGrid& filledGrid()
     return *grid;
 }
 
-/// The same rows as an ordinary Qt model, its texts ready made, so that it answers as fast as it can.
-class OrdinaryModel : public QAbstractTableModel
-{
-public:
-    OrdinaryModel()
-    {
-        const ColumnStore& store = filledGrid().store();
-        m_rows = static_cast<int>(store.rowCount());
-        m_texts.resize(columns);
-        for (int column = 1; column < columns; ++column) {
-            for (uint32_t row = 0; row < store.rowCount(); ++row) {
-                m_texts[static_cast<size_t>(column)].push_back(store.text(row, column));
-            }
-        }
-    }
-    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : m_rows; }
-    int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns; }
-    QVariant data(const QModelIndex& index, int role) const override
-    {
-        return role == Qt::DisplayRole && index.column() > 0
-                   ? m_texts[static_cast<size_t>(index.column())][static_cast<size_t>(index.row())]
-                   : QVariant();
-    }
-
-private:
-    int m_rows = 0;
-    std::vector<std::vector<QString>> m_texts;
-};
-
 QSortFilterProxyModel& ordinaryProxy()
 {
-    static auto* model = new OrdinaryModel;
-    static auto* proxy = [] {
-        auto* made = new QSortFilterProxyModel;
-        made->setSortCaseSensitivity(Qt::CaseInsensitive);
-        made->setFilterCaseSensitivity(Qt::CaseInsensitive);
-        made->setFilterKeyColumn(-1);
-        made->setSourceModel(model);
-        return made;
-    }();
+    static bench::OrdinaryModel model(filledGrid().store());
+    static const std::unique_ptr<QSortFilterProxyModel> proxy = bench::ordinaryProxy(model);
     return *proxy;
 }
 

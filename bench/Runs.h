@@ -17,8 +17,12 @@ enum class Kind
 /// A preparation for every row of the result grid, or for every other one.
 void runPreparation(const std::string& database, Kind kind, bool half);
 
-/// A load of the result grid, and then its sort by name, its grouping by commune, and a tick of every row.
+/// A load of the result grid and its first paint, and then: a tick of every row, sorts by commune, by e-mail address
+/// and by name, a text filter set and cleared, and after another load and sort by name the grouping by commune. Each
+/// with its paint.
 void runGrid(const std::string& database);
+/// The same sorts and the same filter of an ordinary Qt model under Qt's sorting and filtering one.
+void runProxy(const std::string& database);
 
 /// Construction, show and first paint of the main window, `runs` times.
 void runMainWindow(const std::string& database, int runs);

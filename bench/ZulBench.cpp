@@ -1,4 +1,4 @@
-// zulbench: one measured run a process; run.sh and "zulbench table" know which.
+// zulbench: one measured run a process; run.sh and table.py know which.
 #include "bench/Contents.h"
 #include "bench/Runs.h"
 #include "host/HostDatabase.h"
@@ -19,7 +19,7 @@ constexpr const char* usage = R"(usage: zulbench demo DATABASE CUSTOMERS [demo|d
        zulbench statements DATABASE FILE
        zulbench search DATABASE RUNS
        zulbench mail|sms DATABASE all|half
-       zulbench grid DATABASE
+       zulbench grid|proxy DATABASE
        zulbench window|widgets DATABASE RUNS
 )";
 
@@ -37,6 +37,8 @@ bool run(const std::vector<std::string>& words)
         runPreparation(words[1], verb == "mail" ? Kind::Mail : Kind::Sms, words[2] == "half");
     else if (verb == "grid" && count == 2)
         runGrid(words[1]);
+    else if (verb == "proxy" && count == 2)
+        runProxy(words[1]);
     else if (verb == "window" && count == 3)
         runMainWindow(words[1], std::atoi(words[2].c_str()));
     else if (verb == "widgets" && count == 3)

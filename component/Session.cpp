@@ -8,6 +8,8 @@ namespace zul {
 
 void Session::setConnessione(host::SqlConnection connection)
 {
+    if (connection.object() != m_connection.object())
+        m_customerFilterSql.reset();
     m_connection = std::move(connection);
 }
 
@@ -16,6 +18,13 @@ const host::SqlConnection& Session::connection() const
     if (!m_connection)
         throw Error(RunTime::ObjectNotSet);
     return m_connection;
+}
+
+std::shared_ptr<host::CustomerFilterSql> Session::customerFilterSql()
+{
+    if (!m_customerFilterSql)
+        m_customerFilterSql = std::make_shared<host::CustomerFilterSql>(connection());
+    return m_customerFilterSql;
 }
 
 Session& session()

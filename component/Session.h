@@ -5,6 +5,7 @@
 #include "hostlib/Host.h"
 
 #include <QString>
+#include <memory>
 
 namespace zul {
 
@@ -28,8 +29,12 @@ public:
     /// The host's connection object. @throws Error 91 when there is none
     const host::SqlConnection& connection() const;
 
+    /// The host's sales-figure filters, kept for as long as its connection object is. @throws Error 91 without one
+    std::shared_ptr<host::CustomerFilterSql> customerFilterSql();
+
 private:
     host::SqlConnection m_connection;
+    std::shared_ptr<host::CustomerFilterSql> m_customerFilterSql;
 };
 
 Session& session();

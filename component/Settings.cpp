@@ -22,7 +22,7 @@ void addSetting(const ado::Connection& connection, const QString& key, const QSt
 {
     ado::Recordset largest = connection.open(u"SELECT Max(idImpostazione) as maxId FROM tabImpostazioni"_s,
                                              ado::Cursor::Static, ado::Lock::ReadOnly);
-    const qint32 newId = largest.integer(u"MaxId"_s, 0) + 1;
+    const qint32 newId = ado::keyAfter(largest.integer(u"MaxId"_s, 0));
     largest.close();
 
     ado::Recordset table = connection.open(u"tabImpostazioni"_s, ado::Cursor::Dynamic, ado::Lock::Optimistic);

@@ -109,6 +109,8 @@ HRESULT SmsCreatorObject::ShowForm(_SqlConnection** SqlConnection, BSTR* PathMai
         return E_POINTER;
     // The window refers to this object while it is shown, also when the host lets go of it meanwhile.
     const ComPtr<IUnknown> alive(static_cast<_SmsCreator*>(this));
+    // The session takes connection and folders first, whatever becomes of the showing: a call that comes while
+    // the window is on the screen is refused only behind that.
     trapped(inheritedProcedure(u"ShowForm"_s), [&] {
         setConnessione(*SqlConnection);
         session().PathMainApplication = textOfArgument(PathMainApplication);

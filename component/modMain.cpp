@@ -38,7 +38,7 @@ void needApplication()
     static char name[] = "Zul_MessageBuilder";
     static char* argv[] = {name, nullptr};
     // Lives as long as the process: Qt's own libraries stay loaded, and so does this one.
-    auto* application = new QApplication(argc, argv);
+    static QApplication* const application = new QApplication(argc, argv);
     application->setQuitOnLastWindowClosed(false);
 }
 
@@ -136,7 +136,9 @@ void SetWhatToSearch(bool searchBy_Ricorrenze, bool searchBy_Classificazioni) no
 
 void prepareForm(ComponentObject* object)
 {
-    mainForm().refuseWhileShown();
+    // A form on the screen keeps the object that showed it, which outlives its showing; funShowForm refuses it.
+    if (mainForm().isShown())
+        return;
     mainForm().discard();
     mainForm().load().setRefToClass(object);
 }
@@ -144,10 +146,12 @@ void prepareForm(ComponentObject* object)
 bool funShowForm(bool ShowTouchMode) noexcept
 {
     return trapped(procedure(u"funShowForm"_s), false, [&] {
-        mainForm().refuseWhileShown();
         Session& state = session();
         state.isFormLoaded = false;
         state.ShowTouchMode = ShowTouchMode;
+        // The session has taken what this call brought, as it does first of all; the form takes nothing while
+        // it is shown.
+        mainForm().refuseWhileShown();
         frmSMS& form = mainForm().load();
         form.InitTipoMessaggio(state.showSendSms, state.showSendMail, state.showPushNotify);
         form.InitRicercaRicorrenze(state.searchBy_Ricorrenze);

@@ -17,13 +17,12 @@ void SetWhatToShow(bool showSendSms, bool showSendMail, bool showPushNotify) noe
 void SetWhatToSearch(bool searchBy_Ricorrenze, bool searchBy_Classificazioni) noexcept;
 
 /// Makes the main form if there is none and hands it the object that is about to show it. A form left over
-/// from an earlier showing is discarded first.
-/// @throws Error 5 while the form is being shown
+/// from an earlier showing is discarded first; one that is being shown is left alone.
 void prepareForm(ComponentObject* object);
 
 /// Shows the main form modally and returns when the operator closes it. The form stays loaded, hidden, so
 /// that its choice can be read; isFormLoaded is set only then.
-/// @return false after an error, which is logged
+/// @return false after an error, which is logged; error 5 while the form is being shown already
 bool funShowForm(bool ShowTouchMode) noexcept;
 /// What the main form left when it was closed; empty when it is not loaded.
 QString funGetFormChoice() noexcept;

@@ -44,6 +44,9 @@ public:
     T operator[](size_t index) const { return m_chunks[index >> chunkBits][index & chunkMask]; }
     void set(size_t index, T value) { m_chunks[index >> chunkBits][index & chunkMask] = value; }
 
+    /// Where a value lies, for prefetching.
+    const T* place(size_t index) const { return &m_chunks[index >> chunkBits][index & chunkMask]; }
+
     void clear()
     {
         m_chunks.clear();

@@ -30,7 +30,7 @@ public:
         if (units > static_cast<size_t>(std::numeric_limits<int>::max() / 3)) {
             throw std::length_error("a text is too long for a cell");
         }
-        m_bytes.resize(static_cast<qsizetype>(units * 3));
+        m_bytes.resize(static_cast<qsizetype>(units) * 3);
         QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
         const char* end = encoder.appendToBuffer(
             m_bytes.data(), QStringView(utf16, static_cast<qsizetype>(utf16 != nullptr ? units : 0)));
@@ -545,6 +545,41 @@ bool ColumnStore::sameInOrder(uint32_t left, uint32_t right, int column) const
         return rankA == rankB;
     }
     return a.kind == b.kind && a.payload == b.payload;
+}
+
+void ColumnStore::markChanges(const std::vector<uint32_t>& rows, int column,
+                              std::vector<uint64_t>& bits) const
+{
+    if (static_cast<size_t>(column) >= m_columns.size()) {
+        throwColumn();
+    }
+    const Column& source = m_columns[static_cast<size_t>(column)];
+    switch (source.storage) {
+    case Storage::Nulls:
+        return;
+    case Storage::Text:
+        source.textRanks(m_formats.locale());
+        markWhereKeysChange(rows, bits, [&](uint32_t row) { return source.textRank(source.words[row]); });
+        return;
+    case Storage::Int32:
+        markWhereKeysChange(rows, bits, [&](uint32_t row) { return source.words[row]; });
+        return;
+    case Storage::Int64:
+    case Storage::Real:
+    case Storage::Date:
+        markWhereKeysChange(rows, bits, [&](uint32_t row) { return source.wides[row]; });
+        return;
+    case Storage::Boolean:
+        markWhereKeysChange(rows, bits, [&](uint32_t row) { return source.bytes[row]; });
+        return;
+    case Storage::Mixed:
+        for (size_t place = 1; place < rows.size(); ++place) {
+            if (!sameInOrder(rows[place - 1], rows[place], column)) {
+                bits[place >> 6] |= uint64_t{1} << (place & 63);
+            }
+        }
+        return;
+    }
 }
 
 void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descending) const

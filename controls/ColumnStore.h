@@ -110,6 +110,9 @@ public:
     /// Whether two cells stand at the same place of the column's order: equal values; texts that differ in
     /// case only; NULL and the empty text.
     bool sameInOrder(uint32_t left, uint32_t right, int column) const;
+    /// Sets the bit of every place of `rows` whose row stands elsewhere in the column's order than the row before it.
+    /// The other bits, and that of the first place, stay as they are; there must be a bit for every place.
+    void markChanges(const std::vector<uint32_t>& rows, int column, std::vector<uint64_t>& bits) const;
     /// Sorts row numbers by a column, stable: NULL and empty first, then numbers, then texts in the user's
     /// collation without regard to case. The order of a column's distinct texts is worked out once and kept.
     void sortRows(std::vector<uint32_t>& rows, int column, bool descending) const;

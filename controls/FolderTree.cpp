@@ -4,8 +4,29 @@
 
 #include <QDir>
 #include <QHeaderView>
+#include <QStyledItemDelegate>
 
 namespace zul {
+
+namespace {
+
+// The tree makes its first row the current one when it gets the focus. The frame of a row that is current but
+// not selected would look like a choice that was made.
+class FolderDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!option->state.testFlag(QStyle::State_Selected))
+            option->state.setFlag(QStyle::State_HasFocus, false);
+    }
+};
+
+} // namespace
 
 FolderTree::FolderTree(QWidget* parent)
     : QTreeView(parent)
@@ -21,6 +42,7 @@ FolderTree::FolderTree(QWidget* parent)
                                      : QDir::toNativeSeparators(path));
     }
     setModel(m_folders);
+    setItemDelegate(new FolderDelegate(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::SingleSelection);

@@ -78,8 +78,10 @@ unsigned radixSort(std::vector<Item>& items, unsigned mostPasses = 64)
 template <typename Key, typename KeyOf>
 void sortRowsByKey(std::vector<uint32_t>& rows, Key largest, bool descending, KeyOf keyOf)
 {
-    constexpr Key fewKeys = 4096;
-    if (largest < fewKeys && rows.size() >= fewKeys) {
+    // Counting each key is the faster way as long as the counts are not more than the rows.
+    constexpr size_t fewRows = 4096;
+    constexpr size_t fewKeys = 65536;
+    if (rows.size() >= fewRows && largest < std::max(fewKeys, rows.size())) {
         std::vector<uint32_t> count(static_cast<size_t>(largest) + 2, 0);
         const auto keyFor = [&](uint32_t row) {
             const Key key = keyOf(row);
@@ -107,6 +109,21 @@ void sortRowsByKey(std::vector<uint32_t>& rows, Key largest, bool descending, Ke
     radixSort(items);
     for (size_t i = 0; i < rows.size(); ++i) {
         rows[i] = items[i].row;
+    }
+}
+
+/// Sets the bit of every place of `rows` whose row has another key than the row before it.
+template <typename KeyOf>
+void markWhereKeysChange(const std::vector<uint32_t>& rows, std::vector<uint64_t>& bits, KeyOf keyOf)
+{
+    if (rows.empty()) {
+        return;
+    }
+    auto before = keyOf(rows.front());
+    for (size_t place = 1; place < rows.size(); ++place) {
+        const auto key = keyOf(rows[place]);
+        bits[place >> 6] |= static_cast<uint64_t>(key != before) << (place & 63);
+        before = key;
     }
 }
 

@@ -59,13 +59,7 @@ void ReportGridModel::deleteRecords()
 
 void ReportGridModel::populate()
 {
-    const auto usesChecks = [this](ReportSort sort) {
-        return m_checkColumn >= 0 && sort.column == m_checkColumn;
-    };
-    const bool sorted = m_store.changes() == m_changesSeen && m_store.rowCount() == m_recordCount &&
-                        m_store.formats().locale().name() == QLocale().name() && !usesChecks(m_sort) &&
-                        std::none_of(m_groupColumns.begin(), m_groupColumns.end(), usesChecks);
-    if (sorted) {
+    if (isOrderGood() && m_store.formats().locale().name() == QLocale().name()) {
         // A filter that was set is shown already: there is nothing to do a second time.
         if (m_rowCount > 0) {
             Q_EMIT dataChanged(index(0, 0), index(m_rowCount - 1, columnCount() - 1));
@@ -81,6 +75,16 @@ void ReportGridModel::populate()
 
 // --- Order, groups, filter
 
+/// Whether the order at hand is what a new sort would give.
+bool ReportGridModel::isOrderGood() const
+{
+    const auto usesChecks = [this](ReportSort sort) {
+        return m_checkColumn >= 0 && sort.column == m_checkColumn;
+    };
+    return m_store.changes() == m_changesSeen && m_store.rowCount() == m_recordCount && !usesChecks(m_sort) &&
+           std::none_of(m_groupColumns.begin(), m_groupColumns.end(), usesChecks);
+}
+
 void ReportGridModel::setSorting(ReportSort sort)
 {
     beginResetModel();
@@ -91,11 +95,21 @@ void ReportGridModel::setSorting(ReportSort sort)
 
 void ReportGridModel::setGroupColumns(const std::vector<ReportSort>& columns)
 {
+    // Records that stand together in all new groups stood together in the old ones when those are among the new: so
+    // they are in the order of the sort column already.
+    const bool sorted =
+        isOrderGood() && std::all_of(m_groupColumns.begin(), m_groupColumns.end(), [&](ReportSort old) {
+            return std::any_of(columns.begin(), columns.end(),
+                               [old](ReportSort added) { return added.column == old.column; });
+        });
     beginResetModel();
     m_groupColumns = columns;
     m_otherwise.clear();
     m_closedFromTheStart = false;
-    rebuild(true, true);
+    if (sorted) {
+        sortByGroups();
+    }
+    rebuild(!sorted, true);
     endResetModel();
 }
 
@@ -166,6 +180,11 @@ void ReportGridModel::sortRecords()
     std::iota(m_sorted.begin(), m_sorted.end(), 0U);
     // The sorts keep the order of equal rows: so the least important comes first.
     sortBy(m_sorted, m_sort);
+    sortByGroups();
+}
+
+void ReportGridModel::sortByGroups()
+{
     for (auto column = m_groupColumns.rbegin(); column != m_groupColumns.rend(); ++column) {
         sortBy(m_sorted, *column);
     }
@@ -198,35 +217,48 @@ void ReportGridModel::filterRecords()
     }
 }
 
-bool ReportGridModel::sameGroup(uint32_t left, uint32_t right, int column) const
-{
-    return column == m_checkColumn ? isChecked(left) == isChecked(right)
-                                   : m_store.sameInOrder(left, right, column);
-}
-
 void ReportGridModel::makeGroups()
 {
     m_groups.clear();
-    if (m_groupColumns.empty()) {
-        return;
-    }
     const std::vector<uint32_t>& order = recordsInOrder();
     const size_t levels = m_groupColumns.size();
+    if (levels == 0 || order.empty()) {
+        return;
+    }
+    // A bit for each place where a group of the level begins; one of an outer level begins all inner ones.
+    std::vector<std::vector<uint64_t>> starts(levels);
+    for (size_t level = 0; level < levels; ++level) {
+        starts[level] = level == 0 ? std::vector<uint64_t>((order.size() + 63) / 64, 0) : starts[level - 1];
+        starts[level].front() |= 1;
+        const int column = m_groupColumns[level].column;
+        if (column == m_checkColumn) {
+            markWhereKeysChange(order, starts[level], [this](uint32_t record) { return isChecked(record); });
+        } else {
+            m_store.markChanges(order, column, starts[level]);
+        }
+    }
     std::vector<size_t> open(levels); // the group at hand of each level
-    for (uint32_t i = 0; i < order.size(); ++i) {
-        size_t level = 0;
-        if (i > 0) {
-            while (level < levels && sameGroup(order[i - 1], order[i], m_groupColumns[level].column)) {
-                ++level;
+    const auto close = [&](size_t level, uint32_t end) {
+        Group& group = m_groups[open[level]];
+        group.count = end - group.first;
+    };
+    for (size_t word = 0; word < starts.back().size(); ++word) {
+        for (uint64_t bits = starts.back()[word]; bits != 0; bits &= bits - 1) {
+            const auto place = static_cast<uint32_t>(word * 64 + static_cast<size_t>(std::countr_zero(bits)));
+            for (size_t level = 0; level < levels; ++level) {
+                if ((starts[level][word] & bits & (~bits + 1)) == 0) {
+                    continue;
+                }
+                if (place > 0) {
+                    close(level, place);
+                }
+                open[level] = m_groups.size();
+                m_groups.push_back({place, 0, static_cast<uint16_t>(level), m_closedFromTheStart});
             }
         }
-        for (; level < levels; ++level) {
-            open[level] = m_groups.size();
-            m_groups.push_back({i, 0, static_cast<uint16_t>(level), m_closedFromTheStart});
-        }
-        for (const size_t group : open) {
-            ++m_groups[group].count;
-        }
+    }
+    for (size_t level = 0; level < levels; ++level) {
+        close(level, static_cast<uint32_t>(order.size()));
     }
     if (!m_otherwise.isEmpty()) {
         for (size_t group = 0; group < m_groups.size(); ++group) {
@@ -245,6 +277,7 @@ void ReportGridModel::makeScreen()
         m_rowCount = static_cast<int>(recordsInOrder().size());
         return;
     }
+    m_screen.reserve(m_groups.size() + recordsInOrder().size());
     for (size_t group = 0; group < m_groups.size();) {
         m_screen.push_back(static_cast<uint32_t>(group) | groupMark);
         appendGroupRows(group, m_screen);

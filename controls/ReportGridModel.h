@@ -106,14 +106,15 @@ private:
 
     static constexpr uint32_t groupMark = 0x80000000; // marks a group's number in m_screen
 
+    bool isOrderGood() const;
     void sortRecords();
+    void sortByGroups();
     void sortBy(std::vector<uint32_t>& rows, ReportSort sort) const;
     void filterRecords();
     void makeGroups();
     void makeScreen();
     void rebuild(bool sort, bool filter);
     void appendGroupRows(size_t group, std::vector<uint32_t>& rows) const;
-    bool sameGroup(uint32_t left, uint32_t right, int column) const;
     QString captionOf(const Group& group) const;
     QString pathOf(size_t group) const;
     QVariant groupData(int row, int column, int role) const;

@@ -344,7 +344,12 @@ void ReportGridView::rowsInserted(const QModelIndex& parent, int start, int end)
 void ReportGridView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
                                  const QList<int>& roles)
 {
-    QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
+    // The base class asks for the place of every cell that changed: only those in sight matter.
+    const int first = std::max(topLeft.row(), std::max(0, rowAt(0)));
+    const int last = std::min(bottomRight.row(), first + viewport()->height() / m_rowHeight + 1);
+    if (topLeft.isValid() && bottomRight.isValid() && first <= last) {
+        QAbstractItemView::dataChanged(topLeft.siblingAtRow(first), bottomRight.siblingAtRow(last), roles);
+    }
     viewport()->update();
 }
 

@@ -353,6 +353,10 @@ void ReportHeader::mouseMoveEvent(QMouseEvent* event)
         followDrag(position);
         return;
     }
+    if (m_press == Press::Resize && position != m_pressedAt) {
+        // From here on widths are the operator's: sharing them anew at each move would undo the move.
+        m_sharesWidths = false;
+    }
     const int hovered = event->buttons() == Qt::NoButton ? logicalIndexAt(position) : -1;
     if (hovered != m_hovered) {
         m_hovered = hovered;
@@ -393,7 +397,6 @@ void ReportHeader::mouseReleaseEvent(QMouseEvent* event)
     } else if (press == Press::Click && logicalIndexAt(position) == pressed) {
         Q_EMIT sortRequested(pressed);
     } else if (press == Press::Resize && position != m_pressedAt) {
-        m_sharesWidths = false;
         Q_EMIT columnResized();
     }
 }

@@ -236,6 +236,10 @@ private:
             while (stop - at >= 8 && isPrintableAscii(at)) {
                 at += 8;
             }
+            // What is left of a longer text is looked at together with some of what was.
+            if (text.size() >= 8 && stop - at < 8 && isPrintableAscii(stop - 8)) {
+                at = stop;
+            }
         }
         bool ascii = true;
         while (at < stop) {
@@ -307,8 +311,14 @@ private:
                 nextCharacter(at, stop);
             }
         }
-        item.key = wordAt(at, stop);
-        item.next = wordAt(at, stop);
+        if (m_nonAscii[item.id]) {
+            item.key = wordAt(at, stop);
+            item.next = wordAt(at, stop);
+        } else {
+            const auto left = static_cast<size_t>(stop - at);
+            item.key = asciiWordAt(at, left);
+            item.next = left > m_perWord ? asciiWordAt(at + m_perWord, left - m_perWord) : 0;
+        }
     }
 
     uint64_t wordAt(const char*& at, const char* stop) const
@@ -316,16 +326,24 @@ private:
         uint64_t word = 0;
         unsigned i = 0;
         for (; i < m_perWord && at < stop; ++i) {
-            const auto byte = static_cast<unsigned char>(*at);
-            uint32_t c = byte;
-            if (byte < 0x80) {
-                ++at;
-            } else {
-                c = nextCharacter(at, stop);
-            }
-            word = word << m_bits | m_symbols[c];
+            word = word << m_bits | m_symbols[nextCharacter(at, stop)];
         }
-        const unsigned missing = (m_perWord - i) * m_bits;
+        return filledUp(word, i);
+    }
+
+    uint64_t asciiWordAt(const char* at, size_t left) const
+    {
+        uint64_t word = 0;
+        const auto count = static_cast<unsigned>(std::min<size_t>(left, m_perWord));
+        for (unsigned i = 0; i < count; ++i) {
+            word = word << m_bits | m_symbols[static_cast<unsigned char>(at[i])];
+        }
+        return filledUp(word, count);
+    }
+
+    uint64_t filledUp(uint64_t word, unsigned count) const
+    {
+        const unsigned missing = (m_perWord - count) * m_bits;
         return missing < 64 ? word << missing : 0;
     }
 
@@ -345,7 +363,7 @@ private:
             return;
         }
         // The highest digits bring nearly all to their places; what is left are short stretches.
-        constexpr unsigned passes = 3;
+        constexpr unsigned passes = 6;
         unsigned open = 0; // bits not sorted by yet
         if (first == items.begin() && last == items.end()) {
             open = radixSort(items, passes);
@@ -381,14 +399,20 @@ private:
         constexpr size_t ahead = 12;
         std::vector<Range> ranges{{0, items.size()}};
         std::vector<Range> equal;
+        std::vector<uint32_t> places;
         for (size_t depth = 0; depth < deepest && !ranges.empty(); ++depth) {
+            places.clear();
             for (const Range& range : ranges) {
                 for (size_t i = range.begin; i < range.end; ++i) {
-                    if (i + ahead < items.size()) {
-                        __builtin_prefetch(m_pool.place(items[i + ahead].id));
-                    }
-                    loadWords(items[i], depth);
+                    places.push_back(static_cast<uint32_t>(i));
                 }
+            }
+            for (size_t i = 0; i < places.size(); ++i) {
+                if (i + 2 * ahead < places.size()) {
+                    __builtin_prefetch(m_pool.offsetPlace(items[places[i + 2 * ahead]].id));
+                    __builtin_prefetch(m_pool.place(items[places[i + ahead]].id));
+                }
+                loadWords(items[places[i]], depth);
             }
             equal.clear();
             const uint64_t lastCharacter = (uint64_t{1} << m_bits) - 1;

@@ -7,6 +7,9 @@ namespace zul {
 
 namespace {
 
+// Bits of the hash that no slot of a sample's index is chosen by.
+constexpr uint64_t oneOfSixteen = uint64_t{0xF} << 60;
+
 uint64_t load64(const char* bytes)
 {
     uint64_t value = 0;
@@ -66,25 +69,41 @@ std::string_view TextPool::longTextAt(const char* at)
 
 TextPool::Id TextPool::internOther(const char* bytes, size_t size)
 {
-    // At most 4 of 5 slots are taken; so an id + 1 always fits below the slot's hash bits.
-    if (!m_slots || (m_offsets.size() + 1) * 5 > (size_t{4} << m_slotBits)) {
+    if (size == 0) {
+        if (m_emptyId == noId) {
+            m_emptyId = append(bytes, 0);
+        }
+        m_lastId = m_emptyId;
+        m_lastText = {};
+        return m_emptyId;
+    }
+    const uint64_t h = hash(bytes, size);
+    if ((h & m_sample) != 0) {
+        m_lastId = append(bytes, size);
+        m_lastText = text(m_lastId);
+        return m_lastId;
+    }
+    // At most 4 of 5 slots are taken; so an id + 1 always fits below a slot's hash bits.
+    const size_t entries = (m_sample != 0 ? m_indexed : m_offsets.size()) + 1;
+    if (!m_slots || entries * 5 > (size_t{4} << m_slotBits)) {
         uint32_t bits = m_slots ? m_slotBits : 4;
-        while ((m_offsets.size() + 1) * 5 > (size_t{4} << bits)) {
+        while (entries * 5 > (size_t{4} << bits)) {
             ++bits;
         }
         buildIndex(bits);
     }
-    const uint64_t h = hash(bytes, size);
     const uint32_t slotMask = (1U << m_slotBits) - 1;
-    const uint32_t tag = static_cast<uint32_t>(h >> 32) & ~slotMask;
+    const uint32_t idMask = m_sample != 0 ? ~uint32_t{0} : slotMask;
+    const uint32_t tag = static_cast<uint32_t>(h >> 32) & ~idMask;
     uint32_t slot = static_cast<uint32_t>(h) & slotMask;
     while (const uint32_t held = m_slots[slot]) {
-        if ((held & ~slotMask) == tag) {
-            const Id id = (held & slotMask) - 1;
+        if ((held & ~idMask) == tag) {
+            const Id id = (held & idMask) - 1;
             const std::string_view known = text(id);
             if (known.size() == size && equalBytes(bytes, known.data(), size)) {
                 m_lastId = id;
                 m_lastText = known;
+                reckon(true);
                 return id;
             }
         }
@@ -92,9 +111,31 @@ TextPool::Id TextPool::internOther(const char* bytes, size_t size)
     }
     const Id id = append(bytes, size);
     m_slots[slot] = tag | (id + 1);
+    ++m_indexed;
     m_lastId = id;
     m_lastText = text(id);
+    reckon(false);
     return id;
+}
+
+void TextPool::reckon(bool known)
+{
+    // Small pools are looked up in no time; and a list has to be long before it tells whether its texts repeat.
+    constexpr size_t manyTexts = 32768;
+    constexpr uint32_t lookUps = 2048;
+    m_hits += known ? 1U : 0U;
+    if (++m_lookUps < lookUps) {
+        return;
+    }
+    const bool hardly = m_hits < lookUps / 16;
+    const bool often = m_hits > lookUps / 8;
+    m_lookUps = 0;
+    m_hits = 0;
+    if (m_sample == 0 ? hardly && m_offsets.size() >= manyTexts : often) {
+        m_sample ^= oneOfSixteen;
+        m_indexed = m_sample != 0 ? static_cast<uint32_t>(m_offsets.size() / 16) : 0;
+        dropIndex();
+    }
 }
 
 TextPool::Id TextPool::append(const char* bytes, size_t size)
@@ -147,25 +188,47 @@ void TextPool::buildIndex(uint32_t bits)
     if (bits > 31) {
         throw std::length_error("a column holds more than 1.7 thousand million distinct texts");
     }
-    // The old index goes first: it can be built from the texts, which lie in order.
+    const std::unique_ptr<uint32_t[]> sampled = m_sample != 0 ? std::move(m_slots) : nullptr;
+    const uint32_t sampledBits = m_slotBits;
+    // The old index of all texts goes first: it can be built from the texts, which lie in order.
     m_slots.reset();
     m_slots = std::make_unique<uint32_t[]>(size_t{1} << bits);
     m_slotBits = bits;
+    m_indexed = 0;
+    if (sampled) {
+        for (size_t slot = 0; slot < size_t{1} << sampledBits; ++slot) {
+            if (sampled[slot] != 0) {
+                indexText(sampled[slot] - 1);
+            }
+        }
+        return;
+    }
     const auto count = static_cast<Id>(m_offsets.size());
     for (Id id = 0; id < count; ++id) {
-        const std::string_view known = text(id);
-        insertIntoIndex(hash(known.data(), known.size()), id);
+        indexText(id);
+        if (size_t{m_indexed} * 5 > size_t{4} << bits) { // the sample is larger than was to be expected
+            m_slots.reset();
+            buildIndex(bits + 1);
+            return;
+        }
     }
 }
 
-void TextPool::insertIntoIndex(uint64_t h, Id id)
+void TextPool::indexText(Id id)
 {
+    const std::string_view known = text(id);
+    const uint64_t h = hash(known.data(), known.size());
+    if ((h & m_sample) != 0) {
+        return;
+    }
     const uint32_t slotMask = (1U << m_slotBits) - 1;
     uint32_t slot = static_cast<uint32_t>(h) & slotMask;
     while (m_slots[slot] != 0) {
         slot = (slot + 1) & slotMask;
     }
-    m_slots[slot] = (static_cast<uint32_t>(h >> 32) & ~slotMask) | (id + 1);
+    const uint32_t tag = m_sample != 0 ? 0 : static_cast<uint32_t>(h >> 32) & ~slotMask;
+    m_slots[slot] = tag | (id + 1);
+    ++m_indexed;
 }
 
 void TextPool::dropIndex()

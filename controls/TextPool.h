@@ -10,11 +10,14 @@
 
 namespace zul {
 
-/// Ids begin at 0 and have no gaps; they are given in the order in which texts first come. Equal bytes have
-/// equal ids. Up to 4 GiB of text; beyond that `intern` throws std::length_error and changes nothing.
+/// Ids begin at 0 and have no gaps; they are given in the order in which texts first come. Equal ids have equal
+/// bytes, and as a rule equal bytes have equal ids: only where texts hardly repeat is a text kept again rather than
+/// looked up; the empty text never is. Up to 4 GiB of text; beyond that `intern` throws std::length_error and
+/// changes nothing.
 ///
 /// Kept small on purpose, for columns with a million distinct texts: a text costs its bytes, a length prefix
-/// (one byte below 128), a 4-byte offset and, while texts are being added, 5 to 10 bytes of index.
+/// (one byte below 128), a 4-byte offset and, while texts are being added, 5 to 10 bytes of index (a sixteenth of
+/// that where they hardly repeat).
 class TextPool
 {
 public:
@@ -43,6 +46,9 @@ public:
         return m_pages[offset >> pageBits] + (offset & (pageSize - 1));
     }
 
+    /// Where the reading of a text's place begins, for fetching that before.
+    const void* offsetPlace(Id id) const { return m_offsets.place(id); }
+
     /// Gives back the index that `intern` needs; the next `intern` builds it again.
     void dropIndex();
 
@@ -68,7 +74,8 @@ private:
     Id append(const char* bytes, size_t size);
     char* allocate(size_t size, uint32_t& offset);
     void buildIndex(uint32_t bits);
-    void insertIntoIndex(uint64_t hash, Id id);
+    void indexText(Id id);
+    void reckon(bool known);
 
     // Offsets run through pages of 64 KiB; a longer text takes several pages in a row, one block of memory.
     std::vector<std::unique_ptr<char[]>> m_blocks;
@@ -81,6 +88,15 @@ private:
     // the hash, which tell nearly every other text apart without a look at its bytes. 0 is an empty slot.
     std::unique_ptr<uint32_t[]> m_slots;
     uint32_t m_slotBits = 0;
+    uint32_t m_indexed = 0; // texts in the index
+
+    // Where nearly every text is new, only those are looked up whose hash is 0 in these bits. Whether texts repeat
+    // shows in that sample as in the whole: then all are looked up again.
+    uint64_t m_sample = 0;
+    uint32_t m_lookUps = 0; // since they were last reckoned up
+    uint32_t m_hits = 0;
+
+    Id m_emptyId = noId;
 
     Id m_lastId = noId;
     std::string_view m_lastText;

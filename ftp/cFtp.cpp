@@ -39,7 +39,7 @@ public:
     }
     FileNumberOne(const FileNumberOne&) = delete;
     FileNumberOne& operator=(const FileNumberOne&) = delete;
-    ~FileNumberOne() { s_open = false; }
+    ~FileNumberOne() { close(); }
 
     /// The length in bytes; it must fit the 32 bits of the progress event.
     std::int32_t length() const
@@ -59,6 +59,14 @@ public:
     }
 
     void write(std::string_view data) { check(m_file.write(data)); }
+
+    /// Before the last event: its listener may start the next transfer, or read the file.
+    void close()
+    {
+        if (m_file.isOpen())
+            s_open = false;
+        m_file.close();
+    }
 
 private:
     static void check(ftp::LocalError error)
@@ -178,6 +186,7 @@ bool cFtp::FTPUploadFile(std::string& sLocal, std::string& sRemote)
         return false;
     sent += remainder;
     raiseProgress(sent, total);
+    local.close();
     closeFile();
     return true;
 }
@@ -226,6 +235,7 @@ bool cFtp::FTPDownloadFile(const std::string& sLocal, const std::string& sRemote
     received += remainder;
     FileSize = received;
     raiseProgress(received, FileSize);
+    local.close();
     closeFile();
     raiseStateChanged(DownloadEnded);
     return true;

@@ -121,6 +121,11 @@ public:
     /// Whose data definition language this is.
     virtual Product product() const = 0;
 
+    /// Ends the connection for good, whoever holds on to it: an open transaction is undone, files are given back
+    /// to the system. Members that would work the database throw ConnectionLost afterwards; rows that are still
+    /// open come to an error or their end.
+    virtual void close() noexcept = 0;
+
     /// With the database's place in it, as a program that is handed it could connect again.
     virtual std::string connectionString() const = 0;
 

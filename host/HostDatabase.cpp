@@ -67,6 +67,11 @@ HostDatabase::HostDatabase(const HostDatabaseOptions& options)
     m_connection = makeCom<SqlConnection>(m_session);
 }
 
+void HostDatabase::close() const
+{
+    m_session->engine->close();
+}
+
 ComPtr<IRecordset> HostDatabase::openRows(std::string_view source, CursorKind cursor) const
 {
     return Recordset::open(m_session, source, cursor, LockReadOnly, Journaled::No);

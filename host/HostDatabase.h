@@ -42,6 +42,10 @@ public:
     /// Opens the database. Throws EngineError with a text for the user.
     explicit HostDatabase(const HostDatabaseOptions& options);
 
+    /// Closes the database, also under a component that keeps the connection object for as long as it is loaded;
+    /// without it the connection lives as long as somebody holds on to it.
+    void close() const;
+
     /// The connection object to hand to the component; the same one every time.
     _SqlConnection* connection() const { return m_connection.get(); }
 

@@ -413,8 +413,18 @@ SQLUSMALLINT OdbcConnection::shortInfo(SQLUSMALLINT what) const
     return value;
 }
 
+void OdbcConnection::close() noexcept
+{
+    m_closed = true;
+    if (m_inTransaction && !m_lost)
+        SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
+    m_inTransaction = false;
+}
+
 void OdbcConnection::makeFree()
 {
+    if (m_closed)
+        throw EngineError(ErrorCode::ConnectionLost, "the connection is closed");
     if (m_streaming == nullptr)
         return;
     OdbcRows& rows = *m_streaming;

@@ -96,7 +96,11 @@ public:
     std::string info(SQLUSMALLINT what) const;
     SQLUSMALLINT shortInfo(SQLUSMALLINT what) const;
 
-    /// Makes the connection free for another statement.
+    /// Undoes an open transaction and takes no more statements. The handles stay until nobody holds on to
+    /// statements: the driver manager does not survive a call on a statement whose connection was taken away.
+    void close() noexcept;
+
+    /// Makes the connection free for another statement. Throws EngineError when it is closed.
     void makeFree();
     void setStreaming(OdbcRows* rows) { m_streaming = rows; }
     void streamingEnded(const OdbcRows* rows);
@@ -131,6 +135,7 @@ private:
     bool m_connected = false;
     bool m_inTransaction = false;
     bool m_lost = false;
+    bool m_closed = false;
     Product m_product = Product::TransactSql;
     OdbcRows* m_streaming = nullptr;
     std::list<Prepared> m_prepared; // the one used last in front

@@ -87,6 +87,11 @@ OdbcEngine::OdbcEngine(const std::string& connectionString)
 
 OdbcEngine::~OdbcEngine() = default;
 
+void OdbcEngine::close() noexcept
+{
+    m_connection->close();
+}
+
 std::int64_t OdbcEngine::execute(std::string_view sql, Language, std::span<const Value> parameters)
 {
     m_connection->makeFree();

@@ -43,6 +43,7 @@ public:
     bool hasTable(std::string_view name) override;
     Product product() const override;
     std::string connectionString() const override { return m_connectionString; }
+    void close() noexcept override;
 
 private:
     RowIdentity catalogueIdentity(std::string_view table);

@@ -187,8 +187,6 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Mode mode)
         run("PRAGMA journal_mode=WAL");
         run("PRAGMA synchronous=NORMAL");
         run("PRAGMA foreign_keys=OFF");
-        // Sixteen megabytes of log before it is copied into the file: a run of single rows is not held up so often.
-        run("PRAGMA wal_autocheckpoint=4000");
         run("PRAGMA cache_size=-65536");
         run("PRAGMA temp_store=MEMORY");
         run("PRAGMA mmap_size=268435456");
@@ -204,9 +202,18 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Mode mode)
 
 SqliteDatabase::~SqliteDatabase()
 {
+    close();
+}
+
+void SqliteDatabase::close() noexcept
+{
     m_native = {};
     m_translated = {};
+    // A statement that is still lent out would keep the transaction open with the file.
+    if (isOpen() && sqlite3_get_autocommit(m_database) == 0)
+        sqlite3_exec(m_database, "ROLLBACK", nullptr, nullptr, nullptr);
     sqlite3_close_v2(m_database);
+    m_database = nullptr;
 }
 
 SqliteStatement SqliteDatabase::prepare(std::string_view sql)
@@ -254,6 +261,7 @@ SqliteStatement SqliteDatabase::lend(Cache& cache, std::string_view source, cons
 
 sqlite3_stmt* SqliteDatabase::compile(std::string_view sql)
 {
+    requireOpen();
     sqlite3_stmt* statement = nullptr;
     const char* tail = nullptr;
     if (sqlite3_prepare_v3(m_database, sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
@@ -270,6 +278,7 @@ sqlite3_stmt* SqliteDatabase::compile(std::string_view sql)
 
 void SqliteDatabase::run(const char* sql)
 {
+    requireOpen();
     if (sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
         fail();
 }
@@ -284,8 +293,15 @@ std::int64_t SqliteDatabase::totalChanges() const
     return sqlite3_total_changes64(m_database);
 }
 
+void SqliteDatabase::requireOpen() const
+{
+    if (!isOpen())
+        throw EngineError(ErrorCode::ConnectionLost, "the database is closed");
+}
+
 void SqliteDatabase::fail() const
 {
+    requireOpen();
     const int code = sqlite3_extended_errcode(m_database);
     const std::string text = sqlite3_errmsg(m_database);
     throw EngineError(codeOf(code, text), text);

@@ -90,6 +90,11 @@ public:
     SqliteDatabase& operator=(const SqliteDatabase&) = delete;
     ~SqliteDatabase();
 
+    /// Closes the file; with the last reader its log is worked in and gone. Whatever is prepared later throws
+    /// ConnectionLost; a statement that is lent out keeps the file open until it is given back.
+    void close() noexcept;
+    bool isOpen() const { return m_database != nullptr; }
+
     sqlite3* handle() const { return m_database; }
     const std::string& path() const { return m_path; }
 
@@ -125,6 +130,7 @@ private:
 
     SqliteStatement lend(Cache& cache, std::string_view source, const SqlTranslator* translate);
     sqlite3_stmt* compile(std::string_view sql);
+    void requireOpen() const;
 
     std::string m_path;
     sqlite3* m_database = nullptr;

@@ -265,7 +265,7 @@ void SqliteEngine::rollback()
 
 bool SqliteEngine::inTransaction() const
 {
-    return sqlite3_get_autocommit(m_database.handle()) == 0;
+    return m_database.isOpen() && sqlite3_get_autocommit(m_database.handle()) == 0;
 }
 
 // Brackets, not double quotes: SQLite takes a double-quoted name that it does not know for a text.

@@ -32,6 +32,7 @@ public:
     void refreshStatistics() override;
     Product product() const override { return Product::Sqlite; }
     std::string connectionString() const override;
+    void close() noexcept override { m_database.close(); }
 
     SqliteDatabase& database() { return m_database; }
 

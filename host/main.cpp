@@ -110,16 +110,20 @@ int run(const CommandLine& line)
                 .arg(quoted(QString::fromStdString(path)), quoted(QString::fromStdString(parameters))));
     };
     const HostDatabase database(options);
-    HostSession session(printer, line, database);
-    if (plays) {
-        return playScenario(line, printer, session, windows);
+    int code = 0;
+    {
+        HostSession session(printer, line, database);
+        if (plays) {
+            code = playScenario(line, printer, session, windows);
+        } else {
+            session.show(line.window);
+        }
     }
-    session.show(line.window);
-    return 0;
+    database.close();
+    return code;
 }
-} // namespace
 
-int main(int argc, char** argv)
+int runProgram(int argc, char** argv)
 {
     // Read before Qt takes its own options out: zulhost has none but those of its table.
     QStringList arguments;
@@ -144,10 +148,16 @@ int main(int argc, char** argv)
     QApplication application(programOnly, argv);
     QApplication::setApplicationName(QStringLiteral("zulhost"));
     QApplication::setQuitOnLastWindowClosed(false);
+    return run(line);
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
     try {
-        return run(line);
+        return runProgram(argc, argv);
     } catch (const std::exception& error) {
-        complain(QString::fromUtf8(error.what()));
+        std::fprintf(stderr, "zulhost: %s\n", error.what());
         return exitFailed;
     }
 }

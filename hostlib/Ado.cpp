@@ -185,6 +185,13 @@ qint32 toInteger(const Value& value)
     return static_cast<qint32>(number);
 }
 
+qint32 keyAfter(qint32 largest)
+{
+    if (largest == std::numeric_limits<qint32>::max())
+        throw Error(RunTime::Overflow);
+    return largest + 1;
+}
+
 // ------------------------------------------------------------------------------------------- Recordset
 
 Recordset::Recordset(ComPtr<IRecordset> rows, Ownership ownership)
@@ -205,31 +212,40 @@ Recordset& Recordset::operator=(Recordset&& other) noexcept
     return *this;
 }
 
+IRecordset* Recordset::opened() const
+{
+    constexpr long ObjectClosed = 3704;
+    if (!m_rows)
+        throw Error(ObjectClosed, QStringLiteral("Operation is not allowed when the object is closed."));
+    return m_rows.get();
+}
+
 bool Recordset::eof() const
 {
-    return calls::value<VARIANT_BOOL>([&](VARIANT_BOOL* result) { return m_rows->get_Eof(result); }) !=
+    return calls::value<VARIANT_BOOL>([&](VARIANT_BOOL* result) { return opened()->get_Eof(result); }) !=
            VARIANT_FALSE;
 }
 
 void Recordset::moveNext()
 {
-    check(m_rows->MoveNext());
+    check(opened()->MoveNext());
 }
 
 int Recordset::fieldCount() const
 {
-    return static_cast<int>(calls::value<LONG>([&](LONG* result) { return m_rows->get_FieldCount(result); }));
+    return static_cast<int>(
+        calls::value<LONG>([&](LONG* result) { return opened()->get_FieldCount(result); }));
 }
 
 QString Recordset::fieldName(int index) const
 {
-    return calls::text([&](BSTR* result) { return m_rows->FieldName(index, result); });
+    return calls::text([&](BSTR* result) { return opened()->FieldName(index, result); });
 }
 
 Value Recordset::value(const QString& field) const
 {
     Variant result;
-    check(m_rows->get_Value(fieldVariant(field), result.put()));
+    check(opened()->get_Value(fieldVariant(field), result.put()));
     return fromVariant(result);
 }
 
@@ -252,28 +268,28 @@ bool Recordset::isNull(const QString& field) const
 
 void Recordset::addNew()
 {
-    check(m_rows->AddNew());
+    check(opened()->AddNew());
 }
 
 void Recordset::set(const QString& field, const Value& value)
 {
-    check(m_rows->put_Value(fieldVariant(field), std::visit(ToVariant{}, value)));
+    check(opened()->put_Value(fieldVariant(field), std::visit(ToVariant{}, value)));
 }
 
 void Recordset::update()
 {
-    check(m_rows->Update());
+    check(opened()->Update());
 }
 
 void Recordset::close()
 {
-    check(m_rows->Close());
+    check(opened()->Close());
     m_rows.reset();
 }
 
 void Recordset::readRows(const std::function<void(long, const ZulCell*)>& taker)
 {
-    if (const ComPtr<IRowReader> reader = m_rows.as<IRowReader>()) {
+    if (const ComPtr<IRowReader> reader = queryFor<IRowReader>(opened())) {
         const auto sink = makeCom<FunctionSink>(taker);
         const HRESULT result = reader->ReadRows(sink.get());
         sink->rethrow();
@@ -287,7 +303,7 @@ void Recordset::readRows(const std::function<void(long, const ZulCell*)>& taker)
     for (; !eof(); moveNext()) {
         for (std::size_t column = 0; column < count; ++column) {
             const Variant index = Variant::fromLong(static_cast<LONG>(column));
-            check(m_rows->get_Value(index, values[column].put()));
+            check(opened()->get_Value(index, values[column].put()));
             cells[column] = toCell(values[column], texts[column]);
         }
         taker(static_cast<long>(count), cells.data());

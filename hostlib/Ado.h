@@ -37,13 +37,20 @@ inline Value dayValue(QDate day)
     return QDateTime(day, QTime(0, 0), Qt::UTC);
 }
 
-/// A value as text: whole numbers in decimal, dates as "yyyy-MM-dd HH:mm:ss", NULL as a null QString.
+// A truth has two faces, and both are meant: as a text it is "1", as the database's bit shows itself and as
+// settings keep a check box; as a number it is -1, as automation has it. Readers of numbers ask whether it is 0.
+
+/// A value as text: whole numbers in decimal, true as "1", dates as "yyyy-MM-dd HH:mm:ss", NULL as a null QString.
 QString toText(const Value& value);
-/// A value as a 32-bit number. @throws Error 13 when it is no number, 6 when it is too large; NULL is 13.
+/// A value as a 32-bit number, true as -1. @throws Error 13 when it is no number, 6 when it is too large; NULL
+/// is 13.
 qint32 toInteger(const Value& value);
 
+/// The key that follows the largest one. @throws Error 6 when the keys of 32 bits are used up
+qint32 keyAfter(qint32 largest);
+
 /// An open row set. Moves with its owner and closes itself at the end of its life, unless it belongs to
-/// somebody else.
+/// somebody else. After close(), and where it was moved away from, every member throws Error 3704.
 class Recordset
 {
 public:
@@ -84,7 +91,9 @@ public:
     IRecordset* object() const { return m_rows.get(); }
 
 private:
-    ComPtr<IRecordset> m_rows;
+    IRecordset* opened() const; ///< never null
+
+    ComPtr<IRecordset> m_rows; ///< null once closed
     Ownership m_ownership;
 };
 

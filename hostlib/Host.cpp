@@ -12,10 +12,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Time of day as the fraction of a day.
-DATE timeOfDay(const QDateTime& when)
+/// What stands in DataCreaz: the day, or the moment.
+QDateTime firstCreationColumn(const Message& message)
 {
-    return toDate(QDateTime(QDate(1899, 12, 30), when.time(), Qt::UTC));
+    return message.creazioneIntera ? message.creazione
+                                   : QDateTime(message.creazione.date(), QTime(0, 0), Qt::UTC);
+}
+
+/// What stands in OraCreaz: the time of day, as a moment of automation's first day, or the moment.
+QDateTime secondCreationColumn(const Message& message)
+{
+    return message.creazioneIntera ? message.creazione
+                                   : QDateTime(QDate(1899, 12, 30), message.creazione.time(), Qt::UTC);
 }
 
 /// Ends a transaction after an error. That the connection cannot even do this is no news next to the error.
@@ -108,7 +116,7 @@ qint32 SqlConnection::nextId(const QString& table, const QString& key) const
     try {
         ado::Recordset largest = database.open(u"SELECT Max("_s + key + u") as maxId FROM "_s + table,
                                                ado::Cursor::Static, ado::Lock::ReadOnly);
-        const qint32 id = largest.integer(u"maxId"_s, 0) + 1;
+        const qint32 id = ado::keyAfter(largest.integer(u"maxId"_s, 0));
         largest.close();
         database.commit();
         return id;
@@ -216,8 +224,8 @@ bool MessageRecord::save(const Message& message)
     check(m_object->put_Flag2(VARIANT_TRUE));
     check(m_object->put_Flag3(VARIANT_TRUE));
     check(m_object->put_Valore(0));
-    check(m_object->put_DataCreaz(toDate(message.creazione.date())));
-    check(m_object->put_OraCreaz(timeOfDay(message.creazione)));
+    check(m_object->put_DataCreaz(toDate(firstCreationColumn(message))));
+    check(m_object->put_OraCreaz(toDate(secondCreationColumn(message))));
     check(m_object->put_UtenteUltimoAccesso(bstr(m_userName).get()));
     return value<VARIANT_BOOL>([&](VARIANT_BOOL* stored) {
                return m_object->Save(m_connection.object(), stored);
@@ -242,8 +250,8 @@ void MessageRecord::saveRow(const Message& message)
     row.set(u"Flag2"_s, true);
     row.set(u"Flag3"_s, true);
     row.set(u"Valore"_s, qint32{0});
-    row.set(u"DataCreaz"_s, ado::dayValue(message.creazione.date()));
-    row.set(u"OraCreaz"_s, QDateTime(QDate(1899, 12, 30), message.creazione.time(), Qt::UTC));
+    row.set(u"DataCreaz"_s, firstCreationColumn(message));
+    row.set(u"OraCreaz"_s, secondCreationColumn(message));
     row.set(u"UtenteUltimoAccesso"_s, m_userName);
     row.update();
     row.close();
@@ -268,11 +276,13 @@ QString TextParser::parse(const QString& source, const Customer& customer,
 // ----------------------------------------------------------------------------------- CustomerFilterSql
 
 CustomerFilterSql::CustomerFilterSql(const SqlConnection& connection)
-    : m_object(connection.service<ICustomerFilterSql>())
+    : m_connection(connection)
 {}
 
 ICustomerFilterSql* CustomerFilterSql::object() const
 {
+    if (!m_object)
+        m_object = m_connection.service<ICustomerFilterSql>();
     if (!m_object)
         throw Error(RunTime::ObjectNotSet);
     return m_object.get();

@@ -91,7 +91,10 @@ struct Message
     QString testo;
     QString contatto = QString(); ///< null: not written
     qint32 idCliente = 0;
-    QDateTime creazione; ///< written as a day and as a time of day
+    QDateTime creazione;
+    /// The moment goes whole into both columns of the creation; else the day into the first and the time of day
+    /// into the second.
+    bool creazioneIntera = false;
 };
 
 /// Stores messages through the host's message record.
@@ -121,7 +124,8 @@ private:
     ComPtr<ITextParser> m_object;
 };
 
-/// The statements of the sales-figure criteria. @throws Error 91 from every member when the host has none
+/// The statements of the sales-figure criteria. The host is asked for its object at the first of them.
+/// @throws Error 91 from every member when the host has none
 class CustomerFilterSql
 {
 public:
@@ -143,7 +147,8 @@ public:
 private:
     ICustomerFilterSql* object() const;
 
-    ComPtr<ICustomerFilterSql> m_object;
+    SqlConnection m_connection;
+    mutable ComPtr<ICustomerFilterSql> m_object;
 };
 
 /// The host's advanced search.

@@ -39,7 +39,6 @@ public:
     QString GetDescrizione() const { return m_description; }
     QString GetCodice() const { return m_code; }
 
-public Q_SLOTS:
     /// Shows only the rows that hold the text of the quick-search box. No query runs again.
     void RicercaVeloce();
 

@@ -52,6 +52,11 @@ private:
     Progress& m_progress;
 };
 
+Procedure creationProcedure()
+{
+    return moduleProcedure(u"modMain"_s, u"CreatePushNotifies_ListOfContacts_BL"_s);
+}
+
 /// Sends to contacts, one by one.
 class ContactSender
 {
@@ -76,12 +81,16 @@ public:
         const host::AppConnector::Result result = m_connector.sendToContact(contact.email, now, m_parsed);
         if (!result.sent)
             return result.errorText;
-        const bool stored = m_record.save({.idTipoMessaggio = KindPush,
-                                           .descrizione = u"Notifica Push"_s,
-                                           .testo = m_parsed,
-                                           .contatto = QString(),
-                                           .idCliente = contact.idCliente,
-                                           .creazione = now});
+        // Saving that fails outright has the reason in the log; it stops the loop no more than a refusal does.
+        const bool stored = trapped(creationProcedure(), false, [&] {
+            return m_record.save({.idTipoMessaggio = KindPush,
+                                  .descrizione = u"Notifica Push"_s,
+                                  .testo = m_parsed,
+                                  .contatto = QString(),
+                                  .idCliente = contact.idCliente,
+                                  .creazione = now,
+                                  .creazioneIntera = true});
+        });
         if (!stored)
             return u"Generazione messaggio su db non riuscita!"_s;
         return std::nullopt;
@@ -157,7 +166,7 @@ bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
                                           QStringList& errors, qint32 criterion, Outcomes& outcomes,
                                           Progress& progress) noexcept
 {
-    return trapped(moduleProcedure(u"modMain"_s, u"CreatePushNotifies_ListOfContacts_BL"_s), false, [&] {
+    return trapped(creationProcedure(), false, [&] {
         outcomes.append(separatorLine());
         const QString salt = getDbValue(settings::ConnettoreAppSalt);
         const QString slug = getDbValue(settings::ConnettoreAppSlug);

@@ -467,8 +467,9 @@ void frmSMS::cmdElabora_Click()
         m_ui->cmdElabora->setEnabled(false);
         setEnabled(false);
         const WaitCursor waiting;
-        host::CustomerFilterSql filters(session().connection());
-        fillScratchTable(session().connection().connection(), filters, criteria(), QDate::currentDate(),
+        // Held here: a host may hand over another connection from one of its own calls.
+        const auto filters = session().customerFilterSql();
+        fillScratchTable(session().connection().connection(), *filters, criteria(), QDate::currentDate(),
                          QLocale());
         CaricaGriglia();
         // An error on the way leaves button and form disabled: that search has no result to work with.
@@ -653,14 +654,17 @@ void frmSMS::PreparaInvioMessaggi()
     }
 }
 
+// A run ends on the connection on which it began, also when the host hands over another one meanwhile: each
+// works on a copy of the session's reference.
+
 void frmSMS::CreateSMS(bool clearMarks, bool& ok)
 {
     ok = trapped(procedure(u"CreateSMS"_s), false, [&] {
         const WaitCursor waiting;
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
-        return createSms(session().connection(), rows, lines, m_ui->cntrMessaggio_0_->selectedId(),
-                         clearMarks);
+        const host::SqlConnection connection = session().connection();
+        return createSms(connection, rows, lines, m_ui->cntrMessaggio_0_->selectedId(), clearMarks);
     });
 }
 
@@ -670,7 +674,8 @@ void frmSMS::CreateMAIL(bool clearMarks, bool& ok)
         const WaitCursor waiting;
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
-        return createMail(session().connection(), rows, lines, m_ui->cntrMailFinder->selectedId(),
+        const host::SqlConnection connection = session().connection();
+        return createMail(connection, rows, lines, m_ui->cntrMailFinder->selectedId(),
                           m_SmsCreator != nullptr ? m_SmsCreator->idUtente() : 0, clearMarks);
     });
 }
@@ -681,7 +686,8 @@ void frmSMS::preparePush(bool& ok)
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
         WaitPleaseProgress progress(*m_ui->WaitPlease);
-        return prepareNotifications(session().connection(), choices(), rows, lines, progress,
+        const host::SqlConnection connection = session().connection();
+        return prepareNotifications(connection, choices(), rows, lines, progress,
                                     [this](const OperatorMessage& message) { return ask(this, message); });
     });
 }

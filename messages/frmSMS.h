@@ -46,7 +46,6 @@ public:
     /// closed.
     QString choice() const;
 
-public Q_SLOTS:
     void done(int result) override;
 
 protected:

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 qint32 salvaMessaggio(const QString& text) noexcept
 {
     try {
-        const host::SqlConnection& connection = session().connection();
+        const host::SqlConnection connection = session().connection();
         const qint32 id = connection.nextId(u"TMK_Messaggi"_s, u"idMessaggio"_s);
         const QDateTime now = QDateTime::currentDateTime();
         // The row set closes itself, also when a step fails.

@@ -139,7 +139,9 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
                        .buttons = MessageButtons::Ok});
             return;
         }
-        download();
+        // Session and connection end with the test.
+        cFtp ftp;
+        download(ftp);
         // Also after a failure: an earlier copy of the report is read again, and that is meant.
         const QStringList lines = readFailedNumbers(localCopy());
         removeAll();
@@ -150,11 +152,9 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
     });
 }
 
-void frmCheckSendError::download()
+void frmCheckSendError::download(cFtp& ftp)
 {
     try {
-        // Session and connection end with this object.
-        cFtp ftp;
         const auto tell = [this](const QString& text) {
             ask(this, {.text = text,
                        .icon = MessageIcon::None,

@@ -11,6 +11,8 @@ class frmCheckSendError;
 
 namespace zul {
 
+class cFtp;
+
 /// The four FTP fields are stored at every close, however caused. Tag: "ESC" after Close, empty after the
 /// close button.
 class frmCheckSendError : public QDialog
@@ -36,7 +38,7 @@ private:
     void cmdChiudi_Click();
     void cmdSMS_TestSMS_Click();
     void cmdSMS_ClearAccount_Click();
-    void download();
+    void download(cFtp& ftp);
     void showFailedNumbers(const QStringList& lines);
     void addColumns();
     void removeAll();

@@ -17,6 +17,8 @@
 
 #include <QCloseEvent>
 #include <QDir>
+#include <array>
+#include <utility>
 
 namespace zul {
 
@@ -65,6 +67,8 @@ frmOpzioni::frmOpzioni()
     m_ui->cmdSMS_TestSMSSender->setIcon(icon(IconId::Start));
     m_ui->cmdSalva->setIcon(icon(IconId::Save, IconTone::OnAccent));
     m_ui->cmdAnnulla->setIcon(icon(IconId::Cancel));
+    if (session().ShowTouchMode)
+        arrangeForTouch();
 
     auto* focus = new FocusPaint(this);
     for (QLineEdit* field :
@@ -81,6 +85,29 @@ frmOpzioni::frmOpzioni()
 }
 
 frmOpzioni::~frmOpzioni() = default;
+
+/// Two columns of fields, and below the buttons room for the keyboard, which is open from the first moment:
+/// it must not cover what follows the fields.
+void frmOpzioni::arrangeForTouch()
+{
+    const std::array<std::pair<QWidget*, QWidget*>, 3> rightColumn{{
+        {m_ui->lblSMS_Prov_Soggetto, m_ui->txtSMS_Prov_Soggetto},
+        {m_ui->lblSMS_Prov_ListId, m_ui->txtSMS_Prov_ListId},
+        {m_ui->lblSMS_Prov_ConsoleId, m_ui->txtSMS_Prov_ConsoleId},
+    }};
+    int row = 0;
+    for (const auto& [label, field] : rightColumn) {
+        m_ui->gridProvider->addWidget(label, row, 2);
+        m_ui->gridProvider->addWidget(field, row, 3);
+        ++row;
+    }
+    m_ui->gridProvider->setColumnStretch(3, 1);
+    QMargins margins = m_ui->frmLayout->contentsMargins();
+    const QSize keyboard = m_ui->keybT->sizeHint();
+    resize(keyboard.width() + margins.left() + margins.right(), 0);
+    margins.setBottom(margins.bottom() + keyboard.height());
+    m_ui->frmLayout->setContentsMargins(margins);
+}
 
 QString frmOpzioni::choice() const
 {

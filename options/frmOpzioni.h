@@ -32,6 +32,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void arrangeForTouch();
     void Form_Load();
     void Form_Activate();
     void loadSettings();

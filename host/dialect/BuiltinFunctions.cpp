@@ -285,6 +285,7 @@ Piece ExpressionWriter::coalesce(const Expr& expr)
     if (open && type != ColumnType::Text && !isMoment(type))
         type = ColumnType::Unknown;
     std::vector<std::string> arguments;
+    arguments.reserve(values.size());
     for (Piece& value : values)
         arguments.push_back(type == ColumnType::Text || type == ColumnType::Unknown
                                 ? value.sql

@@ -473,81 +473,102 @@ std::string partNameOf(DatePart part, const Moment& moment)
     return std::to_string(partOf(part, moment));
 }
 
+namespace {
+
+/// A style of CONVERT, told by a pattern: y the year as the style has it, Y with four digits, m and d with two, D the
+/// day behind a blank, N the month's short name, t the time, f its milliseconds, h and H the half-day clock without
+/// and with them. Everything else stands for itself.
+struct DateStyle
+{
+    int style; ///< below 100 the year has two digits, from 100 on four
+    std::string_view pattern;
+};
+
+constexpr std::array<DateStyle, 15> pairedStyles{{{0, "N D Y h"},
+                                                  {1, "m/d/y"},
+                                                  {2, "y.m.d"},
+                                                  {3, "d/m/y"},
+                                                  {4, "d.m.y"},
+                                                  {5, "d-m-y"},
+                                                  {6, "d N y"},
+                                                  {7, "N d, y"},
+                                                  {8, "t"},
+                                                  {9, "N D Y H"},
+                                                  {10, "m-d-y"},
+                                                  {11, "y/m/d"},
+                                                  {12, "ymd"},
+                                                  {13, "d N Y t:f"},
+                                                  {14, "t:f"}}};
+constexpr std::array<DateStyle, 7> singleStyles{{{20, "Y-m-d t"},
+                                                 {21, "Y-m-d t.f"},
+                                                 {23, "Y-m-d"},
+                                                 {24, "t"},
+                                                 {25, "Y-m-d t.f"},
+                                                 {120, "Y-m-d t"},
+                                                 {121, "Y-m-d t.f"}}};
+
+std::optional<std::string_view> patternOf(int style, const Moment& moment)
+{
+    if (style == 126)
+        return moment.millisecond % 1000 != 0 ? "Y-m-dTt.f" : "Y-m-dTt";
+    for (const DateStyle& paired : pairedStyles) {
+        if (style == paired.style || style == paired.style + 100)
+            return paired.pattern;
+    }
+    for (const DateStyle& single : singleStyles) {
+        if (style == single.style)
+            return single.pattern;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 std::optional<std::string> momentInStyle(const Moment& moment, int style)
 {
-    const CivilDate date = civilOf(moment.day);
-    const std::int64_t year = style < 100 ? date.year % 100 : date.year;
-    const char* yearFormat = style < 100 ? "%02lld" : "%04lld";
-    const std::string y = formatted(yearFormat, year, 0, 0);
-    const std::string m = formatted("%02lld", date.month, 0, 0);
-    const std::string d = formatted("%02lld", date.day, 0, 0);
-    const std::string fullYear = formatted("%04lld", date.year, 0, 0);
-    const std::string shortMonth(monthNames[date.month - 1].substr(0, 3));
-    switch (style) {
-    case 0:
-    case 100:
-        return shortMonth + formatted(" %2lld ", date.day, 0, 0) + fullYear + " " +
-               halfDayClock(moment, false);
-    case 1:
-    case 101:
-        return m + "/" + d + "/" + y;
-    case 2:
-    case 102:
-        return y + "." + m + "." + d;
-    case 3:
-    case 103:
-        return d + "/" + m + "/" + y;
-    case 4:
-    case 104:
-        return d + "." + m + "." + y;
-    case 5:
-    case 105:
-        return d + "-" + m + "-" + y;
-    case 6:
-    case 106:
-        return d + " " + shortMonth + " " + y;
-    case 7:
-    case 107:
-        return shortMonth + " " + d + ", " + y;
-    case 8:
-    case 24:
-    case 108:
-        return clock(moment);
-    case 9:
-    case 109:
-        return shortMonth + formatted(" %2lld ", date.day, 0, 0) + fullYear + " " +
-               halfDayClock(moment, true);
-    case 10:
-    case 110:
-        return m + "-" + d + "-" + y;
-    case 11:
-    case 111:
-        return y + "/" + m + "/" + d;
-    case 12:
-    case 112:
-        return y + m + d;
-    case 13:
-    case 113:
-        return d + " " + shortMonth + " " + fullYear + " " + clock(moment) +
-               formatted(":%03lld", moment.millisecond % 1000, 0, 0);
-    case 14:
-    case 114:
-        return clock(moment) + formatted(":%03lld", moment.millisecond % 1000, 0, 0);
-    case 20:
-    case 120:
-        return fullYear + "-" + m + "-" + d + " " + clock(moment);
-    case 21:
-    case 25:
-    case 121:
-        return formatMoment(moment);
-    case 23:
-        return fullYear + "-" + m + "-" + d;
-    case 126:
-        return fullYear + "-" + m + "-" + d + "T" + clock(moment) +
-               (moment.millisecond % 1000 != 0 ? formatted(".%03lld", moment.millisecond % 1000, 0, 0) : "");
-    default:
+    const auto pattern = patternOf(style, moment);
+    if (!pattern)
         return std::nullopt;
+    const CivilDate date = civilOf(moment.day);
+    const auto padded = [](const char* format, std::int64_t number) {
+        return formatted(format, number, 0, 0);
+    };
+    std::string text;
+    for (const char letter : *pattern) {
+        switch (letter) {
+        case 'y':
+            text += style < 100 ? padded("%02lld", date.year % 100) : padded("%04lld", date.year);
+            break;
+        case 'Y':
+            text += padded("%04lld", date.year);
+            break;
+        case 'm':
+            text += padded("%02lld", date.month);
+            break;
+        case 'd':
+            text += padded("%02lld", date.day);
+            break;
+        case 'D':
+            text += padded("%2lld", date.day);
+            break;
+        case 'N':
+            text += monthNames[date.month - 1].substr(0, 3);
+            break;
+        case 't':
+            text += clock(moment);
+            break;
+        case 'f':
+            text += padded("%03lld", moment.millisecond % 1000);
+            break;
+        case 'h':
+        case 'H':
+            text += halfDayClock(moment, letter == 'H');
+            break;
+        default:
+            text += letter;
+        }
     }
+    return text;
 }
 
 std::optional<Moment> parseMomentInStyle(std::string_view text, int style)

@@ -504,6 +504,7 @@ private:
         if (columns.empty())
             columns = m_tableColumns(m_out.target);
         std::vector<ColumnType> targets;
+        targets.reserve(columns.size());
         for (const std::string& column : columns)
             targets.push_back(targetType(column));
         const QueryText text = queryText(*statement.query, Use{.targets = &targets});

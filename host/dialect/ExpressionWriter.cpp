@@ -254,7 +254,8 @@ Piece ExpressionWriter::plus(Piece left, Piece right, std::size_t offset) const
         piece.sql += " + " + (right.binding > Binding::Sum ? right.sql : "(" + right.sql + ")");
         return piece;
     }
-    return added(std::move(left), right, commonType(left.type, right.type));
+    const ColumnType type = commonType(left.type, right.type);
+    return added(std::move(left), right, type);
 }
 
 // One call for a whole chain: the function takes any number of arguments, the engine a limited depth.
@@ -297,7 +298,7 @@ Piece ExpressionWriter::minus(Piece left, Piece right, std::size_t offset) const
 
 // Division by zero is an error on the server and NULL in the engine: the plain operator stands only where the
 // divisor is a number that is not zero.
-Piece ExpressionWriter::quotient(Piece left, const std::string& op, Piece right) const
+Piece ExpressionWriter::quotient(Piece left, const std::string& op, const Piece& right) const
 {
     const ColumnType type = commonType(left.type, right.type);
     const bool safe = isNumberLiteral(right) && !isZero(*right.literal);
@@ -586,7 +587,7 @@ Piece ExpressionWriter::asNumber(Piece piece) const
     }
     if (piece.type != ColumnType::Text)
         return piece;
-    if (!isTextLiteral(piece))
+    if (piece.literal == nullptr || !isTextLiteral(piece))
         return callOf("zul_number", {piece.sql}, ColumnType::Unknown);
     const std::string& text = piece.literal->text;
     const auto parsed = parseNumber(text);

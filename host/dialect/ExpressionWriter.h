@@ -65,7 +65,7 @@ private:
     Piece arithmetic(const Expr& expr);
     Piece plus(Piece left, Piece right, std::size_t offset) const;
     Piece minus(Piece left, Piece right, std::size_t offset) const;
-    Piece quotient(Piece left, const std::string& op, Piece right) const;
+    Piece quotient(Piece left, const std::string& op, const Piece& right) const;
     Piece added(Piece left, const Piece& right, ColumnType type) const;
     Piece negated(const Expr& expr);
     Piece logic(const Expr& expr);

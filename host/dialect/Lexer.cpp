@@ -147,7 +147,6 @@ private:
         quoted(token, TokenKind::Name, close);
         if (token.text.empty())
             failAt(m_text, start, "a name cannot be empty");
-        return;
     }
 
     // A doubled closing quote stands for itself.

@@ -64,7 +64,7 @@ private:
 
     Token take()
     {
-        const Token token = peek();
+        Token token = peek();
         if (token.kind != TokenKind::End)
             ++m_at;
         return token;

@@ -81,7 +81,8 @@ void callScalar(sqlite3_context* context, int count, sqlite3_value** values)
 // The engine hands out zeroed memory for each group and frees it itself: it holds only the pointer.
 Average* averageOf(sqlite3_context* context, bool create)
 {
-    auto** place = static_cast<Average**>(sqlite3_aggregate_context(context, create ? sizeof(Average*) : 0));
+    constexpr int pointer = sizeof(void*);
+    auto** place = static_cast<Average**>(sqlite3_aggregate_context(context, create ? pointer : 0));
     if (place == nullptr)
         return nullptr;
     if (*place == nullptr && create)

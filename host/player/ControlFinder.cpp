@@ -59,7 +59,7 @@ QWidget* keyboardPart(QWidget* control)
 
 bool isShown(const QWidget* control)
 {
-    for (const QWidget* at = control; at != nullptr && !at->isWindow(); at = at->parentWidget()) {
+    for (const QWidget* at = control; !at->isWindow(); at = at->parentWidget()) {
         const auto* pages = qobject_cast<const QStackedWidget*>(at->parentWidget());
         if (pages == nullptr) {
             if (at->isHidden()) {

@@ -25,7 +25,7 @@ QString demoDatabaseFile()
 
 QString ensureDemoDatabase()
 {
-    const QString file = demoDatabaseFile();
+    QString file = demoDatabaseFile();
     if (!QFile::exists(file)) {
         createDemo(file.toStdString(), customers);
     }

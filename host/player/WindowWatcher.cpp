@@ -11,7 +11,6 @@
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QThread>
-#include <QTimer>
 
 #include <memory>
 
@@ -44,7 +43,7 @@ bool isOrdinaryWindow(const QWidget* window)
 
 QString iconName(const QMessageBox* box)
 {
-    const QString told = box->property("zulIcon").toString();
+    QString told = box->property("zulIcon").toString();
     if (!told.isEmpty()) {
         return told;
     }
@@ -64,7 +63,7 @@ QString iconName(const QMessageBox* box)
 
 QString buttonsName(const QMessageBox* box)
 {
-    const QString told = box->property("zulButtons").toString();
+    QString told = box->property("zulButtons").toString();
     if (!told.isEmpty()) {
         return told;
     }
@@ -115,6 +114,9 @@ WindowWatcher::WindowWatcher(EventPrinter& printer, QObject* parent)
     : QObject(parent)
     , m_printer(printer)
 {
+    m_flush.setSingleShot(true);
+    m_flush.setInterval(0);
+    connect(&m_flush, &QTimer::timeout, this, [this] { m_printer.flush(); });
     qApp->installEventFilter(this);
 }
 
@@ -288,7 +290,7 @@ void WindowWatcher::deferProgress(QWidget* indicator)
 {
     // Shown for the first time only when it was ever visible: a hidden indicator says nothing of itself.
     m_printer.defer(indicator, [this, watched = QPointer<QWidget>(indicator)] {
-        const QString line = watched ? progressLine(watched) : QString();
+        QString line = watched ? progressLine(watched) : QString();
         const bool neverSeen = m_lastProgress.isEmpty() && watched && !watched->isVisible();
         if (line.isEmpty() || neverSeen || line == m_lastProgress) {
             return QString();
@@ -297,6 +299,6 @@ void WindowWatcher::deferProgress(QWidget* indicator)
         return line;
     });
     // When the run yields to the user interface, the operator sees the state, and so does the reader.
-    QTimer::singleShot(0, this, [this] { m_printer.flush(); });
+    m_flush.start();
 }
 } // namespace zul::host

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QString>
+#include <QTimer>
 
 class QMessageBox;
 class QWidget;
@@ -68,5 +69,6 @@ private:
     QList<Open> m_open;       // in the order in which they were shown
     QSet<QWidget*> m_notices; // that are shown
     QString m_lastProgress;
+    QTimer m_flush; // runs when the component yields
 };
 } // namespace zul::host

@@ -6,6 +6,7 @@
 
 #include <QCheckBox>
 #include <QFrame>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -79,6 +80,28 @@ TEST_F(ControlSetupTest, AGridIsSetUpWithoutAnError)
     ReportGrid grid;
     setupReportControl(&grid);
     EXPECT_TRUE(logged().isEmpty());
+}
+
+TEST_F(ControlSetupTest, AGridGetsItsTextsAndItsFont)
+{
+    ReportGrid grid;
+    grid.resize(600, 300);
+    setupReportControl(&grid);
+    grid.addColumn({.field = u"Cliente"_s, .caption = u"Ragione sociale"_s});
+    grid.sortBy(0, false);
+    EXPECT_EQ(grid.groupBoxWidget()->accessibleDescription(),
+              u"Trascinare qui l'intestazione di colonna per raggruppare per quella colonna. "
+              "Ordina per: Ragione sociale"_s);
+    const QWidget* list = grid.bodyViewport()->parentWidget();
+    EXPECT_EQ(list->font().family(), u"Tahoma"_s);
+    EXPECT_EQ(list->font().pointSize(), 8);
+
+    // The text of an empty list can only be seen.
+    const QImage seen = grid.grab().toImage();
+    grid.setEmptyText(u"Nessun elemento da visualizzare."_s);
+    EXPECT_NE(grid.grab().toImage(), seen);
+    grid.setEmptyText(u"Nessun elemento da visualizzare"_s);
+    EXPECT_EQ(grid.grab().toImage(), seen);
 }
 
 } // namespace

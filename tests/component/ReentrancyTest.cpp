@@ -1,10 +1,13 @@
 // Calls that come while a window is on the screen: from the host's own code in an event, or from its timers.
+#include "component/Settings.h"
 #include "controls/SelectorField.h"
 #include "tests/component/SmsCreatorTest.h"
 
 #include <QPointer>
 #include <QPushButton>
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace zul {
 namespace {
@@ -13,8 +16,8 @@ using namespace test;
 using namespace Qt::StringLiterals;
 
 const QString alreadyShown =
-    u"ShowForm | Error 5 (Invalid procedure call or argument) in procedure ShowForm of "
-    "Modulo di classe ImportTabacchi | "_s;
+    u"funShowForm | Error 5 (Invalid procedure call or argument) in procedure funShowForm of "
+    "Modulo modMain | "_s;
 
 class ReentrancyTest : public SmsCreatorTest
 {};
@@ -29,6 +32,48 @@ TEST_F(ReentrancyTest, AMainWindowOnTheScreenIsNotShownAgain)
     EXPECT_EQ(showForm(), S_OK);
     EXPECT_EQ(logged(), QStringList{alreadyShown});
     EXPECT_EQ(formChoice(), u"ESC"_s) << "the first showing ended as it should";
+}
+
+TEST_F(ReentrancyTest, TheSessionTakesWhatARefusedCallBroughtAndTheWindowTakesNothing)
+{
+    FakeHost another;
+    another.userName() = "un altro";
+    whatToShow(true, true, false);
+    onWindow(u"frmSMS"_s, [&](QWidget* window) {
+        auto* age = window->findChild<QCheckBox*>(u"chkANA_Eta"_s);
+        age->setChecked(true);
+        saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
+                     QString::fromLatin1(RegistryPathCartellaSMSSender), u"D:\\Invio"_s);
+        whatToShow(true, true, true);
+        hostConnection = another.connection();
+        EXPECT_EQ(showForm(u"D:\\Altro"), S_OK);
+        EXPECT_EQ(session().connection().userName(), u"un altro"_s);
+        EXPECT_EQ(session().PathMainApplication, u"D:\\Altro"_s);
+        EXPECT_EQ(session().PathCartellaSMSSender, u"D:\\Invio"_s);
+        EXPECT_TRUE(age->isChecked());
+        EXPECT_FALSE(window->findChild<QTabWidget*>(u"TabControlTipo"_s)->isTabVisible(1));
+        EXPECT_EQ(formChoice(), QString());
+    });
+    showForm();
+    EXPECT_EQ(logged(), QStringList{alreadyShown});
+    EXPECT_EQ(formChoice(), u"ESC"_s) << "the first showing ended as it should";
+}
+
+TEST_F(ReentrancyTest, AWindowShownByAnotherObjectKeepsTheObjectThatShowedIt)
+{
+    onWindow(u"frmSMS"_s, [&](QWidget* window) {
+        const ComPtr<SmsCreatorObject> first = std::exchange(creator, makeCom<SmsCreatorObject>());
+        EXPECT_EQ(showForm(), S_OK);
+        creator = first;
+        int events = 0;
+        advise(makeCom<Sink>([&](DISPID, const auto&) { return ++events, S_OK; }));
+        onWindow(u"frmRicercaGenerica"_s,
+                 [](QWidget* lookup) { lookup->findChild<QPushButton*>(u"cmdAnnulla"_s)->click(); });
+        Q_EMIT window->findChild<SelectorField*>(u"cntrLOC_Comune"_s)->selectionRequested();
+        EXPECT_EQ(events, 1);
+    });
+    showForm();
+    EXPECT_EQ(logged(), QStringList{alreadyShown});
 }
 
 TEST_F(ReentrancyTest, ADiscardOfTheMainWindowWhileItIsShownDoesNothing)

@@ -105,6 +105,26 @@ TEST_F(SettingsTest, TheFirstRowOfAnEmptyTableGetsIdOne)
     EXPECT_EQ(host.operations("set").front(), "set idImpostazione=1");
 }
 
+TEST_F(SettingsTest, AfterTheLargestIdOfAllAWriteIsAnOverflow)
+{
+    host.answer("Max(idImpostazione)", {{"maxId"}, {{number(2147483647)}}});
+    EXPECT_FALSE(setDbValue(u"K"_s, u"v"_s));
+    EXPECT_TRUE(host.operations("addnew").empty());
+    EXPECT_EQ(logged(), QStringList{u"setDbValue | Error 6 (Overflow) in procedure setDbValue of Modulo "
+                                    "modSetup | "_s});
+    EXPECT_EQ(host.openRowSets(), 0);
+}
+
+TEST_F(SettingsTest, AKeyIsPastedInAsItStandsAndAQuoteBreaksTheStatement)
+{
+    getDbValue(u"l'a"_s, u"d"_s);
+    setDbValue(u"l'a"_s, u"v"_s);
+    const Lines opened = host.operations("open");
+    ASSERT_GE(opened.size(), 2U);
+    EXPECT_EQ(opened[0], "open SELECT * FROM tabImpostazioni WHERE descrizione='l'a' static pessimistic");
+    EXPECT_EQ(opened[1], "open SELECT * FROM tabImpostazioni WHERE descrizione='l'a' dynamic optimistic");
+}
+
 TEST_F(SettingsTest, AFailedWriteIsLogged)
 {
     host.settings()["K"] = "v";

@@ -405,6 +405,14 @@ TEST_F(ReportGridTest, SharesFreeWidthAmongColumnsWithoutOne)
     EXPECT_EQ(shared.headerRect(3).width(), 600);
     shared.ungroupAll();
     EXPECT_EQ(shared.headerRect(1).width(), 300);
+    // The first drag of an edge sizes its column, and ends the sharing.
+    const QRect before = shared.headerRect(1);
+    const QPoint edge(before.right() - 1, before.center().y());
+    drag(shared.headerViewport(), edge, shared.headerViewport(), edge - QPoint(40, 0));
+    EXPECT_EQ(shared.headerRect(1).width(), 260);
+    EXPECT_EQ(shared.headerRect(3).width(), 300);
+    shared.resize(602, 300);
+    EXPECT_EQ(shared.headerRect(1).width(), 260);
 }
 
 TEST_F(ReportGridTest, TakesCallsWithoutColumnsOrRecords)

@@ -481,7 +481,7 @@ TEST_P(CurlTransportTest, LocalFilesThatCannotBeUsedAreToldBeforeTheTransfer)
 TEST_P(CurlTransportTest, AFullDiskEndsTheDownloadAndTheConnectionIsRestored)
 {
     if (!std::filesystem::exists("/dev/full"))
-        GTEST_SKIP();
+        GTEST_SKIP() << "this system has no /dev/full to stand for a full disk";
     server.files["/a"] = pattern(1'000'000);
     ASSERT_EQ(connect(), Success);
     EXPECT_EQ(transport.getFile(connection, "a", "/dev/full", false, 0x80, TransferBinary), ftp::DiskFull);

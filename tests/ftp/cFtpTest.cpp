@@ -541,6 +541,21 @@ TEST_F(DownloadTest, BreathesTwiceBetweenTheSteps)
                                     "breath", "breath", "300/300", "state 10"));
 }
 
+TEST_F(DownloadTest, TheLocalFileIsClosedBeforeTheEndIsTold)
+{
+    auto other = makeClient();
+    other->OpenConnection("server", "21", "u", "p");
+    int second = -1;
+    client->StateChanged = [&](std::int32_t state) {
+        std::int32_t one = 1;
+        if (state == 10)
+            second = thrownBy([&] { other->FTPDownloadFile(folder.file("next"), "r", one); });
+    };
+    EXPECT_TRUE(download(300, 300));
+    EXPECT_EQ(second, 0) << "the next transfer may start there";
+    EXPECT_TRUE(folder.read("next").has_value());
+}
+
 TEST_F(DownloadTest, Of510BytesAppends256ZeroBytes)
 {
     EXPECT_TRUE(download(510, 510));
@@ -643,7 +658,7 @@ TEST_F(DownloadTest, IntoAFolderThatIsNotThereIsARunTimeError)
 TEST_F(DownloadTest, OntoAFullDiskIsARunTimeError)
 {
     if (!std::filesystem::exists("/dev/full"))
-        GTEST_SKIP();
+        GTEST_SKIP() << "this system has no /dev/full to stand for a full disk";
     world->remoteContent = pattern(10);
     size = 10;
     EXPECT_EQ(thrownBy([this] { client->FTPDownloadFile("/dev/full", "r", size); }), 61);

@@ -630,6 +630,26 @@ TEST_P(ContractTest, ShowsItsChangesToOtherConnectionsOnceCommitted)
     EXPECT_EQ(count(), "2");
 }
 
+TEST_P(ContractTest, IsClosedUnderWhoeverHoldsOnToIt)
+{
+    add(1, u"uno");
+    add(2, u"due");
+    const auto memory = open(u"SELECT * FROM tabProva ORDER BY id");
+    auto stream = open(u"SELECT * FROM tabProva ORDER BY id", CursorForwardOnly);
+    throwIfFailed(m_connection->BeginTrans());
+    EXPECT_EQ(execute(u"DELETE FROM tabProva"), 2);
+    m_database->close();
+    EXPECT_EQ(tryExecute(u"DELETE FROM tabProva"), static_cast<HRESULT>(ErrorCode::ConnectionLost));
+    EXPECT_FALSE(m_error.empty());
+    EXPECT_EQ(tryOpen(u"tabProva"), static_cast<HRESULT>(ErrorCode::ConnectionLost));
+    EXPECT_TRUE(FAILED(m_connection->BeginTrans()));
+    EXPECT_TRUE(FAILED(m_connection->CommitTrans()));
+    EXPECT_EQ(get(memory, u"testo").text(), u"uno");
+    stream.reset();
+    m_database = std::make_unique<HostDatabase>(m_options);
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) AS n FROM tabProva").rows.at(0).at(0), "2");
+}
+
 TEST_P(ContractTest, LooksASingleValueUp)
 {
     add(3, u"tre");

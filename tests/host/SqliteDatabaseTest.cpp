@@ -4,6 +4,7 @@
 #include "host/SqliteDatabase.h"
 #include "host/SqliteEngine.h"
 
+#include <filesystem>
 #include <fstream>
 
 #include <gtest/gtest.h>
@@ -46,6 +47,21 @@ TEST_F(SqliteDatabaseTest, TranslatesASourceOnce)
     m_database.forgetTranslations();
     EXPECT_TRUE(m_database.prepare("two", translate).step());
     EXPECT_EQ(calls, 2);
+}
+
+TEST_F(SqliteDatabaseTest, LeavesOneFileBehindWhenItIsClosed)
+{
+    const std::string log = m_database.path() + "-wal";
+    m_database.run("CREATE TABLE t (a)");
+    EXPECT_TRUE(std::filesystem::exists(log));
+    m_database.close();
+    EXPECT_FALSE(std::filesystem::exists(log));
+    EXPECT_FALSE(std::filesystem::exists(m_database.path() + "-shm"));
+    EXPECT_THROW(m_database.prepare("SELECT 1"), EngineError);
+    EXPECT_THROW(m_database.run("CREATE TABLE u (a)"), EngineError);
+    m_database.close();
+    SqliteDatabase again(m_database.path(), SqliteDatabase::Mode::OpenExisting);
+    EXPECT_FALSE(again.prepare("SELECT a FROM t").step());
 }
 
 TEST_F(SqliteDatabaseTest, KeepsMoreTextsThanItHasRoomFor)

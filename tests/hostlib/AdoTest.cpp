@@ -4,7 +4,10 @@
 #include "tests/support/ComponentTest.h"
 
 #include <gtest/gtest.h>
+
+#include <functional>
 #include <limits>
+#include <vector>
 
 namespace zul {
 namespace {
@@ -149,6 +152,74 @@ TEST_F(AdoTest, ValuesAreWrittenWithTheirTypes)
     EXPECT_EQ(host.operations(), (Lines{"open select static read-only", "addnew", "set a=NULL", "set b=true",
                                         "set c=-1s", "set d=-1", "set e=1l", "set f=1.5", "set g=2025-03-07",
                                         "set h=<moment>", "set i='L'à 😀'", "set j=''", "update"}));
+}
+
+TEST_F(AdoTest, AClosedRowSetSaysSoAndNothingWorse)
+{
+    host.answer("select", {{"a"}, {{number(1)}}});
+    const auto expectClosed = [](ado::Recordset& row, const char* which) {
+        const std::vector<std::function<void()>> members{
+            [&] { row.eof(); },
+            [&] { row.moveNext(); },
+            [&] { row.fieldCount(); },
+            [&] { row.fieldName(0); },
+            [&] { row.value(u"a"_s); },
+            [&] { row.text(u"a"_s); },
+            [&] { row.integer(u"a"_s, 0); },
+            [&] { row.isNull(u"a"_s); },
+            [&] { row.addNew(); },
+            [&] { row.set(u"a"_s, qint32{1}); },
+            [&] { row.update(); },
+            [&] { row.close(); },
+            [&] { row.readRows([](long, const ZulCell*) { FAIL(); }); },
+        };
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            QString description;
+            EXPECT_EQ(errorOf(members[i], &description), 3704) << which << " member " << i;
+            EXPECT_EQ(description, u"Operation is not allowed when the object is closed."_s);
+        }
+    };
+    ado::Recordset row = open();
+    row.close();
+    expectClosed(row, "closed");
+    EXPECT_EQ(row.object(), nullptr);
+
+    ado::Recordset first = open();
+    const ado::Recordset second = std::move(first);
+    expectClosed(first, "moved away"); // NOLINT(bugprone-use-after-move): that is what is asked here
+    EXPECT_FALSE(second.eof());
+    EXPECT_EQ(host.operations(), (Lines{"open select static read-only", "open select static read-only"}));
+    EXPECT_EQ(host.openRowSets(), 1);
+}
+
+TEST_F(AdoTest, ARowSetThatCannotBeClosedIsStillThere)
+{
+    host.answer("select", {{"a"}, {{number(1)}}});
+    host.failNth("close", 1, E_FAIL, u"no");
+    ado::Recordset row = open();
+    EXPECT_NE(errorOf([&] { row.close(); }), 3704);
+    EXPECT_FALSE(row.eof());
+    row.close();
+    EXPECT_EQ(host.openRowSets(), 0);
+}
+
+TEST_F(AdoTest, KeysAreCountedOnUntilTheyAreUsedUp)
+{
+    EXPECT_EQ(ado::keyAfter(0), 1);
+    EXPECT_EQ(ado::keyAfter(-3), -2);
+    EXPECT_EQ(ado::keyAfter(2147483646), 2147483647);
+    EXPECT_EQ(errorOf([] { ado::keyAfter(2147483647); }), 6);
+}
+
+TEST_F(AdoTest, TrueIsOneInATextAndMinusOneAsANumber)
+{
+    Variant truth = boolean(true);
+    host.answer("select", {{"yes", "no"}, {{truth, boolean(false)}}});
+    ado::Recordset row = open();
+    EXPECT_EQ(row.text(u"yes"_s), u"1"_s);
+    EXPECT_EQ(row.text(u"no"_s), u"0"_s);
+    EXPECT_EQ(row.integer(u"yes"_s, 0), -1);
+    EXPECT_EQ(row.integer(u"no"_s, 9), 0);
 }
 
 TEST_F(AdoTest, TextsOfValues)

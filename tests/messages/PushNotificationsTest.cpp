@@ -1,5 +1,6 @@
 #include "messages/PushNotifications.h"
 
+#include "hostlib/Calls.h"
 #include "hostlib/Error.h"
 #include "tests/messages/FakeRecipients.h"
 
@@ -38,7 +39,7 @@ protected:
     bool prepare()
     {
         return prepareNotifications(connection(), choices, rows, outcomes, progress,
-                                    [this](const OperatorMessage& message) { return ask(nullptr, message); });
+                                    [](const OperatorMessage& message) { return ask(nullptr, message); });
     }
 
     SendChoices choices;
@@ -234,11 +235,15 @@ TEST_F(PushTest, TheRecordIsOfKindEightAndHasNoRecipientNumber)
     for (const auto& [name, value] : host.savedRecords().front())
         filled.append(qs(name + "=" + show(value)));
     EXPECT_TRUE(filled.takeAt(1).startsWith(u"Descrizione='Notifica Push"_s));
-    filled.removeAt(9);
-    EXPECT_EQ(filled.mid(0, 9),
-              (QStringList{u"IdTipoMessaggio=8"_s, u"Testo='Ciao<Rossi Mario,>'"_s, u"IDCliente=1"_s,
-                           u"Riferimento='-1'"_s, u"Flag1=true"_s, u"Flag2=true"_s, u"Flag3=true"_s,
-                           u"Valore=0"_s, u"DataCreaz="_s + QDate::currentDate().toString(Qt::ISODate)}));
+    EXPECT_EQ(filled.mid(0, 8), (QStringList{u"IdTipoMessaggio=8"_s, u"Testo='Ciao<Rossi Mario,>'"_s,
+                                             u"IDCliente=1"_s, u"Riferimento='-1'"_s, u"Flag1=true"_s,
+                                             u"Flag2=true"_s, u"Flag3=true"_s, u"Valore=0"_s}));
+    const FilledRecord& record = host.savedRecords().front();
+    ASSERT_EQ(record.size(), 12U);
+    EXPECT_EQ(record[9].first, "DataCreaz");
+    EXPECT_EQ(record[10].first, "OraCreaz");
+    EXPECT_EQ(calls::fromDate(record[9].second.date).date(), QDate::currentDate());
+    EXPECT_EQ(record[9].second.date, record[10].second.date) << "date and time of creation, twice";
     EXPECT_EQ(filled.last(), u"UtenteUltimoAccesso='operatore'"_s);
 }
 
@@ -313,9 +318,34 @@ TEST_F(PushTest, AHostWithoutAConnectorGetsItsTextInEveryLine)
                           "r@x.it), email: a@b.it, testo: Ciao- Errore: Connettore app non disponibile."_s});
 }
 
+TEST_F(PushTest, AHostWithoutAMessageRecordGetsARowOfTheMailingList)
+{
+    FakeHost minimal;
+    minimal.offer(Service::AppConnector);
+    minimal.settings() = host.settings();
+    minimal.answer(
+        "IdCliente=1",
+        {{"RagioneSociale1", "RagioneSociale2", "email", "ConsensoSms", "ConsensoEmail", "idClassificazione"},
+         {{text("Rossi"), text("Mario"), text("r@x.it"), boolean(true), boolean(false), null()}}});
+    minimal.answer("SELECT Max(idMailing) as maxId FROM TMK_MailingList", {{"maxId"}, {{null()}}});
+    session().setConnessione(host::SqlConnection(minimal.connection()));
+    EXPECT_TRUE(create({{1, u"a@b.it"_s}}, Selected));
+    EXPECT_EQ(outcomes.lines.last(), u"OK     - Rossi Mario - Creato correttamente."_s);
+    Lines set = minimal.operations("set");
+    ASSERT_FALSE(set.empty());
+    EXPECT_EQ(set.front(), "set idMailing=1");
+    set.erase(set.begin());
+    EXPECT_EQ(set, (Lines{"set idTipoMessaggio=8", "set Descrizione='Notifica Push'", "set Testo='Ciao'",
+                          "set IDCliente=1", "set Riferimento='-1'", "set Flag1=true", "set Flag2=true",
+                          "set Flag3=true", "set Valore=0", "set DataCreaz=<moment>", "set OraCreaz=<moment>",
+                          "set UtenteUltimoAccesso='operatore'"}));
+    EXPECT_TRUE(errors.isEmpty());
+    EXPECT_EQ(minimal.openRowSets(), 0);
+}
+
 TEST_F(PushTest, ARunTimeErrorEndsTheRunIsLoggedAndHidesTheProgress)
 {
-    for (const char* kind : {"customer", "parse", "push", "save"}) {
+    for (const char* kind : {"customer", "parse", "push"}) {
         host.noFailures();
         progress.calls.clear();
         host.failNth(kind, 1, E_FAIL, u"Errore di prova");
@@ -325,7 +355,20 @@ TEST_F(PushTest, ARunTimeErrorEndsTheRunIsLoggedAndHidesTheProgress)
     const QString entry =
         u"CreatePushNotifies_ListOfContacts_BL | Error -2147467259 (Errore di prova) in procedure "
         "CreatePushNotifies_ListOfContacts_BL of Modulo modMain | "_s;
-    EXPECT_EQ(logged(), (QStringList{entry, entry, entry, entry}));
+    EXPECT_EQ(logged(), (QStringList{entry, entry, entry}));
+}
+
+TEST_F(PushTest, ASaveThatFailsOutrightIsLoggedAndTheLoopGoesOn)
+{
+    host.failNth("save", 1, E_FAIL, u"disco pieno");
+    EXPECT_TRUE(create({{1, u"a@b.it"_s}, {2, u"c@d.it"_s}}, Selected));
+    ASSERT_EQ(errors.size(), 1);
+    EXPECT_TRUE(errors[0].endsWith(u"- Errore: Generazione messaggio su db non riuscita!"_s))
+        << utf8(errors[0]);
+    EXPECT_TRUE(outcomes.lines.last().endsWith(u" - Creato correttamente."_s));
+    EXPECT_EQ(logged(),
+              QStringList{u"CreatePushNotifies_ListOfContacts_BL | Error -2147467259 (disco pieno) in "
+                          "procedure CreatePushNotifies_ListOfContacts_BL of Modulo modMain | "_s});
 }
 
 TEST_F(PushTest, TheParserGetsTheTextAndTheCustomer)

@@ -485,6 +485,25 @@ TEST_F(SmsFormCriteriaTest, AHostThatClosesTheWindowFromADatabaseCallDoesNoHarm)
     EXPECT_TRUE(form->isEnabled());
 }
 
+TEST_F(SmsFormCriteriaTest, TheSalesFiltersAreAskedForAtTheFirstOfTheirSearchesAndKept)
+{
+    open();
+    click("cmdElabora");
+    EXPECT_EQ(host.made(Service::CustomerFilterSql), 0);
+    page("TabControl1", 2);
+    click("chkECO_PtFid");
+    edit("txtECO_PtFid_I")->setText(u"1"_s);
+    click("cmdElabora");
+    open();
+    session().setConnessione(connection());
+    page("TabControl1", 2);
+    click("chkECO_PtFid");
+    edit("txtECO_PtFid_I")->setText(u"1"_s);
+    click("cmdElabora");
+    EXPECT_EQ(host.operations("filter").size(), 4U);
+    EXPECT_EQ(host.made(Service::CustomerFilterSql), 1);
+}
+
 TEST_F(SmsFormCriteriaTest, CriteriaKeepTheirValuesAcrossSearches)
 {
     open();

@@ -447,6 +447,23 @@ TEST_F(SmsFormSendingTest, AFreePushRunShowsItsProgressAndEndsWithItsWording)
     EXPECT_EQ(form->choice(), u"OK"_s);
 }
 
+TEST_F(SmsFormSendingTest, ARunEndsOnTheConnectionOnWhichItBegan)
+{
+    FakeHost another;
+    openWithCustomers();
+    page("tab_Invio", 0);
+    click("cmdSelAll");
+    page("tab_Invio", 1);
+    click("RBN_SoloSMS");
+    selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
+    host.during("customer 1", [&] { session().setConnessione(host::SqlConnection(another.connection())); });
+    prepare();
+    EXPECT_EQ(host.savedRecords().size(), 2U);
+    EXPECT_TRUE(another.operations().empty());
+    EXPECT_EQ(lines(), (QStringList{separator(), u"OK     - Preparato SMS per Rossi"_s,
+                                    u"OK     - Preparato SMS per Anna Verdi"_s}));
+}
+
 TEST_F(SmsFormSendingTest, APushModelSendsTheDisplayTextOfTheSelector)
 {
     openWithCustomers();

@@ -194,6 +194,26 @@ TEST_F(OpzioniTest, ItOpensWithTheUserNameYellowAndTheKeyboardBoundToIt)
     EXPECT_EQ(effectiveBackground(find<QGroupBox>(u"GroupBox2"_s)), white);
 }
 
+TEST_F(OpzioniTest, InTouchModeTheKeyboardCoversNothing)
+{
+    session().ShowTouchMode = true;
+    open();
+    const auto* keyboard = find<OnScreenKeyboard>(u"keybT"_s);
+    ASSERT_TRUE(keyboard->isVisible());
+    const auto place = [this](const QWidget* widget) {
+        return QRect(widget->mapTo(form.get(), QPoint()), widget->size());
+    };
+    for (const QString& name : providerFields) {
+        field(name)->setFocus();
+        for (const char* other :
+             {"GroupBox2", "chkSMS_Add0039", "chkSMS_ZulSmsSenderAutoSend", "txtPathSMSSender",
+              "cmdSelezionaPath", "cmdSMS_TestSMSSender", "cmdSalva", "cmdAnnulla"})
+            EXPECT_FALSE(place(keyboard).intersects(place(find<QWidget>(QLatin1String(other)))))
+                << utf8(name) << ' ' << other;
+    }
+    EXPECT_LE(form->height(), 768 - 40) << "with its title bar it stands on a small screen";
+}
+
 TEST_F(OpzioniTest, TheSixProviderFieldsTurnYellowWithTheFocusAndWhiteWithoutIt)
 {
     open();

@@ -10,6 +10,9 @@
 #   # options: --show sms,mail      further options of zulhost
 #   # locale: it_IT.UTF-8           (ZUL_TEST_LOCALE, else it_IT.UTF-8)
 #   # file NAME: A\nB               a file that lies in the folder beforehand, with the lines A and B
+#   # server: A\nB                  an FTP server on 127.0.0.1 has them as export.txt; its port is @PORT@ in the
+#                                   scenario, as the folder of the play is @FOLDER@
+#   # show: NAME NAME               files whose lines follow at the end, as "NAME: LINE"
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
@@ -27,6 +30,7 @@ trap 'rm -rf "$folder"' EXIT
 # The component keeps its log and its layout file beside its library, and its settings in the user's home.
 ln -s "$component" "$folder/libZul_MessageBuilder.so"
 export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data XDG_CACHE_HOME=$folder/cache
+export no_proxy=127.0.0.1
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 locale=$(setting locale)
 export LC_ALL=${locale:-${ZUL_TEST_LOCALE:-it_IT.UTF-8}}
@@ -36,12 +40,21 @@ database=$folder/test.db
 [ -n "${created:-}" ] || "$host" --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
 
 sed -n 's/^# file \([^:]*\): */\1\t/p' "$scenario" | while IFS=$'\t' read -r name lines; do
+    mkdir -p "$(dirname "$folder/$name")"
     printf '%b\n' "$lines" >"$folder/$name"
 done
 
+port=@PORT@
+if grep -q '^# server' "$scenario"; then
+    # Without the other server's input, which must end when this shell lets go of it.
+    coproc SERVE { exec 7>&-; exec "$ZUL_FTPSERVE"; }
+    { printf '%b\n' "$(setting server)"; echo .; } >&"${SERVE[1]}"
+    read -r port <&"${SERVE[0]}"
+fi
+
 journal=()
 grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
-cp "$scenario" "$folder/played.scenario"
+sed "s|@PORT@|$port|g; s|@FOLDER@|$folder|g" "$scenario" >"$folder/played.scenario"
 read -r -a options <<<"$(setting options)"
 [ "$engine" != file ] || database=test.db
 (cd "$folder" && "$host" --database "$database" --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
@@ -56,7 +69,10 @@ code=$?
         sed 's/^[^|]* | /log /' "$folder/Zul_Messagebuilder.log"
     fi
     [ ${#journal[@]} -eq 0 ] || cat "$folder/journal.txt"
-} >"$folder/actual"
+    for name in $(setting show); do
+        [ ! -e "$folder/$name" ] || sed "s|^|$name: |" "$folder/$name"
+    done
+} | sed "s|$port|@PORT@|g" >"$folder/actual"
 
 if [ "${ZUL_SCENARIO_WRITE:-}" = 1 ]; then
     sed "s|$folder|@|g" "$folder/actual" >"$expected"
@@ -68,8 +84,8 @@ if [ "$engine" != file ]; then
     for each in "$folder/actual" "$expected"; do
         sed -E -e 's/-connectionstring:[^"]*/-connectionstring:@connection/' \
             -e 's/"error":".*"(\\?\})$/"error":"@"\1/' \
-            -e 's/(Error -?[0-9]+) \\?\(.*\\?\) in procedure/\1 @ in procedure/' \
-            -e 's/(-[0-9]+)-.* (\\?\| erroreNonPrevistoDalProgramma)/\1-@ \2/' "$each" >"$folder/$(basename "$each").same"
+            -e 's/(Error -[0-9]+) \\?\(.*\\?\) in procedure/\1 @ in procedure/' \
+            -e 's/(\| -[0-9]+-)[^|]* (\\?\|)/\1@ \2/' "$each" >"$folder/$(basename "$each").same"
     done
     mv "$folder/actual.same" "$folder/actual"
     expected=$folder/$(basename "$expected").same
