@@ -243,6 +243,19 @@ void OdbcStatement::check(SQLRETURN code)
         m_connection.fail(SQL_HANDLE_STMT, m_handle);
 }
 
+void OdbcStatement::failAsDiagnosed()
+{
+    std::array<SQLCHAR, 6> state{};
+    SQLINTEGER native = 0;
+    for (SQLSMALLINT record = 1; SQL_SUCCEEDED(
+             SQLGetDiagRec(SQL_HANDLE_STMT, m_handle, record, state.data(), &native, nullptr, 0, nullptr));
+         ++record) {
+        const std::string_view kind(reinterpret_cast<const char*>(state.data()), 2);
+        if (kind != "00" && kind != "01" && kind != "02")
+            m_connection.fail(SQL_HANDLE_STMT, m_handle);
+    }
+}
+
 void OdbcStatement::executeDirect(std::string_view sql)
 {
     check(SQLExecDirect(m_handle, characters(sql), static_cast<SQLINTEGER>(sql.size())));
@@ -337,7 +350,8 @@ OdbcConnection::OdbcConnection(const std::string& connectionString)
         if (!SQL_SUCCEEDED(code))
             fail(SQL_HANDLE_DBC, m_connection);
         m_connected = true;
-        m_product = productOf(info(SQL_DBMS_NAME));
+        // FreeTDS speaks to servers of Transact-SQL only, whatever they call themselves.
+        m_product = namesFreeTds(full) ? Product::TransactSql : productOf(info(SQL_DBMS_NAME));
         if (m_product == Product::TransactSql) {
             // A driver may cut long texts at 64 KB unless told otherwise.
             OdbcStatement(*this).executeDirect("SET TEXTSIZE 2147483647");

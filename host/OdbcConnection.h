@@ -64,6 +64,9 @@ public:
     void finish(std::int64_t& affected);
     void closeCursor() noexcept;
 
+    /// Throws what the driver notes of the last call, whatever the call returned, when it is an error and no note.
+    void failAsDiagnosed();
+
     /// Throws EngineError unless the code is a success. "No data" is one.
     void check(SQLRETURN code);
 

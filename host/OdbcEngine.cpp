@@ -337,8 +337,13 @@ bool OdbcEngine::hasTable(std::string_view name)
 {
     // By the server's own rules for names, and without the catalogue, which compatible servers have in part only.
     if (product() == Product::TransactSql) {
-        const auto rows = query("SELECT OBJECT_ID(N" + quotedText(name) + ", N'U')", Language::Native);
-        return rows->next() && rows->cells()[0].Kind != CellNull;
+        try {
+            const auto rows = query("SELECT OBJECT_ID(N" + quotedText(name) + ", N'U')", Language::Native);
+            return rows->next() && rows->cells()[0].Kind != CellNull;
+        } catch (const EngineError&) {
+            if (m_connection->isLost())
+                throw;
+        }
     }
     m_connection->makeFree();
     std::string wanted = catalogueName(*m_connection, name);
@@ -364,7 +369,8 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
 {
     if (!m_hasCounters) {
         ensureTable(*this, counterTable());
-        m_hasCounters = true;
+        // A table made in a transaction goes when that is undone.
+        m_hasCounters = !inTransaction();
     }
     const std::string tableText = tableName(table);
     const std::string keyText(key);

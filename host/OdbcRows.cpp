@@ -160,7 +160,12 @@ public:
         }
         if (m_broken)
             throw EngineError(*m_broken);
-        return fetch();
+        try {
+            return fetch();
+        } catch (const EngineError& error) {
+            m_broken = error;
+            throw;
+        }
     }
 
     const ZulCell* cells() const override { return m_cells.data(); }
@@ -227,12 +232,14 @@ private:
         }
     }
 
-    // A driver may take a connection that broke for the end of the rows; half a result must not pass for a whole
-    // one.
+    // A driver may take a connection that broke, or an error that the server met behind the rows it had sent, for the
+    // end of the rows; half a result must not pass for a whole one.
     bool endOfRows()
     {
         if (m_connection.isLost())
             throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+        std::int64_t ignored = 0;
+        m_statement->finish(ignored);
         end();
         return false;
     }
@@ -251,6 +258,8 @@ private:
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());
+            if (m_fetched < m_blockRows)
+                m_statement->failAsDiagnosed();
             if (code == SQL_NO_DATA || (SQL_SUCCEEDED(code) && m_fetched == 0))
                 return endOfRows();
             // A value that was cut is a success "with information"; it is looked for cell by cell below.
@@ -334,8 +343,10 @@ private:
     bool fetchByValue()
     {
         const SQLRETURN code = SQLFetch(m_statement->handle());
-        if (code == SQL_NO_DATA)
+        if (code == SQL_NO_DATA) {
+            m_statement->failAsDiagnosed();
             return endOfRows();
+        }
         m_statement->check(code);
         // In the order of the columns, which is all that some drivers allow.
         for (std::size_t i = 0; i < m_data.size(); ++i)

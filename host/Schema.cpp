@@ -326,7 +326,9 @@ void addDefaults(Engine& engine)
             engine.execute(sql, Language::Native);
         } catch (const EngineError&) {
             // The function is there already, or the server has no such defaults: the id of a setting that is
-            // added without one stays NULL, which every reader of the table takes.
+            // added without one stays NULL, which every reader of the table takes. A connection that is lost
+            // says so again.
+            engine.hasTable("tabImpostazioni");
         }
     }
 }

@@ -299,7 +299,8 @@ std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
 {
     if (!m_hasCounters) {
         execute(createTableStatement(counterTable(), Product::Sqlite, true), Language::Native);
-        m_hasCounters = true;
+        // A table made in a transaction goes when that is undone.
+        m_hasCounters = !inTransaction();
     }
     const IdStatement& ids = idStatement(table, key);
     SqliteStatement statement = m_database.prepare(ids.sql);

@@ -31,7 +31,14 @@ void fillGrid(IReportGrid& grid, IRecordset& rows, const GridColumns& columns)
         throwIfFailed(grid.AddColumn(field.get(), caption.get(), 0, asBoolean(isOn(sizable, i)),
                                      asBoolean(isOn(visibility, i))));
     }
-    throwIfFailed(grid.FillFromRecordset(&rows));
+    try {
+        throwIfFailed(grid.FillFromRecordset(&rows));
+    } catch (...) {
+        // The rows that came before the others broke off are no answer to the query.
+        grid.DeleteRecords();
+        grid.Populate();
+        throw;
+    }
     throwIfFailed(grid.Populate());
 }
 

@@ -757,6 +757,16 @@ TEST_P(ContractTest, GivesIdsThatNobodyElseHas)
     EXPECT_EQ(next(), 44);
 }
 
+TEST_P(ContractTest, GivesIdsAgainWhenTheTransactionOfTheFirstWasUndone)
+{
+    engine().begin();
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 1);
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 2);
+    engine().rollback();
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 1);
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 2);
+}
+
 TEST_P(ContractTest, GivesIdsToTwoProcessesAtOnce)
 {
     constexpr int each = 150;

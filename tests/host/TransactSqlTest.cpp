@@ -245,6 +245,38 @@ TEST_P(TransactSqlTest, ReportsWhatALaterStatementOfABatchMeets)
     EXPECT_EQ(numberOf(*m_engine, "SELECT MAX(a) FROM tabProvaTds"), 3);
 }
 
+TEST_P(TransactSqlTest, DoesNotTakeAnErrorBehindRowsForTheirEnd)
+{
+    execute("CREATE TABLE tabProvaTds (a int NOT NULL PRIMARY KEY, b nvarchar(50), c nvarchar(max))");
+    std::vector<Value> values;
+    for (std::int64_t i = 1; i <= 1100; ++i) {
+        values.emplace_back(i);
+        values.emplace_back(std::to_string(i));
+        values.emplace_back("lungo");
+    }
+    const std::vector<std::string_view> columns{"a", "b", "c"};
+    m_engine->insertRows("tabProvaTds", columns, values);
+    // At the first row, around the ends of the blocks in which rows are fetched, and at the last one.
+    for (const int bad : {1, 2, 4, 5, 6, 1003, 1004, 1005, 1100}) {
+        execute("UPDATE tabProvaTds SET b = 'x' WHERE a = " + std::to_string(bad));
+        for (const char* sql : {"SELECT a, CAST(b AS int) AS n FROM tabProvaTds",
+                                "SELECT a, CAST(b AS int) AS n, c FROM tabProvaTds"}) {
+            int read = 0;
+            try {
+                const auto rows = m_engine->query(sql, Language::Native);
+                while (rows->next())
+                    ++read;
+                ADD_FAILURE() << sql << ": the rows came to an end at " << bad;
+            } catch (const EngineError& error) {
+                EXPECT_EQ(error.code(), ErrorCode::BadValue) << error.what();
+            }
+            EXPECT_LT(read, bad);
+        }
+        execute("UPDATE tabProvaTds SET b = '0' WHERE a = " + std::to_string(bad));
+    }
+    EXPECT_EQ(numberOf(*m_engine, "SELECT COUNT(*) FROM tabProvaTds"), 1100);
+}
+
 TEST_P(TransactSqlTest, GoesOnWithAStreamWhileOtherStatementsRun)
 {
     execute("CREATE TABLE tabProvaTds (a int, b nvarchar(50))");
@@ -424,7 +456,9 @@ TEST_F(StandInTest, LeavesNothingOfADemonstrationThatBrokeOff)
         for (const TableDefinition& table : allTables())
             EXPECT_FALSE(m_engine->hasTable(table.name)) << where << ' ' << table.name;
     }
-    createDemo(m_server->connectionString(), 10);
+    // Behind the transaction: the customers stand, and what is wrong is told.
+    m_server->faults().arm({"CREATE FUNCTION", 1, std::nullopt});
+    EXPECT_EQ(codeOf([&] { createDemo(m_server->connectionString(), 10); }), ErrorCode::ConnectionLost);
     EXPECT_EQ(later("SELECT COUNT(*) FROM tabClienti"), 10);
 }
 
@@ -437,4 +471,17 @@ TEST_F(StandInTest, IsNotHeldUpByAServerThatIsGoneForGood)
     EXPECT_EQ(codeOf([&] { m_engine->nextId("t", "a"); }), ErrorCode::ConnectionLost);
     EXPECT_EQ(codeOf([&] { m_engine->hasTable("t"); }), ErrorCode::ConnectionLost);
     EXPECT_EQ(codeOf([&] { m_engine->rowIdentity("t"); }), ErrorCode::ConnectionLost);
+}
+
+TEST_F(StandInTest, SaysThatSomebodyElseHoldsTheDatabaseForTooLong)
+{
+    execute("CREATE TABLE tabProva (id int NOT NULL PRIMARY KEY)");
+    EXPECT_EQ(m_engine->nextId("tabProva", "id"), 1);
+    OdbcEngine other(m_server->connectionString());
+    other.begin();
+    EXPECT_EQ(other.nextId("tabProva", "id"), 2);
+    execute("SET LOCK_TIMEOUT 100");
+    EXPECT_EQ(codeOf([&] { m_engine->nextId("tabProva", "id"); }), ErrorCode::Busy);
+    other.commit();
+    EXPECT_EQ(m_engine->nextId("tabProva", "id"), 3);
 }

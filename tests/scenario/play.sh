@@ -60,6 +60,7 @@ read -r -a options <<<"$(setting options)"
 (cd "$folder" && "$host" --database "$database" --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
     "${options[@]}" --scenario played.scenario) >"$folder/out" 2>"$folder/err"
 code=$?
+[ -z "${cut:-}" ] || afterwards
 {
     cat "$folder/out"
     sed 's/^/error /' "$folder/err"
@@ -81,9 +82,10 @@ fi
 # A server has another connection string, and its own texts for what it refuses.
 if [ "$engine" != file ]; then
     for each in "$folder/actual" "$expected"; do
-        sed -E -e 's/-connectionstring:[^"]*/-connectionstring:@connection/' -e 's/"error":".*"\}$/"error":"@"}/' \
-            -e 's/(Error -[0-9]+) \(.*\) in procedure/\1 (@) in procedure/' -e 's/(\| -[0-9]+-)[^|]* \|/\1@ |/' \
-            "$each" >"$folder/$(basename "$each").same"
+        sed -E -e 's/-connectionstring:[^"]*/-connectionstring:@connection/' \
+            -e 's/"error":".*"(\\?\})$/"error":"@"\1/' \
+            -e 's/(Error -[0-9]+) \\?\(.*\\?\) in procedure/\1 @ in procedure/' \
+            -e 's/(\| -[0-9]+-)[^|]* (\\?\|)/\1@ \2/' "$each" >"$folder/$(basename "$each").same"
     done
     mv "$folder/actual.same" "$folder/actual"
     expected=$folder/$(basename "$expected").same

@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::uint8_t tokenColumns = 0x81;
 constexpr std::uint8_t tokenError = 0xAA;
+constexpr std::uint8_t tokenNote = 0xAB;
 constexpr std::uint8_t tokenLogin = 0xAD;
 constexpr std::uint8_t tokenValue = 0xAC;
 constexpr std::uint8_t tokenRow = 0xD1;
@@ -163,6 +164,7 @@ void Session::signIn(std::string_view body)
                               " correctly."};
     m_database = std::make_unique<StandInDatabase>(m_options.file);
     m_channel.put(textChange(1, "zul", "master"));
+    say(tokenNote, {5701, 0, "Changed database context to 'zul'."});
     m_channel.put(change(7, std::string_view("\x09\x04\xD0\x00\x34", 5), {}));
     Writer login;
     login.u8(1).u8(0x74).u8(0).u8(0).u8(4).shortText("Microsoft SQL Server").u8(13).u8(0).u8(0).u8(0);
@@ -366,17 +368,27 @@ void Session::done(std::optional<std::int64_t> count)
     m_lastDone = out.bytes();
 }
 
+void Session::note(int number, const std::string& text)
+{
+    say(tokenNote, {number, 10, text});
+}
+
 void Session::complain(const ServerError& error)
+{
+    say(tokenError, error);
+    m_failed = true;
+}
+
+void Session::say(std::uint8_t kind, const ServerError& error)
 {
     Writer body;
     body.u32(static_cast<std::uint64_t>(error.number)).u8(1).u8(static_cast<std::uint64_t>(error.severity));
     body.longText(error.text).shortText("zul").shortText("").u32(1);
     Writer token;
-    token.u8(tokenError).u16(body.bytes().size()).raw(body.bytes());
+    token.u8(kind).u16(body.bytes().size()).raw(body.bytes());
     if (m_lastDone)
         m_channel.put(*std::exchange(m_lastDone, std::nullopt));
     m_channel.put(token.bytes());
-    m_failed = true;
 }
 
 void Session::returnHandle(std::int64_t handle)

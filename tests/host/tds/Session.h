@@ -47,12 +47,14 @@ private:
     void trace(const std::string& text) const;
     void runText(const std::string& text, const std::vector<Parameter>& parameters);
     void complain(const ServerError& error);
+    void say(std::uint8_t token, const ServerError& what);
     void returnHandle(std::int64_t handle);
     void endOfCall();
     void endOfAnswer(std::uint16_t status);
 
     void columns(const std::vector<ResultColumn>& columns) override;
     bool row(const std::vector<Datum>& values) override;
+    void note(int number, const std::string& text) override;
     void done(std::optional<std::int64_t> count) override;
 
     Channel& m_channel;

@@ -1,5 +1,7 @@
 #include "StandInDatabase.h"
 
+#include "Collation.h"
+
 #include "host/Names.h"
 #include "host/dialect/Dialect.h"
 
@@ -123,6 +125,41 @@ std::string withQuestionMarks(std::string_view batch, std::span<const Parameter>
     return result + std::string(batch.substr(from));
 }
 
+// Windows-1252, in which a text without the mark for national characters is read.
+bool isInCodePage(char16_t unit)
+{
+    constexpr std::u16string_view others = u"€‚ƒ„…†‡ˆ‰Š‹ŒŽ‘’“”•–—˜™š›œžŸ";
+    return unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF) || others.find(unit) != std::u16string_view::npos;
+}
+
+std::string inCodePage(std::string_view text)
+{
+    std::u16string units = utf16FromUtf8(text);
+    std::replace_if(
+        units.begin(), units.end(), [](char16_t unit) { return !isInCodePage(unit); }, u'?');
+    return utf8FromUtf16(units);
+}
+
+// Texts without the mark keep only the characters of the code page.
+std::string withNarrowTexts(std::string_view batch)
+{
+    std::string result;
+    const Plain plain(batch);
+    std::size_t at = 0;
+    while (at < batch.size()) {
+        const std::size_t next = plain.next(at);
+        // What was passed over: a text, a name, a comment or several of them.
+        std::string_view passed = batch.substr(at, next - at);
+        const bool marked = at > 0 && (batch[at - 1] == 'N' || batch[at - 1] == 'n');
+        result +=
+            passed.empty() || passed.front() != '\'' || marked ? std::string(passed) : inCodePage(passed);
+        if (next < batch.size())
+            result += batch[next];
+        at = next + 1;
+    }
+    return result;
+}
+
 enum class Fit
 {
     Whole,
@@ -175,6 +212,12 @@ void fitValue(sqlite3_context* context, int, sqlite3_value** arguments)
     }
 }
 
+int collate(void*, int aBytes, const void* a, int bBytes, const void* b)
+{
+    return compareTexts({static_cast<const char*>(a), static_cast<std::size_t>(aBytes)},
+                        {static_cast<const char*>(b), static_cast<std::size_t>(bBytes)});
+}
+
 void dateTimeOf(sqlite3_context* context, int, sqlite3_value** arguments)
 {
     try {
@@ -219,7 +262,7 @@ constexpr std::array<Refusal, 17> refusals{{
     {"already exists", 2714, 16, "There is already an object of that name in the database."},
     {"locked", 1222, 16, "Lock request time out period exceeded."},
     {"ambiguous column name: ", 209, 16, "Ambiguous column name '%'."},
-    {"conversion", 245, 16, "Conversion failed: %"},
+    {"Conversion failed", 245, 16, "Conversion failed%"},
     {"syntax error", 102, 15, "Incorrect syntax: %"},
 }};
 
@@ -315,6 +358,7 @@ StandInDatabase::StandInDatabase(const std::string& path)
     : m_engine(path, host::SqliteDatabase::Mode::OpenOrCreate)
 {
     sqlite3* const handle = m_engine.database().handle();
+    sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_create_function_v2(handle, "zul_fit", 4, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, fitValue,
                                nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(handle, "zul_datetime", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
@@ -598,7 +642,7 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
     };
     std::vector<dialect::Translation> statements;
     try {
-        const std::string text = withQuestionMarks(batch, parameters);
+        const std::string text = withNarrowTexts(withQuestionMarks(batch, parameters));
         statements = dialect::translateBatch(text, types, columns);
         if (statements.size() == 1)
             statements.front() = dialect::translate(text, types, columns, key);
@@ -647,9 +691,10 @@ void StandInDatabase::runOne(const std::string& sql, const std::vector<dialect::
     int state = sqlite3_step(prepared);
     std::int64_t count = 0;
     if (columns > 0) {
+        // The columns come first, whatever becomes of the rows.
+        sink.columns(describe(prepared, known));
         if (state != SQLITE_ROW && state != SQLITE_DONE)
             fail();
-        sink.columns(describe(prepared, known));
         std::vector<Datum> values(static_cast<std::size_t>(columns));
         bool wanted = true;
         for (; state == SQLITE_ROW && wanted; state = sqlite3_step(prepared)) {
@@ -660,6 +705,8 @@ void StandInDatabase::runOne(const std::string& sql, const std::vector<dialect::
         }
         if (wanted && state != SQLITE_DONE)
             fail();
+        if (std::regex_search(sql, std::regex(R"(\b(max|min|sum|avg)\()", std::regex::icase)))
+            sink.note(8153, "Warning: Null value is eliminated by an aggregate or other SET operation.");
         sink.done(count);
         return;
     }

@@ -41,6 +41,8 @@ public:
     virtual void columns(const std::vector<ResultColumn>& columns) = 0;
     /// False: the client wants no more.
     virtual bool row(const std::vector<Datum>& values) = 0;
+    /// What the server has to say that is no error.
+    virtual void note(int number, const std::string& text) = 0;
     /// The end of one statement; no count for one that touches no rows.
     virtual void done(std::optional<std::int64_t> count) = 0;
 };
