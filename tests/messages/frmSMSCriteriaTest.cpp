@@ -363,6 +363,33 @@ TEST_F(SmsFormCriteriaTest, TheClassificationOptionShowsOrHidesItsControlsAndUnt
     }
 }
 
+// An owner's listener that fails stands for whatever may fail in these procedures.
+TEST_F(SmsFormCriteriaTest, TheOptionSettersReportUnderTheirOwnNamesWithTheTailOfAnother)
+{
+    open();
+    const auto fail = [] { throw Error(RunTime::InvalidCall); };
+    QObject::connect(dateField("cbbANA_Ricorr_DataI"), &DateField::valueChanged, fail);
+    QObject::connect(box("chkECO_Classif"), &QCheckBox::toggled, fail);
+    QObject::connect(tabs("TabControlTipo"), &QTabWidget::currentChanged, fail);
+    dateField("cbbANA_Ricorr_DataF")->setText(u"x"_s);
+    {
+        const QSignalBlocker blocker(dateField("cbbANA_Ricorr_DataI"));
+        dateField("cbbANA_Ricorr_DataI")->setText(u"x"_s);
+    }
+    {
+        const QSignalBlocker blocker(box("chkECO_Classif"));
+        box("chkECO_Classif")->setChecked(true);
+    }
+    form->InitRicercaRicorrenze(true);
+    form->InitRicercaClassificazioni(true);
+    form->InitTipoMessaggio(false, false, true);
+    const QString text =
+        u" | Error 5 (Invalid procedure call or argument) in procedure InitTipoMessaggio of Form frmSMS | "_s;
+    EXPECT_EQ(logged(), (QStringList{u"InitRicercaRicorrenze"_s + text,
+                                     u"InitRicercaClassificazioni"_s + text, u"InitTipoMessaggio"_s + text}));
+    EXPECT_EQ(dateField("cbbANA_Ricorr_DataF")->text(), u"x"_s) << "the procedure ends where it fails";
+}
+
 // ------------------------------------------------------------------------------------------- the search
 
 TEST_F(SmsFormCriteriaTest, AFailedCheckTellsBringsItsPageForwardAndSearchesNothing)
@@ -376,6 +403,18 @@ TEST_F(SmsFormCriteriaTest, AFailedCheckTellsBringsItsPageForwardAndSearchesNoth
     EXPECT_TRUE(host.operations().empty());
     EXPECT_TRUE(button("cmdElabora")->isEnabled());
     EXPECT_TRUE(form->isEnabled());
+}
+
+TEST_F(SmsFormCriteriaTest, AnErrorOfTheValidationIsLoggedUnderItsNameAndNothingIsSearched)
+{
+    open();
+    click("chkANA_Eta");
+    whileAsked = [](const OperatorMessage&) { throw Error(RunTime::Overflow); };
+    click("cmdElabora");
+    EXPECT_EQ(logged(),
+              QStringList{u"testFiltri | Error 6 (Overflow) in procedure testFiltri of Form frmSMS | "_s});
+    EXPECT_TRUE(host.operations().empty());
+    EXPECT_TRUE(button("cmdElabora")->isEnabled());
 }
 
 TEST_F(SmsFormCriteriaTest, ASearchDisablesButtonAndFormAndEnablesThemAgain)
