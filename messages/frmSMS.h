@@ -50,6 +50,7 @@ public Q_SLOTS:
     void done(int result) override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -57,6 +58,7 @@ private:
     // Set-up.
     void Form_Load();
     void Form_Resize();
+    void arrangeGridCommands();
     void setupLook();
     void connectCriteria();
     void connectSending();
@@ -99,7 +101,8 @@ private:
     bool m_showClassificazioni = true;
     bool m_showSms = true;
     bool m_showMail = true;
-    bool m_somethingPrepared = false; ///< a preparation of this showing ended well
+    std::size_t m_gridCommandColumns = 0; ///< 0: not arranged yet
+    bool m_somethingPrepared = false;     ///< a preparation of this showing ended well
 };
 
 } // namespace zul

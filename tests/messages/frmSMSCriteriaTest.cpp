@@ -4,6 +4,7 @@
 #include "tests/messages/SmsFormTest.h"
 
 #include <QDate>
+#include <array>
 #include <gtest/gtest.h>
 
 namespace zul {
@@ -723,6 +724,31 @@ TEST_F(SmsFormCriteriaTest, TheResizerKeepsItsMargins)
         const QRect area = find<QWidget>(u"Resizer"_s)->geometry();
         EXPECT_EQ(area.width(), size.width() - 10) << "140 twips";
         EXPECT_EQ(area.height(), size.height() - 34) << "500 twips";
+    }
+}
+
+TEST_F(SmsFormCriteriaTest, TheCommandsOfTheGridKeepTheirWholeCaptions)
+{
+    const std::array<const char*, 5> names{"cmdSelAll", "cmdDeSelAll", "cmdSelezionaEvidenziati",
+                                           "Cmd_DeselezionaEvidenziati", "cmdProsegui1"};
+    for (const bool touch : {false, true}) {
+        open();
+        form->setTouchMode(touch);
+        for (const QSize& size : {QSize(1920, 1080), QSize(1000, 700), QSize(800, 600), QSize(560, 560)}) {
+            form->resize(size);
+            QTest::qWait(1);
+            for (const char* name : names) {
+                const QPushButton* command = button(name);
+                EXPECT_GE(command->width(), command->sizeHint().width()) << name << ' ' << size.width();
+                EXPECT_TRUE(command->parentWidget()->rect().contains(command->geometry())) << name;
+                for (const char* other : names)
+                    EXPECT_TRUE(other == name || !command->geometry().intersects(button(other)->geometry()))
+                        << name << " and " << other;
+            }
+        }
+        form->resize(1920, 1080);
+        QTest::qWait(1);
+        EXPECT_EQ(button("cmdSelAll")->y(), button("Cmd_DeselezionaEvidenziati")->y()) << "one row again";
     }
 }
 
