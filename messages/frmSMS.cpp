@@ -344,7 +344,7 @@ void frmSMS::setTouchMode(bool touch)
     applyCommonLook(this, touch);
     // Fields for fingers are wider: the criteria get more room. In a window of its first size the commands of the
     // grid stand in one row beside them.
-    constexpr int CriteriaWidth = 320;
+    constexpr int CriteriaWidth = 325;
     constexpr int TouchCriteriaWidth = 420;
     const int criteriaWidth = touch ? TouchCriteriaWidth : CriteriaWidth;
     m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
