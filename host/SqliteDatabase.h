@@ -4,12 +4,14 @@
 // A connection belongs to one thread; it was opened without the library's own locks. Texts are UTF-8.
 #include "host/Engine.h"
 #include "host/EngineError.h"
+#include "host/TextColumn.h"
 #include "host/Value.h"
 
 #include <cstdint>
 #include <functional>
 #include <list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +29,7 @@ struct NativeStatement
     std::string sql;               ///< empty: there is nothing to run
     std::vector<ColumnType> types; ///< of the result's columns as far as known; may be shorter
     bool changesSchema = false;
+    std::optional<TextSearch> search = std::nullopt; ///< what it looks for, when it is such a search
 };
 
 /// Makes SQLite's SQL of a source text.

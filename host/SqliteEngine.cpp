@@ -47,6 +47,8 @@ NativeStatement nativeOf(const dialect::Translation& translation)
     native.types.reserve(translation.columns.size());
     for (const dialect::OutputColumn& column : translation.columns)
         native.types.push_back(hostTypeOf(column.type));
+    if (const auto& search = translation.search)
+        native.search = TextSearch{search->table, search->rows, search->column, search->text};
     return native;
 }
 
@@ -144,6 +146,7 @@ dialect::ColumnType SqliteEngine::declaredType(std::string_view table, std::stri
 void SqliteEngine::forgetSchema()
 {
     m_declared.clear();
+    m_searched = {};
     m_database.forgetTranslations();
 }
 
@@ -207,7 +210,78 @@ std::int64_t SqliteEngine::executeBatch(std::string_view sql)
 std::unique_ptr<RowStream> SqliteEngine::query(std::string_view sql, Language language,
                                                std::span<const Value> parameters)
 {
-    return std::make_unique<SqliteRows>(prepare(sql, language), parameters);
+    SqliteStatement statement = prepare(sql, language);
+    if (statement.native().search) {
+        if (auto rows = narrowedQuery(statement.native()))
+            return rows;
+    }
+    return std::make_unique<SqliteRows>(std::move(statement), parameters);
+}
+
+// A search through a column reads the whole table, also where it finds one row; a list of ten thousand numbers
+// reads it ten thousand times. The column's texts in memory tell the few rows to look at.
+std::unique_ptr<RowStream> SqliteEngine::narrowedQuery(const NativeStatement& native)
+{
+    constexpr std::size_t fewRows = 1000;
+    // A rollback would take changes back without a trace in the counters.
+    if (inTransaction())
+        return nullptr;
+    const auto& texts = textsFor(*native.search);
+    const auto rows = texts ? texts->rowsWith(native.search->text, fewRows) : std::nullopt;
+    if (!rows)
+        return nullptr;
+    std::string list = "[";
+    for (const std::int64_t row : *rows) {
+        list += list.size() > 1 ? "," : "";
+        list += std::to_string(row);
+    }
+    const Value parameter(list + ']');
+    NativeStatement narrowed = native;
+    narrowed.sql += " AND " + bracketed(native.search->rows) + ".rowid IN (SELECT value FROM json_each(?))";
+    narrowed.search.reset();
+    return std::make_unique<SqliteRows>(
+        m_database.prepare(narrowed.sql, [&](std::string_view) { return narrowed; }),
+        std::span(&parameter, 1));
+}
+
+const std::optional<TextColumn>& SqliteEngine::textsFor(const TextSearch& search)
+{
+    const std::int64_t ownChanges = m_database.totalChanges();
+    const std::int64_t version = dataVersion();
+    if (m_searched.table != search.table || m_searched.column != search.column ||
+        m_searched.ownChanges != ownChanges || m_searched.dataVersion != version)
+        m_searched = {search.table, search.column, ownChanges, version, readTexts(search)};
+    return m_searched.texts;
+}
+
+std::optional<TextColumn> SqliteEngine::readTexts(const TextSearch& search)
+{
+    constexpr std::size_t mostBytes = std::size_t{64} * 1024 * 1024;
+    const std::string column = bracketed(search.column);
+    TextColumn texts;
+    try {
+        const auto rows = query("SELECT rowid, " + column + " FROM " + bracketed(search.table) + " WHERE " +
+                                    column + " IS NOT NULL",
+                                Language::Native);
+        while (rows->next()) {
+            const ZulCell* const cells = rows->cells();
+            // The rows of a view have no numbers.
+            if (cells[0].Kind != CellInteger || cells[1].Kind != CellText || texts.size() > mostBytes)
+                return std::nullopt;
+            texts.append(cells[0].Integer, textOf(cells[1]));
+        }
+    } catch (const EngineError&) {
+        // What is wrong the statement itself will tell.
+        return std::nullopt;
+    }
+    return texts;
+}
+
+// Grows with every change that another connection commits.
+std::int64_t SqliteEngine::dataVersion()
+{
+    SqliteStatement statement = m_database.prepare("PRAGMA data_version");
+    return statement.step() ? sqlite3_column_int64(statement.handle(), 0) : 0;
 }
 
 Outcome SqliteEngine::run(std::string_view sql, Language language)

@@ -51,6 +51,20 @@ private:
         std::vector<Value> parameters;
     };
 
+    /// The texts of the column that was searched last, and of which state of the database they are.
+    struct SearchedTexts
+    {
+        std::string table;
+        std::string column;
+        std::int64_t ownChanges = 0;
+        std::int64_t dataVersion = 0;
+        std::optional<TextColumn> texts; // none: too many to keep, or not to be had
+    };
+
+    std::unique_ptr<RowStream> narrowedQuery(const NativeStatement& native);
+    const std::optional<TextColumn>& textsFor(const TextSearch& search);
+    std::optional<TextColumn> readTexts(const TextSearch& search);
+    std::int64_t dataVersion();
     const IdStatement& idStatement(std::string_view table, std::string_view key);
     const DeclaredTable& declared(std::string_view table);
     dialect::ColumnType declaredType(std::string_view table, std::string_view column);
@@ -66,6 +80,7 @@ private:
     dialect::TableKey m_tableKey;
     SqlTranslator m_translator;
     IdStatement m_ids; // the last one
+    SearchedTexts m_searched;
     bool m_hasCounters = false;
 };
 

@@ -154,6 +154,7 @@ void frmSMS::setupLook()
 
     m_ui->splitter->setStretchFactor(0, 0);
     m_ui->splitter->setStretchFactor(1, 1);
+    m_ui->gridPanel->installEventFilter(this);
 
     m_ui->lblHeadaer->setProperty("heading", true);
     QFont header = m_ui->lblHeadaer->font();
@@ -341,18 +342,58 @@ void frmSMS::InitRicercaClassificazioni(bool show)
 void frmSMS::setTouchMode(bool touch)
 {
     applyCommonLook(this, touch);
-    // Fields for fingers are wider: the criteria get more room, and the commands of the grid stand in two rows.
-    constexpr int CriteriaWidth = 340;
+    // Fields for fingers are wider: the criteria get more room. In a window of its first size the commands of the
+    // grid stand in one row beside them.
+    constexpr int CriteriaWidth = 325;
     constexpr int TouchCriteriaWidth = 420;
-    const int row = touch ? 1 : 0;
-    const int column = touch ? 0 : 2;
-    m_ui->gridSelezione->addWidget(m_ui->cmdSelezionaEvidenziati, row, column);
-    m_ui->gridSelezione->addWidget(m_ui->Cmd_DeselezionaEvidenziati, row, column + 1);
-    m_ui->gridSelezione->addWidget(m_ui->cmdProsegui1, row, 5);
     const int criteriaWidth = touch ? TouchCriteriaWidth : CriteriaWidth;
     m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
     m_ui->grdClienti->setTouchMode(touch);
     m_ui->Virtual_KeyPAD->setTouchMode(touch);
+    arrangeGridCommands();
+}
+
+/// The commands of the grid stand in one row, in two, or one below the other: as many in a row as have their
+/// whole captions.
+void frmSMS::arrangeGridCommands()
+{
+    const std::array<QPushButton*, 4> commands{
+        m_ui->cmdSelAll, m_ui->cmdDeSelAll, m_ui->cmdSelezionaEvidenziati, m_ui->Cmd_DeselezionaEvidenziati};
+    QGridLayout* grid = m_ui->gridSelezione;
+    const QMargins margins = m_ui->gridPanel->layout()->contentsMargins();
+    const int room = m_ui->gridPanel->width() - margins.left() - margins.right();
+    const auto widthIn = [&](std::size_t columns) {
+        int width = columns > 1 ? m_ui->cmdProsegui1->sizeHint().width() : -grid->horizontalSpacing();
+        for (std::size_t column = 0; column < columns; ++column) {
+            int widest = 0;
+            for (std::size_t i = column; i < commands.size(); i += columns)
+                widest = std::max(widest, commands[i]->sizeHint().width());
+            width += widest + grid->horizontalSpacing();
+        }
+        return width;
+    };
+    // Without this the captions of a whole row would be what the splitter cannot go below.
+    m_ui->gridPanel->setMinimumWidth(widthIn(1) + margins.left() + margins.right());
+    const std::size_t columns = widthIn(4) <= room ? 4 : widthIn(2) <= room ? 2 : 1;
+    if (columns == m_gridCommandColumns)
+        return;
+    m_gridCommandColumns = columns;
+    const int all = grid->columnCount();
+    for (std::size_t i = 0; i < commands.size(); ++i)
+        grid->addWidget(commands[i], static_cast<int>(i / columns), static_cast<int>(i % columns), 1,
+                        columns > 1 ? 1 : all);
+    const int rows = static_cast<int>(commands.size() / columns);
+    if (columns > 1)
+        grid->addWidget(m_ui->cmdProsegui1, rows - 1, all - 1);
+    else
+        grid->addWidget(m_ui->cmdProsegui1, rows, 0, 1, all, Qt::AlignRight);
+}
+
+bool frmSMS::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_ui->gridPanel && event->type() == QEvent::Resize)
+        arrangeGridCommands();
+    return QDialog::eventFilter(watched, event);
 }
 
 void frmSMS::resizeEvent(QResizeEvent* event)

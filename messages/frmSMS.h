@@ -49,6 +49,7 @@ public:
     void done(int result) override;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -56,6 +57,7 @@ private:
     // Set-up.
     void Form_Load();
     void Form_Resize();
+    void arrangeGridCommands();
     void setupLook();
     void connectCriteria();
     void connectSending();
@@ -98,7 +100,8 @@ private:
     bool m_showClassificazioni = true;
     bool m_showSms = true;
     bool m_showMail = true;
-    bool m_somethingPrepared = false; ///< a preparation of this showing ended well
+    std::size_t m_gridCommandColumns = 0; ///< 0: not arranged yet
+    bool m_somethingPrepared = false;     ///< a preparation of this showing ended well
 };
 
 } // namespace zul

@@ -147,6 +147,8 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
         removeAll();
         addColumns();
         const WaitCursor waiting;
+        // The run holds the thread until its end: what is seen meanwhile is drawn now.
+        repaint();
         showFailedNumbers(lines);
         m_ui->grid_result->populate();
     });

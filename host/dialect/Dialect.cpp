@@ -4,6 +4,7 @@
 #include "host/dialect/Emitter.h"
 #include "host/dialect/Lexer.h"
 #include "host/dialect/Parser.h"
+#include "host/dialect/TextSearch.h"
 #include "host/dialect/Types.h"
 
 #include <utility>
@@ -118,7 +119,10 @@ Translation translate(std::string_view tsql, const ColumnTypes& columnTypes, con
         failAt(tsql, statements[1].offset, "only one statement can stand here");
     if (statements.front().type == StatementType::Select && columnTypes && tableKey)
         useKeyForDistinct(*statements.front().query, columnTypes, tableKey);
-    return translateAll(statements, tsql, columnTypes, tableColumns).front();
+    Translation translation = translateAll(statements, tsql, columnTypes, tableColumns).front();
+    if (translation.kind == StatementKind::Select)
+        translation.search = textSearchOf(*statements.front().query, columnTypes);
+    return translation;
 }
 
 std::vector<Translation> translateBatch(std::string_view tsql, const ColumnTypes& columnTypes,

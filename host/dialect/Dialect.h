@@ -25,6 +25,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -84,6 +85,17 @@ struct OutputColumn
     ColumnType type = ColumnType::Unknown;
 };
 
+/// What SELECT … FROM table WHERE column LIKE '%text%', and nothing more, looks for: the rows of one table whose
+/// text column contains a text that has no letters and none of LIKE's signs. Who knows a few rows among which all of
+/// them are may append " AND [rows].rowid IN (…)" to the translation and gets the same rows for less.
+struct TextSearch
+{
+    std::string table; ///< without schema
+    std::string rows;  ///< the table's name or alias in the statement
+    std::string column;
+    std::string text;
+};
+
 /// A statement in the SQL of SQLite.
 struct Translation
 {
@@ -98,6 +110,8 @@ struct Translation
     std::vector<OutputColumn> columns;
     /// How many '?' parameters the statement has. They come out as ?1, ?2, …
     int parameters = 0;
+    /// When the statement is such a search, and column types were given.
+    std::optional<TextSearch> search;
 };
 
 /// Why and where a statement could not be translated. what() holds message and place.

@@ -20,19 +20,6 @@ using ado::Value;
 using Lines = std::vector<std::string>;
 
 /// The number of the error that an action throws, 0 for none; its description goes into the text.
-template <class Action>
-long errorOf(Action&& action, QString* description = nullptr)
-{
-    try {
-        action();
-    } catch (const Error& error) {
-        if (description != nullptr)
-            *description = error.description();
-        return error.number();
-    }
-    return 0;
-}
-
 class AdoTest : public ComponentTest
 {
 protected:

@@ -12,17 +12,6 @@ using namespace test;
 using namespace Qt::StringLiterals;
 using Lines = std::vector<std::string>;
 
-template <class Action>
-long errorOf(Action&& action)
-{
-    try {
-        action();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
-}
-
 class HostTest : public ComponentTest
 {
 protected:

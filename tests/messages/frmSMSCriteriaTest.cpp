@@ -4,6 +4,7 @@
 #include "tests/messages/SmsFormTest.h"
 
 #include <QDate>
+#include <array>
 #include <gtest/gtest.h>
 
 namespace zul {
@@ -363,6 +364,33 @@ TEST_F(SmsFormCriteriaTest, TheClassificationOptionShowsOrHidesItsControlsAndUnt
     }
 }
 
+// An owner's listener that fails stands for whatever may fail in these procedures.
+TEST_F(SmsFormCriteriaTest, TheOptionSettersReportUnderTheirOwnNamesWithTheTailOfAnother)
+{
+    open();
+    const auto fail = [] { throw Error(RunTime::InvalidCall); };
+    QObject::connect(dateField("cbbANA_Ricorr_DataI"), &DateField::valueChanged, fail);
+    QObject::connect(box("chkECO_Classif"), &QCheckBox::toggled, fail);
+    QObject::connect(tabs("TabControlTipo"), &QTabWidget::currentChanged, fail);
+    dateField("cbbANA_Ricorr_DataF")->setText(u"x"_s);
+    {
+        const QSignalBlocker blocker(dateField("cbbANA_Ricorr_DataI"));
+        dateField("cbbANA_Ricorr_DataI")->setText(u"x"_s);
+    }
+    {
+        const QSignalBlocker blocker(box("chkECO_Classif"));
+        box("chkECO_Classif")->setChecked(true);
+    }
+    form->InitRicercaRicorrenze(true);
+    form->InitRicercaClassificazioni(true);
+    form->InitTipoMessaggio(false, false, true);
+    const QString text =
+        u" | Error 5 (Invalid procedure call or argument) in procedure InitTipoMessaggio of Form frmSMS | "_s;
+    EXPECT_EQ(logged(), (QStringList{u"InitRicercaRicorrenze"_s + text,
+                                     u"InitRicercaClassificazioni"_s + text, u"InitTipoMessaggio"_s + text}));
+    EXPECT_EQ(dateField("cbbANA_Ricorr_DataF")->text(), u"x"_s) << "the procedure ends where it fails";
+}
+
 // ------------------------------------------------------------------------------------------- the search
 
 TEST_F(SmsFormCriteriaTest, AFailedCheckTellsBringsItsPageForwardAndSearchesNothing)
@@ -376,6 +404,18 @@ TEST_F(SmsFormCriteriaTest, AFailedCheckTellsBringsItsPageForwardAndSearchesNoth
     EXPECT_TRUE(host.operations().empty());
     EXPECT_TRUE(button("cmdElabora")->isEnabled());
     EXPECT_TRUE(form->isEnabled());
+}
+
+TEST_F(SmsFormCriteriaTest, AnErrorOfTheValidationIsLoggedUnderItsNameAndNothingIsSearched)
+{
+    open();
+    click("chkANA_Eta");
+    whileAsked = [](const OperatorMessage&) { throw Error(RunTime::Overflow); };
+    click("cmdElabora");
+    EXPECT_EQ(logged(),
+              QStringList{u"testFiltri | Error 6 (Overflow) in procedure testFiltri of Form frmSMS | "_s});
+    EXPECT_TRUE(host.operations().empty());
+    EXPECT_TRUE(button("cmdElabora")->isEnabled());
 }
 
 TEST_F(SmsFormCriteriaTest, ASearchDisablesButtonAndFormAndEnablesThemAgain)
@@ -684,6 +724,31 @@ TEST_F(SmsFormCriteriaTest, TheResizerKeepsItsMargins)
         const QRect area = find<QWidget>(u"Resizer"_s)->geometry();
         EXPECT_EQ(area.width(), size.width() - 10) << "140 twips";
         EXPECT_EQ(area.height(), size.height() - 34) << "500 twips";
+    }
+}
+
+TEST_F(SmsFormCriteriaTest, TheCommandsOfTheGridKeepTheirWholeCaptions)
+{
+    const std::array<const char*, 5> names{"cmdSelAll", "cmdDeSelAll", "cmdSelezionaEvidenziati",
+                                           "Cmd_DeselezionaEvidenziati", "cmdProsegui1"};
+    for (const bool touch : {false, true}) {
+        open();
+        form->setTouchMode(touch);
+        for (const QSize& size : {QSize(1920, 1080), QSize(1000, 700), QSize(800, 600), QSize(560, 560)}) {
+            form->resize(size);
+            QTest::qWait(1);
+            for (const char* name : names) {
+                const QPushButton* command = button(name);
+                EXPECT_GE(command->width(), command->sizeHint().width()) << name << ' ' << size.width();
+                EXPECT_TRUE(command->parentWidget()->rect().contains(command->geometry())) << name;
+                for (const char* other : names)
+                    EXPECT_TRUE(other == name || !command->geometry().intersects(button(other)->geometry()))
+                        << name << " and " << other;
+            }
+        }
+        form->resize(1920, 1080);
+        QTest::qWait(1);
+        EXPECT_EQ(button("cmdSelAll")->y(), button("Cmd_DeselezionaEvidenziati")->y()) << "one row again";
     }
 }
 

@@ -10,17 +10,7 @@ namespace zul {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-template <class Action>
-long errorOf(Action&& action)
-{
-    try {
-        action();
-    } catch (const Error& error) {
-        return error.number();
-    }
-    return 0;
-}
+using test::errorOf;
 
 class ProviderOptionsTest : public ::testing::Test
 {

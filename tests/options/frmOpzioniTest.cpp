@@ -8,10 +8,12 @@
 #include "tests/support/ComponentTest.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QFile>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -262,6 +264,23 @@ TEST_F(OpzioniTest, AFailingWriteDoesNotRollBackTheOthers)
     EXPECT_EQ(logged(), QStringList{u"setDbValue | Error -2147467259 (no) in procedure setDbValue of Modulo "
                                     "modSetup | "_s});
     EXPECT_EQ(form->choice(), u"OK"_s);
+}
+
+TEST_F(OpzioniTest, AFolderThatCannotBeStoredIsLoggedAndTheDialogStaysOpen)
+{
+    open();
+    const QString store = QSettings(u"TESK"_s, u"ZUL"_s).fileName();
+    QFile::remove(store);
+    ASSERT_TRUE(QDir().mkpath(store)) << "a folder stands where the file should";
+    field(u"txtSMS_Prov_Mittente"_s)->setText(u"Ditta"_s);
+    click(u"cmdSalva"_s);
+    ASSERT_EQ(logged().size(), 1);
+    EXPECT_TRUE(logged().first().startsWith(u"cmdSalva_Click | Error 75 ("_s));
+    EXPECT_TRUE(logged().first().endsWith(u") in procedure cmdSalva_Click of Form frmOpzioni | "_s));
+    EXPECT_EQ(host.settings()["SMS_Mailup_From"], "Ditta") << "what was written before stays written";
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_EQ(form->choice(), QString());
+    QDir().rmdir(store);
 }
 
 TEST_F(OpzioniTest, CancelWritesNothing)

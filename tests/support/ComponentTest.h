@@ -4,6 +4,7 @@
 
 #include "component/Session.h"
 #include "controls/MessageSeam.h"
+#include "hostlib/Error.h"
 #include "tests/support/FakeHost.h"
 
 #include <QObject>
@@ -44,6 +45,20 @@ inline QString qs(const std::string& text)
 OperatorMessage told(const QString& text, MessageIcon icon = MessageIcon::Information);
 /// A Yes/No question with that title.
 OperatorMessage asked(const QString& text, MessageIcon icon = MessageIcon::Information);
+
+/// The number of the Error that an action ends with; 0 when it ends well.
+template <class Action>
+long errorOf(Action&& action, QString* description = nullptr)
+{
+    try {
+        action();
+    } catch (const Error& error) {
+        if (description != nullptr)
+            *description = error.description();
+        return error.number();
+    }
+    return 0;
+}
 
 class ComponentTest : public ::testing::Test
 {
