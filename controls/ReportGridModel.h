@@ -109,7 +109,7 @@ private:
     bool isOrderGood() const;
     void sortRecords();
     void sortByGroups();
-    void sortBy(std::vector<uint32_t>& rows, ReportSort sort) const;
+    void sortBy(std::vector<uint32_t>& rows, ReportSort sort);
     void filterRecords();
     void makeGroups();
     void makeScreen();
@@ -136,6 +136,7 @@ private:
     std::vector<uint32_t> m_order;  // those of m_sorted that the filter passes
     std::vector<Group> m_groups;    // outer before inner
     std::vector<uint32_t> m_screen; // while columns group: records, and groups marked
+    std::vector<uint32_t> m_room;   // memory that sorts and m_screen take turns with
     int m_rowCount = 0;
     bool m_closedFromTheStart = false;
     QSet<QString> m_otherwise; // groups that are not as m_closedFromTheStart says
