@@ -14,19 +14,21 @@ ReportGridModel::ReportGridModel(QObject* parent)
 
 // --- Columns and records
 
-void ReportGridModel::addColumn(const ReportColumn& column)
+void ReportGridModel::addColumns(const std::vector<ReportColumn>& columns)
 {
     beginResetModel();
-    m_store.addColumn();
-    m_columns.push_back(column);
-    if (column.check) {
-        if (m_checkColumn < 0) {
-            m_checkColumn = static_cast<int>(m_columns.size()) - 1;
-        } else {
-            m_columns.back().check = false;
+    for (const ReportColumn& column : columns) {
+        m_store.addColumn();
+        m_columns.push_back(column);
+        if (column.check) {
+            if (m_checkColumn < 0) {
+                m_checkColumn = static_cast<int>(m_columns.size()) - 1;
+            } else {
+                m_columns.back().check = false;
+            }
         }
+        m_shown.push_back(column.visible);
     }
-    m_shown.push_back(column.visible);
     endResetModel();
 }
 

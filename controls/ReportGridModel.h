@@ -45,7 +45,8 @@ public:
     ColumnStore& store() { return m_store; }
     const ColumnStore& store() const { return m_store; }
     const std::vector<ReportColumn>& columns() const { return m_columns; }
-    void addColumn(const ReportColumn& column);
+    void addColumn(const ReportColumn& column) { addColumns({column}); }
+    void addColumns(const std::vector<ReportColumn>& columns);
     void deleteColumns(); ///< and all records
     void deleteRecords();
     /// Shows what was added, in the order, groups and filter that are set.
