@@ -180,7 +180,8 @@ void ReportGridModel::sortBy(std::vector<uint32_t>& rows, ReportSort sort)
 
 void ReportGridModel::sortRecords()
 {
-    m_sorted.reserve(m_recordCount + m_recordCount / 16); // it may come to be m_screen, with room for some groups
+    m_sorted.reserve(m_recordCount +
+                     m_recordCount / 16); // it may come to be m_screen, with room for some groups
     m_sorted.resize(m_recordCount);
     std::iota(m_sorted.begin(), m_sorted.end(), 0U);
     // The sorts keep the order of equal rows: so the least important comes first.
