@@ -30,7 +30,7 @@ public:
         if (units > static_cast<size_t>(std::numeric_limits<int>::max() / 3)) {
             throw std::length_error("a text is too long for a cell");
         }
-        m_bytes.resize(static_cast<qsizetype>(units * 3));
+        m_bytes.resize(static_cast<qsizetype>(units) * 3);
         QStringEncoder encoder(QStringEncoder::Utf8, QStringEncoder::Flag::Stateless);
         const char* end = encoder.appendToBuffer(
             m_bytes.data(), QStringView(utf16, static_cast<qsizetype>(utf16 != nullptr ? units : 0)));
