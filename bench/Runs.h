@@ -18,8 +18,7 @@ enum class Kind
 void runPreparation(const std::string& database, Kind kind, bool half);
 
 /// A load of the result grid and its first paint, and then: a tick of every row, sorts by commune, by e-mail address
-/// and by name, a text filter set and cleared, and after another load and sort by name the grouping by commune. Each
-/// with its paint.
+/// and by name, a text filter set and cleared, and after another load and sort by name the grouping by commune.
 void runGrid(const std::string& database);
 /// The same sorts and the same filter of an ordinary Qt model under Qt's sorting and filtering one.
 void runProxy(const std::string& database);

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the benchmarks and prints their table, ratios first: run.sh [CUSTOMERS …], 1000 100000 1000000 when none
-# are named. Databases are made once in build/bench/data; every run works on a copy.
+# Builds the benchmarks and prints their table, ratios first: run.sh [TOPIC …] [CUSTOMERS …]. Topics are search, grid,
+# contents, prepare and window; without any all of them. Customers are 1000 100000 1000000 when none are named.
+# Databases are made once in build/bench/data; every run works on a copy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -11,5 +12,4 @@ cmake --build --preset bench --target zulbench limit GridBench >build/build-benc
     tail -n 40 build/build-bench.log >&2
     exit 1
 }
-[ $# -gt 0 ] || set -- 1000 100000 1000000
 exec python3 bench/table.py build/bench "$@"

@@ -26,8 +26,8 @@ public:
             }
         }
         m_lower = needle.toLower().toLatin1();
-        m_first[0] = m_lower.at(0);
-        m_first[1] = QChar::fromLatin1(m_lower.at(0)).toUpper().toLatin1();
+        m_first = End(m_lower.front());
+        m_last = End(m_lower.back());
     }
 
     bool operator()(std::string_view utf8) const
@@ -39,18 +39,58 @@ public:
         if (utf8.size() < size) {
             return false;
         }
-        const char* const last = utf8.data() + (utf8.size() - size);
-        for (const char* at = utf8.data(); at <= last; ++at) {
-            if ((*at == m_first[0] || *at == m_first[1]) && matches(at, size)) {
+        const char* at = utf8.data();
+        const char* const end = at + (utf8.size() - size) + 1; // of the places where it may begin
+        // Most texts do not contain it, nor anything like it: whole blocks are passed over by its first and last byte.
+        constexpr std::ptrdiff_t block = 32;
+        for (; end - at >= block; at += block) {
+            if (mayBegin(at, block, size) && beginsAmong(at, at + block, size)) {
+                return true;
+            }
+        }
+        return beginsAmong(at, end, size);
+    }
+
+    bool operator()(const QString& text) const { return text.contains(m_needle, Qt::CaseInsensitive); }
+
+private:
+    /// A byte of the needle as a text's byte is compared with it: with the bit set that tells small letters.
+    struct End
+    {
+        End() = default;
+        explicit End(char lower)
+            : byte(lower)
+            , small(lower >= 'a' && lower <= 'z' ? 0x20 : 0)
+        {}
+        bool is(char other) const { return static_cast<char>(other | small) == byte; }
+
+        char byte = 0;
+        char small = 0;
+    };
+
+    bool mayBegin(const char* at, std::ptrdiff_t places, size_t size) const
+    {
+        const End first = m_first;
+        const End last = m_last;
+        unsigned char any = 0;
+        for (std::ptrdiff_t i = 0; i < places; ++i) {
+            any = static_cast<unsigned char>(
+                any | (static_cast<unsigned char>(first.is(at[i])) &
+                       static_cast<unsigned char>(last.is(at[i + static_cast<std::ptrdiff_t>(size) - 1]))));
+        }
+        return any != 0;
+    }
+
+    bool beginsAmong(const char* at, const char* end, size_t size) const
+    {
+        for (; at < end; ++at) {
+            if (m_first.is(*at) && matches(at, size)) {
                 return true;
             }
         }
         return false;
     }
 
-    bool operator()(const QString& text) const { return text.contains(m_needle, Qt::CaseInsensitive); }
-
-private:
     bool matches(const char* at, size_t size) const
     {
         for (size_t i = 1; i < size; ++i) {
@@ -67,7 +107,8 @@ private:
 
     QString m_needle;
     QByteArray m_lower;
-    char m_first[2] = {};
+    End m_first;
+    End m_last;
     bool m_ascii = true;
 };
 

@@ -582,7 +582,8 @@ void ColumnStore::markChanges(const std::vector<uint32_t>& rows, int column,
     }
 }
 
-void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descending) const
+void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descending,
+                           std::vector<uint32_t>& room) const
 {
     if (static_cast<size_t>(column) >= m_columns.size()) {
         throwColumn();
@@ -597,7 +598,7 @@ void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descend
         for (const uint32_t rank : ranks) {
             largest = std::max(largest, rank);
         }
-        sortRowsByKey<uint32_t>(rows, largest, descending,
+        sortRowsByKey<uint32_t>(rows, room, largest, descending,
                                 [&](uint32_t row) { return source.textRank(source.words[row]); });
         return;
     }
@@ -616,7 +617,7 @@ void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descend
             return;
         }
         // All values but NULL's own are there, so the largest key still fits 32 bits.
-        sortRowsByKey<uint32_t>(rows, static_cast<uint32_t>(highest - lowest + 1), descending,
+        sortRowsByKey<uint32_t>(rows, room, static_cast<uint32_t>(highest - lowest + 1), descending,
                                 [&](uint32_t row) {
                                     const auto value = static_cast<int32_t>(source.words[row]);
                                     return value == null32 ? 0U : static_cast<uint32_t>(value - lowest + 1);
@@ -624,7 +625,7 @@ void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descend
         return;
     }
     case Storage::Int64:
-        sortRowsByKey<uint64_t>(rows, ~uint64_t{0}, descending,
+        sortRowsByKey<uint64_t>(rows, room, ~uint64_t{0}, descending,
                                 [&](uint32_t row) { return source.wides[row] ^ (uint64_t{1} << 63); });
         return;
     case Storage::Real:
@@ -651,14 +652,14 @@ void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descend
         }
         if (whole) {
             sortRowsByKey<uint32_t>(
-                rows, static_cast<uint32_t>(highest - lowest) + 1, descending, [&](uint32_t row) {
+                rows, room, static_cast<uint32_t>(highest - lowest) + 1, descending, [&](uint32_t row) {
                     const uint64_t bits = source.wides[row];
                     return bits == nullRealBits
                                ? 0U
                                : static_cast<uint32_t>(std::bit_cast<double>(bits) - lowest) + 1;
                 });
         } else {
-            sortRowsByKey<uint64_t>(rows, ~uint64_t{0}, descending, [&](uint32_t row) {
+            sortRowsByKey<uint64_t>(rows, room, ~uint64_t{0}, descending, [&](uint32_t row) {
                 const uint64_t bits = source.wides[row];
                 return bits == nullRealBits ? 0 : orderedBits(std::bit_cast<double>(bits));
             });
@@ -666,7 +667,7 @@ void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descend
         return;
     }
     case Storage::Boolean:
-        sortRowsByKey<uint32_t>(rows, 2, descending, [&](uint32_t row) {
+        sortRowsByKey<uint32_t>(rows, room, 2, descending, [&](uint32_t row) {
             const uint8_t value = source.bytes[row];
             return value == nullBoolean ? 0U : value + 1U;
         });

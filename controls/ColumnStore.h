@@ -115,7 +115,15 @@ public:
     void markChanges(const std::vector<uint32_t>& rows, int column, std::vector<uint64_t>& bits) const;
     /// Sorts row numbers by a column, stable: NULL and empty first, then numbers, then texts in the user's
     /// collation without regard to case. The order of a column's distinct texts is worked out once and kept.
-    void sortRows(std::vector<uint32_t>& rows, int column, bool descending) const;
+    void sortRows(std::vector<uint32_t>& rows, int column, bool descending) const
+    {
+        std::vector<uint32_t> room;
+        sortRows(rows, column, descending, room);
+    }
+    /// The same in memory that the caller keeps from one sort to the next: to get it is a good part of a sort's time.
+    /// What `room` holds has no meaning.
+    void sortRows(std::vector<uint32_t>& rows, int column, bool descending,
+                  std::vector<uint32_t>& room) const;
 
     // --- Search
 

@@ -74,9 +74,10 @@ unsigned radixSort(std::vector<Item>& items, unsigned mostPasses = 64)
 }
 
 /// Sorts `rows` by `keyOf(row)`, stable; descending keeps equal rows in their order too. `largest` is the
-/// largest key that comes.
+/// largest key that comes. `room` is memory to sort in.
 template <typename Key, typename KeyOf>
-void sortRowsByKey(std::vector<uint32_t>& rows, Key largest, bool descending, KeyOf keyOf)
+void sortRowsByKey(std::vector<uint32_t>& rows, std::vector<uint32_t>& room, Key largest, bool descending,
+                   KeyOf keyOf)
 {
     // Counting each key is the faster way as long as the counts are not more than the rows.
     constexpr size_t fewRows = 4096;
@@ -93,11 +94,11 @@ void sortRowsByKey(std::vector<uint32_t>& rows, Key largest, bool descending, Ke
         for (size_t key = 1; key < count.size(); ++key) {
             count[key] += count[key - 1];
         }
-        std::vector<uint32_t> sorted(rows.size());
+        room.resize(rows.size());
         for (const uint32_t row : rows) {
-            sorted[count[keyFor(row)]++] = row;
+            room[count[keyFor(row)]++] = row;
         }
-        rows.swap(sorted);
+        rows.swap(room);
         return;
     }
     std::vector<KeyedRow<Key>> items;

@@ -107,11 +107,16 @@ void ReportGrid::deleteColumns()
 
 void ReportGrid::addColumn(const ReportColumn& column)
 {
-    m->model->addColumn(column);
+    addColumns({column});
+}
+
+void ReportGrid::addColumns(const std::vector<ReportColumn>& columns)
+{
+    m->model->addColumns(columns);
     columnsChanged();
 }
 
-/// Columns come one by one at a fill, before any is sized or moved: so all begin anew.
+/// Columns come at a fill, before any is sized or moved: so all begin anew.
 void ReportGrid::columnsChanged()
 {
     m->header->columnsChanged();

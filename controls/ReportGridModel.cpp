@@ -14,19 +14,21 @@ ReportGridModel::ReportGridModel(QObject* parent)
 
 // --- Columns and records
 
-void ReportGridModel::addColumn(const ReportColumn& column)
+void ReportGridModel::addColumns(const std::vector<ReportColumn>& columns)
 {
     beginResetModel();
-    m_store.addColumn();
-    m_columns.push_back(column);
-    if (column.check) {
-        if (m_checkColumn < 0) {
-            m_checkColumn = static_cast<int>(m_columns.size()) - 1;
-        } else {
-            m_columns.back().check = false;
+    for (const ReportColumn& column : columns) {
+        m_store.addColumn();
+        m_columns.push_back(column);
+        if (column.check) {
+            if (m_checkColumn < 0) {
+                m_checkColumn = static_cast<int>(m_columns.size()) - 1;
+            } else {
+                m_columns.back().check = false;
+            }
         }
+        m_shown.push_back(column.visible);
     }
-    m_shown.push_back(column.visible);
     endResetModel();
 }
 
@@ -53,6 +55,7 @@ void ReportGridModel::deleteRecords()
     m_checks.clear();
     m_otherwise.clear();
     m_recordCount = 0;
+    m_room = {};
     rebuild(true, true);
     endResetModel();
 }
@@ -161,21 +164,24 @@ void ReportGridModel::rebuild(bool sort, bool filter)
     makeScreen();
 }
 
-void ReportGridModel::sortBy(std::vector<uint32_t>& rows, ReportSort sort) const
+void ReportGridModel::sortBy(std::vector<uint32_t>& rows, ReportSort sort)
 {
     if (static_cast<size_t>(sort.column) >= m_columns.size()) {
         return;
     }
+    m_room.reserve(rows.capacity());
     if (sort.column == m_checkColumn) {
-        sortRowsByKey<uint32_t>(rows, 1, sort.descending,
+        sortRowsByKey<uint32_t>(rows, m_room, 1, sort.descending,
                                 [this](uint32_t record) { return isChecked(record) ? 1U : 0U; });
         return;
     }
-    m_store.sortRows(rows, sort.column, sort.descending);
+    m_store.sortRows(rows, sort.column, sort.descending, m_room);
 }
 
 void ReportGridModel::sortRecords()
 {
+    m_sorted.reserve(m_recordCount +
+                     m_recordCount / 16); // it may come to be m_screen, with room for some groups
     m_sorted.resize(m_recordCount);
     std::iota(m_sorted.begin(), m_sorted.end(), 0U);
     // The sorts keep the order of equal rows: so the least important comes first.
@@ -237,6 +243,13 @@ void ReportGridModel::makeGroups()
             m_store.markChanges(order, column, starts[level]);
         }
     }
+    size_t count = 0;
+    for (const std::vector<uint64_t>& bits : starts) {
+        for (const uint64_t word : bits) {
+            count += static_cast<size_t>(std::popcount(word));
+        }
+    }
+    m_groups.reserve(count);
     std::vector<size_t> open(levels); // the group at hand of each level
     const auto close = [&](size_t level, uint32_t end) {
         Group& group = m_groups[open[level]];
@@ -271,11 +284,18 @@ void ReportGridModel::makeGroups()
 
 void ReportGridModel::makeScreen()
 {
-    m_screen.clear();
     if (m_groupColumns.empty()) {
-        m_screen.shrink_to_fit();
+        if (m_screen.capacity() > m_room.capacity()) {
+            m_room.swap(m_screen);
+        }
+        m_screen = {};
         m_rowCount = static_cast<int>(recordsInOrder().size());
         return;
+    }
+    m_screen.clear();
+    if (m_screen.capacity() < m_room.capacity()) {
+        m_screen.swap(m_room);
+        m_screen.clear();
     }
     m_screen.reserve(m_groups.size() + recordsInOrder().size());
     for (size_t group = 0; group < m_groups.size();) {

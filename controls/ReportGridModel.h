@@ -45,7 +45,8 @@ public:
     ColumnStore& store() { return m_store; }
     const ColumnStore& store() const { return m_store; }
     const std::vector<ReportColumn>& columns() const { return m_columns; }
-    void addColumn(const ReportColumn& column);
+    void addColumn(const ReportColumn& column) { addColumns({column}); }
+    void addColumns(const std::vector<ReportColumn>& columns);
     void deleteColumns(); ///< and all records
     void deleteRecords();
     /// Shows what was added, in the order, groups and filter that are set.
@@ -109,7 +110,7 @@ private:
     bool isOrderGood() const;
     void sortRecords();
     void sortByGroups();
-    void sortBy(std::vector<uint32_t>& rows, ReportSort sort) const;
+    void sortBy(std::vector<uint32_t>& rows, ReportSort sort);
     void filterRecords();
     void makeGroups();
     void makeScreen();
@@ -136,6 +137,7 @@ private:
     std::vector<uint32_t> m_order;  // those of m_sorted that the filter passes
     std::vector<Group> m_groups;    // outer before inner
     std::vector<uint32_t> m_screen; // while columns group: records, and groups marked
+    std::vector<uint32_t> m_room;   // memory that sorts and m_screen take turns with
     int m_rowCount = 0;
     bool m_closedFromTheStart = false;
     QSet<QString> m_otherwise; // groups that are not as m_closedFromTheStart says

@@ -84,10 +84,14 @@ public:
         for (uint32_t c = 0x20; c < 0x7F; ++c) {
             m_printableAsciiIsSimple = m_printableAsciiIsSimple && m_places[c].primary != 0;
         }
+        findNotSimpleLetters();
     }
 
     bool wellBehaved() const { return m_wellBehaved; }
     bool printableAsciiIsSimple() const { return m_printableAsciiIsSimple; }
+    /// Of the 64 characters from U+00C0, which UTF-8 writes as C3 and another byte, those bytes that make one that is not
+    /// simple; nothing when there are too many to look for each. 0 fills the array up.
+    const std::optional<std::array<unsigned char, 6>>& notSimpleLetters() const { return m_notSimpleLetters; }
     uint16_t primary(uint32_t c) const { return c < end ? m_places[c].primary : 0; }
     uint16_t secondary(uint32_t c) const { return c < end ? m_places[c].secondary : 0; }
 
@@ -121,6 +125,22 @@ private:
         return false;
     }
 
+    void findNotSimpleLetters()
+    {
+        size_t count = 0;
+        m_notSimpleLetters.emplace();
+        for (uint32_t c = 0xC0; c < 0x100 && m_notSimpleLetters; ++c) {
+            if (m_places[c].primary != 0) {
+                continue;
+            }
+            if (count == m_notSimpleLetters->size()) {
+                m_notSimpleLetters.reset();
+            } else {
+                (*m_notSimpleLetters)[count++] = static_cast<unsigned char>(0x80 | (c & 0x3F));
+            }
+        }
+    }
+
     struct Place
     {
         uint16_t primary = 0; // 0: not simple
@@ -129,6 +149,7 @@ private:
     std::array<Place, end> m_places{};
     bool m_wellBehaved = false;
     bool m_printableAsciiIsSimple = true;
+    std::optional<std::array<unsigned char, 6>> m_notSimpleLetters;
 };
 
 const CharacterPlaces& placesFor(const QCollator& collator)
@@ -167,6 +188,38 @@ bool isPrintableAscii(const char* bytes)
     std::memcpy(&word, bytes, sizeof word);
     const uint64_t high = (word | (word + each) | ~((word | each * 0x80) - each * 0x20)) & each * 0x80;
     return high == 0;
+}
+
+/// Whether a text is made of characters from 0x20 to 0x7E and of those from U+00C0 to U+00FF, but for the ones that
+/// `without` tells by their second bytes. Written so that the compiler looks at many bytes at once: no branch, no table.
+bool isPlainLatin(std::string_view text, const std::array<unsigned char, 6>& without)
+{
+    constexpr unsigned char lead = 0xC3;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    const size_t size = text.size();
+    using Flag = unsigned char; // as wide as what is looked at
+    const auto begins = [](unsigned char c) {
+        return static_cast<Flag>(((c >= 0x20) & (c < 0x7F)) | (c == lead));
+    };
+    if (size == 0 || begins(bytes[0]) == 0 || bytes[size - 1] == lead) {
+        return size == 0;
+    }
+    const unsigned char not0 = without[0];
+    const unsigned char not1 = without[1];
+    const unsigned char not2 = without[2];
+    const unsigned char not3 = without[3];
+    const unsigned char not4 = without[4];
+    const unsigned char not5 = without[5];
+    Flag bad = 0;
+    for (size_t i = 1; i < size; ++i) {
+        const unsigned char c = bytes[i];
+        const auto afterLead = static_cast<Flag>(bytes[i - 1] == lead);
+        const auto second = static_cast<Flag>((c >= 0x80) & (c < 0xC0) & (c != not0) & (c != not1) &
+                                              (c != not2) & (c != not3) & (c != not4) & (c != not5));
+        const Flag first = begins(c);
+        bad = static_cast<Flag>(bad | (afterLead & !second) | (!afterLead & !first));
+    }
+    return bad == 0;
 }
 
 class Ranking
@@ -242,6 +295,11 @@ private:
             }
         }
         bool ascii = true;
+        if (at < stop && m_places->printableAsciiIsSimple() && m_places->notSimpleLetters() &&
+            isPlainLatin(text, *m_places->notSimpleLetters())) {
+            ascii = std::none_of(at, stop, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+            at = stop;
+        }
         while (at < stop) {
             const uint32_t c = nextCharacter(at, stop);
             const uint16_t primary = m_places->primary(c);
@@ -274,8 +332,8 @@ private:
     /// Numbers the places that come, so that a word holds as many characters as can be.
     void numberPrimaries()
     {
-        // Not worth finding out which ASCII characters come: all of them fit seven bits.
-        for (uint32_t c = 0x20; c < 0x7F; ++c) {
+        // Not worth finding out which characters of Latin-1 come: all of them fit seven bits.
+        for (uint32_t c = 0x20; c < 0x100; c = c == 0x7E ? 0xC0 : c + 1) {
             m_used[m_places->primary(c)] = true;
         }
         m_used[0] = false;

@@ -86,7 +86,10 @@ TextPool::Id TextPool::internOther(const char* bytes, size_t size)
     // At most 4 of 5 slots are taken; so an id + 1 always fits below a slot's hash bits.
     const size_t entries = (m_sample != 0 ? m_indexed : m_offsets.size()) + 1;
     if (!m_slots || entries * 5 > (size_t{4} << m_slotBits)) {
-        uint32_t bits = m_slots ? m_slotBits : 4;
+        // Small indexes grow in long strides: it is the building anew that costs.
+        constexpr uint32_t leastBits = 8;
+        constexpr uint32_t manyBits = 16;
+        uint32_t bits = !m_slots ? leastBits : m_slotBits < manyBits ? m_slotBits + 2 : m_slotBits + 1;
         while (entries * 5 > (size_t{4} << bits)) {
             ++bits;
         }

@@ -69,8 +69,7 @@ void loadResultGrid(const ado::Connection& connection, ReportGrid& grid, QDate t
 
     grid.deleteRecords();
     grid.deleteColumns();
-    for (const ReportColumn& column : columns)
-        grid.addColumn(column);
+    grid.addColumns(columns);
     grid.store() = std::move(store);
     grid.populate();
 }

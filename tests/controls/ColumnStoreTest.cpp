@@ -388,3 +388,105 @@ TEST_F(ColumnStoreTest, ClearsAndFillsAgainWithOtherKinds)
     store.endRow();
     EXPECT_EQ(store.text(0, 0), QStringLiteral("again"));
 }
+
+TEST_F(ColumnStoreTest, MarksTheChangesThatASingleLookAtEachPairFinds)
+{
+    ColumnStore typed;
+    typed.setLocale(QLocale(QLocale::Italian, QLocale::Italy));
+    for (int column = 0; column < 8; ++column) {
+        typed.addColumn();
+    }
+    const std::vector<std::string> texts = {"Roma",  "ROMA",  "",  "D'Angelo", "d'angelo",
+                                            "città", "citta", "😀", "100%"};
+    constexpr uint32_t count = 500;
+    for (uint32_t row = 0; row < count; ++row) {
+        const std::string& text = texts[row * 7 % texts.size()];
+        if (row % 11 != 0) {
+            typed.appendText(0, text.data(), text.size());
+            typed.appendInteger(1, row % 4);
+            typed.appendInteger(2, 5'000'000'000 + row % 3);
+            typed.appendReal(3, row % 5 == 0 ? -0.0 : row % 3);
+            typed.appendDate(4, 40000 + row % 7);
+            typed.appendBoolean(5, row % 2 == 0);
+        }
+        // Column 6 stays NULL; column 7 holds several kinds.
+        if (row % 3 == 0) {
+            typed.appendText(7, text.data(), text.size());
+        } else if (row % 3 == 1) {
+            typed.appendInteger(7, row % 2);
+        }
+        typed.endRow();
+    }
+    for (int column = 0; column < typed.columnCount(); ++column) {
+        for (const bool descending : {false, true}) {
+            Rows rows = sorted(typed, column, descending);
+            std::vector<uint64_t> bits((rows.size() + 63) / 64, 0);
+            typed.markChanges(rows, column, bits);
+            for (size_t place = 1; place < rows.size(); ++place) {
+                ASSERT_EQ((bits[place >> 6] >> (place & 63) & 1) != 0,
+                          !typed.sameInOrder(rows[place - 1], rows[place], column))
+                    << "column " << column << ", place " << place;
+            }
+        }
+    }
+    std::vector<uint64_t> bits(1, 5);
+    typed.markChanges({0, 0, 0}, 0, bits);
+    EXPECT_EQ(bits[0], 5U) << "what was marked stays marked";
+    typed.markChanges({}, 0, bits);
+    EXPECT_THROW(typed.markChanges({}, 8, bits), std::out_of_range);
+}
+
+TEST_F(ColumnStoreTest, SortsByCountsAsAPlainSortDoes)
+{
+    // More rows than there are different values, and about as many.
+    constexpr uint32_t count = 20000;
+    ColumnStore typed;
+    typed.setLocale(QLocale(QLocale::Italian, QLocale::Italy));
+    typed.addColumn();
+    typed.addColumn();
+    for (uint32_t row = 0; row < count; ++row) {
+        const std::string text = "Città d'" + std::to_string(row * 7919U % 19997U);
+        if (row % 5 != 0) {
+            typed.appendText(0, text.data(), text.size());
+        }
+        typed.appendInteger(1, row * 31U % 101U);
+        typed.endRow();
+    }
+    std::vector<uint32_t> room;
+    for (const bool descending : {false, true}) {
+        Rows byText = allRows(typed);
+        typed.sortRows(byText, 1, descending, room);
+        typed.sortRows(byText, 0, descending, room);
+        Rows expected = allRows(typed);
+        const auto less = [&](uint32_t a, uint32_t b) {
+            return std::pair(typed.utf8(a, 0), typed.integer(a, 1)) <
+                   std::pair(typed.utf8(b, 0), typed.integer(b, 1));
+        };
+        // The texts differ in digits only, so their bytes are in the order of the collation.
+        std::stable_sort(expected.begin(), expected.end(),
+                         [&](uint32_t a, uint32_t b) { return descending ? less(b, a) : less(a, b); });
+        EXPECT_EQ(byText, expected);
+    }
+}
+
+TEST_F(ColumnStoreTest, FindsATextAtEveryPlaceOfALongOne)
+{
+    for (size_t place = 0; place < 100; ++place) {
+        std::string text(100, '.');
+        text.insert(place, place % 2 == 0 ? "D'Angelo" : "d'ANGELO");
+        appendText(store, 0, text);
+        appendText(store, 1, text.substr(0, place + 7) + "Ò" + text.substr(place + 8));
+        store.endRow();
+    }
+    EXPECT_EQ(found(store, QStringLiteral("d'Angelo"), {0}), allRows(store));
+    EXPECT_EQ(found(store, QStringLiteral("d'Angelo"), {1}), Rows());
+    EXPECT_EQ(found(store, QStringLiteral("D'ANGELò"), {1}), allRows(store));
+    EXPECT_EQ(found(store, QStringLiteral("'"), {0}), allRows(store));
+    EXPECT_EQ(found(store, QStringLiteral("@"), {0, 1}), Rows())
+        << "not taken for the accent, which differs in one bit";
+    appendText(store, 0, std::string(64, '`') + "[{");
+    store.endRow();
+    EXPECT_EQ(found(store, QStringLiteral("@@"), {0}), Rows());
+    EXPECT_EQ(found(store, QStringLiteral("[["), {0}), Rows());
+    EXPECT_EQ(found(store, QStringLiteral("`[{"), {0}), Rows({100}));
+}

@@ -1,6 +1,7 @@
 #include "controls/ReportGridModel.h"
 
 #include <QAbstractItemModelTester>
+#include <QCollator>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -32,9 +33,11 @@ protected:
         model.populate();
     }
 
-    void add(int id, const char* name, const char* town, const char* sex)
+    void add(int id, const char* name, const char* town, const char* sex) { add(model, id, name, town, sex); }
+
+    static void add(ReportGridModel& to, int id, const char* name, const char* town, const char* sex)
     {
-        ColumnStore& store = model.store();
+        ColumnStore& store = to.store();
         store.appendInteger(0, id);
         store.appendText(1, "", 0);
         store.appendText(2, name, std::string(name).size());
@@ -46,13 +49,15 @@ protected:
     }
 
     /// The rows on the screen: records as numbers, groups as caption and count.
-    QStringList screen() const
+    QStringList screen() const { return screenOf(model); }
+
+    static QStringList screenOf(const ReportGridModel& shown)
     {
         QStringList rows;
-        for (int row = 0; row < model.rowCount(); ++row) {
-            rows << (model.isGroup(row)
-                         ? QStringLiteral("%1 (%2)").arg(model.groupCaption(row)).arg(model.groupCount(row))
-                         : QString::number(model.record(row)));
+        for (int row = 0; row < shown.rowCount(); ++row) {
+            rows << (shown.isGroup(row)
+                         ? QStringLiteral("%1 (%2)").arg(shown.groupCaption(row)).arg(shown.groupCount(row))
+                         : QString::number(shown.record(row)));
         }
         return rows;
     }
@@ -246,4 +251,117 @@ TEST_F(ReportGridModelTest, TellsScreenReadersWhatACellIs)
               QStringLiteral("Selezione: sì"));
     EXPECT_EQ(model.data(model.index(0, 2), Qt::AccessibleTextRole).toString(),
               QStringLiteral("Cliente: Rossi"));
+}
+
+TEST_F(ReportGridModelTest, GroupsManyRecordsAsALookAtEachDoes)
+{
+    // Whatever was sorted and grouped before: the screen is that of a list which was set up so at once.
+    const std::vector<const char*> towns = {"Roma", "ROMA",  "L'Aquila", "Forlì", "Forli",
+                                            "",     nullptr, "😀 Città",  "100%"};
+    const std::vector<const char*> names = {"D'Angelo", "d'angelo", "Zoë", "à", "è", "€"};
+    const auto fill = [&](ReportGridModel& filled) {
+        for (uint32_t i = 0; i < 6000; ++i) {
+            ColumnStore& store = filled.store();
+            store.appendInteger(0, i);
+            store.appendText(1, "", 0);
+            const std::string name = std::string(names[i * 31 % names.size()]) + std::to_string(i * 7 % 50);
+            store.appendText(2, name.data(), name.size());
+            if (const char* town = towns[i * 17 % towns.size()]) {
+                store.appendText(3, town, std::string(town).size());
+            }
+            store.appendText(4, i % 3 == 0 ? "M" : "F", 1);
+            store.endRow();
+        }
+        filled.populate();
+        for (uint32_t i = 0; i < 6006; i += 5) {
+            filled.setChecked(i, true);
+        }
+    };
+    fill(model);
+    using Sorts = std::vector<ReportSort>;
+    QCollator collator(QLocale().collation());
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const auto expectGroupsWhereValuesChange = [&](const char* what) {
+        const Records& order = model.recordsInOrder();
+        size_t place = 0;
+        std::vector<int> begun; // levels of the groups that begin here
+        for (int row = 0; row < model.rowCount(); ++row) {
+            if (model.isGroup(row)) {
+                begun.push_back(model.groupLevel(row));
+                continue;
+            }
+            ASSERT_LT(place, order.size()) << what;
+            ASSERT_EQ(model.record(row), static_cast<int>(order[place])) << what;
+            std::vector<int> expected;
+            for (size_t level = 0; level < model.groupColumns().size(); ++level) {
+                const int column = model.groupColumns()[level].column;
+                const auto same = [&](uint32_t a, uint32_t b) {
+                    return column == model.checkColumn()
+                               ? model.isChecked(a) == model.isChecked(b)
+                               : collator.compare(model.store().text(a, column),
+                                                  model.store().text(b, column)) == 0;
+                };
+                if (place == 0 || !expected.empty() || !same(order[place - 1], order[place])) {
+                    expected.push_back(static_cast<int>(level));
+                }
+            }
+            ASSERT_EQ(begun, expected) << what << ", row " << row;
+            begun.clear();
+            ++place;
+        }
+        EXPECT_EQ(place, order.size()) << what;
+        EXPECT_TRUE(begun.empty()) << what;
+    };
+    const auto expectAsSetUpAtOnce = [&](const char* what) {
+        ReportGridModel fresh;
+        for (const ReportColumn& column : model.columns()) {
+            fresh.addColumn(column);
+        }
+        add(fresh, 10, "Rossi", "Roma", "M");
+        add(fresh, 11, "Bianchi", "Milano", "F");
+        add(fresh, 12, "Verdi", "Roma", "F");
+        add(fresh, 13, "Neri", "Torino", "M");
+        add(fresh, 14, "Gialli", "roma", "M");
+        add(fresh, 15, "Blu", nullptr, "M");
+        fill(fresh);
+        for (uint32_t i = 0; i < fresh.recordCount(); ++i) {
+            fresh.setChecked(i, model.isChecked(i));
+        }
+        // The order last: so that everything is sorted from the beginning.
+        fresh.setTextFilter(model.textFilter());
+        fresh.setGroupColumns(model.groupColumns());
+        fresh.setSorting(model.sorting());
+        EXPECT_EQ(model.recordsInOrder(), fresh.recordsInOrder()) << what;
+        EXPECT_EQ(screenOf(model), screenOf(fresh)) << what;
+        expectGroupsWhereValuesChange(what);
+    };
+    model.setSorting({2, false});
+    expectAsSetUpAtOnce("sorted");
+    model.setGroupColumns(Sorts{{3, false}});
+    expectAsSetUpAtOnce("grouped while sorted");
+    model.setGroupColumns(Sorts{{3, false}, {4, true}});
+    expectAsSetUpAtOnce("an inner group added");
+    model.setGroupColumns(Sorts{{4, false}, {3, true}});
+    expectAsSetUpAtOnce("groups changed places and directions");
+    model.setTextFilter(QStringLiteral("forl"));
+    expectAsSetUpAtOnce("filtered");
+    model.setGroupColumns(Sorts{{4, false}});
+    expectAsSetUpAtOnce("a group taken away");
+    model.setTextFilter(QString());
+    model.setGroupColumns(Sorts{{1, false}, {4, false}});
+    expectAsSetUpAtOnce("grouped by ticks");
+    for (uint32_t i = 0; i < 6006; i += 3) {
+        model.setChecked(i, !model.isChecked(i));
+    }
+    model.setGroupColumns(Sorts{{1, false}, {4, false}, {3, false}});
+    expectAsSetUpAtOnce("ticks changed before a group was added");
+    expectAsSetUpAtOnce("grouped by ticks that changed");
+}
+
+TEST_F(ReportGridModelTest, GroupsByWhatWasWrittenSinceTheLastSort)
+{
+    model.setSorting({2, false});
+    model.store().setText(5, 3, "Milano", 6);
+    model.setGroupColumns({{3, false}});
+    EXPECT_EQ(screen(), list("Paese: Milano (2)|1|5|Paese: roma (3)|4|0|2|Paese: Torino (1)|3"));
 }

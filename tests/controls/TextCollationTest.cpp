@@ -150,3 +150,68 @@ TEST(TextCollation, OrdersVeryLongTextsThatDifferAtTheEnd)
         EXPECT_LT(ranks[i], ranks[i - 1]);
     }
 }
+
+TEST(TextCollation, OrdersLongTextsOfAccentedLettersWithOthersAmongThem)
+{
+    const QString accented = QStringLiteral("aeiou àèéìòùçñöüßæÆøØðþÞ×÷ÀÈÉÌÒÙ'%\"");
+    for (const QLocale& locale :
+         {QLocale(QLocale::Italian, QLocale::Italy), QLocale(QLocale::German, QLocale::Germany),
+          QLocale(QLocale::Danish, QLocale::Denmark), QLocale(QLocale::Swedish, QLocale::Sweden)}) {
+        expectAsTheCollationSays(randomTexts(accented, 4000, 4), locale);
+        expectAsTheCollationSays(randomTexts(accented, 1000, 60), locale);
+    }
+    // A character that needs the collation itself, at every place of a text of the usual ones.
+    std::vector<QString> texts;
+    for (const char* other : {"ß", "😀", "€", "\t", "ſ", "ꜳ"}) {
+        for (int place = 0; place < 40; ++place) {
+            QString text = QStringLiteral("perché la città è più bella così").repeated(2).left(40);
+            text.replace(place, 1, QString::fromUtf8(other));
+            texts.push_back(text);
+        }
+    }
+    expectAsTheCollationSays(texts, QLocale(QLocale::Italian, QLocale::Italy));
+}
+
+TEST(TextCollation, TakesBrokenTextsOfAnyLength)
+{
+    TextPool pool;
+    size_t count = 0;
+    for (int length = 1; length < 40; ++length) {
+        for (const char* broken : {"\xC3", "\xC3\x41", "\x80", "\xC3\xC3\xA8", "\xA8"}) {
+            const std::string filler(static_cast<size_t>(length), 'a');
+            for (const std::string& text : {filler + broken, broken + filler, filler + broken + filler}) {
+                pool.intern(text.data(), text.size());
+                ++count;
+            }
+        }
+    }
+    EXPECT_EQ(collationRanks(pool, QLocale(QLocale::Italian, QLocale::Italy)).size(), pool.size());
+    EXPECT_GT(count, 500U);
+}
+
+TEST(TextCollation, TextsThatAreKeptTwiceShareARank)
+{
+    // So many that the pool no longer looks each of them up.
+    TextPool pool;
+    constexpr int distinct = 50000;
+    std::vector<uint32_t> first;
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < distinct; ++i) {
+            const std::string text =
+                (i % 3 == 0 ? "Città " : "cliente ") + std::to_string(i) + (i % 1000 == 7 ? " 😀" : "");
+            const uint32_t id = pool.intern(text.data(), text.size());
+            if (round == 0) {
+                first.push_back(id);
+            }
+        }
+    }
+    ASSERT_GT(pool.size(), static_cast<size_t>(distinct)) << "some texts are kept twice";
+    const std::vector<uint32_t> ranks = collationRanks(pool, QLocale(QLocale::Italian, QLocale::Italy));
+    for (uint32_t id = distinct; id < pool.size(); ++id) {
+        const std::string_view text = pool.text(id);
+        const size_t digits = text.find_first_of("0123456789");
+        const auto number = static_cast<size_t>(std::stoi(std::string(text.substr(digits))));
+        ASSERT_EQ(pool.text(first[number]), text);
+        ASSERT_EQ(ranks[id], ranks[first[number]]) << text;
+    }
+}
