@@ -61,6 +61,15 @@ QSize OnScreenKeyboard::sizeHint() const
     return {keysAcross * (fingerSize + 4) + 6, keysDown * (fingerSize + 4) + 6};
 }
 
+void OnScreenKeyboard::leaveRoomIn(QWidget* window) const
+{
+    QLayout* const layout = window->layout();
+    QMargins margins = layout->contentsMargins();
+    window->setMinimumWidth(sizeHint().width() + margins.left() + margins.right());
+    margins.setBottom(margins.bottom() + sizeHint().height());
+    layout->setContentsMargins(margins);
+}
+
 QRect OnScreenKeyboard::placed(const QRect& field, const QRect& window) const
 {
     return placeAtBottom(field, sizeHint(), window.adjusted(edge, edge, -edge, -edge));

@@ -26,6 +26,10 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
 
+    // Leaves room for the keyboard below what the window's layout holds, and makes the window at least as wide, so
+    // that in touch mode the keyboard covers nothing. Called once, before the window is shown.
+    void leaveRoomIn(QWidget* window) const;
+
 protected:
     [[nodiscard]] QRect placed(const QRect& field, const QRect& window) const override;
 

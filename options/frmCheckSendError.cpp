@@ -56,6 +56,12 @@ frmCheckSendError::frmCheckSendError()
     m_ui->grid_result->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();
+    if (session().ShowTouchMode) {
+        // The first field has the focus from the first moment, and so the keyboard is open.
+        constexpr int onASmallScreen = 700;
+        m_ui->keybT->leaveRoomIn(this);
+        resize(width(), onASmallScreen);
+    }
     m_ui->cmdSMS_TestSMS->setIcon(icon(IconId::Start));
     m_ui->cmdSMS_ClearAccount->setIcon(icon(IconId::Disable));
     m_ui->cmdChiudi->setIcon(icon(IconId::Close, IconTone::OnAccent));

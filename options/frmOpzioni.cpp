@@ -102,11 +102,8 @@ void frmOpzioni::arrangeForTouch()
         ++row;
     }
     m_ui->gridProvider->setColumnStretch(3, 1);
-    QMargins margins = m_ui->frmLayout->contentsMargins();
-    const QSize keyboard = m_ui->keybT->sizeHint();
-    resize(keyboard.width() + margins.left() + margins.right(), 0);
-    margins.setBottom(margins.bottom() + keyboard.height());
-    m_ui->frmLayout->setContentsMargins(margins);
+    m_ui->keybT->leaveRoomIn(this);
+    resize(minimumWidth(), 0);
 }
 
 QString frmOpzioni::choice() const

@@ -50,6 +50,12 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
     }
 
+    QRect placeOf(const char* name) const
+    {
+        const auto* const widget = form->findChild<QWidget*>(QLatin1String(name));
+        return {widget->mapTo(form.get(), QPoint()), widget->size()};
+    }
+
     void open()
     {
         form = std::make_unique<frmCheckSendError>();
@@ -120,6 +126,21 @@ protected:
 };
 
 // ----------------------------------------------------------------------------------- the form's own life
+
+TEST_F(CheckSendErrorTest, InTouchModeTheKeyboardCoversNothing)
+{
+    session().ShowTouchMode = true;
+    open();
+    for (const char* field : {"txtFTP_Server", "txtFTP_Port", "txtFTP_User", "txtFTP_Password"}) {
+        form->findChild<QWidget*>(QLatin1String(field))->setFocus();
+        ASSERT_TRUE(form->findChild<QWidget*>(u"keybT"_s)->isVisible()) << field;
+        for (const char* other :
+             {"GroupBox2", "cmdSMS_TestSMS", "grid_result", "cmdSMS_ClearAccount", "cmdChiudi"})
+            EXPECT_FALSE(placeOf("keybT").intersects(placeOf(other))) << field << ' ' << other;
+    }
+    EXPECT_GE(placeOf("grid_result").height(), 120);
+    EXPECT_LE(form->height(), 768 - 40) << "with its title bar it stands on a small screen";
+}
 
 TEST_F(CheckSendErrorTest, TheFourSettingsAreReadInTheirOrderAndShown)
 {
