@@ -230,6 +230,10 @@ OdbcStatement::OdbcStatement(OdbcConnection& connection)
     connection.check(SQLAllocHandle(SQL_HANDLE_STMT, connection.handle(), &m_handle));
     // What stands between braces in a text is no escape sequence.
     SQLSetStmtAttr(m_handle, SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), 0);
+    // A network that swallows packets leaves the host's only thread waiting for good.
+    if (connection.patience().count() > 0)
+        SQLSetStmtAttr(m_handle, SQL_ATTR_QUERY_TIMEOUT,
+                       attributeValue(static_cast<SQLULEN>(connection.patience().count())), 0);
 }
 
 OdbcStatement::~OdbcStatement()
@@ -331,7 +335,7 @@ void OdbcStatement::closeCursor() noexcept
     SQLFreeStmt(m_handle, SQL_UNBIND);
 }
 
-OdbcConnection::OdbcConnection(const std::string& connectionString)
+OdbcConnection::OdbcConnection(const std::string& connectionString, std::chrono::seconds patience)
 {
     std::string full = connectionString;
     // Without it the driver turns every character that the machine's locale does not know into "?".
@@ -353,6 +357,7 @@ OdbcConnection::OdbcConnection(const std::string& connectionString)
         // FreeTDS speaks to servers of Transact-SQL only, whatever they call themselves.
         m_product = namesFreeTds(full) ? Product::TransactSql : productOf(info(SQL_DBMS_NAME));
         if (m_product == Product::TransactSql) {
+            m_patience = patience;
             // A driver may cut long texts at 64 KB unless told otherwise.
             OdbcStatement(*this).executeDirect("SET TEXTSIZE 2147483647");
             limitWaiting();

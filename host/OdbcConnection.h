@@ -15,6 +15,7 @@
 #undef ULONG
 #endif
 
+#include <chrono>
 #include <functional>
 #include <list>
 #include <memory>
@@ -84,13 +85,16 @@ class OdbcRows;
 class OdbcConnection
 {
 public:
-    explicit OdbcConnection(const std::string& connectionString);
+    OdbcConnection(const std::string& connectionString, std::chrono::seconds patience);
     ~OdbcConnection();
     OdbcConnection(const OdbcConnection&) = delete;
     OdbcConnection& operator=(const OdbcConnection&) = delete;
 
     SQLHDBC handle() const { return m_connection; }
     Product product() const { return m_product; }
+
+    /// How long a server may be silent before it counts as lost; 0: without end.
+    std::chrono::seconds patience() const { return m_patience; }
 
     /// A text of SQLGetInfo, empty when the driver has none.
     std::string info(SQLUSMALLINT what) const;
@@ -130,6 +134,7 @@ private:
     void limitWaiting();
     void disconnect() noexcept;
 
+    std::chrono::seconds m_patience{0};
     SQLHENV m_environment = SQL_NULL_HENV;
     SQLHDBC m_connection = SQL_NULL_HDBC;
     bool m_connected = false;

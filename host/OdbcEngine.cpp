@@ -80,9 +80,9 @@ std::string literalOf(const Value& value, Product product)
 
 } // namespace
 
-OdbcEngine::OdbcEngine(const std::string& connectionString)
+OdbcEngine::OdbcEngine(const std::string& connectionString, std::chrono::seconds patience)
     : m_connectionString(connectionString)
-    , m_connection(std::make_unique<OdbcConnection>(connectionString))
+    , m_connection(std::make_unique<OdbcConnection>(connectionString, patience))
 {}
 
 OdbcEngine::~OdbcEngine() = default;

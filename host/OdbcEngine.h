@@ -9,6 +9,7 @@
 // does not say otherwise.
 #include "host/Engine.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -21,7 +22,9 @@ class OdbcEngine final : public Engine
 {
 public:
     /// Connects. Throws EngineError with the driver's text; it waits at most 15 seconds for a server.
-    explicit OdbcEngine(const std::string& connectionString);
+    /// A server of Transact-SQL that is silent for longer than `patience` while an answer is awaited counts as lost.
+    explicit OdbcEngine(const std::string& connectionString,
+                        std::chrono::seconds patience = std::chrono::minutes(5));
     ~OdbcEngine() override;
 
     std::int64_t execute(std::string_view sql, Language language,

@@ -462,6 +462,25 @@ TEST_F(StandInTest, LeavesNothingOfADemonstrationThatBrokeOff)
     EXPECT_EQ(later("SELECT COUNT(*) FROM tabClienti"), 10);
 }
 
+TEST_F(StandInTest, DoesNotWaitWithoutEndForAServerThatIsSilent)
+{
+    fillTable(100);
+    // In the answer's place, and in the middle of its rows.
+    for (const std::optional<int> rows : {std::optional<int>(), std::optional<int>(50)}) {
+        start();
+        m_engine = std::make_unique<OdbcEngine>(m_server->connectionString(), std::chrono::seconds(1));
+        m_server->faults().arm({"SELECT a, b", 1, rows, true});
+        EXPECT_EQ(codeOf([&] {
+                      const auto stream = m_engine->query("SELECT a, b FROM t", Language::Native);
+                      while (stream->next()) {
+                      }
+                  }),
+                  ErrorCode::ConnectionLost);
+        EXPECT_EQ(codeOf([&] { execute("DELETE FROM t"); }), ErrorCode::ConnectionLost);
+    }
+    EXPECT_EQ(later("SELECT COUNT(*) FROM t"), 100);
+}
+
 TEST_F(StandInTest, IsNotHeldUpByAServerThatIsGoneForGood)
 {
     fillTable(10);

@@ -13,6 +13,7 @@ struct Fault
     std::string on;          ///< a request whose text contains this (to the letter); empty: any request
     int occurrence = 1;      ///< the first, second … such request
     std::optional<int> rows; ///< after so many rows of its answer; nothing: instead of running it
+    bool silent = false;     ///< it only falls silent: the connection stays, and nothing comes any more
 };
 
 /// The faults of a server, shared by its sessions.

@@ -306,12 +306,22 @@ void Session::trace(const std::string& text) const
         std::fprintf(stderr, "%.400s\n", text.c_str());
 }
 
+void Session::breakOff()
+{
+    m_channel.breakOff();
+    // What the client still sends is taken and left unanswered, until it goes or the server ends.
+    while (m_silent)
+        m_channel.receive();
+    throw Gone("cut");
+}
+
 void Session::runText(const std::string& text, const std::vector<Parameter>& parameters)
 {
     trace((m_inCall ? "call " : "batch ") + text);
     if (const auto fault = m_faults.meets(text)) {
+        m_silent = fault->silent;
         if (!fault->rows)
-            throw Gone("cut");
+            breakOff();
         m_rowsUntilCut = fault->rows;
     }
     if (!m_options.hasCatalogue && host::foldedName(text.substr(0, 8)) == "exec sp_")
@@ -339,10 +349,8 @@ void Session::columns(const std::vector<ResultColumn>& columns)
 
 bool Session::row(const std::vector<Datum>& values)
 {
-    if (m_rowsUntilCut && (*m_rowsUntilCut)-- <= 0) {
-        m_channel.breakOff();
-        throw Gone("cut");
-    }
+    if (m_rowsUntilCut && (*m_rowsUntilCut)-- <= 0)
+        breakOff();
     m_row.clear();
     m_row.u8(tokenRow);
     for (std::size_t i = 0; i < values.size(); ++i) {

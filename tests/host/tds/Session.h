@@ -45,6 +45,7 @@ private:
     void callProcedure(const std::string& name, Reader in);
 
     void trace(const std::string& text) const;
+    [[noreturn]] void breakOff();
     void runText(const std::string& text, const std::vector<Parameter>& parameters);
     void complain(const ServerError& error);
     void say(std::uint8_t token, const ServerError& what);
@@ -67,6 +68,7 @@ private:
     bool m_inCall = false;
     bool m_failed = false;
     std::optional<int> m_rowsUntilCut;
+    bool m_silent = false;
     // The end of a statement is written when it is known whether another one follows.
     std::optional<std::string> m_lastDone;
     Writer m_row;
