@@ -33,6 +33,7 @@ void KeyPanel::bind(QWidget* field)
     if (m_window)
         m_window->removeEventFilter(this);
     m_field = field;
+    m_awayWithField = false;
     m_window = field != nullptr ? field->window() : nullptr;
     if (field == nullptr)
         return;
@@ -66,10 +67,31 @@ bool KeyPanel::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_field) {
         if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
             placeNow();
-        if (event->type() == QEvent::Hide && m_openedItself)
-            hide();
+        if (event->type() == QEvent::Hide)
+            fieldHidden();
+        if (event->type() == QEvent::Show)
+            fieldShown();
     }
     return QFrame::eventFilter(watched, event);
+}
+
+void KeyPanel::fieldHidden()
+{
+    // Hidden by a page, not for itself, nor with the whole window.
+    const bool withItsPage = !m_field->isHidden() && window()->isVisible();
+    const bool away = isVisible() && !m_openedItself && withItsPage;
+    if (away || m_openedItself)
+        hide();
+    m_awayWithField = away;
+}
+
+void KeyPanel::fieldShown()
+{
+    if (!m_awayWithField)
+        return;
+    m_awayWithField = false;
+    show();
+    raise();
 }
 
 void KeyPanel::showEvent(QShowEvent* event)

@@ -14,7 +14,7 @@ enum class IconId;
 // A panel of keys inside a window, bound to one field of that window. Its keys never take the keyboard focus:
 // they send the field real key events. It begins hidden. In touch mode it opens by itself when a field is
 // attached and closes when the focus goes elsewhere; otherwise it only remembers the field, and whoever shows
-// it hides it.
+// it hides it. While another page covers the field's it is away, and comes back with the field.
 class KeyPanel : public QFrame
 {
     Q_OBJECT
@@ -56,12 +56,15 @@ protected:
 
 private:
     void focusChanged(QWidget* now);
+    void fieldHidden();
+    void fieldShown();
     [[nodiscard]] QWidget* target() const;
 
     QPointer<QWidget> m_field;
     QPointer<QWidget> m_window;
     bool m_touchMode = false;
     bool m_openedItself = false;
+    bool m_awayWithField = false;
 };
 
 } // namespace zul

@@ -4,6 +4,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStackedWidget>
 #include <QTest>
 #include <QTextEdit>
 #include <gtest/gtest.h>
@@ -158,6 +159,33 @@ TEST_F(OnScreenKeyboardTest, OnceShownByTheProgramItStaysWhenTheFocusGoes)
     EXPECT_EQ(line.text(), QStringLiteral("x"));
     EXPECT_TRUE(button.hasFocus());
     press(QStringLiteral("Hide"));
+    EXPECT_FALSE(keyboard.isVisible());
+}
+
+TEST_F(OnScreenKeyboardTest, IsAwayWhileAnotherPageCoversTheFields)
+{
+    QStackedWidget pages(&window);
+    auto* page = new QWidget;
+    auto* field = new QLineEdit(page);
+    pages.addWidget(new QWidget);
+    pages.addWidget(page);
+    pages.setCurrentIndex(1);
+    pages.show();
+    openOn(field);
+    ASSERT_TRUE(keyboard.isVisible());
+    pages.setCurrentIndex(0);
+    EXPECT_FALSE(keyboard.isVisible());
+    EXPECT_EQ(keyboard.attachedField(), field);
+    pages.setCurrentIndex(1);
+    EXPECT_TRUE(keyboard.isVisible());
+    // With the whole window it is not away: it stays what it was.
+    window.hide();
+    window.show();
+    EXPECT_TRUE(keyboard.isVisible());
+    // Put away by the program, it does not come back by itself.
+    keyboard.hide();
+    pages.setCurrentIndex(0);
+    pages.setCurrentIndex(1);
     EXPECT_FALSE(keyboard.isVisible());
 }
 
