@@ -87,13 +87,11 @@ void ColumnStore::clear()
 
 const ColumnStore::Column& ColumnStore::at(uint32_t row, int column) const
 {
-    if (static_cast<size_t>(column) >= m_columns.size()) {
-        throwColumn();
-    }
+    const Column& found = open(column);
     if (row >= m_rows) {
         throw std::out_of_range("the grid has no such record");
     }
-    return m_columns[static_cast<size_t>(column)];
+    return found;
 }
 
 ColumnStore::Column& ColumnStore::at(uint32_t row, int column)
@@ -550,10 +548,7 @@ bool ColumnStore::sameInOrder(uint32_t left, uint32_t right, int column) const
 void ColumnStore::markChanges(const std::vector<uint32_t>& rows, int column,
                               std::vector<uint64_t>& bits) const
 {
-    if (static_cast<size_t>(column) >= m_columns.size()) {
-        throwColumn();
-    }
-    const Column& source = m_columns[static_cast<size_t>(column)];
+    const Column& source = open(column);
     switch (source.storage) {
     case Storage::Nulls:
         return;
@@ -585,10 +580,7 @@ void ColumnStore::markChanges(const std::vector<uint32_t>& rows, int column,
 void ColumnStore::sortRows(std::vector<uint32_t>& rows, int column, bool descending,
                            std::vector<uint32_t>& room) const
 {
-    if (static_cast<size_t>(column) >= m_columns.size()) {
-        throwColumn();
-    }
-    const Column& source = m_columns[static_cast<size_t>(column)];
+    const Column& source = open(column);
     switch (source.storage) {
     case Storage::Nulls:
         return;

@@ -11,6 +11,7 @@
 #include <limits>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zul {
@@ -206,7 +207,8 @@ private:
         uint32_t textRank(uint32_t id) const { return id == nullText ? 0 : ranks[id]; }
     };
 
-    Column& open(int column)
+    Column& open(int column) { return const_cast<Column&>(std::as_const(*this).open(column)); }
+    const Column& open(int column) const
     {
         if (static_cast<size_t>(column) >= m_columns.size()) {
             throwColumn();
