@@ -1,7 +1,7 @@
 #include "bench/Contents.h"
 
-#include "host/HostDatabase.h"
-#include "host/SqliteEngine.h"
+#include "host/database/SqliteEngine.h"
+#include "host/session/HostDatabase.h"
 
 #include <array>
 #include <stdexcept>

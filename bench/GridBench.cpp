@@ -3,8 +3,8 @@
 //
 // ZUL_BENCH_ROWS sets the number of rows (a million when it is not set).
 #include "bench/OrdinaryModel.h"
-#include "controls/ColumnStore.h"
-#include "controls/ReportGrid.h"
+#include "controls/report/ReportGrid.h"
+#include "grid/ColumnStore.h"
 
 #include <QApplication>
 

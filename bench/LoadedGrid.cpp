@@ -1,8 +1,8 @@
 #include "bench/LoadedGrid.h"
 
-#include "component/ControlSetup.h"
-#include "selection/GridLoad.h"
+#include "mainwindow/GridLoad.h"
 #include "selection/TargetQuery.h"
+#include "session/ControlSetup.h"
 
 namespace zul::bench {
 
@@ -28,7 +28,7 @@ LoadedGrid::LoadedGrid(const std::string& database)
 void LoadedGrid::search()
 {
     const QDate today = QDate::currentDate();
-    host::CustomerFilterSql filters(m_connection);
+    hostlib::CustomerFilterSql filters(m_connection);
     fillScratchTable(m_connection.connection(), filters, {}, today, QLocale());
     loadResultGrid(m_connection.connection(), m_grid, today);
 }

@@ -1,8 +1,8 @@
 // A result grid over a database, filled as the main window fills its own.
 #pragma once
 
-#include "controls/ReportGrid.h"
-#include "host/HostDatabase.h"
+#include "controls/report/ReportGrid.h"
+#include "host/session/HostDatabase.h"
 #include "hostlib/Host.h"
 
 #include <string>
@@ -18,12 +18,12 @@ public:
     void search();
 
     ReportGrid& grid() { return m_grid; }
-    const host::SqlConnection& connection() const { return m_connection; }
+    const hostlib::SqlConnection& connection() const { return m_connection; }
     host::HostDatabase& database() { return m_database; }
 
 private:
     host::HostDatabase m_database;
-    host::SqlConnection m_connection;
+    hostlib::SqlConnection m_connection;
     ReportGrid m_grid;
 };
 

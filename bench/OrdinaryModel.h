@@ -1,7 +1,7 @@
 // What the grid is measured against: the rows of a store as an ordinary Qt model, for Qt's own sorting and filtering.
 #pragma once
 
-#include "controls/ColumnStore.h"
+#include "grid/ColumnStore.h"
 
 #include <QAbstractTableModel>
 #include <QSortFilterProxyModel>

@@ -1,10 +1,10 @@
 #include "bench/LoadedGrid.h"
 #include "bench/Measure.h"
 #include "bench/Runs.h"
-#include "controls/OutcomeList.h"
+#include "controls/notices/OutcomeList.h"
+#include "mainwindow/FormAdapters.h"
 #include "messages/CreateMAIL.h"
 #include "messages/CreateSMS.h"
-#include "messages/FormAdapters.h"
 
 #include <stdexcept>
 

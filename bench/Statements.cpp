@@ -1,10 +1,10 @@
 #include "bench/LoadedGrid.h"
 #include "bench/Runs.h"
-#include "controls/OutcomeList.h"
-#include "host/SqliteEngine.h"
+#include "controls/notices/OutcomeList.h"
+#include "host/database/SqliteEngine.h"
+#include "mainwindow/FormAdapters.h"
 #include "messages/CreateMAIL.h"
 #include "messages/CreateSMS.h"
-#include "messages/FormAdapters.h"
 
 #include <sqlite3.h>
 

@@ -1,9 +1,9 @@
 #include "bench/Measure.h"
 #include "bench/Runs.h"
-#include "component/Session.h"
-#include "controls/CommonLook.h"
-#include "host/HostDatabase.h"
-#include "messages/frmSMS.h"
+#include "controls/look/CommonLook.h"
+#include "host/session/HostDatabase.h"
+#include "mainwindow/frmSMS.h"
+#include "session/Session.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -35,7 +35,7 @@ void runMainWindow(const std::string& database, int runs)
     host::HostDatabaseOptions options;
     options.database = database;
     const host::HostDatabase host(options);
-    session().setConnessione(host::SqlConnection(ComPtr<_SqlConnection>(host.connection())));
+    session().setConnessione(hostlib::SqlConnection(ComPtr<_SqlConnection>(host.connection())));
     for (; runs > 0; --runs) {
         const Times start = now();
         frmSMS window;

@@ -1,7 +1,7 @@
 // zulbench: one measured run a process; run.sh and table.py know which.
 #include "bench/Contents.h"
 #include "bench/Runs.h"
-#include "host/HostDatabase.h"
+#include "host/session/HostDatabase.h"
 
 #include <QApplication>
 

@@ -1,12 +1,12 @@
 #include "component/SmsCreatorObject.h"
 
-#include "component/CaptionCollection.h"
-#include "component/GridObject.h"
-#include "component/Session.h"
-#include "component/Settings.h"
-#include "component/modLogger.h"
 #include "component/modMain.h"
 #include "hostlib/Calls.h"
+#include "session/CaptionCollection.h"
+#include "session/GridObject.h"
+#include "session/Session.h"
+#include "session/Settings.h"
+#include "session/modLogger.h"
 
 #include <array>
 

@@ -4,7 +4,7 @@
 #include "automation/ComObject.h"
 #include "automation/ConnectionPoints.h"
 #include "automation/Dispatch.h"
-#include "component/ComponentObject.h"
+#include "session/ComponentObject.h"
 
 #include <Zul_MessageBuilder.h>
 

@@ -1,12 +1,12 @@
 #include "component/modMain.h"
 
-#include "component/FormHelpers.h"
-#include "component/Platform.h"
-#include "component/Session.h"
-#include "component/modLogger.h"
-#include "messages/frmSMS.h"
+#include "mainwindow/frmSMS.h"
 #include "options/frmCheckSendError.h"
 #include "options/frmOpzioni.h"
+#include "session/FormHelpers.h"
+#include "session/Platform.h"
+#include "session/Session.h"
+#include "session/modLogger.h"
 
 #include <QApplication>
 #include <memory>
@@ -118,7 +118,7 @@ ModalForm<frmCheckSendError>& checkForm()
 void setConnessione(_SqlConnection* connection) noexcept
 {
     trapped(procedure(u"setConnessione"_s),
-            [&] { session().setConnessione(host::SqlConnection(ComPtr<_SqlConnection>(connection))); });
+            [&] { session().setConnessione(hostlib::SqlConnection(ComPtr<_SqlConnection>(connection))); });
 }
 
 void SetWhatToShow(bool showSendSms, bool showSendMail, bool showPushNotify) noexcept

@@ -2,7 +2,7 @@
 // and know every window; the state they work on is the session's.
 #pragma once
 
-#include "component/ComponentObject.h"
+#include "session/ComponentObject.h"
 
 #include <Zul_SQL.h>
 

@@ -1,14 +1,14 @@
 // zulhost, the reference host: a small management application that loads the component and shows its windows, or
 // plays a scenario on them.
-#include "host/HostDatabase.h"
 #include "host/player/CommandLine.h"
-#include "host/player/DemoDatabase.h"
 #include "host/player/EventPrinter.h"
-#include "host/player/HostSession.h"
 #include "host/player/LineSource.h"
 #include "host/player/ScenarioParser.h"
 #include "host/player/ScenarioPlayer.h"
 #include "host/player/WindowWatcher.h"
+#include "host/session/DemoDatabase.h"
+#include "host/session/HostDatabase.h"
+#include "host/session/HostSession.h"
 
 #include <QApplication>
 #include <QFileInfo>

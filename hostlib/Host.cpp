@@ -5,7 +5,7 @@
 
 #include <servprov.h>
 
-namespace zul::host {
+namespace zul::hostlib {
 
 using namespace calls;
 using namespace Qt::StringLiterals;
@@ -419,4 +419,4 @@ AppConnector::Result AppConnector::sendToEverybody(const QString& message, const
     });
 }
 
-} // namespace zul::host
+} // namespace zul::hostlib

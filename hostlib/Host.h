@@ -12,7 +12,7 @@
 #include <QDateTime>
 #include <QString>
 
-namespace zul::host {
+namespace zul::hostlib {
 
 /// The host's connection object. The component keeps a reference and never opens or closes a connection.
 class SqlConnection
@@ -181,4 +181,4 @@ private:
     ComPtr<IAppConnector> m_object;
 };
 
-} // namespace zul::host
+} // namespace zul::hostlib

@@ -5,7 +5,7 @@
 #include "hostlib/Calls.h"
 #include "hostlib/Host.h"
 
-namespace zul::host {
+namespace zul::hostlib {
 
 using namespace Qt::StringLiterals;
 
@@ -109,4 +109,4 @@ const DispTable<ICustomer>& StandInCustomer::dispTable() const
     return table;
 }
 
-} // namespace zul::host
+} // namespace zul::hostlib

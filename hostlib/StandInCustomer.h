@@ -8,7 +8,7 @@
 
 #include <QString>
 
-namespace zul::host {
+namespace zul::hostlib {
 
 /// Reads the columns of tabClienti. It is an object like the host's own, so that the host's text parser can be
 /// handed it.
@@ -39,4 +39,4 @@ private:
     Columns m_columns;
 };
 
-} // namespace zul::host
+} // namespace zul::hostlib

@@ -1,12 +1,12 @@
 #include "lookup/frmRicercaGenerica.h"
 
-#include "component/ControlSetup.h"
-#include "component/FormHelpers.h"
-#include "component/Session.h"
-#include "controls/CommonLook.h"
-#include "controls/Icons.h"
-#include "controls/ReportGrid.h"
+#include "controls/look/CommonLook.h"
+#include "controls/look/Icons.h"
+#include "controls/report/ReportGrid.h"
 #include "lookup/LookupModes.h"
+#include "session/ControlSetup.h"
+#include "session/FormHelpers.h"
+#include "session/Session.h"
 #include "ui_frmRicercaGenerica.h"
 
 #include <QKeyEvent>

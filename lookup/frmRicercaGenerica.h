@@ -1,7 +1,7 @@
 // The generic lookup dialog: shows the rows of a table that the host fills in, and keeps the chosen one.
 #pragma once
 
-#include "component/ComponentObject.h"
+#include "session/ComponentObject.h"
 
 #include <QDialog>
 #include <memory>

@@ -22,7 +22,7 @@ void moveOpenCalls(const ado::Connection& connection, qint32 idCampagna, qint32 
 
 } // namespace
 
-qint32 saveCampaign(const host::SqlConnection& connection, const Campaign& campaign,
+qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& campaign,
                     std::optional<qint32> idCampagna)
 {
     const ado::Connection database = connection.connection();

@@ -7,7 +7,7 @@
 
 namespace zul {
 
-namespace host {
+namespace hostlib {
 class SqlConnection;
 }
 
@@ -45,7 +45,7 @@ struct Campaign
 /// still open are moved to its script first when the script changes.
 /// @return the campaign's id
 /// @throws Error of the database; also when the given id has no row
-qint32 saveCampaign(const host::SqlConnection& connection, const Campaign& campaign,
+qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& campaign,
                     std::optional<qint32> idCampagna);
 
 } // namespace zul

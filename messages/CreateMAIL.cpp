@@ -20,7 +20,7 @@ QString campaignDescription(const QDateTime& now)
            locale.toString(now.time(), QLocale::ShortFormat);
 }
 
-bool createMail(const host::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+bool createMail(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
                 qint32 idMessaggio, qint32 idUtente, bool clearMarks)
 {
     outcomes.append(separatorLine());
@@ -36,7 +36,7 @@ bool createMail(const host::SqlConnection& connection, Recipients& recipients, O
 
     ado::Recordset queue = connection.connection().open(u"SELECT * FROM TMK_MailingList WHERE 1=2"_s,
                                                         ado::Cursor::Static, ado::Lock::Pessimistic);
-    host::Customer customer(connection);
+    hostlib::Customer customer(connection);
     LocalClock clock;
     for (int row = 0; row < recipients.count(); ++row) {
         if (recipients.isMarked(row)) {

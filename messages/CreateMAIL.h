@@ -7,7 +7,7 @@
 
 namespace zul {
 
-namespace host {
+namespace hostlib {
 class SqlConnection;
 }
 
@@ -19,7 +19,7 @@ class SqlConnection;
 /// @param clearMarks as with createSms
 /// @return true: a run that does not throw ends well
 /// @throws Error of the database or of a host object; rows already written stay in the queue
-bool createMail(const host::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+bool createMail(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
                 qint32 idMessaggio, qint32 idUtente, bool clearMarks);
 
 /// The description of a mail campaign: no blank after the colon, date and time in the user's short formats.

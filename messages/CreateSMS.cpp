@@ -17,7 +17,7 @@ namespace {
 constexpr qint32 KindSms = 6;
 
 /// The description of a classification; empty for one that has no row.
-QString classificationText(const host::SqlConnection& connection, qint32 idClassificazione)
+QString classificationText(const hostlib::SqlConnection& connection, qint32 idClassificazione)
 {
     return connection.lookupText(u"descrizione"_s, u"tabRIC_Classificazioni"_s,
                                  u"id = "_s + QString::number(idClassificazione));
@@ -25,7 +25,7 @@ QString classificationText(const host::SqlConnection& connection, qint32 idClass
 
 } // namespace
 
-MessageTemplate readTemplate(const host::SqlConnection& connection, qint32 idMessaggio)
+MessageTemplate readTemplate(const hostlib::SqlConnection& connection, qint32 idMessaggio)
 {
     ado::Recordset rows = connection.connection().open(
         u"Select TestoSMS, OGGETTO from TMK_Messaggi where idMessaggio="_s + QString::number(idMessaggio),
@@ -39,15 +39,15 @@ MessageTemplate readTemplate(const host::SqlConnection& connection, qint32 idMes
     return found;
 }
 
-bool createSms(const host::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+bool createSms(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
                qint32 idMessaggio, bool clearMarks)
 {
     const MessageTemplate message = readTemplate(connection, idMessaggio);
     outcomes.append(separatorLine());
 
-    host::Customer customer(connection);
-    host::TextParser parser(connection);
-    host::MessageRecord record(connection);
+    hostlib::Customer customer(connection);
+    hostlib::TextParser parser(connection);
+    hostlib::MessageRecord record(connection);
     LocalClock clock;
 
     for (int row = 0; row < recipients.count(); ++row) {

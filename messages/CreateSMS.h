@@ -5,7 +5,7 @@
 
 namespace zul {
 
-namespace host {
+namespace hostlib {
 class SqlConnection;
 }
 
@@ -17,7 +17,7 @@ struct MessageTemplate
 };
 
 /// Reads a template. An id without a row gives empty texts, and so does a NULL.
-MessageTemplate readTemplate(const host::SqlConnection& connection, qint32 idMessaggio);
+MessageTemplate readTemplate(const hostlib::SqlConnection& connection, qint32 idMessaggio);
 
 /// Queues one SMS per marked row and writes one line per outcome. Customers without a mobile number or
 /// without consent are skipped and do not stop the run. No country prefix is added here: the sender does it.
@@ -26,7 +26,7 @@ MessageTemplate readTemplate(const host::SqlConnection& connection, qint32 idMes
 ///        false for the first of two creators, so that the second sees the same rows
 /// @return false when a message could not be stored: the run stops at that row, which keeps its mark
 /// @throws Error of the database or of a host object; what was stored until then stays
-bool createSms(const host::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+bool createSms(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
                qint32 idMessaggio, bool clearMarks);
 
 } // namespace zul

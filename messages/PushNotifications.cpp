@@ -1,8 +1,8 @@
 #include "messages/PushNotifications.h"
 
-#include "component/Settings.h"
-#include "component/modLogger.h"
 #include "selection/ResultGridQuery.h"
+#include "session/Settings.h"
+#include "session/modLogger.h"
 
 #include <QDateTime>
 #include <QSet>
@@ -61,7 +61,8 @@ Procedure creationProcedure()
 class ContactSender
 {
 public:
-    ContactSender(const host::SqlConnection& connection, host::AppConnector& connector, const QString& text)
+    ContactSender(const hostlib::SqlConnection& connection, hostlib::AppConnector& connector,
+                  const QString& text)
         : m_connector(connector)
         , m_text(text)
         , m_customer(connection)
@@ -78,7 +79,7 @@ public:
             return u" Metodo init oggetto cliente fallito."_s;
         m_parsed = PushNotify_TextMessage_Parser(m_parser, m_text, m_customer);
         const QDateTime now = QDateTime::currentDateTime();
-        const host::AppConnector::Result result = m_connector.sendToContact(contact.email, now, m_parsed);
+        const hostlib::AppConnector::Result result = m_connector.sendToContact(contact.email, now, m_parsed);
         if (!result.sent)
             return result.errorText;
         // Saving that fails outright has the reason in the log; it stops the loop no more than a refusal does.
@@ -108,15 +109,15 @@ public:
     }
 
 private:
-    host::AppConnector& m_connector;
+    hostlib::AppConnector& m_connector;
     const QString& m_text;
     QString m_parsed;
-    host::Customer m_customer;
-    host::TextParser m_parser;
-    host::MessageRecord m_record;
+    hostlib::Customer m_customer;
+    hostlib::TextParser m_parser;
+    hostlib::MessageRecord m_record;
 };
 
-void sendToContacts(const host::SqlConnection& connection, host::AppConnector& connector,
+void sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnector& connector,
                     const std::vector<PushContact>& contacts, const QString& text, QStringList& errors,
                     Outcomes& outcomes, Progress& progress)
 {
@@ -138,11 +139,12 @@ void sendToContacts(const host::SqlConnection& connection, host::AppConnector& c
     }
 }
 
-void sendToEverybody(host::AppConnector& connector, const QString& text, QStringList& errors,
+void sendToEverybody(hostlib::AppConnector& connector, const QString& text, QStringList& errors,
                      Outcomes& outcomes, Progress& progress)
 {
     progress.GestWaitPlease(true, 0, u"Invio notifica globale in corso...."_s);
-    const host::AppConnector::Result result = connector.sendToEverybody(text, QDateTime::currentDateTime());
+    const hostlib::AppConnector::Result result =
+        connector.sendToEverybody(text, QDateTime::currentDateTime());
     if (result.sent) {
         outcomes.append(u"OK     - Notifica push globale - Creata correttamente."_s);
         return;
@@ -155,13 +157,13 @@ void sendToEverybody(host::AppConnector& connector, const QString& text, QString
 
 } // namespace
 
-QString PushNotify_TextMessage_Parser(const host::TextParser& parser, const QString& text,
-                                      const host::Customer& customer)
+QString PushNotify_TextMessage_Parser(const hostlib::TextParser& parser, const QString& text,
+                                      const hostlib::Customer& customer)
 {
     return parser.parse(text, customer, QString());
 }
 
-bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
+bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connection,
                                           const std::vector<PushContact>& contacts, const QString& text,
                                           QStringList& errors, qint32 criterion, Outcomes& outcomes,
                                           Progress& progress) noexcept
@@ -170,7 +172,7 @@ bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
         outcomes.append(separatorLine());
         const QString salt = getDbValue(settings::ConnettoreAppSalt);
         const QString slug = getDbValue(settings::ConnettoreAppSlug);
-        host::AppConnector connector(connection, slug, salt);
+        hostlib::AppConnector connector(connection, slug, salt);
         if (criterion != static_cast<qint32>(PushCriterion::Selected) &&
             criterion != static_cast<qint32>(PushCriterion::Everybody)) {
             errors.append(u"Non è stato selezionato il criterio di spedizione."_s);
@@ -206,7 +208,7 @@ QString pushText(const SendChoices& choices)
     return choices.RBN_PushModel ? choices.pushTemplateText : choices.pushText;
 }
 
-PushValidation validateProfiles(const host::SqlConnection& connection, const Recipients& recipients,
+PushValidation validateProfiles(const hostlib::SqlConnection& connection, const Recipients& recipients,
                                 Outcomes& outcomes)
 {
     PushValidation validation;
@@ -251,7 +253,7 @@ QString profilesQuestion(const PushValidation& validation)
     return text + u"\r\nProseguire con la creazione delle notifiche?"_s;
 }
 
-bool prepareNotifications(const host::SqlConnection& connection, const SendChoices& choices,
+bool prepareNotifications(const hostlib::SqlConnection& connection, const SendChoices& choices,
                           const Recipients& recipients, Outcomes& outcomes, Progress& progress,
                           const std::function<Answer(const OperatorMessage&)>& askOperator)
 {

@@ -2,7 +2,7 @@
 // the host's app connector and recorded.
 #pragma once
 
-#include "controls/MessageSeam.h"
+#include "base/OperatorMessage.h"
 #include "hostlib/Host.h"
 #include "messages/Recipients.h"
 #include "messages/SendChoices.h"
@@ -40,15 +40,15 @@ public:
 };
 
 /// Fills a text's placeholders for one customer.
-QString PushNotify_TextMessage_Parser(const host::TextParser& parser, const QString& text,
-                                      const host::Customer& customer);
+QString PushNotify_TextMessage_Parser(const hostlib::TextParser& parser, const QString& text,
+                                      const hostlib::Customer& customer);
 
 /// Sends the text to the contacts, or to everybody, and records what was sent to a contact. A contact that
 /// fails does not stop the loop.
 /// @param errors takes one text per failure
 /// @return true when the run came to its end; false for a criterion that is neither of the two, and after a
 ///         run-time error, which is logged
-bool CreatePushNotifies_ListOfContacts_BL(const host::SqlConnection& connection,
+bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connection,
                                           const std::vector<PushContact>& contacts, const QString& text,
                                           QStringList& errors, qint32 criterion, Outcomes& outcomes,
                                           Progress& progress) noexcept;
@@ -69,7 +69,7 @@ struct PushValidation
 
 /// Takes the e-mail address of every marked row, judges it and writes one line per row.
 /// @throws Error 457 when a customer stands in two marked rows
-PushValidation validateProfiles(const host::SqlConnection& connection, const Recipients& recipients,
+PushValidation validateProfiles(const hostlib::SqlConnection& connection, const Recipients& recipients,
                                 Outcomes& outcomes);
 
 /// The question before notifications to validated profiles are made.
@@ -78,7 +78,7 @@ QString profilesQuestion(const PushValidation& validation);
 /// The whole preparation: checks, validation, question, creation.
 /// @param askOperator shows a message and gives the answer
 /// @return true when notifications were created
-bool prepareNotifications(const host::SqlConnection& connection, const SendChoices& choices,
+bool prepareNotifications(const hostlib::SqlConnection& connection, const SendChoices& choices,
                           const Recipients& recipients, Outcomes& outcomes, Progress& progress,
                           const std::function<Answer(const OperatorMessage&)>& askOperator);
 

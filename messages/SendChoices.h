@@ -65,9 +65,6 @@ Preparation choosePreparation(const SendChoices& choices);
 /// run after a template was chosen, which sets RBN_PushModel, ends with the push wording. That is meant.
 QString closingMessage(const SendChoices& choices);
 
-/// Title of the operator messages.
-inline constexpr const char* MessageTitle = "Manager messaggi";
-
 /// The line that opens the outcome of a creator.
 QString separatorLine();
 

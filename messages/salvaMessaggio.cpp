@@ -1,9 +1,9 @@
 #include "messages/salvaMessaggio.h"
 
-#include "component/Session.h"
-#include "component/modLogger.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
+#include "session/Session.h"
+#include "session/modLogger.h"
 
 #include <QDateTime>
 
@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 qint32 salvaMessaggio(const QString& text) noexcept
 {
     try {
-        const host::SqlConnection connection = session().connection();
+        const hostlib::SqlConnection connection = session().connection();
         const qint32 id = connection.nextId(u"TMK_Messaggi"_s, u"idMessaggio"_s);
         const QDateTime now = QDateTime::currentDateTime();
         // The row set closes itself, also when a step fails.

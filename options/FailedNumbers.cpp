@@ -1,7 +1,7 @@
 #include "options/FailedNumbers.h"
 
-#include "component/Platform.h"
 #include "hostlib/Error.h"
+#include "session/Platform.h"
 
 #include <QFile>
 

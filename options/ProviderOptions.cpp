@@ -1,6 +1,6 @@
 #include "options/ProviderOptions.h"
 
-#include "controls/LocaleInput.h"
+#include "base/LocaleInput.h"
 #include "hostlib/Error.h"
 
 #include <QLocale>

@@ -1,10 +1,10 @@
 #include "options/frmShowPath.h"
 
-#include "component/ControlSetup.h"
-#include "component/FormHelpers.h"
-#include "component/Session.h"
-#include "controls/CommonLook.h"
-#include "controls/Icons.h"
+#include "controls/look/CommonLook.h"
+#include "controls/look/Icons.h"
+#include "session/ControlSetup.h"
+#include "session/FormHelpers.h"
+#include "session/Session.h"
 #include "ui_frmShowPath.h"
 
 namespace zul {

@@ -1,6 +1,6 @@
 #include "selection/Criteria.h"
 
-#include "controls/LocaleInput.h"
+#include "base/LocaleInput.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
 #include "selection/TargetQuery.h"
 
-#include "controls/LocaleInput.h"
+#include "base/LocaleInput.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
 #include "selection/SqlLiteral.h"
@@ -93,7 +93,7 @@ QString selectionStatement(const Criteria& criteria, QDate today)
     return insert + u" "_s + select;
 }
 
-void fillScratchTable(const ado::Connection& connection, host::CustomerFilterSql& filters,
+void fillScratchTable(const ado::Connection& connection, hostlib::CustomerFilterSql& filters,
                       const Criteria& criteria, QDate today, const QLocale& locale)
 {
     connection.execute(QString::fromLatin1(EmptyScratchTable));

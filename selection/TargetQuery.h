@@ -13,7 +13,7 @@ namespace zul {
 namespace ado {
 class Connection;
 }
-namespace host {
+namespace hostlib {
 class CustomerFilterSql;
 }
 
@@ -32,7 +32,7 @@ QString selectionStatement(const Criteria& criteria, QDate today);
 
 /// Runs a whole search. An error ends it where it stands; the scratch table keeps what the statements so far
 /// left in it.
-void fillScratchTable(const ado::Connection& connection, host::CustomerFilterSql& filters,
+void fillScratchTable(const ado::Connection& connection, hostlib::CustomerFilterSql& filters,
                       const Criteria& criteria, QDate today, const QLocale& locale);
 
 } // namespace zul

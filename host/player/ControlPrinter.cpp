@@ -5,16 +5,16 @@
 #include "host/player/ScenarioParser.h"
 
 #include <QAbstractButton>
-#include <QPushButton>
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
-#include <QToolButton>
 #include <QTextEdit>
+#include <QToolButton>
 
 namespace zul::host {
 namespace {

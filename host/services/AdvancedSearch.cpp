@@ -1,7 +1,7 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
-#include "host/FrmRicercaAvanzata.h"
+#include "host/services/FrmRicercaAvanzata.h"
 #include "host/services/Services.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
-#include "host/DateText.h"
-#include "host/Schema.h"
+#include "base/DateText.h"
+#include "host/database/Schema.h"
 #include "host/services/AppPost.h"
 #include "host/services/Services.h"
 

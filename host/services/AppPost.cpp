@@ -1,6 +1,6 @@
 #include "host/services/AppPost.h"
 
-#include "host/DateText.h"
+#include "base/DateText.h"
 
 #include <QDateTime>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
-#include "host/DateText.h"
-#include "host/Schema.h"
+#include "base/DateText.h"
+#include "host/database/Schema.h"
 #include "host/services/Services.h"
 
 namespace zul::host {

@@ -1,7 +1,7 @@
 #pragma once
 // What the host knows of a customer, as its text parser needs it.
 #include "automation/Uuid.h"
-#include "host/Session.h"
+#include "host/database/Session.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "host/services/CustomerFilterRules.h"
 
-#include "host/DateText.h"
+#include "base/DateText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
-#include "host/OwnTransaction.h"
+#include "host/database/OwnTransaction.h"
 #include "host/services/Services.h"
 
 #include <array>

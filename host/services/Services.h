@@ -5,7 +5,7 @@
 // session that the object was asked of.
 #include "automation/Bstr.h"
 #include "automation/ComPtr.h"
-#include "host/Session.h"
+#include "host/database/Session.h"
 
 #include <Zul_Host.h>
 

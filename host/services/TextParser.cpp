@@ -1,7 +1,7 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
-#include "host/DateText.h"
+#include "base/DateText.h"
 #include "host/services/CustomerData.h"
 #include "host/services/PlaceholderText.h"
 #include "host/services/Services.h"

@@ -14,13 +14,13 @@
 
 #include <Zul_Host.h>
 
-#include "SampleComponent.h"
-#include "ScopedEnvironment.h"
 #include "automation/Bstr.h"
 #include "automation/ComPtr.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Registration.h"
 #include "automation/Text.h"
+#include "tests/automation/SampleComponent.h"
+#include "tests/automation/ScopedEnvironment.h"
 
 namespace fs = std::filesystem;
 using zul::ComPtr;

@@ -1,5 +1,5 @@
 // A small component: an object that says whether a text is empty.
-#include "SampleComponent.h"
+#include "tests/automation/SampleComponent.h"
 
 #include <Zul_Host.h>
 

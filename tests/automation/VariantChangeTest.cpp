@@ -4,10 +4,10 @@
 #include <cmath>
 #include <limits>
 
-#include "ScopedEnvironment.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
 #include "automation/Variant.h"
+#include "tests/automation/ScopedEnvironment.h"
 
 #include <Zul_MessageBuilder.h>
 

@@ -1,5 +1,5 @@
 // The event CaricaGriglia, through which the host fills a grid.
-#include "controls/ReportGrid.h"
+#include "controls/report/ReportGrid.h"
 #include "tests/component/SmsCreatorTest.h"
 
 #include <array>

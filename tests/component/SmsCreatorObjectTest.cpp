@@ -1,6 +1,6 @@
 #include "component/SmsCreatorObject.h"
 
-#include "component/Settings.h"
+#include "session/Settings.h"
 #include "tests/component/SmsCreatorTest.h"
 
 #include <QApplication>

@@ -26,7 +26,7 @@ protected:
 
 TEST_F(HostTest, WithoutAConnectionEverythingIsObjectNotSet)
 {
-    const host::SqlConnection none;
+    const hostlib::SqlConnection none;
     EXPECT_FALSE(static_cast<bool>(none));
     EXPECT_EQ(errorOf([&] { none.connection(); }), 91);
     EXPECT_EQ(errorOf([&] { none.userName(); }), 91);
@@ -118,7 +118,7 @@ TEST_F(HostTest, ACustomerOfTheHost)
 {
     host.offer(Service::Customer);
     host.customers()[7] = {"L'à 😀", "a@b.it", true, false, 4};
-    host::Customer customer(connection());
+    hostlib::Customer customer(connection());
     EXPECT_EQ(customer.id(), 0) << "empty until init";
     customer.init(7);
     EXPECT_EQ(customer.id(), 7);
@@ -135,7 +135,7 @@ TEST_F(HostTest, ACustomerOfTheHost)
 TEST_F(HostTest, TheStandInReadsTheCustomersColumnsAfreshEveryTime)
 {
     scriptCustomer();
-    host::Customer customer(connection());
+    hostlib::Customer customer(connection());
     customer.init(1);
     EXPECT_EQ(customer.id(), 1);
     EXPECT_EQ(customer.name(), u"D'Amico "_s) << "two names joined by one blank, a NULL as the empty text";
@@ -157,24 +157,25 @@ TEST_F(HostTest, AParserOfTheHostGetsACustomerAlsoWhenTheHostHasNone)
 {
     host.offer(Service::TextParser);
     scriptCustomer();
-    host::Customer customer(connection());
+    hostlib::Customer customer(connection());
     customer.init(1);
-    const host::TextParser parser(connection());
+    const hostlib::TextParser parser(connection());
     EXPECT_EQ(parser.parse(u"Ciao"_s, customer, u"Buono"_s), u"Ciao<D'Amico ,Buono>"_s);
 }
 
 TEST_F(HostTest, WithoutAParserTheTextStaysAsItIs)
 {
-    const host::Customer customer(connection());
-    EXPECT_EQ(host::TextParser(connection()).parse(u"[NOME] 100% 😀"_s, customer, u"x"_s), u"[NOME] 100% 😀"_s);
+    const hostlib::Customer customer(connection());
+    EXPECT_EQ(hostlib::TextParser(connection()).parse(u"[NOME] 100% 😀"_s, customer, u"x"_s),
+              u"[NOME] 100% 😀"_s);
 }
 
 TEST_F(HostTest, WithoutAnAdvancedSearchTheFilterIsEmptyAsAfterACancel)
 {
-    EXPECT_EQ(host::AdvancedSearch(connection()).search(connection(), 1), QString());
+    EXPECT_EQ(hostlib::AdvancedSearch(connection()).search(connection(), 1), QString());
     host.offer(Service::AdvancedSearch);
     host.searchAnswers() = {"select 1"};
-    host::AdvancedSearch search(connection());
+    hostlib::AdvancedSearch search(connection());
     EXPECT_EQ(search.search(connection(), 1), u"select 1"_s);
     EXPECT_EQ(search.search(connection(), 1), QString());
     EXPECT_EQ(host.operations(), (Lines{"searchconnection", "search 1", "searchconnection", "search 1"}));
@@ -184,7 +185,7 @@ TEST_F(HostTest, TheConnectorTellsWhyItDidNotSend)
 {
     host.offer(Service::AppConnector);
     host.connectorErrors() = {"Servizio 'sospeso'", ""};
-    host::AppConnector connector(connection(), u"slug"_s, u"salt"_s);
+    hostlib::AppConnector connector(connection(), u"slug"_s, u"salt"_s);
     const auto failed = connector.sendToContact(u"a@b.it"_s, QDateTime::currentDateTime(), u"x"_s);
     EXPECT_FALSE(failed.sent);
     EXPECT_EQ(failed.errorText, u"Servizio 'sospeso'"_s);
@@ -196,7 +197,7 @@ TEST_F(HostTest, TheConnectorTellsWhyItDidNotSend)
 
 TEST_F(HostTest, WithoutAConnectorEverySendFailsWithItsText)
 {
-    host::AppConnector connector(connection(), u"slug"_s, u"salt"_s);
+    hostlib::AppConnector connector(connection(), u"slug"_s, u"salt"_s);
     const auto one = connector.sendToContact(u"a@b.it"_s, QDateTime::currentDateTime(), u"x"_s);
     EXPECT_FALSE(one.sent);
     EXPECT_EQ(one.errorText, u"Connettore app non disponibile."_s);
@@ -207,7 +208,7 @@ TEST_F(HostTest, WithoutAConnectorEverySendFailsWithItsText)
 
 TEST_F(HostTest, WithoutFiltersEveryStatementIsObjectNotSet)
 {
-    const host::CustomerFilterSql filters(connection());
+    const hostlib::CustomerFilterSql filters(connection());
     const QDate day(2025, 1, 1);
     EXPECT_EQ(errorOf([&] { filters.Ricorrenze(1, day, day); }), 91);
     EXPECT_EQ(errorOf([&] { filters.RicorrenzeIn(1, day, day, u""_s); }), 91);

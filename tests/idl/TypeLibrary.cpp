@@ -1,4 +1,4 @@
-#include "TypeLibrary.h"
+#include "tests/idl/TypeLibrary.h"
 
 #include <cstring>
 #include <fstream>

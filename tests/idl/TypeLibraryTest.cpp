@@ -4,8 +4,8 @@
 
 #include <objbase.h>
 
-#include "TypeLibrary.h"
 #include "automation/Text.h"
+#include "tests/idl/TypeLibrary.h"
 
 using testing::ElementsAre;
 

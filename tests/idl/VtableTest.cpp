@@ -7,8 +7,8 @@
 
 #include <Zul_MessageBuilder.h>
 
-#include "TypeLibrary.h"
 #include "automation/ComObject.h"
+#include "tests/idl/TypeLibrary.h"
 
 namespace {
 

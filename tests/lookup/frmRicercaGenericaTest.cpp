@@ -1,8 +1,8 @@
 #include "lookup/frmRicercaGenerica.h"
 
-#include "component/FormHelpers.h"
-#include "controls/ReportGrid.h"
+#include "controls/report/ReportGrid.h"
 #include "hostlib/Error.h"
+#include "session/FormHelpers.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QLabel>

@@ -198,7 +198,7 @@ TEST_F(CreateSMSTest, ATextOfTenThousandCharactersGoesThroughWhole)
 TEST_F(CreateSMSTest, AHostWithNothingButAConnectionGetsARowOfTheMailingList)
 {
     FakeHost minimal;
-    const host::SqlConnection bare{minimal.connection()};
+    const hostlib::SqlConnection bare{minimal.connection()};
     minimal.answer("idMessaggio=12", {{"testoSMS", "Oggetto"}, {{text("Ciao [NOME]"), null()}}});
     minimal.answer(
         "tabClienti WHERE IdCliente=1",

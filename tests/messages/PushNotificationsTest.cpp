@@ -145,7 +145,7 @@ TEST_F(PushTest, ACustomerInTwoMarkedRowsIsADuplicateKey)
 TEST_F(PushTest, WithoutAHostsCheckAnAddressNeedsANameOneAtAndADomainWithADot)
 {
     FakeHost minimal;
-    const host::SqlConnection bare{minimal.connection()};
+    const hostlib::SqlConnection bare{minimal.connection()};
     for (const auto* good : {u"a@b.it", u"à.è@x.y.z", u"a'b%c@d-e.it"})
         EXPECT_TRUE(bare.isValidEmail(QString::fromUtf16(good)));
     for (const auto* bad : {u"", u"a", u"@b.it", u"a@", u"a@b", u"a@b@c.it", u"a b@c.it", u"a@.it", u"a@b.",
@@ -311,7 +311,7 @@ TEST_F(PushTest, AHostWithoutAConnectorGetsItsTextInEveryLine)
         "IdCliente=1",
         {{"RagioneSociale1", "RagioneSociale2", "email", "ConsensoSms", "ConsensoEmail", "idClassificazione"},
          {{text("Rossi"), text("Mario"), text("r@x.it"), number(1), number(1), null()}}});
-    session().setConnessione(host::SqlConnection(minimal.connection()));
+    session().setConnessione(hostlib::SqlConnection(minimal.connection()));
     EXPECT_TRUE(create({{1, u"a@b.it"_s}}, Selected));
     EXPECT_EQ(errors,
               QStringList{u"Errore durante la creazione della notifica push per idCliente: 1 (Rossi Mario, "
@@ -328,7 +328,7 @@ TEST_F(PushTest, AHostWithoutAMessageRecordGetsARowOfTheMailingList)
         {{"RagioneSociale1", "RagioneSociale2", "email", "ConsensoSms", "ConsensoEmail", "idClassificazione"},
          {{text("Rossi"), text("Mario"), text("r@x.it"), boolean(true), boolean(false), null()}}});
     minimal.answer("SELECT Max(idMailing) as maxId FROM TMK_MailingList", {{"maxId"}, {{null()}}});
-    session().setConnessione(host::SqlConnection(minimal.connection()));
+    session().setConnessione(hostlib::SqlConnection(minimal.connection()));
     EXPECT_TRUE(create({{1, u"a@b.it"_s}}, Selected));
     EXPECT_EQ(outcomes.lines.last(), u"OK     - Rossi Mario - Creato correttamente."_s);
     Lines set = minimal.operations("set");
@@ -373,8 +373,8 @@ TEST_F(PushTest, ASaveThatFailsOutrightIsLoggedAndTheLoopGoesOn)
 
 TEST_F(PushTest, TheParserGetsTheTextAndTheCustomer)
 {
-    const host::TextParser parser(connection());
-    host::Customer customer(connection());
+    const hostlib::TextParser parser(connection());
+    hostlib::Customer customer(connection());
     customer.init(1);
     EXPECT_EQ(PushNotify_TextMessage_Parser(parser, u"Caro [NOME]"_s, customer),
               u"Caro [NOME]<Rossi Mario,>"_s);

@@ -78,7 +78,7 @@ TEST_F(SalvaMessaggioTest, AHostWithoutGeneratorAndTrackerGetsTheLargestIdPlusOn
 {
     FakeHost minimal;
     minimal.answer("Max(idMessaggio)", {{"maxId"}, {{number(7)}}});
-    session().setConnessione(host::SqlConnection(minimal.connection()));
+    session().setConnessione(hostlib::SqlConnection(minimal.connection()));
     EXPECT_EQ(salvaMessaggio(u"x"_s), 8);
     const Lines operations = minimal.operations();
     EXPECT_EQ(Lines(operations.begin(), operations.begin() + 3),

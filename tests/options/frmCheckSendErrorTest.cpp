@@ -1,9 +1,9 @@
 #include "options/frmCheckSendError.h"
 
-#include "component/FormHelpers.h"
-#include "controls/Background.h"
-#include "controls/OnScreenKeyboard.h"
-#include "controls/ReportGrid.h"
+#include "controls/look/Background.h"
+#include "controls/report/ReportGrid.h"
+#include "controls/touch/OnScreenKeyboard.h"
+#include "session/FormHelpers.h"
 #include "tests/ftp/ScriptedServer.h"
 #include "tests/support/ComponentTest.h"
 

@@ -1,10 +1,10 @@
 #include "options/frmOpzioni.h"
 
-#include "component/Settings.h"
-#include "controls/Background.h"
-#include "controls/FolderTree.h"
-#include "controls/OnScreenKeyboard.h"
-#include "controls/WaitNotice.h"
+#include "controls/fields/FolderTree.h"
+#include "controls/look/Background.h"
+#include "controls/notices/WaitNotice.h"
+#include "controls/touch/OnScreenKeyboard.h"
+#include "session/Settings.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #include "options/frmShowPath.h"
 
-#include "component/FormHelpers.h"
-#include "controls/FolderTree.h"
+#include "controls/fields/FolderTree.h"
+#include "session/FormHelpers.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QPushButton>

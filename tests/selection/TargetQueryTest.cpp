@@ -136,7 +136,7 @@ class FillScratchTableTest : public ComponentTest
 protected:
     void fill(const Criteria& criteria, const QLocale& locale = italian)
     {
-        host::CustomerFilterSql filters(connection());
+        hostlib::CustomerFilterSql filters(connection());
         fillScratchTable(connection().connection(), filters, criteria, today, locale);
     }
 };

@@ -1,6 +1,6 @@
 #include "tests/support/ComponentTest.h"
 
-#include "component/Platform.h"
+#include "session/Platform.h"
 
 #include <QApplication>
 #include <QFile>
@@ -82,7 +82,7 @@ ComponentTest::ComponentTest()
 {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
     session() = Session();
-    session().setConnessione(host::SqlConnection(host.connection()));
+    session().setConnessione(hostlib::SqlConnection(host.connection()));
     m_logBegin = QFile(logFile()).size();
     setAnswerer([this](const OperatorMessage& message) {
         messages.push_back(message);

@@ -2,9 +2,9 @@
 // settings of its own, the messages to the operator caught and answered, and the log's new lines.
 #pragma once
 
-#include "component/Session.h"
-#include "controls/MessageSeam.h"
+#include "controls/notices/MessageSeam.h"
 #include "hostlib/Error.h"
+#include "session/Session.h"
 #include "tests/support/FakeHost.h"
 
 #include <QObject>
@@ -74,7 +74,7 @@ protected:
     /// A file in the component's folder, which in tests is the folder of the test program.
     static QString inComponentFolder(const QString& name);
 
-    const host::SqlConnection& connection() const { return session().connection(); }
+    const hostlib::SqlConnection& connection() const { return session().connection(); }
 
     /// Runs an action once, when a window of that name is the modal one. The window is closed after it when
     /// the action left it open. To be said before the window is opened.

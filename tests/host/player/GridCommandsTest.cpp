@@ -1,7 +1,7 @@
 // The commands that work a report grid, on the real one.
 #include "tests/host/player/PlayedSession.h"
 
-#include "controls/ReportGrid.h"
+#include "controls/report/ReportGrid.h"
 
 #include <QDialog>
 #include <QVBoxLayout>

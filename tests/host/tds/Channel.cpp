@@ -1,4 +1,4 @@
-#include "Channel.h"
+#include "tests/host/tds/Channel.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>

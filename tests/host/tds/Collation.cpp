@@ -1,4 +1,4 @@
-#include "Collation.h"
+#include "tests/host/tds/Collation.h"
 
 #include "host/dialect/Utf8.h"
 

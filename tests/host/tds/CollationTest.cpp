@@ -1,4 +1,4 @@
-#include "Collation.h"
+#include "tests/host/tds/Collation.h"
 
 #include <gtest/gtest.h>
 

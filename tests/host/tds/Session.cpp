@@ -1,6 +1,6 @@
-#include "Session.h"
+#include "tests/host/tds/Session.h"
 
-#include "host/Names.h"
+#include "host/database/Names.h"
 
 #include <array>
 #include <cstdio>

@@ -1,8 +1,8 @@
 #pragma once
 // One client's session: signs it in, answers its batches, procedure calls and transaction requests.
-#include "Channel.h"
-#include "Fault.h"
-#include "StandInDatabase.h"
+#include "tests/host/tds/Channel.h"
+#include "tests/host/tds/Fault.h"
+#include "tests/host/tds/StandInDatabase.h"
 
 #include <cstdlib>
 #include <map>

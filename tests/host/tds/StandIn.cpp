@@ -1,4 +1,4 @@
-#include "StandIn.h"
+#include "tests/host/tds/StandIn.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

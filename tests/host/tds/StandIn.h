@@ -1,8 +1,8 @@
 #pragma once
 // A server of TDS 7.4 and Transact-SQL on 127.0.0.1, for tests: what a program sends through a real driver is read
 // as a real server reads it, parsed as Transact-SQL, and run.
-#include "Fault.h"
-#include "Session.h"
+#include "tests/host/tds/Fault.h"
+#include "tests/host/tds/Session.h"
 
 #include <atomic>
 #include <list>

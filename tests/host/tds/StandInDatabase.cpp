@@ -1,8 +1,8 @@
-#include "StandInDatabase.h"
+#include "tests/host/tds/StandInDatabase.h"
 
-#include "Collation.h"
+#include "tests/host/tds/Collation.h"
 
-#include "host/Names.h"
+#include "host/database/Names.h"
 #include "host/dialect/Dialect.h"
 
 #include <sqlite3.h>

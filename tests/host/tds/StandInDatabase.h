@@ -5,9 +5,9 @@
 // Not kinder than a real server where that is cheap: texts too long for their column (8152), values of another
 // type (241, 245, 220), keys that are left out (515), datetime's three-hundredths of a second, long parameters that
 // do not compare (402).
-#include "Types.h"
+#include "tests/host/tds/Types.h"
 
-#include "host/SqliteEngine.h"
+#include "host/database/SqliteEngine.h"
 
 #include <functional>
 #include <map>

@@ -1,6 +1,6 @@
-#include "Types.h"
+#include "tests/host/tds/Types.h"
 
-#include "host/DateText.h"
+#include "base/DateText.h"
 
 #include <algorithm>
 #include <array>

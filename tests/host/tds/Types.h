@@ -1,6 +1,6 @@
 #pragma once
 // The data types of the protocol that the host's tables and statements need.
-#include "Bytes.h"
+#include "tests/host/tds/Bytes.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 // tds_standin FILE [--trace] [--cut-on TEXT] [--cut-at N] [--cut-after-rows N]
 //
 // Serves the database file, prints the connection string, and stops when standard input ends.
-#include "StandIn.h"
+#include "tests/host/tds/StandIn.h"
 
 #include <csignal>
 #include <cstdio>

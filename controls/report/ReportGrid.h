@@ -1,0 +1,203 @@
+// The report grid: the list that every window of the system shows its rows in.
+#pragma once
+
+#include "grid/ColumnStore.h"
+#include "grid/ReportColumn.h"
+
+#include <QAbstractItemModel>
+#include <QRect>
+#include <QStringList>
+#include <QVariantList>
+#include <QWidget>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace zul {
+
+/// A list of records with sortable, movable and sizable columns, a box to group by columns, an optional column
+/// of check boxes, a text filter, and selection of many rows. Made for a million records.
+///
+/// Filling: `deleteRecords`, `deleteColumns`, `addColumn` for every column; rows into `store()`; `populate`.
+/// What is in the store is shown after `populate`, and nothing that was shown is touched before.
+///
+/// A *record* is known by its index in the order in which it was added, from 0; a *column* by its index in the
+/// order in which it was added, hidden ones counted. Functions that get a record or column out of range return
+/// an empty value or do nothing. GUI thread only.
+class ReportGrid : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(bool reportGrid READ isReportGrid CONSTANT)
+    Q_PROPERTY(QAbstractItemModel* model READ itemModel CONSTANT)
+    Q_PROPERTY(int recordCount READ recordCountForTools)
+    Q_PROPERTY(int columnCount READ columnCount)
+    Q_PROPERTY(int sortColumn READ sortColumn)
+    Q_PROPERTY(bool sortDescending READ isSortDescending)
+    Q_PROPERTY(QString textFilter READ textFilter WRITE setTextFilter)
+    Q_PROPERTY(bool touchMode READ isTouchMode WRITE setTouchMode)
+
+public:
+    /// What a columnLayoutChanged is about. The numbers are the grid's event numbering: an owner saves the
+    /// layout at every kind but 2.
+    enum LayoutChange
+    {
+        ColumnResized = 0,
+        ColumnMoved = 1,
+        SortChanged = 2, ///< order, groups: nothing that a layout file keeps
+        ColumnShown = 3  ///< shown or hidden by the operator
+    };
+    Q_ENUM(LayoutChange)
+
+    explicit ReportGrid(QWidget* parent = nullptr);
+    ~ReportGrid() override;
+
+    // --- Filling
+
+    /// Takes all records away, with their checks. Text filter, order and groups stay.
+    void deleteRecords();
+    /// Takes all columns away, with order, groups and widths, and the records too.
+    void deleteColumns();
+    void addColumn(const ReportColumn& column);
+    /// The same for several columns at once, which takes no longer than one does.
+    void addColumns(const std::vector<ReportColumn>& columns);
+    ColumnStore& store();
+    const ColumnStore& store() const;
+    /// Sorts, filters and groups anew, and shows the result. Highlighted records stay highlighted when they
+    /// are not very many.
+    void populate();
+    /// Draws the rows anew, in the order they have.
+    void redraw();
+
+    // --- Reading
+
+    uint32_t recordCount() const;
+    int columnCount() const;
+    QString columnField(int column) const;
+    QString columnCaption(int column) const;
+    /// The cell as shown, in the user's locale; NULL is the empty text.
+    QString cellText(uint32_t record, int column) const;
+    bool cellIsNumeric(uint32_t record, int column) const;
+    /// All records that the text filter passes, in the order on the screen, those of closed groups included.
+    const std::vector<uint32_t>& recordsInScreenOrder() const;
+
+    // --- Checks
+
+    /// The check column's index, -1 when there is none.
+    Q_INVOKABLE int checkColumn() const;
+    bool isChecked(uint32_t record) const;
+    void setChecked(uint32_t record, bool checked);
+    /// Every record, those that the filter hides included. Nothing when there are no records.
+    void setAllChecked(bool checked);
+    /// The highlighted records. Nothing when none is highlighted.
+    void setSelectedChecked(bool checked);
+    size_t checkedCount() const;
+
+    // --- Highlighted records
+
+    /// In the order on the screen.
+    std::vector<uint32_t> selectedRecords() const;
+    bool hasSelection() const;
+    /// The record with the focus, -1 when there is none or a group row has it.
+    int64_t currentRecord() const;
+    /// Gives a record the focus, highlights it alone and scrolls to it.
+    void setCurrentRecord(uint32_t record);
+    void clearSelection();
+
+    // --- Order, groups, filter
+
+    int sortColumn() const;
+    bool isSortDescending() const;
+    void sortBy(int column, bool descending); ///< -1: the order in which the records were added
+    std::vector<int> groupColumns() const;
+    void groupBy(int column); ///< behind the columns that group already
+    void ungroup(int column);
+    /// Only records of which a shown column contains the text, case disregarded; the empty text shows all.
+    void setTextFilter(const QString& text);
+    QString textFilter() const;
+
+    // --- Layout: widths, order and visibility of the columns, by field name
+
+    /// Writes the layout into a section of an INI file; other sections stay as they are. The file is replaced
+    /// as a whole or not at all. False when it cannot be written. The path is in the platform's form.
+    bool saveLayout(const QString& path, const QString& section) const;
+    /// Applies a saved layout. False, and nothing changes, when the file or the section is missing or not one
+    /// of ours. Columns that the file does not know keep their place and width.
+    bool loadLayout(const QString& path, const QString& section);
+
+    // --- Look
+
+    void setEmptyText(const QString& text); ///< in the middle of a list without rows
+    void setGroupHint(const QString& text); ///< in the group box when no column groups
+    void
+    setSortCaptionPrefix(const QString& text); ///< before the sort column's caption, beside the group box
+    void setGridFont(const QFont& font);
+    void setFlatHeader(bool flat);   ///< a header without bevels
+    void setRowLines(bool lines);    ///< a quiet line under each row
+    void setCellPadding(int pixels); ///< left and right of a cell's text, 0 to 32
+    void setRowPadding(int pixels);  ///< above and below a row's text, 0 to 32
+    void setGroupBoxVisible(bool visible);
+    bool isTouchMode() const;
+    void setTouchMode(bool touch); ///< rows and headers of 44 pixels, scrolling with the finger
+
+    // --- For tools that drive the window
+    //
+    // Rows are counted as they stand on the screen, from 0, group rows included. Rectangles are in the
+    // coordinates of the viewport named; asking for one scrolls it into view. Dropping a header on another
+    // column's header gives it that column's visible position; dropping it on the group box groups.
+
+    bool isReportGrid() const { return true; }
+    QAbstractItemModel* itemModel() const;
+    int recordCountForTools() const;
+    Q_INVOKABLE int visibleRowCount() const;
+    Q_INVOKABLE QRect rowRect(int row);
+    Q_INVOKABLE QWidget* bodyViewport() const;
+    /// The check box of a row; empty for group rows and when there is no visible check column.
+    Q_INVOKABLE QRect checkRect(int row);
+    Q_INVOKABLE QWidget* headerViewport() const;
+    /// Empty for hidden columns and columns that group.
+    Q_INVOKABLE QRect headerRect(int column);
+    Q_INVOKABLE QWidget* groupBoxWidget() const;
+    /// Among the columns that the header shows, from 0; -1 for the others.
+    Q_INVOKABLE int visiblePosition(int column) const;
+    /// All columns in the order in which they were added, hidden ones included; empty for a group row.
+    Q_INVOKABLE QStringList rowTexts(int row) const;
+    /// The same; NULL is an invalid variant.
+    Q_INVOKABLE QVariantList rowCells(int row) const;
+    /// 1 checked, 0 not, -1 for a group row or without a check column.
+    Q_INVOKABLE int rowCheck(int row) const;
+    Q_INVOKABLE bool rowIsGroup(int row) const;
+    /// Without the count: "Paese: Roma".
+    Q_INVOKABLE QString groupCaption(int row) const;
+    Q_INVOKABLE int groupCount(int row) const;
+    Q_INVOKABLE void ungroupAll();
+
+Q_SIGNALS:
+    void columnLayoutChanged(int kind);
+    void recordDoubleClicked(uint32_t record);
+    /// The left button was let go over the rows; -1 on a group row and below the last row.
+    void mouseReleasedOn(int64_t record);
+    /// Before the grid acts on the key; a key that the grid has no use for goes on to the window.
+    void gridKeyPressed(int key);
+    /// -1 when many checks changed at once.
+    void checkChanged(int64_t record);
+    void selectionChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    struct Parts;
+
+    void showMenu(int column, const QPoint& globalPosition);
+    void setGroups(const std::vector<int>& columns);
+    void columnsChanged();
+    void updateShownColumns();
+    template <typename Change>
+    void keepingHighlights(Change change);
+
+    std::unique_ptr<Parts> m;
+};
+
+} // namespace zul

@@ -1,0 +1,146 @@
+// The rows of the report grid as they stand on the screen.
+#pragma once
+
+#include "grid/ColumnStore.h"
+#include "grid/ReportColumn.h"
+
+#include <QAbstractTableModel>
+#include <QSet>
+
+#include <cstdint>
+#include <vector>
+
+namespace zul {
+
+struct ReportSort
+{
+    int column = -1; ///< -1: in the order in which the records were added
+    bool descending = false;
+};
+
+/// The model's rows are what the operator sees: the records as sorted and filtered, with a row before each
+/// group while columns group, and without the records of closed groups. So a screen of a million rows is one
+/// list of row numbers, a selection is a few ranges, and no tree of items is needed.
+///
+/// A change of order, filter or groups makes a new list and resets the model once; opening and closing a group
+/// inserts and removes rows. What was added to the store is shown after `populate`.
+class ReportGridModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Role
+    {
+        IsGroupRole = Qt::UserRole, ///< bool
+        RecordRole,                 ///< int, -1 for a group row
+        GroupCaptionRole,           ///< "Paese: Roma"
+        GroupCountRole,             ///< int, records in the group
+        GroupLevelRole,             ///< int, 0 for the outermost
+        GroupClosedRole             ///< bool
+    };
+
+    explicit ReportGridModel(QObject* parent = nullptr);
+
+    // --- Columns and records
+    ColumnStore& store() { return m_store; }
+    const ColumnStore& store() const { return m_store; }
+    const std::vector<ReportColumn>& columns() const { return m_columns; }
+    void addColumn(const ReportColumn& column) { addColumns({column}); }
+    void addColumns(const std::vector<ReportColumn>& columns);
+    void deleteColumns(); ///< and all records
+    void deleteRecords();
+    /// Shows what was added, in the order, groups and filter that are set.
+    void populate();
+    uint32_t recordCount() const { return m_recordCount; }
+
+    // --- Order, groups, filter
+    ReportSort sorting() const { return m_sort; }
+    void setSorting(ReportSort sort);
+    const std::vector<ReportSort>& groupColumns() const { return m_groupColumns; }
+    void setGroupColumns(const std::vector<ReportSort>& columns);
+    void setTextFilter(const QString& text);
+    QString textFilter() const { return m_filter; }
+    /// Columns hidden by a layout are not searched either.
+    void setColumnShown(int column, bool shown);
+    bool isColumnShown(int column) const;
+    /// Sorted and filtered, records of closed groups included.
+    const std::vector<uint32_t>& recordsInOrder() const { return m_filtered ? m_order : m_sorted; }
+
+    // --- Rows on the screen
+    bool isGroup(int row) const;
+    int record(int row) const;              ///< -1 for a group row and out of range
+    int rowOfRecord(uint32_t record) const; ///< -1 when not on the screen; looks through all rows
+    QString groupCaption(int row) const;
+    int groupCount(int row) const;
+    int groupLevel(int row) const;
+    bool isGroupClosed(int row) const;
+    void setGroupClosed(int row, bool closed);
+    void setAllGroupsClosed(bool closed);
+    int groupRowAbove(int row) const; ///< the nearest group row above, -1 when there is none
+
+    // --- Checks
+    int checkColumn() const { return m_checkColumn; }
+    bool isChecked(uint32_t record) const;
+    void setChecked(uint32_t record, bool checked);
+    void setAllChecked(bool checked);
+    /// Records of the screen rows `first` to `last`; group rows are passed over. No signal: see checksChanged.
+    void setRowsChecked(int first, int last, bool checked);
+    void checksChanged(); ///< tells views, once, after setRowsChecked
+    size_t checkedCount() const;
+
+    // --- QAbstractItemModel
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    struct Group
+    {
+        uint32_t first = 0; // in recordsInOrder()
+        uint32_t count = 0;
+        uint16_t level = 0;
+        bool closed = false;
+    };
+
+    static constexpr uint32_t groupMark = 0x80000000; // marks a group's number in m_screen
+
+    bool isOrderGood() const;
+    void sortRecords();
+    void sortByGroups();
+    void sortBy(std::vector<uint32_t>& rows, ReportSort sort);
+    void filterRecords();
+    void makeGroups();
+    void makeScreen();
+    void rebuild(bool sort, bool filter);
+    void appendGroupRows(size_t group, std::vector<uint32_t>& rows) const;
+    QString captionOf(const Group& group) const;
+    QString pathOf(size_t group) const;
+    QVariant groupData(int row, int column, int role) const;
+    bool validRow(int row) const { return row >= 0 && row < m_rowCount; }
+
+    ColumnStore m_store;
+    std::vector<ReportColumn> m_columns;
+    std::vector<bool> m_shown;
+    uint32_t m_recordCount = 0; // of the last populate; the store may hold more
+    uint64_t m_changesSeen = 0; // of the store, by the order at hand
+    int m_checkColumn = -1;
+    std::vector<uint64_t> m_checks; // a bit per record
+
+    ReportSort m_sort;
+    std::vector<ReportSort> m_groupColumns;
+    QString m_filter;
+    bool m_filtered = false;
+    std::vector<uint32_t> m_sorted; // all records, by group columns and sort column
+    std::vector<uint32_t> m_order;  // those of m_sorted that the filter passes
+    std::vector<Group> m_groups;    // outer before inner
+    std::vector<uint32_t> m_screen; // while columns group: records, and groups marked
+    std::vector<uint32_t> m_room;   // memory that sorts and m_screen take turns with
+    int m_rowCount = 0;
+    bool m_closedFromTheStart = false;
+    QSet<QString> m_otherwise; // groups that are not as m_closedFromTheStart says
+};
+
+} // namespace zul

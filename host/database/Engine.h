@@ -1,0 +1,138 @@
+#pragma once
+// The seam between the connection objects and a database: everything above it (row sets, journal, services) is
+// the same for every engine.
+//
+// One engine is one connection and belongs to one thread. Texts are UTF-8. Every member throws EngineError.
+#include "host/database/EngineError.h"
+#include "host/database/Value.h"
+#include <Zul_SQL.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zul::host {
+
+/// The database products whose data definition we write.
+enum class Product
+{
+    Sqlite,
+    TransactSql,
+    PostgreSql
+};
+
+/// What a statement is written in: the component's Transact-SQL, which an engine may have to translate, or the
+/// engine's own language, which reaches it unchanged. Parameters are "?" in both.
+enum class Language
+{
+    Transact,
+    Native
+};
+
+/// The rows of a running SELECT, one after another. Closing is the destructor's work; an engine that allows
+/// one running statement only reads the rest into memory itself when another statement is run.
+class RowStream
+{
+public:
+    virtual ~RowStream() = default;
+
+    virtual const std::vector<ColumnInfo>& columns() const = 0;
+
+    /// Moves to the next row; false behind the last one.
+    virtual bool next() = 0;
+
+    /// The current row, one cell a column. Texts hold good until the next call of next(). A cell of a Decimal
+    /// column is a CellReal whose Text, where it is not null, is the exact number.
+    virtual const ZulCell* cells() const = 0;
+
+protected:
+    RowStream() = default;
+    RowStream(const RowStream&) = delete;
+    RowStream& operator=(const RowStream&) = delete;
+};
+
+/// What a statement came to: rows, or where there are none the number of rows it touched.
+struct Outcome
+{
+    std::unique_ptr<RowStream> rows;
+    std::int64_t affected = 0;
+};
+
+/// What tells the rows of a table apart.
+struct RowIdentity
+{
+    std::vector<std::string> keyColumns; ///< the primary key, empty when there is none
+    std::string hiddenColumn;            ///< a column that "*" leaves out and that is unique, or empty
+};
+
+class Engine
+{
+public:
+    virtual ~Engine() = default;
+
+    /// Runs a statement and gives the number of rows it touched, 0 for one that touches none.
+    virtual std::int64_t execute(std::string_view sql, Language language,
+                                 std::span<const Value> parameters = {}) = 0;
+
+    /// Runs a SELECT; the stream stands before its first row.
+    virtual std::unique_ptr<RowStream> query(std::string_view sql, Language language,
+                                             std::span<const Value> parameters = {}) = 0;
+
+    /// Runs a statement of which it is not known whether it gives rows.
+    virtual Outcome run(std::string_view sql, Language language) = 0;
+
+    /// Inserts rows of a table, one value after another, row after row; fast, also for a million.
+    virtual void insertRows(std::string_view table, std::span<const std::string_view> columns,
+                            std::span<const Value> values) = 0;
+
+    virtual void begin() = 0;
+    virtual void commit() = 0;
+    virtual void rollback() = 0;
+    virtual bool inTransaction() const = 0;
+
+    /// A column's name as it stands in a native statement.
+    virtual std::string quotedName(std::string_view name) const = 0;
+
+    /// A table's name, as it stands in the component's statement, as it stands in a native one.
+    virtual std::string tableName(std::string_view asWritten) const = 0;
+
+    /// How the rows of a table are told apart; table as it stands in a statement, brackets allowed.
+    virtual RowIdentity rowIdentity(std::string_view table) = 0;
+
+    /// The condition, in a native statement, that a column of a table without a key still holds what was read
+    /// from it and is given as the parameter "?".
+    virtual std::string sameValue(const ColumnInfo& column) const
+    {
+        return quotedName(column.baseName) + " = ?";
+    }
+
+    /// The next free id of a table's key, from 1: one more than the largest that was ever given or stands in
+    /// the table, reserved before any other process can have it.
+    virtual std::int64_t nextId(std::string_view table, std::string_view key) = 0;
+
+    virtual bool hasTable(std::string_view name) = 0;
+
+    /// Called after many rows were written, so that the next statements are planned well.
+    virtual void refreshStatistics() {}
+
+    /// Whose data definition language this is.
+    virtual Product product() const = 0;
+
+    /// Ends the connection for good, whoever holds on to it: an open transaction is undone, files are given back
+    /// to the system. Members that would work the database throw ConnectionLost afterwards; rows that are still
+    /// open come to an error or their end.
+    virtual void close() noexcept = 0;
+
+    /// With the database's place in it, as a program that is handed it could connect again.
+    virtual std::string connectionString() const = 0;
+
+protected:
+    Engine() = default;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+};
+
+} // namespace zul::host

@@ -1,0 +1,234 @@
+#include "host/database/Journal.h"
+
+#include "base/DateText.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace zul::host {
+
+namespace {
+
+// Length of the well-formed UTF-8 sequence at the front of the text, 0 when there is none.
+std::size_t sequenceLength(std::string_view text)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const auto follows = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0U) == 0x80U; };
+    const unsigned first = byte(0);
+    if (first < 0x80U)
+        return 1;
+    if (first >= 0xC2U && first <= 0xDFU)
+        return follows(1) ? 2 : 0;
+    if (first >= 0xE0U && first <= 0xEFU) {
+        if (!follows(1) || !follows(2) || (first == 0xE0U && byte(1) < 0xA0U) ||
+            (first == 0xEDU && byte(1) > 0x9FU))
+            return 0;
+        return 3;
+    }
+    if (first >= 0xF0U && first <= 0xF4U) {
+        if (!follows(1) || !follows(2) || !follows(3) || (first == 0xF0U && byte(1) < 0x90U) ||
+            (first == 0xF4U && byte(1) > 0x8FU))
+            return 0;
+        return 4;
+    }
+    return 0;
+}
+
+void appendJson(std::string& out, std::string_view text)
+{
+    static constexpr std::array<char, 16> hex{'0', '1', '2', '3', '4', '5', '6', '7',
+                                              '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'};
+    out += '"';
+    while (!text.empty()) {
+        const char c = text.front();
+        switch (c) {
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
+        default:
+            if (static_cast<unsigned char>(c) < 0x20U) {
+                out += "\\u00";
+                out += hex[static_cast<unsigned char>(c) >> 4U];
+                out += hex[static_cast<unsigned char>(c) & 15U];
+            } else {
+                const std::size_t length = sequenceLength(text);
+                if (length > 0)
+                    out += text.substr(0, length);
+                else
+                    out += "\xEF\xBF\xBD";
+                text.remove_prefix(length > 0 ? length : 1);
+                continue;
+            }
+        }
+        text.remove_prefix(1);
+    }
+    out += '"';
+}
+
+struct AppendValue
+{
+    std::string& out;
+
+    void operator()(std::monostate) const { out += "null"; }
+    void operator()(bool value) const { out += value ? "true" : "false"; }
+    void operator()(std::int64_t value) const { out += std::to_string(value); }
+    void operator()(double value) const
+    {
+        if (!std::isfinite(value)) {
+            out += "null";
+            return;
+        }
+        std::array<char, 32> buffer{};
+        const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+        out.append(buffer.data(), end);
+    }
+    void operator()(const std::string& value) const { appendJson(out, value); }
+    void operator()(const DateValue& value) const { appendJson(out, formatDate(value.days)); }
+    void operator()(const DecimalValue& value) const { out += value.text; }
+};
+
+void appendMember(std::string& line, std::string_view name, std::string_view text)
+{
+    line += ",\"";
+    line += name;
+    line += "\":";
+    appendJson(line, text);
+}
+
+std::string begun(std::string_view operation)
+{
+    std::string line = "{\"op\":\"";
+    line += operation;
+    line += '"';
+    return line;
+}
+
+} // namespace
+
+std::string jsonText(std::string_view text)
+{
+    std::string out;
+    appendJson(out, text);
+    return out;
+}
+
+std::string jsonValue(const Value& value)
+{
+    std::string out;
+    std::visit(AppendValue{out}, value);
+    return out;
+}
+
+bool Journal::open(const std::string& path)
+{
+    m_file.reset(std::fopen(path.c_str(), "wb"));
+    return isOpen();
+}
+
+void Journal::execute(std::string_view sql, std::string_view error)
+{
+    if (!isOpen())
+        return;
+    std::string line = begun("execute");
+    appendMember(line, "sql", sql);
+    finish(line, error);
+}
+
+void Journal::openRows(std::string_view sql, std::string_view cursor, std::string_view lock,
+                       std::string_view error)
+{
+    if (!isOpen())
+        return;
+    std::string line = begun("open");
+    appendMember(line, "sql", sql);
+    appendMember(line, "cursor", cursor);
+    appendMember(line, "lock", lock);
+    finish(line, error);
+}
+
+void Journal::insert(std::string_view table, const ColumnValues& values, std::string_view error)
+{
+    change("insert", table, values, error);
+}
+
+void Journal::update(std::string_view table, const ColumnValues& values, std::string_view error)
+{
+    change("update", table, values, error);
+}
+
+void Journal::change(std::string_view operation, std::string_view table, const ColumnValues& values,
+                     std::string_view error)
+{
+    if (!isOpen())
+        return;
+    std::string line = begun(operation);
+    appendMember(line, "table", table);
+    line += ",\"values\":[";
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        line += i == 0 ? "[" : ",[";
+        appendJson(line, values[i].first);
+        line += ',';
+        std::visit(AppendValue{line}, values[i].second);
+        line += ']';
+    }
+    line += ']';
+    finish(line, error);
+}
+
+void Journal::lookup(std::string_view field, std::string_view table, std::string_view condition,
+                     std::string_view error)
+{
+    if (!isOpen())
+        return;
+    std::string line = begun("lookup");
+    appendMember(line, "field", field);
+    appendMember(line, "table", table);
+    appendMember(line, "condition", condition);
+    finish(line, error);
+}
+
+void Journal::nextId(std::string_view table, std::string_view key, std::int64_t id, std::string_view error)
+{
+    if (!isOpen())
+        return;
+    std::string line = begun("nextid");
+    appendMember(line, "table", table);
+    appendMember(line, "key", key);
+    if (error.empty()) {
+        line += ",\"id\":";
+        line += std::to_string(id);
+    }
+    finish(line, error);
+}
+
+void Journal::transaction(std::string_view operation, std::string_view error)
+{
+    if (!isOpen())
+        return;
+    std::string line = begun(operation);
+    finish(line, error);
+}
+
+void Journal::finish(std::string& line, std::string_view error)
+{
+    if (!error.empty())
+        appendMember(line, "error", error);
+    line += "}\n";
+    std::fwrite(line.data(), 1, line.size(), m_file.get());
+    std::fflush(m_file.get());
+}
+
+} // namespace zul::host

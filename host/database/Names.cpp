@@ -1,0 +1,74 @@
+#include "host/database/Names.h"
+
+#include <algorithm>
+
+namespace zul::host {
+
+namespace {
+
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+} // namespace
+
+std::string bareName(std::string_view name)
+{
+    while (!name.empty() && name.front() == ' ')
+        name.remove_prefix(1);
+    while (!name.empty() && name.back() == ' ')
+        name.remove_suffix(1);
+    if (name.empty())
+        return {};
+    const char last = name.back();
+    if (last == ']' || last == '"') {
+        const char open = last == ']' ? '[' : '"';
+        // The opening mark of the last part: behind a dot or at the front.
+        std::size_t from = name.size() - 1;
+        do {
+            from = name.rfind(open, from - 1);
+        } while (from != std::string_view::npos && from > 0 && name[from - 1] != '.');
+        if (from == std::string_view::npos)
+            return std::string(name);
+        std::string inner;
+        for (std::size_t i = from + 1; i + 1 < name.size(); ++i) {
+            inner += name[i];
+            if (name[i] == last && i + 2 < name.size() && name[i + 1] == last)
+                ++i;
+        }
+        return inner;
+    }
+    const std::size_t dot = name.rfind('.');
+    return std::string(dot == std::string_view::npos ? name : name.substr(dot + 1));
+}
+
+std::string bracketed(std::string_view name)
+{
+    // SQLite knows no doubled bracket; such a name, which nobody has, goes between quotes.
+    if (name.find(']') != std::string_view::npos) {
+        std::string quoted = "\"";
+        for (const char c : name) {
+            quoted += c;
+            if (c == '"')
+                quoted += c;
+        }
+        return quoted + '"';
+    }
+    return '[' + std::string(name) + ']';
+}
+
+std::string foldedName(std::string_view name)
+{
+    std::string folded(name);
+    std::transform(folded.begin(), folded.end(), folded.begin(), lower);
+    return folded;
+}
+
+bool sameName(std::string_view a, std::string_view b)
+{
+    return a.size() == b.size() &&
+           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
+} // namespace zul::host

@@ -1,0 +1,63 @@
+#pragma once
+// Any database behind an ODBC driver. The component's statements are sent to the letter; where the engine
+// speaks for itself it keeps to what every product understands, with Transact-SQL's short cuts where they help.
+//
+// A driver may allow one running statement a connection. So before a statement runs, the rest of the rows of
+// one that still streams is read into memory; its stream goes on from there and notices nothing.
+//
+// Texts go through the narrow interface as UTF-8. FreeTDS gets ClientCharset=UTF-8 when the connection string
+// does not say otherwise.
+#include "host/database/Engine.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+
+namespace zul::host {
+
+class OdbcConnection;
+
+class OdbcEngine final : public Engine
+{
+public:
+    /// Connects. Throws EngineError with the driver's text; it waits at most 15 seconds for a server.
+    /// A server of Transact-SQL that is silent for longer than `patience` while an answer is awaited counts as lost.
+    explicit OdbcEngine(const std::string& connectionString,
+                        std::chrono::seconds patience = std::chrono::minutes(5));
+    ~OdbcEngine() override;
+
+    std::int64_t execute(std::string_view sql, Language language,
+                         std::span<const Value> parameters = {}) override;
+    std::unique_ptr<RowStream> query(std::string_view sql, Language language,
+                                     std::span<const Value> parameters = {}) override;
+    Outcome run(std::string_view sql, Language language) override;
+    void insertRows(std::string_view table, std::span<const std::string_view> columns,
+                    std::span<const Value> values) override;
+    void begin() override;
+    void commit() override;
+    void rollback() override;
+    bool inTransaction() const override;
+    std::string quotedName(std::string_view name) const override;
+    std::string tableName(std::string_view asWritten) const override;
+    RowIdentity rowIdentity(std::string_view table) override;
+    std::string sameValue(const ColumnInfo& column) const override;
+    std::int64_t nextId(std::string_view table, std::string_view key) override;
+    bool hasTable(std::string_view name) override;
+    Product product() const override;
+    std::string connectionString() const override { return m_connectionString; }
+    void close() noexcept override;
+
+private:
+    RowIdentity catalogueIdentity(std::string_view table);
+    std::optional<std::int64_t> raisedCounter(const std::string& table, const std::string& key);
+    std::optional<std::int64_t> raisedCounterAtOnce(const std::string& sql, std::span<const Value> names);
+
+    std::string m_connectionString;
+    std::unique_ptr<OdbcConnection> m_connection;
+    std::unordered_map<std::string, RowIdentity> m_identities; // by table name, folded
+    bool m_hasCounters = false;
+    bool m_hasOutput = true; // UPDATE … OUTPUT, until the server refuses it
+};
+
+} // namespace zul::host

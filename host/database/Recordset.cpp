@@ -1,0 +1,474 @@
+#include "host/database/Recordset.h"
+
+#include "host/database/Names.h"
+#include "host/database/VariantValue.h"
+
+#include <algorithm>
+
+namespace zul::host {
+
+namespace {
+
+constexpr std::u16string_view sourceName = u"Zul_SQL.Recordset";
+constexpr auto rowNotFound = static_cast<ErrorCode>(0x80040E38U);
+
+bool readsWhole(CursorKind cursor, LockKind lock)
+{
+    return cursor != CursorForwardOnly || lock != LockReadOnly;
+}
+
+} // namespace
+
+std::string_view cursorWord(CursorKind cursor)
+{
+    switch (cursor) {
+    case CursorForwardOnly:
+        return "forward-only";
+    case CursorKeyset:
+        return "keyset";
+    case CursorDynamic:
+        return "dynamic";
+    case CursorStatic:
+        return "static";
+    }
+    throw EngineError(ErrorCode::InvalidArgument, "no such kind of cursor");
+}
+
+std::string_view lockWord(LockKind lock)
+{
+    switch (lock) {
+    case LockReadOnly:
+        return "read-only";
+    case LockPessimistic:
+        return "pessimistic";
+    case LockOptimistic:
+        return "optimistic";
+    }
+    throw EngineError(ErrorCode::InvalidArgument, "no such kind of lock");
+}
+
+ComPtr<Recordset> Recordset::open(SessionPtr session, std::string_view source, CursorKind cursor,
+                                  LockKind lock, Journaled journaled)
+{
+    cursorWord(cursor);
+    lockWord(lock);
+    ComPtr<Recordset> recordset =
+        makeCom<Recordset>(std::move(session), parseRowSource(source), lock, journaled);
+    recordset->read(readsWhole(cursor, lock));
+    return recordset;
+}
+
+Recordset::Recordset(SessionPtr session, RowSource source, LockKind lock, Journaled journaled)
+    : m_session(std::move(session))
+    , m_source(std::move(source))
+    , m_lock(lock)
+    , m_journaled(journaled)
+{}
+
+const DispTable<IRecordset>& Recordset::dispTable() const
+{
+    using namespace zul::dispatch;
+    static const DispTable<IRecordset> table{
+        propget("Eof", 1, &IRecordset::get_Eof),
+        propget("FieldCount", 2, &IRecordset::get_FieldCount),
+        method("FieldName", 3, &IRecordset::FieldName, {"index"}),
+        propget("Value", 0, &IRecordset::get_Value, {"field"}),
+        propput("Value", 0, &IRecordset::put_Value, {"field", "value"}),
+        method("MoveNext", 4, &IRecordset::MoveNext),
+        method("AddNew", 5, &IRecordset::AddNew),
+        method("Update", 6, &IRecordset::Update),
+        method("Close", 7, &IRecordset::Close),
+    };
+    return table;
+}
+
+void Recordset::read(bool whole)
+{
+    std::string statement = m_source.statement;
+    // A table without a key: its rows are told apart by a column that "*" leaves out, read along.
+    const bool updatable = m_lock != LockReadOnly && !m_source.table.empty();
+    bool hidden = false;
+    if (updatable && !identity().hiddenColumn.empty()) {
+        statement.insert(m_source.endOfColumns, ", " + identity().hiddenColumn + " ");
+        hidden = true;
+    }
+    m_stream = m_session->engine->query(statement, Language::Transact);
+    m_columns = m_stream->columns();
+    m_visible = m_columns.size() - (hidden ? 1 : 0);
+    m_names.reserve(m_visible);
+    for (std::size_t i = 0; i < m_visible; ++i)
+        m_names.push_back(utf16FromUtf8(m_columns[i].name));
+    if (whole) {
+        m_store.emplace(m_columns.size());
+        while (m_stream->next())
+            m_store->append(m_stream->cells());
+        m_stream.reset();
+        m_buffer.resize(m_columns.size());
+        showRow();
+    } else {
+        step();
+    }
+}
+
+// The store's current row becomes the one that is shown.
+void Recordset::showRow()
+{
+    m_eof = m_row >= m_store->rows();
+    m_cells = nullptr;
+    if (!m_eof) {
+        m_store->read(m_row, m_buffer.data());
+        m_cells = m_buffer.data();
+    }
+}
+
+void Recordset::step()
+{
+    if (m_store) {
+        ++m_row;
+        showRow();
+        return;
+    }
+    m_cells = nullptr;
+    if (m_stream && m_stream->next()) {
+        m_cells = m_stream->cells();
+        return;
+    }
+    m_stream.reset();
+    m_eof = true;
+}
+
+void Recordset::requireOpen() const
+{
+    if (m_closed)
+        throw EngineError(ErrorCode::Closed, "the row set is closed");
+}
+
+bool Recordset::isLogged() const
+{
+    return m_journaled == Journaled::Yes && m_session->journal.isOpen();
+}
+
+void Recordset::requireUpdatable() const
+{
+    if (m_lock == LockReadOnly)
+        throw EngineError(ErrorCode::NotUpdatable, "the row set was opened read-only and takes no changes");
+    if (m_source.table.empty())
+        throw EngineError(ErrorCode::NotUpdatable, "the row set is not over one table and takes no changes");
+}
+
+std::string Recordset::columnNames() const
+{
+    std::string names;
+    for (std::size_t i = 0; i < m_visible; ++i)
+        names += (i > 0 ? ", " : "") + m_columns[i].name;
+    return names;
+}
+
+std::size_t Recordset::columnOf(const VARIANT& field) const
+{
+    const VARIANT* wanted = &field;
+    Variant copy;
+    if ((field.vt & VT_BYREF) != 0) {
+        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&field))))
+            throw EngineError(ErrorCode::ItemNotFound, "a field is named by a text or a number");
+        wanted = &copy;
+    }
+    if (wanted->vt == VT_BSTR) {
+        const std::u16string_view name = zul::textOf(wanted->bstrVal);
+        for (std::size_t i = 0; i < m_visible; ++i) {
+            if (m_names[i].size() == name.size() && equalNames(m_names[i], name))
+                return i;
+        }
+        throw EngineError(ErrorCode::ItemNotFound,
+                          "no field " + utf8FromUtf16(name) + " among " + columnNames());
+    }
+    const Value value = valueOf(*wanted);
+    const auto* index = std::get_if<std::int64_t>(&value);
+    if (index == nullptr)
+        throw EngineError(ErrorCode::ItemNotFound, "a field is named by a text or a number");
+    if (*index < 0 || *index >= static_cast<std::int64_t>(m_visible))
+        throw EngineError(ErrorCode::ItemNotFound, "no field number " + std::to_string(*index));
+    return static_cast<std::size_t>(*index);
+}
+
+HRESULT Recordset::get_Eof(VARIANT_BOOL* value)
+{
+    if (value == nullptr)
+        return E_POINTER;
+    *value = VARIANT_TRUE;
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        *value = m_eof && !m_onAddedRow ? VARIANT_TRUE : VARIANT_FALSE;
+    });
+}
+
+HRESULT Recordset::get_FieldCount(LONG* value)
+{
+    if (value == nullptr)
+        return E_POINTER;
+    *value = 0;
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        *value = static_cast<LONG>(m_visible);
+    });
+}
+
+HRESULT Recordset::FieldName(LONG index, BSTR* name)
+{
+    if (name == nullptr)
+        return E_POINTER;
+    *name = nullptr;
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        if (index < 0 || index >= static_cast<LONG>(m_visible))
+            throw EngineError(ErrorCode::ItemNotFound, "no field number " + std::to_string(index));
+        *name = Bstr(m_names[static_cast<std::size_t>(index)]).detach();
+    });
+}
+
+Variant Recordset::currentValue(std::size_t column) const
+{
+    const ColumnType type = m_columns[column].type;
+    for (const Pending& pending : m_pending) {
+        if (pending.column == column)
+            return variantOf(pending.stored, type);
+    }
+    if (m_adding)
+        return Variant::null();
+    if (m_onAddedRow)
+        return variantOf(m_added[column], type);
+    if (m_cells == nullptr)
+        throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end and has no current row");
+    return variantOf(m_cells[column], type);
+}
+
+HRESULT Recordset::get_Value(VARIANT field, VARIANT* value)
+{
+    if (value == nullptr)
+        return E_POINTER;
+    VariantInit(value);
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        currentValue(columnOf(field)).detachTo(value);
+    });
+}
+
+HRESULT Recordset::put_Value(VARIANT field, VARIANT value)
+{
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        requireUpdatable();
+        const std::size_t column = columnOf(field);
+        if (!m_adding && m_onAddedRow)
+            throw EngineError(ErrorCode::NotUpdatable, "a row just added is changed through a new row set");
+        if (!m_adding && m_cells == nullptr)
+            throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end and has no current row");
+        Value set = valueOf(value);
+        Value stored = fitted(set, m_columns[column]);
+        const auto known = std::find_if(m_pending.begin(), m_pending.end(),
+                                        [&](const Pending& pending) { return pending.column == column; });
+        if (known != m_pending.end()) {
+            known->value = std::move(set);
+            known->stored = std::move(stored);
+            return;
+        }
+        std::string name;
+        if (isLogged())
+            name = field.vt == VT_BSTR ? utf8FromUtf16(zul::textOf(field.bstrVal)) : m_columns[column].name;
+        m_pending.push_back({column, std::move(name), std::move(set), std::move(stored)});
+    });
+}
+
+HRESULT Recordset::MoveNext()
+{
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        if (m_adding || !m_pending.empty())
+            update();
+        if (m_onAddedRow) {
+            // The new row stands behind the last one.
+            m_onAddedRow = false;
+            m_eof = true;
+            m_cells = nullptr;
+            return;
+        }
+        if (m_eof)
+            throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end already");
+        step();
+    });
+}
+
+HRESULT Recordset::AddNew()
+{
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        requireUpdatable();
+        if (m_adding || !m_pending.empty())
+            update();
+        m_adding = true;
+    });
+}
+
+HRESULT Recordset::Update()
+{
+    return hostGuard(sourceName, [&] {
+        requireOpen();
+        requireUpdatable();
+        update();
+    });
+}
+
+void Recordset::update()
+{
+    if (!m_adding && m_pending.empty())
+        return;
+    ColumnValues values;
+    const bool logs = isLogged();
+    if (logs) {
+        values.reserve(m_pending.size());
+        for (const Pending& pending : m_pending)
+            values.emplace_back(pending.nameAsSet, pending.value);
+    }
+    const bool adding = m_adding;
+    journaled([&] { adding ? insertPending() : updatePending(); },
+              [&](std::string_view error) {
+                  if (!logs)
+                      return;
+                  if (adding)
+                      m_session->journal.insert(bareName(m_source.table), values, error);
+                  else
+                      m_session->journal.update(bareName(m_source.table), values, error);
+              });
+}
+
+// The statement for the columns that were set; the same columns in the same order, as they come a million times
+// in a row, give the same text.
+const std::string& Recordset::insertStatement()
+{
+    std::vector<std::size_t> columns;
+    columns.reserve(m_pending.size());
+    for (const Pending& pending : m_pending)
+        columns.push_back(pending.column);
+    if (!m_insertSql.empty() && columns == m_insertColumns)
+        return m_insertSql;
+    const Engine& engine = *m_session->engine;
+    std::string names;
+    std::string marks;
+    for (const std::size_t column : columns) {
+        names += (names.empty() ? "" : ", ") + engine.quotedName(m_columns[column].baseName);
+        marks += marks.empty() ? "?" : ", ?";
+    }
+    m_insertSql = "INSERT INTO " + engine.tableName(m_source.table);
+    m_insertSql += columns.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + marks + ")";
+    m_insertColumns = std::move(columns);
+    return m_insertSql;
+}
+
+// A refused row stays pending, as it was set: the caller may correct it and call Update again, or close.
+void Recordset::insertPending()
+{
+    std::vector<Value> parameters;
+    parameters.reserve(m_pending.size());
+    for (const Pending& pending : m_pending)
+        parameters.push_back(pending.stored);
+    m_session->engine->execute(insertStatement(), Language::Native, parameters);
+    m_added.assign(m_visible, Value());
+    for (Pending& pending : m_pending)
+        m_added[pending.column] = std::move(pending.stored);
+    m_pending.clear();
+    m_adding = false;
+    m_onAddedRow = true;
+}
+
+const RowIdentity& Recordset::identity()
+{
+    if (!m_identity)
+        m_identity = m_session->engine->rowIdentity(m_source.table);
+    return *m_identity;
+}
+
+void Recordset::updatePending()
+{
+    const Engine& engine = *m_session->engine;
+    std::vector<Value> parameters;
+    std::string sql = "UPDATE " + engine.tableName(m_source.table) + " SET ";
+    for (std::size_t i = 0; i < m_pending.size(); ++i) {
+        sql += (i > 0 ? ", " : "") + engine.quotedName(m_columns[m_pending[i].column].baseName) + " = ?";
+        parameters.push_back(m_pending[i].stored);
+    }
+    // The row is found by its key when the row set has all of it, else by the hidden column, else by everything
+    // it held when it was read.
+    std::vector<std::size_t> where;
+    for (const std::string& key : identity().keyColumns) {
+        const auto found = std::find_if(m_columns.begin(), m_columns.end(), [&](const ColumnInfo& column) {
+            return sameName(column.baseName, key);
+        });
+        if (found != m_columns.end())
+            where.push_back(static_cast<std::size_t>(found - m_columns.begin()));
+    }
+    const bool byKey = !where.empty() && where.size() == identity().keyColumns.size();
+    if (!byKey) {
+        where.clear();
+        if (m_columns.size() > m_visible) {
+            where.push_back(m_visible);
+        } else {
+            for (std::size_t i = 0; i < m_visible; ++i)
+                where.push_back(i);
+        }
+    }
+    for (std::size_t i = 0; i < where.size(); ++i) {
+        const ColumnInfo& column = m_columns[where[i]];
+        const std::string name = engine.quotedName(column.baseName);
+        sql += i == 0 ? " WHERE " : " AND ";
+        Value old = valueOf(m_cells[where[i]], column.type);
+        if (std::holds_alternative<std::monostate>(old)) {
+            sql += name + " IS NULL";
+        } else {
+            sql += byKey ? name + " = ?" : engine.sameValue(column);
+            parameters.push_back(std::move(old));
+        }
+    }
+    if (m_session->engine->execute(sql, Language::Native, parameters) == 0)
+        throw EngineError(rowNotFound, "the row was changed or deleted since it was read");
+    for (const Pending& pending : m_pending)
+        m_store->replace(m_row, pending.column, cellOf(pending.stored));
+    m_pending.clear();
+    showRow();
+}
+
+HRESULT Recordset::Close()
+{
+    return hostGuard(sourceName, [&] {
+        m_closed = true;
+        m_pending.clear();
+        m_adding = false;
+        m_cells = nullptr;
+        m_stream.reset();
+        m_store.reset();
+    });
+}
+
+HRESULT Recordset::ReadRows(IRowSink* sink)
+{
+    if (sink == nullptr)
+        return E_POINTER;
+    // The sink may let the last reference to the row set go, or close it.
+    const ComPtr<IRowReader> alive(this);
+    return hostGuard(sourceName, [&]() -> HRESULT {
+        requireOpen();
+        if (m_adding || !m_pending.empty())
+            update();
+        m_onAddedRow = false;
+        const auto count = static_cast<LONG>(m_visible);
+        while (!m_eof) {
+            const HRESULT result = sink->Row(count, m_cells);
+            if (FAILED(result))
+                return result;
+            requireOpen();
+            step();
+        }
+        return S_OK;
+    });
+}
+
+} // namespace zul::host

@@ -1,0 +1,34 @@
+#include "host/session/DemoDatabase.h"
+
+#include "host/session/HostDatabase.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <stdexcept>
+
+namespace zul::host {
+namespace {
+constexpr int customers = 1000;
+}
+
+QString demoDatabaseFile()
+{
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                      QStringLiteral("/zulhost"));
+    if (!folder.mkpath(QStringLiteral("."))) {
+        throw std::runtime_error("the folder " + folder.path().toStdString() + " cannot be made");
+    }
+    return folder.filePath(QStringLiteral("demo.db"));
+}
+
+QString ensureDemoDatabase()
+{
+    QString file = demoDatabaseFile();
+    if (!QFile::exists(file)) {
+        createDemo(file.toStdString(), customers);
+    }
+    return file;
+}
+} // namespace zul::host

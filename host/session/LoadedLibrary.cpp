@@ -1,0 +1,29 @@
+// Loading by the dynamic linker of POSIX systems.
+#include "host/session/LoadedLibrary.h"
+
+#include <QFile>
+
+#include <dlfcn.h>
+#include <stdexcept>
+
+namespace zul::host {
+LoadedLibrary::LoadedLibrary(const QString& file)
+    : m_file(file)
+    , m_handle(dlopen(QFile::encodeName(file).constData(), RTLD_NOW | RTLD_LOCAL))
+{
+    if (m_handle == nullptr) {
+        const char* why = dlerror();
+        throw std::runtime_error("the component cannot be loaded: " +
+                                 (why == nullptr ? file.toStdString() : std::string(why)));
+    }
+}
+
+void* LoadedLibrary::address(const char* name) const
+{
+    void* found = dlsym(m_handle, name);
+    if (found == nullptr) {
+        throw std::runtime_error(m_file.toStdString() + " is no component: it exports no " + name);
+    }
+    return found;
+}
+} // namespace zul::host

@@ -1,0 +1,192 @@
+#include "session/CaptionCollection.h"
+
+#include "automation/ErrorInfo.h"
+#include "automation/Text.h"
+
+namespace zul {
+
+namespace {
+
+constexpr HRESULT controlError(long number)
+{
+    return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned long>(number));
+}
+
+[[noreturn]] void fail(long number, std::u16string_view description)
+{
+    throw ComError(controlError(number), description);
+}
+
+bool isGiven(const VARIANT* argument)
+{
+    return argument != nullptr && argument->vt != VT_EMPTY &&
+           !(argument->vt == VT_ERROR && argument->scode == DISP_E_PARAMNOTFOUND);
+}
+
+/// A variant without the reference it may hold.
+Variant plain(const VARIANT* argument)
+{
+    Variant value;
+    if (FAILED(VariantCopyInd(value.put(), argument)))
+        fail(5, u"Invalid procedure call or argument");
+    return value;
+}
+
+/// Enumerates copies of the values as they stood when it was made.
+class ValueEnumerator final : public ComObject<IEnumVARIANT>
+{
+public:
+    explicit ValueEnumerator(std::vector<Variant> values, std::size_t next = 0)
+        : m_values(std::move(values))
+        , m_next(next)
+    {}
+
+    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) override
+    {
+        if (values == nullptr || (fetched == nullptr && count != 1))
+            return E_POINTER;
+        ULONG given = 0;
+        for (; given < count && m_next < m_values.size(); ++given, ++m_next) {
+            VariantInit(&values[given]);
+            VariantCopy(&values[given], &m_values[m_next]);
+        }
+        if (fetched != nullptr)
+            *fetched = given;
+        return given == count ? S_OK : S_FALSE;
+    }
+
+    HRESULT STDMETHODCALLTYPE Skip(ULONG count) override
+    {
+        const std::size_t left = m_values.size() - m_next;
+        m_next += std::min<std::size_t>(count, left);
+        return count <= left ? S_OK : S_FALSE;
+    }
+
+    HRESULT STDMETHODCALLTYPE Reset() override
+    {
+        m_next = 0;
+        return S_OK;
+    }
+
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) override
+    {
+        if (copy == nullptr)
+            return E_POINTER;
+        *copy = nullptr;
+        return comGuard({}, [&] { *copy = makeCom<ValueEnumerator>(m_values, m_next).detach(); });
+    }
+
+private:
+    std::vector<Variant> m_values;
+    std::size_t m_next;
+};
+
+} // namespace
+
+HRESULT CaptionCollection::Item(VARIANT* Index, VARIANT* pvarRet)
+{
+    if (pvarRet == nullptr)
+        return E_POINTER;
+    VariantInit(pvarRet);
+    return comGuard(u"Collection", [&] { Variant(m_entries[place(Index)].value).detachTo(pvarRet); });
+}
+
+HRESULT CaptionCollection::Add(VARIANT* Item, VARIANT* Key, VARIANT* Before, VARIANT* After)
+{
+    if (Item == nullptr)
+        return E_POINTER;
+    return comGuard(u"Collection", [&] {
+        Entry entry;
+        entry.value = plain(Item);
+        if (isGiven(Key)) {
+            const Variant key = plain(Key);
+            if (key.vt != VT_BSTR)
+                fail(13, u"Type mismatch");
+            entry.key = std::u16string(key.text());
+            if (placeOfKey(entry.key) != m_entries.size())
+                fail(457, u"This key is already associated with an element of this collection");
+        }
+        if (isGiven(Before) && isGiven(After))
+            fail(5, u"Invalid procedure call or argument");
+        std::size_t at = m_entries.size();
+        if (isGiven(Before))
+            at = place(Before);
+        else if (isGiven(After))
+            at = place(After) + 1;
+        m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(at), std::move(entry));
+    });
+}
+
+HRESULT CaptionCollection::Count(LONG* pi4)
+{
+    if (pi4 == nullptr)
+        return E_POINTER;
+    *pi4 = static_cast<LONG>(m_entries.size());
+    return S_OK;
+}
+
+HRESULT CaptionCollection::Remove(VARIANT* Index)
+{
+    return comGuard(u"Collection",
+                    [&] { m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(place(Index))); });
+}
+
+HRESULT CaptionCollection::_NewEnum(IUnknown** ppunk)
+{
+    if (ppunk == nullptr)
+        return E_POINTER;
+    *ppunk = nullptr;
+    return comGuard(u"Collection", [&] {
+        std::vector<Variant> values;
+        values.reserve(m_entries.size());
+        for (const Entry& entry : m_entries)
+            values.push_back(entry.value);
+        *ppunk = makeCom<ValueEnumerator>(std::move(values)).detach();
+    });
+}
+
+void CaptionCollection::append(std::u16string_view caption)
+{
+    m_entries.push_back({{}, Variant::fromText(caption)});
+}
+
+std::size_t CaptionCollection::placeOfKey(std::u16string_view key) const
+{
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        if (!m_entries[i].key.empty() && equalNames(m_entries[i].key, key))
+            return i;
+    return m_entries.size();
+}
+
+std::size_t CaptionCollection::place(const VARIANT* index) const
+{
+    if (index == nullptr)
+        fail(5, u"Invalid procedure call or argument");
+    Variant position = plain(index);
+    if (position.vt == VT_BSTR) {
+        const std::size_t found = placeOfKey(position.text());
+        if (found == m_entries.size())
+            fail(5, u"Invalid procedure call or argument");
+        return found;
+    }
+    if (FAILED(position.changeType(VT_I4)))
+        fail(5, u"Invalid procedure call or argument");
+    if (position.lVal < 1 || static_cast<std::size_t>(position.lVal) > m_entries.size())
+        fail(9, u"Subscript out of range");
+    return static_cast<std::size_t>(position.lVal) - 1;
+}
+
+const DispTable<_Collection>& CaptionCollection::dispTable() const
+{
+    using namespace dispatch;
+    static const DispTable<_Collection> table{
+        method("Item", 0, &_Collection::Item, {"Index"}),
+        method("Add", 1, &_Collection::Add, {"Item", optional("Key"), optional("Before"), optional("After")}),
+        method("Count", 2, &_Collection::Count),
+        method("Remove", 3, &_Collection::Remove, {"Index"}),
+        method("_NewEnum", -4, &_Collection::_NewEnum),
+    };
+    return table;
+}
+
+} // namespace zul

@@ -1,0 +1,64 @@
+#include "session/FormHelpers.h"
+
+#include <QGuiApplication>
+#include <QRegularExpression>
+#include <QWidget>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* TagProperty = "tag";
+
+} // namespace
+
+void restoreIndexedNames(QWidget* form)
+{
+    static const QRegularExpression indexed(u"^(.+)_(\\d+)_$"_s);
+    const QList<QWidget*> children = form->findChildren<QWidget*>();
+    for (QWidget* child : children) {
+        const QRegularExpressionMatch match = indexed.match(child->objectName());
+        if (match.hasMatch())
+            child->setObjectName(match.captured(1) + u'(' + match.captured(2) + u')');
+    }
+}
+
+void tellOperator(QWidget* owner, const QString& text, MessageIcon icon)
+{
+    ask(owner, {.text = text,
+                .icon = icon,
+                .title = QString::fromLatin1(MessageTitle),
+                .buttons = MessageButtons::Ok});
+}
+
+bool askOperator(QWidget* owner, const QString& text, MessageIcon icon)
+{
+    return ask(owner, {.text = text,
+                       .icon = icon,
+                       .title = QString::fromLatin1(MessageTitle),
+                       .buttons = MessageButtons::YesNo}) == Answer::Yes;
+}
+
+void setTag(QWidget* form, const QString& tag)
+{
+    form->setProperty(TagProperty, tag);
+}
+
+QString tagOf(const QWidget* form)
+{
+    return form->property(TagProperty).toString();
+}
+
+WaitCursor::WaitCursor()
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+WaitCursor::~WaitCursor()
+{
+    QGuiApplication::restoreOverrideCursor();
+}
+
+} // namespace zul

@@ -1,0 +1,47 @@
+// Small things that every form does alike.
+#pragma once
+
+#include "controls/notices/MessageSeam.h"
+#include "session/modLogger.h"
+
+#include <QString>
+#include <utility>
+
+class QWidget;
+
+namespace zul {
+
+/// The application title: the main window's caption, and the title of messages that have none of their own.
+inline constexpr const char* ApplicationTitle = "Zul_MessageBuilder";
+
+/// Designer's compiler cannot keep the parentheses of an indexed control's name: gives "cntrMessaggio_0_" its
+/// name "cntrMessaggio(0)" back, and so on, for every child of the form.
+void restoreIndexedNames(QWidget* form);
+
+/// Shows an operator message with one OK button and the title "Manager messaggi".
+void tellOperator(QWidget* owner, const QString& text, MessageIcon icon = MessageIcon::Information);
+
+/// Asks a Yes/No question under the same title. @return true for Yes
+bool askOperator(QWidget* owner, const QString& text, MessageIcon icon = MessageIcon::Information);
+
+/// Leaves a form's outcome in its tag: "OK", "ESC", or nothing.
+void setTag(QWidget* form, const QString& tag);
+QString tagOf(const QWidget* form);
+
+/// Keeps the wait cursor on the screen for the length of a run.
+class WaitCursor
+{
+public:
+    WaitCursor();
+    ~WaitCursor();
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+/// 15 twips are one pixel at 96 dpi; a part of a pixel counts as a whole one.
+constexpr int pixelsFromTwips(int twips)
+{
+    return (twips + 14) / 15;
+}
+
+} // namespace zul

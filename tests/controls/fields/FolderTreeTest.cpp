@@ -1,0 +1,174 @@
+#include "controls/fields/FolderTree.h"
+
+#include "controls/fields/FolderModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class FolderTreeTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(folder.isValid());
+        root = QDir(folder.path()).canonicalPath();
+    }
+
+    QString make(const QString& name)
+    {
+        EXPECT_TRUE(QDir(root).mkpath(name));
+        return root + u'/' + name;
+    }
+
+    QTemporaryDir folder;
+    QString root;
+};
+
+QStringList namesUnder(zul::FolderModel& model, const QModelIndex& parent)
+{
+    QStringList names;
+    for (int row = 0; row < model.rowCount(parent); ++row)
+        names.append(model.index(row, 0, parent).data().toString());
+    return names;
+}
+
+} // namespace
+
+TEST_F(FolderTreeTest, NothingIsSelectedAtFirst)
+{
+    zul::FolderTree tree;
+    EXPECT_EQ(tree.selectedPath(), QString());
+    EXPECT_GE(tree.model()->rowCount(), 2) << "the file system and the home folder";
+}
+
+TEST_F(FolderTreeTest, SelectsAFolderByItsPath)
+{
+    const QString path = make(QStringLiteral("uno/due 'à' % 😀"));
+    zul::FolderTree tree;
+    tree.show();
+    QSignalSpy changed(&tree, &zul::FolderTree::selectedPathChanged);
+    bool done = false;
+    ASSERT_TRUE(
+        QMetaObject::invokeMethod(&tree, "selectPath", Q_RETURN_ARG(bool, done), Q_ARG(QString, path)));
+    EXPECT_TRUE(done);
+    EXPECT_EQ(tree.selectedPath(), path);
+    EXPECT_EQ(tree.property("selectedPath").toString(), path);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_TRUE(tree.viewport()->rect().intersects(tree.visualRect(tree.currentIndex())));
+}
+
+TEST_F(FolderTreeTest, TakesASlashAtTheEndAndDots)
+{
+    const QString path = make(QStringLiteral("uno"));
+    zul::FolderTree tree;
+    EXPECT_TRUE(tree.selectPath(path + u'/'));
+    EXPECT_EQ(tree.selectedPath(), path);
+    EXPECT_TRUE(tree.selectPath(root + QStringLiteral("/uno/../uno/.")));
+    EXPECT_EQ(tree.selectedPath(), path);
+}
+
+TEST_F(FolderTreeTest, LeavesTheSelectionWhenThereIsNoSuchFolder)
+{
+    const QString path = make(QStringLiteral("uno"));
+    QFile file(root + QStringLiteral("/file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    zul::FolderTree tree;
+    ASSERT_TRUE(tree.selectPath(path));
+    for (const QString& wrong :
+         {QString(), QStringLiteral("relative"), root + QStringLiteral("/nope"),
+          root + QStringLiteral("/file"), QString(10000, u'x'), u'/' + QString(10000, u'x')}) {
+        EXPECT_FALSE(tree.selectPath(wrong));
+        EXPECT_EQ(tree.selectedPath(), path);
+    }
+}
+
+TEST_F(FolderTreeTest, FindsHiddenFoldersAndThoseMadeLater)
+{
+    make(QStringLiteral("b"));
+    zul::FolderTree tree;
+    ASSERT_TRUE(tree.selectPath(root + QStringLiteral("/b")));
+    const QString later = make(QStringLiteral("a"));
+    EXPECT_TRUE(tree.selectPath(later));
+    EXPECT_EQ(tree.selectedPath(), later);
+    const QString hidden = make(QStringLiteral(".nascosta/dentro"));
+    EXPECT_TRUE(tree.selectPath(hidden));
+    EXPECT_EQ(tree.selectedPath(), hidden);
+}
+
+TEST_F(FolderTreeTest, SelectsARootItself)
+{
+    zul::FolderTree tree;
+    EXPECT_TRUE(tree.selectPath(QDir::rootPath()));
+    EXPECT_EQ(tree.selectedPath(), QDir::rootPath());
+    EXPECT_TRUE(tree.selectPath(QDir::homePath()));
+    EXPECT_EQ(tree.selectedPath(), QDir::homePath());
+}
+
+TEST_F(FolderTreeTest, WalksByKeyboard)
+{
+    make(QStringLiteral("uno/dentro"));
+    zul::FolderTree tree;
+    tree.show();
+    ASSERT_TRUE(tree.selectPath(root + QStringLiteral("/uno")));
+    QTest::keyClick(&tree, Qt::Key_Right);
+    QTest::keyClick(&tree, Qt::Key_Right);
+    EXPECT_EQ(tree.selectedPath(), root + QStringLiteral("/uno/dentro"));
+    QTest::keyClick(&tree, Qt::Key_Left);
+    EXPECT_EQ(tree.selectedPath(), root + QStringLiteral("/uno"));
+}
+
+TEST_F(FolderTreeTest, TheModelReadsAFolderOnlyWhenItIsOpened)
+{
+    for (const char* name : {"cartella 10", "Cartella 2", "altra", ".nascosta"})
+        make(QLatin1String(name));
+    QFile file(root + QStringLiteral("/file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    zul::FolderModel model;
+    model.addRoot(root, QStringLiteral("Radice"));
+    model.addRoot(root + QStringLiteral("/nope"), QStringLiteral("Niente"));
+    ASSERT_EQ(model.rowCount(), 1);
+    const QModelIndex top = model.index(0, 0);
+    EXPECT_EQ(top.data().toString(), QStringLiteral("Radice"));
+    EXPECT_TRUE(model.hasChildren(top));
+    EXPECT_EQ(model.rowCount(top), 0);
+    ASSERT_TRUE(model.canFetchMore(top));
+    model.fetchMore(top);
+    EXPECT_EQ(namesUnder(model, top), (QStringList{QStringLiteral("altra"), QStringLiteral("Cartella 2"),
+                                                   QStringLiteral("cartella 10")}));
+    EXPECT_FALSE(model.canFetchMore(top));
+}
+
+TEST_F(FolderTreeTest, AFolderThatCannotBeReadHasNoSubFolders)
+{
+    make(QStringLiteral("uno"));
+    zul::FolderModel model;
+    model.addRoot(root + QStringLiteral("/uno"), QStringLiteral("Uno"));
+    ASSERT_TRUE(QDir(root + QStringLiteral("/uno")).removeRecursively());
+    const QModelIndex top = model.index(0, 0);
+    model.fetchMore(top);
+    EXPECT_EQ(model.rowCount(top), 0);
+    EXPECT_FALSE(model.hasChildren(top));
+}
+
+TEST_F(FolderTreeTest, TheModelKeepsTheRulesOfItsKind)
+{
+    for (int i = 0; i < 20; ++i)
+        make(QStringLiteral("f%1/g%1").arg(i));
+    zul::FolderModel model;
+    model.addRoot(root, QStringLiteral("Radice"));
+    const QModelIndex found = model.find(root + QStringLiteral("/f7/g7"));
+    ASSERT_TRUE(found.isValid());
+    EXPECT_EQ(model.path(found), root + QStringLiteral("/f7/g7"));
+    // The tester opens every folder at once.
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    make(QStringLiteral("f05"));
+    EXPECT_TRUE(model.find(root + QStringLiteral("/f05")).isValid());
+    EXPECT_EQ(model.rowCount(model.index(0, 0)), 21);
+}

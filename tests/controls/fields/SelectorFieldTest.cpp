@@ -1,0 +1,130 @@
+#include "controls/fields/SelectorField.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+namespace {
+
+class SelectorFieldTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        auto* column = new QVBoxLayout(&window);
+        auto* label = new QLabel(QStringLiteral("&Comune"));
+        label->setBuddy(&field);
+        column->addWidget(label);
+        column->addWidget(&other);
+        column->addWidget(&field);
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        box = field.findChild<QLineEdit*>();
+        ASSERT_NE(box, nullptr);
+    }
+
+    QToolButton* button(const char* name) { return field.findChild<QToolButton*>(QLatin1String(name)); }
+
+    QWidget window;
+    QLineEdit other{&window};
+    zul::SelectorField field{&window};
+    QLineEdit* box = nullptr;
+    QSignalSpy chosen{&field, &zul::SelectorField::selectionRequested};
+    QSignalSpy cleared{&field, &zul::SelectorField::clearRequested};
+};
+
+} // namespace
+
+TEST_F(SelectorFieldTest, HoldsIdMinusOneAndNoTextAtFirst)
+{
+    EXPECT_EQ(field.selectedId(), -1);
+    EXPECT_EQ(field.text(), QString());
+    EXPECT_EQ(field.property("selectedId").toInt(), -1);
+}
+
+TEST_F(SelectorFieldTest, SettingItsPropertiesRaisesNothingAndEachLeavesTheOther)
+{
+    const QString text = QStringLiteral("L'Aquila 100% \"à è\" € 😀");
+    field.setProperty("selectedId", 7);
+    field.setProperty("text", text);
+    EXPECT_EQ(field.selectedId(), 7);
+    EXPECT_EQ(field.text(), text);
+    field.setText({});
+    EXPECT_EQ(field.selectedId(), 7);
+    field.setText(QString(10000, u'x'));
+    EXPECT_EQ(field.text().size(), 10000);
+    field.setSelection(-1, {});
+    EXPECT_EQ(field.selectedId(), -1);
+    EXPECT_EQ(chosen.count() + cleared.count(), 0);
+}
+
+TEST_F(SelectorFieldTest, ItsButtonsAskAndChangeNothing)
+{
+    field.setSelection(3, QStringLiteral("Roma"));
+    ASSERT_NE(button("chooseButton"), nullptr);
+    ASSERT_NE(button("clearButton"), nullptr);
+    QTest::mouseClick(button("chooseButton"), Qt::LeftButton);
+    EXPECT_EQ(chosen.count(), 1);
+    EXPECT_EQ(cleared.count(), 0);
+    QTest::mouseClick(button("clearButton"), Qt::LeftButton);
+    EXPECT_EQ(cleared.count(), 1);
+    EXPECT_EQ(field.selectedId(), 3);
+    EXPECT_EQ(field.text(), QStringLiteral("Roma"));
+}
+
+TEST_F(SelectorFieldTest, ItsButtonsBringTheFocusToTheField)
+{
+    other.setFocus();
+    QTest::mouseClick(button("clearButton"), Qt::LeftButton);
+    EXPECT_TRUE(box->hasFocus());
+}
+
+TEST_F(SelectorFieldTest, KeysAskToChoose)
+{
+    field.setFocus();
+    ASSERT_TRUE(box->hasFocus());
+    QTest::keyClick(box, Qt::Key_F4);
+    QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
+    QTest::keyClick(box, Qt::Key_Space);
+    QTest::keyClick(box, Qt::Key_Return);
+    QTest::keyClick(box, Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(chosen.count(), 5);
+    EXPECT_EQ(cleared.count(), 0);
+}
+
+TEST_F(SelectorFieldTest, KeysAskToClear)
+{
+    field.setFocus();
+    QTest::keyClick(box, Qt::Key_Delete);
+    QTest::keyClick(box, Qt::Key_Backspace);
+    EXPECT_EQ(cleared.count(), 2);
+    EXPECT_EQ(chosen.count(), 0);
+}
+
+TEST_F(SelectorFieldTest, CannotBeTypedInto)
+{
+    field.setText(QStringLiteral("Roma"));
+    QTest::keyClicks(box, QStringLiteral("xyz"));
+    EXPECT_EQ(field.text(), QStringLiteral("Roma"));
+    EXPECT_EQ(chosen.count() + cleared.count(), 0);
+}
+
+TEST_F(SelectorFieldTest, ADisabledFieldAsksNothing)
+{
+    field.setEnabled(false);
+    QTest::mouseClick(button("chooseButton"), Qt::LeftButton);
+    QTest::keyClick(box, Qt::Key_F4);
+    EXPECT_EQ(chosen.count(), 0);
+}
+
+TEST_F(SelectorFieldTest, CanBeReadAloud)
+{
+    EXPECT_EQ(box->accessibleName(), QStringLiteral("Comune"));
+    EXPECT_EQ(button("chooseButton")->toolTip(), QStringLiteral("Scegli…"));
+    EXPECT_FALSE(button("chooseButton")->accessibleName().isEmpty());
+    EXPECT_FALSE(button("clearButton")->accessibleName().isEmpty());
+}

@@ -1,0 +1,893 @@
+// What the component may rely on, the same on every database: row sets, changes, transactions, ids, errors.
+#include "tests/host/database/Backends.h"
+
+#include "automation/Bstr.h"
+#include "automation/ComObject.h"
+#include "automation/ErrorInfo.h"
+#include "automation/Variant.h"
+#include "base/DateText.h"
+#include "host/database/EngineError.h"
+
+#include <Zul_Host.h>
+
+#include <servprov.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+using namespace zul;
+using namespace zul::host;
+
+namespace {
+
+using Kind = ColumnDefinition::Kind;
+
+const TableDefinition& sampleTable()
+{
+    static const TableDefinition table{"tabProva",
+                                       {"id"},
+                                       {{"id", Kind::Integer, 0},
+                                        {"piccolo", Kind::SmallInt, 0},
+                                        {"vero", Kind::Boolean, 0},
+                                        {"reale", Kind::Real, 0},
+                                        {"importo", Kind::Money, 0},
+                                        {"testo", Kind::Text, 60},
+                                        {"lungo", Kind::LongText, 0},
+                                        {"quando", Kind::DateTime, 0}},
+                                       {}};
+    return table;
+}
+
+const TableDefinition& keylessTable()
+{
+    static const TableDefinition table{
+        "tabSenzaChiave", {}, {{"numero", Kind::Integer, 0}, {"testo", Kind::Text, 60}}, {}};
+    return table;
+}
+
+std::string nameOf(const ::testing::TestParamInfo<Backend>& info)
+{
+    return info.param.name;
+}
+
+/// Takes rows on the fast path as texts, each cell with the letter of its kind.
+class TextSink final : public ComObject<IRowSink>
+{
+public:
+    HRESULT STDMETHODCALLTYPE Row(LONG count, const ZulCell* cells) override
+    {
+        std::string row;
+        for (LONG i = 0; i < count; ++i) {
+            const ZulCell& cell = cells[i];
+            row += i > 0 ? "|" : "";
+            switch (cell.Kind) {
+            case CellNull:
+                row += "-";
+                break;
+            case CellInteger:
+                row += "i" + std::to_string(cell.Integer);
+                break;
+            case CellBoolean:
+                row += "b" + std::to_string(cell.Integer);
+                break;
+            case CellReal: {
+                std::ostringstream text;
+                text << cell.Real;
+                row += "r" + text.str();
+                break;
+            }
+            case CellDate:
+                row += "d" + formatDate(cell.Real);
+                break;
+            default:
+                row += "t" + std::string(reinterpret_cast<const char*>(cell.Text),
+                                         static_cast<std::size_t>(cell.Length));
+            }
+        }
+        rows.push_back(std::move(row));
+        return rows.size() == stopAfter ? E_ABORT : S_OK;
+    }
+
+    std::vector<std::string> rows;
+    std::size_t stopAfter = 0;
+};
+
+class ContractTest : public ::testing::TestWithParam<Backend>
+{
+protected:
+    void SetUp() override
+    {
+        std::string why;
+        const auto database = GetParam().database(m_folder, why);
+        if (!database)
+            GTEST_SKIP() << why;
+        m_options.database = *database;
+        m_options.userName = "Operatore à € 😀";
+        m_options.journalPath = m_folder.file("journal.txt");
+        m_database = std::make_unique<HostDatabase>(m_options);
+        // A server of the user's own may hold what a broken run left.
+        dropTables();
+        for (const TableDefinition* table : {&sampleTable(), &keylessTable()})
+            engine().execute(createTableStatement(*table, engine().product()), Language::Native);
+        ASSERT_EQ(m_database->connection()->get_Connection(m_connection.put()), S_OK);
+    }
+
+    void TearDown() override
+    {
+        m_connection.reset();
+        if (m_database)
+            dropTables();
+    }
+
+    void dropTables()
+    {
+        for (const std::string_view table : {"tabProva", "tabSenzaChiave", "tabAltra", "tabContatori"}) {
+            if (engine().hasTable(table))
+                engine().execute("DROP TABLE " + std::string(table), Language::Native);
+        }
+    }
+
+    /// Engines count with numbers of different sizes.
+    LONG count(std::u16string_view sql)
+    {
+        Variant value;
+        throwIfFailed(open(sql)->get_Value(Variant::fromLong(0), value.put()));
+        throwIfFailed(value.changeType(VT_I4));
+        return value.lVal;
+    }
+
+    Engine& engine() const { return m_database->engine(); }
+
+    LONG execute(std::u16string_view sql)
+    {
+        LONG affected = -1;
+        throwIfFailed(m_connection->Execute(Bstr(sql).get(), &affected));
+        return affected;
+    }
+
+    HRESULT tryExecute(std::u16string_view sql)
+    {
+        LONG affected = 0;
+        const HRESULT result = m_connection->Execute(Bstr(sql).get(), &affected);
+        m_error = FAILED(result) ? takeErrorDetails(result).description : std::u16string();
+        return result;
+    }
+
+    ComPtr<IRecordset> open(std::u16string_view source, CursorKind cursor = CursorStatic,
+                            LockKind lock = LockReadOnly)
+    {
+        ComPtr<IRecordset> rows;
+        throwIfFailed(m_connection->OpenRecordset(Bstr(source).get(), cursor, lock, rows.put()));
+        return rows;
+    }
+
+    HRESULT tryOpen(std::u16string_view source, CursorKind cursor = CursorStatic,
+                    LockKind lock = LockReadOnly)
+    {
+        ComPtr<IRecordset> rows;
+        const HRESULT result = m_connection->OpenRecordset(Bstr(source).get(), cursor, lock, rows.put());
+        m_error = FAILED(result) ? takeErrorDetails(result).description : std::u16string();
+        return result;
+    }
+
+    static Variant field(std::u16string_view name) { return Variant::fromText(name); }
+
+    static Variant get(const ComPtr<IRecordset>& rows, std::u16string_view name)
+    {
+        Variant value;
+        throwIfFailed(rows->get_Value(field(name), value.put()));
+        return value;
+    }
+
+    static void put(const ComPtr<IRecordset>& rows, std::u16string_view name, const Variant& value)
+    {
+        throwIfFailed(rows->put_Value(field(name), value));
+    }
+
+    static bool atEnd(const ComPtr<IRecordset>& rows)
+    {
+        VARIANT_BOOL eof = VARIANT_FALSE;
+        throwIfFailed(rows->get_Eof(&eof));
+        return eof != VARIANT_FALSE;
+    }
+
+    void add(LONG id, std::u16string_view text)
+    {
+        const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+        throwIfFailed(rows->AddNew());
+        put(rows, u"id", Variant::fromLong(id));
+        put(rows, u"testo", Variant::fromText(text));
+        throwIfFailed(rows->Update());
+    }
+
+    template <typename Service>
+    ComPtr<Service> service() const
+    {
+        ComPtr<Service> result;
+        const auto provider = queryFor<IServiceProvider>(m_database->connection());
+        provider->QueryService(iidOf<Service>(), iidOf<Service>(), result.putVoid());
+        return result;
+    }
+
+    std::vector<std::string> journal() const
+    {
+        std::ifstream file(m_options.journalPath);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(file, line);)
+            lines.push_back(line);
+        return lines;
+    }
+
+    TemporaryFolder m_folder;
+    HostDatabaseOptions m_options;
+    std::unique_ptr<HostDatabase> m_database;
+    ComPtr<IConnection> m_connection;
+    std::u16string m_error;
+};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(On, ContractTest, ::testing::ValuesIn(backends()), nameOf);
+
+TEST_P(ContractTest, TellsUserAndConnection)
+{
+    Bstr name;
+    ASSERT_EQ(m_database->connection()->get_UserName(name.put()), S_OK);
+    EXPECT_EQ(name.toUtf8(), "Operatore à € 😀");
+    Bstr text;
+    ASSERT_EQ(m_connection->get_ConnectionString(text.put()), S_OK);
+    EXPECT_NE(text.toUtf8().find(m_options.database), std::string::npos);
+}
+
+TEST_P(ContractTest, CountsTheRowsThatAStatementTouches)
+{
+    EXPECT_EQ(execute(u"INSERT INTO tabProva (id, testo) VALUES (1, 'uno')"), 1);
+    EXPECT_EQ(execute(u"INSERT INTO tabProva (id, testo) SELECT 2, 'due'"), 1);
+    EXPECT_EQ(execute(u"UPDATE tabProva SET piccolo = 3"), 2);
+    EXPECT_EQ(execute(u"UPDATE tabProva SET piccolo = 3 WHERE id = 99"), 0);
+    EXPECT_EQ(execute(u"DELETE FROM tabProva WHERE id = 99"), 0);
+    EXPECT_EQ(execute(u"CREATE TABLE tabAltra (a int)"), 0);
+    EXPECT_EQ(execute(u"DROP TABLE tabAltra"), 0);
+    EXPECT_EQ(execute(u"DELETE FROM tabProva"), 2);
+}
+
+TEST_P(ContractTest, BringsEveryTypeThereAndBack)
+{
+    const double moment = *parseDate("2024-05-01 23:59:58.123");
+    const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+    ASSERT_TRUE(atEnd(rows));
+    throwIfFailed(rows->AddNew());
+    put(rows, u"ID", Variant::fromLong(2147483647));
+    Variant small;
+    small.vt = VT_I2;
+    small.iVal = -1;
+    put(rows, u"Piccolo", small);
+    put(rows, u"vero", Variant::fromBool(true));
+    put(rows, u"reale", Variant::fromDouble(-0.1));
+    put(rows, u"importo", Variant::fromDouble(12345678.91));
+    put(rows, u"testo", Variant::fromUtf8("l'età % \"à è € 😀\" _[x]"));
+    put(rows, u"lungo", Variant::fromText(std::u16string(10'000, u'è')));
+    put(rows, u"quando", Variant::fromDate(moment));
+    throwIfFailed(rows->Update());
+
+    const auto read = open(u"SELECT * FROM tabProva");
+    ASSERT_FALSE(atEnd(read));
+    EXPECT_EQ(get(read, u"id").vt, VT_I4);
+    EXPECT_EQ(get(read, u"id").lVal, 2147483647);
+    EXPECT_EQ(get(read, u"piccolo").vt, VT_I2);
+    EXPECT_EQ(get(read, u"piccolo").iVal, -1);
+    EXPECT_EQ(get(read, u"vero").vt, VT_BOOL);
+    EXPECT_EQ(get(read, u"vero").boolVal, VARIANT_TRUE);
+    EXPECT_EQ(get(read, u"reale").vt, VT_R8);
+    EXPECT_EQ(get(read, u"reale").dblVal, -0.1);
+    EXPECT_EQ(get(read, u"importo").vt, VT_DECIMAL);
+    Variant amount = get(read, u"importo");
+    ASSERT_EQ(amount.changeType(VT_R8), S_OK);
+    EXPECT_DOUBLE_EQ(amount.dblVal, 12345678.91);
+    EXPECT_EQ(utf8FromUtf16(get(read, u"testo").text()), "l'età % \"à è € 😀\" _[x]");
+    EXPECT_EQ(get(read, u"lungo").text(), std::u16string(10'000, u'è'));
+    EXPECT_EQ(get(read, u"quando").vt, VT_DATE);
+    // datetime of the server counts in three-hundredths of a second.
+    EXPECT_NEAR(get(read, u"quando").date, moment, 0.004 / 86'400);
+}
+
+TEST_P(ContractTest, BringsNullAndEmptyThereAndBack)
+{
+    const auto rows = open(u"tabProva", CursorDynamic, LockOptimistic);
+    throwIfFailed(rows->AddNew());
+    put(rows, u"id", Variant::fromLong(1));
+    put(rows, u"testo", Variant::fromText(u""));
+    put(rows, u"piccolo", Variant::null());
+    throwIfFailed(rows->Update());
+    const auto read = open(u"SELECT * FROM tabProva");
+    EXPECT_EQ(get(read, u"testo").vt, VT_BSTR);
+    EXPECT_EQ(get(read, u"testo").text(), u"");
+    for (const char16_t* name : {u"piccolo", u"vero", u"reale", u"importo", u"lungo", u"quando"})
+        EXPECT_EQ(get(read, name).vt, VT_NULL);
+}
+
+TEST_P(ContractTest, BringsTextsOfEveryLength)
+{
+    for (LONG i = 1; i <= 60; ++i) {
+        std::u16string text;
+        while (text.size() < static_cast<std::size_t>(i))
+            text += text.size() % 2 == 0 ? u'à' : u'x';
+        add(i, text);
+    }
+    const auto read = open(u"SELECT id, testo FROM tabProva ORDER BY id", CursorForwardOnly);
+    for (std::size_t i = 1; i <= 60; ++i) {
+        ASSERT_FALSE(atEnd(read));
+        EXPECT_EQ(get(read, u"testo").text().size(), i);
+        throwIfFailed(read->MoveNext());
+    }
+    EXPECT_TRUE(atEnd(read));
+}
+
+TEST_P(ContractTest, BringsEarlyAndLateDates)
+{
+    const auto rows = open(u"tabProva", CursorStatic, LockOptimistic);
+    LONG id = 0;
+    const std::vector<const char*> dates{"1753-01-01 00:00:00.000", "1899-12-29 06:00:00.000",
+                                         "1899-12-30 14:05:09.000", "1930-02-28 23:59:59.000",
+                                         "9999-12-31 00:00:00.000"};
+    for (const char* text : dates) {
+        throwIfFailed(rows->AddNew());
+        put(rows, u"id", Variant::fromLong(++id));
+        put(rows, u"quando", Variant::fromDate(*parseDate(text)));
+        throwIfFailed(rows->Update());
+    }
+    const auto read = open(u"SELECT quando FROM tabProva ORDER BY id");
+    for (const char* text : dates) {
+        EXPECT_EQ(formatDate(get(read, u"quando").date), text);
+        throwIfFailed(read->MoveNext());
+    }
+}
+
+TEST_P(ContractTest, MovesEveryKindOfRowSetOverEveryLock)
+{
+    for (LONG id = 1; id <= 3; ++id)
+        add(id, u"riga");
+    for (const CursorKind cursor : {CursorForwardOnly, CursorKeyset, CursorDynamic, CursorStatic}) {
+        for (const LockKind lock : {LockReadOnly, LockPessimistic, LockOptimistic}) {
+            const auto rows = open(u"SELECT id FROM tabProva ORDER BY id", cursor, lock);
+            LONG sum = 0;
+            for (; !atEnd(rows); throwIfFailed(rows->MoveNext()))
+                sum += get(rows, u"id").lVal;
+            EXPECT_EQ(sum, 6);
+            EXPECT_EQ(rows->MoveNext(), static_cast<HRESULT>(ErrorCode::NoCurrentRow));
+        }
+    }
+}
+
+TEST_P(ContractTest, LeavesNothingRunningBehindARowSet)
+{
+    for (LONG id = 1; id <= 3; ++id)
+        add(id, u"riga");
+    const auto whole = open(u"SELECT id FROM tabProva ORDER BY id", CursorStatic);
+    const auto streaming = open(u"SELECT id FROM tabProva ORDER BY id", CursorForwardOnly);
+    // With both open, and the second in the middle, other statements run.
+    throwIfFailed(streaming->MoveNext());
+    EXPECT_EQ(execute(u"UPDATE tabProva SET testo = 'x' WHERE id = 1"), 1);
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 3);
+    EXPECT_EQ(get(streaming, u"id").lVal, 2);
+    throwIfFailed(streaming->MoveNext());
+    EXPECT_EQ(get(streaming, u"id").lVal, 3);
+    throwIfFailed(streaming->MoveNext());
+    EXPECT_TRUE(atEnd(streaming));
+    EXPECT_EQ(get(whole, u"id").lVal, 1);
+    EXPECT_EQ(execute(u"DELETE FROM tabProva"), 3);
+    // What was read whole does not know.
+    throwIfFailed(whole->MoveNext());
+    EXPECT_EQ(get(whole, u"id").lVal, 2);
+}
+
+TEST_P(ContractTest, NamesItsFields)
+{
+    const auto rows = open(u"SELECT id, testo AS Descrizione FROM tabProva");
+    LONG count = 0;
+    ASSERT_EQ(rows->get_FieldCount(&count), S_OK);
+    EXPECT_EQ(count, 2);
+    Bstr name;
+    ASSERT_EQ(rows->FieldName(1, name.put()), S_OK);
+    EXPECT_TRUE(equalNames(name.view(), u"Descrizione"));
+    EXPECT_EQ(rows->FieldName(2, name.put()), static_cast<HRESULT>(ErrorCode::ItemNotFound));
+    EXPECT_EQ(rows->FieldName(-1, name.put()), static_cast<HRESULT>(ErrorCode::ItemNotFound));
+}
+
+TEST_P(ContractTest, TakesAFieldByNameInAnyCaseOrByPosition)
+{
+    add(7, u"sette");
+    const auto rows = open(u"SELECT id, testo FROM tabProva");
+    EXPECT_EQ(get(rows, u"TESTO").text(), u"sette");
+    Variant value;
+    ASSERT_EQ(rows->get_Value(Variant::fromLong(1), value.put()), S_OK);
+    EXPECT_EQ(value.text(), u"sette");
+    LONG index = 0;
+    ASSERT_EQ(rows->get_Value(Variant::ref(&index), value.put()), S_OK);
+    EXPECT_EQ(value.lVal, 7);
+    EXPECT_EQ(rows->get_Value(field(u"manca"), value.put()), static_cast<HRESULT>(ErrorCode::ItemNotFound));
+    EXPECT_NE(takeErrorDetails(E_FAIL).description.find(u"manca"), std::u16string::npos);
+    EXPECT_EQ(rows->get_Value(Variant::fromLong(2), value.put()),
+              static_cast<HRESULT>(ErrorCode::ItemNotFound));
+    EXPECT_EQ(rows->get_Value(Variant::null(), value.put()), static_cast<HRESULT>(ErrorCode::ItemNotFound));
+}
+
+TEST_P(ContractTest, HasNoRowAtItsEnd)
+{
+    const auto rows = open(u"SELECT * FROM tabProva", CursorStatic, LockOptimistic);
+    Variant value;
+    EXPECT_EQ(rows->get_Value(field(u"id"), value.put()), static_cast<HRESULT>(ErrorCode::NoCurrentRow));
+    EXPECT_EQ(rows->put_Value(field(u"id"), Variant::fromLong(1)),
+              static_cast<HRESULT>(ErrorCode::NoCurrentRow));
+}
+
+TEST_P(ContractTest, AnswersNothingOnceClosed)
+{
+    add(1, u"uno");
+    const auto rows = open(u"SELECT * FROM tabProva", CursorForwardOnly);
+    EXPECT_EQ(rows->Close(), S_OK);
+    EXPECT_EQ(rows->Close(), S_OK);
+    constexpr auto closed = static_cast<HRESULT>(ErrorCode::Closed);
+    VARIANT_BOOL eof = VARIANT_FALSE;
+    LONG count = 0;
+    Bstr name;
+    Variant value;
+    EXPECT_EQ(rows->get_Eof(&eof), closed);
+    EXPECT_EQ(rows->get_FieldCount(&count), closed);
+    EXPECT_EQ(rows->FieldName(0, name.put()), closed);
+    EXPECT_EQ(rows->get_Value(field(u"id"), value.put()), closed);
+    EXPECT_EQ(rows->put_Value(field(u"id"), value), closed);
+    EXPECT_EQ(rows->MoveNext(), closed);
+    EXPECT_EQ(rows->AddNew(), closed);
+    EXPECT_EQ(rows->Update(), closed);
+}
+
+TEST_P(ContractTest, ChangesTheCurrentRowOnly)
+{
+    for (LONG id = 1; id <= 3; ++id)
+        add(id, u"prima");
+    const auto rows = open(u"SELECT * FROM tabProva ORDER BY id", CursorDynamic, LockOptimistic);
+    throwIfFailed(rows->MoveNext());
+    put(rows, u"testo", Variant::fromText(u"dopo"));
+    put(rows, u"vero", Variant::fromBool(false));
+    EXPECT_EQ(get(rows, u"testo").text(), u"dopo");
+    throwIfFailed(rows->Update());
+    EXPECT_EQ(get(rows, u"testo").text(), u"dopo");
+    EXPECT_EQ(get(rows, u"vero").boolVal, VARIANT_FALSE);
+    std::u16string all;
+    for (const auto read = open(u"SELECT testo FROM tabProva ORDER BY id"); !atEnd(read);
+         throwIfFailed(read->MoveNext()))
+        all += std::u16string(get(read, u"testo").text()) + u' ';
+    EXPECT_EQ(all, u"prima dopo prima ");
+}
+
+TEST_P(ContractTest, ChangesARowWithoutAKey)
+{
+    execute(u"INSERT INTO tabSenzaChiave (numero, testo) VALUES (NULL, 'a')");
+    execute(u"INSERT INTO tabSenzaChiave (numero, testo) VALUES (2, NULL)");
+    for (const char16_t* sql : {u"SELECT * FROM tabSenzaChiave WHERE testo = 'a'",
+                                u"SELECT * FROM tabSenzaChiave WHERE numero = 2"}) {
+        const auto rows = open(sql, CursorStatic, LockPessimistic);
+        LONG count = 0;
+        throwIfFailed(rows->get_FieldCount(&count));
+        EXPECT_EQ(count, 2);
+        put(rows, u"testo", Variant::fromText(u"nuovo"));
+        throwIfFailed(rows->Update());
+    }
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabSenzaChiave WHERE testo = 'nuovo'"), 2);
+}
+
+TEST_P(ContractTest, SaysSoWhenTheRowToChangeIsGone)
+{
+    add(1, u"uno");
+    const auto rows = open(u"SELECT * FROM tabProva", CursorStatic, LockOptimistic);
+    execute(u"DELETE FROM tabProva");
+    put(rows, u"testo", Variant::fromText(u"due"));
+    EXPECT_TRUE(FAILED(rows->Update()));
+    EXPECT_EQ(takeErrorDetails(E_FAIL).description, u"the row was changed or deleted since it was read");
+}
+
+TEST_P(ContractTest, WritesPendingChangesBeforeItMoves)
+{
+    const auto rows = open(u"tabProva", CursorStatic, LockOptimistic);
+    for (LONG id = 1; id <= 2; ++id) {
+        throwIfFailed(rows->AddNew());
+        put(rows, u"id", Variant::fromLong(id));
+    }
+    throwIfFailed(rows->MoveNext());
+    EXPECT_TRUE(atEnd(rows));
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 2);
+}
+
+TEST_P(ContractTest, StandsOnTheNewRowBehindUpdate)
+{
+    const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+    throwIfFailed(rows->AddNew());
+    EXPECT_EQ(get(rows, u"testo").vt, VT_NULL);
+    put(rows, u"id", Variant::fromLong(5));
+    put(rows, u"testo", Variant::fromText(u"cinque"));
+    throwIfFailed(rows->Update());
+    EXPECT_FALSE(atEnd(rows));
+    EXPECT_EQ(get(rows, u"testo").text(), u"cinque");
+    EXPECT_EQ(get(rows, u"lungo").vt, VT_NULL);
+}
+
+TEST_P(ContractTest, DropsARowThatIsNeverUpdated)
+{
+    const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+    throwIfFailed(rows->AddNew());
+    put(rows, u"id", Variant::fromLong(5));
+    throwIfFailed(rows->Close());
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 0);
+}
+
+TEST_P(ContractTest, RefusesChangesToAReadOnlyRowSet)
+{
+    add(1, u"uno");
+    const auto rows = open(u"SELECT * FROM tabProva", CursorStatic, LockReadOnly);
+    constexpr auto refused = static_cast<HRESULT>(ErrorCode::NotUpdatable);
+    EXPECT_EQ(rows->AddNew(), refused);
+    EXPECT_EQ(rows->put_Value(field(u"testo"), Variant::fromText(u"x")), refused);
+    EXPECT_EQ(rows->Update(), refused);
+    const auto joined = open(u"SELECT a.id FROM tabProva a INNER JOIN tabProva b ON a.id = b.id",
+                             CursorStatic, LockOptimistic);
+    EXPECT_EQ(joined->AddNew(), refused);
+}
+
+TEST_P(ContractTest, RefusesAColumnThatIsNotThere)
+{
+    const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+    throwIfFailed(rows->AddNew());
+    EXPECT_EQ(rows->put_Value(field(u"nonEsiste"), Variant::fromLong(1)),
+              static_cast<HRESULT>(ErrorCode::ItemNotFound));
+    EXPECT_NE(takeErrorDetails(E_FAIL).description.find(u"nonEsiste"), std::u16string::npos);
+}
+
+TEST_P(ContractTest, RefusesValuesThatDoNotFit)
+{
+    const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+    throwIfFailed(rows->AddNew());
+    constexpr auto bad = static_cast<HRESULT>(ErrorCode::BadValue);
+    EXPECT_EQ(rows->put_Value(field(u"id"), Variant::fromText(u"abc")), bad);
+    EXPECT_EQ(rows->put_Value(field(u"id"), Variant::fromInt64(3'000'000'000)), bad);
+    EXPECT_EQ(rows->put_Value(field(u"piccolo"), Variant::fromLong(40'000)), bad);
+    EXPECT_EQ(rows->put_Value(field(u"quando"), Variant::fromText(u"ieri")), bad);
+    EXPECT_EQ(rows->put_Value(field(u"testo"), Variant::missing()), bad);
+    EXPECT_EQ(rows->put_Value(field(u"id"), Variant::fromText(u"12")), S_OK);
+    EXPECT_EQ(rows->put_Value(field(u"vero"), Variant::fromLong(1)), S_OK);
+    EXPECT_EQ(rows->put_Value(field(u"testo"), Variant::fromLong(5)), S_OK);
+    throwIfFailed(rows->Update());
+    const auto read = open(u"SELECT * FROM tabProva");
+    EXPECT_EQ(get(read, u"id").lVal, 12);
+    EXPECT_EQ(get(read, u"vero").boolVal, VARIANT_TRUE);
+    EXPECT_EQ(get(read, u"testo").text(), u"5");
+}
+
+TEST_P(ContractTest, GivesEveryFailureItsNumberAndText)
+{
+    EXPECT_EQ(tryExecute(u"SELEC x"), static_cast<HRESULT>(ErrorCode::Statement));
+    EXPECT_FALSE(m_error.empty());
+    EXPECT_EQ(tryExecute(u"DELETE FROM tabCheManca"), static_cast<HRESULT>(ErrorCode::NoTable));
+    EXPECT_NE(m_error.find(u"abCheManca") == std::u16string::npos ? m_error.find(u"abchemanca") : 0,
+              std::u16string::npos);
+    EXPECT_EQ(tryOpen(u"SELECT * FROM tabCheManca"), static_cast<HRESULT>(ErrorCode::NoTable));
+    EXPECT_EQ(tryOpen(u"tabCheManca", CursorDynamic, LockOptimistic),
+              static_cast<HRESULT>(ErrorCode::NoTable));
+    EXPECT_EQ(tryOpen(u"SELECT nonEsiste FROM tabProva"), static_cast<HRESULT>(ErrorCode::Statement));
+    EXPECT_TRUE(FAILED(tryOpen(u"")));
+    EXPECT_TRUE(FAILED(tryExecute(u"INSERT INTO tabProva (id) VALUES ('1'")));
+    EXPECT_EQ(tryOpen(u"SELECT 1 AS x", CursorStatic, static_cast<LockKind>(0)),
+              static_cast<HRESULT>(ErrorCode::InvalidArgument));
+    // The connection is as good as before.
+    EXPECT_EQ(execute(u"INSERT INTO tabProva (id) VALUES (1)"), 1);
+}
+
+TEST_P(ContractTest, RefusesAKeyThatIsThereAndGoesOn)
+{
+    add(1, u"uno");
+    EXPECT_EQ(tryExecute(u"INSERT INTO tabProva (id) VALUES (1)"),
+              static_cast<HRESULT>(ErrorCode::Integrity));
+    const auto rows = open(u"SELECT * FROM tabProva WHERE 1=2", CursorStatic, LockPessimistic);
+    throwIfFailed(rows->AddNew());
+    put(rows, u"id", Variant::fromLong(1));
+    EXPECT_EQ(rows->Update(), static_cast<HRESULT>(ErrorCode::Integrity));
+    // The refused row waits to be corrected.
+    put(rows, u"id", Variant::fromLong(2));
+    EXPECT_EQ(rows->Update(), S_OK);
+}
+
+TEST_P(ContractTest, KeepsOrDropsATransaction)
+{
+    throwIfFailed(m_connection->BeginTrans());
+    add(1, u"uno");
+    throwIfFailed(m_connection->RollbackTrans());
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 0);
+    throwIfFailed(m_connection->BeginTrans());
+    EXPECT_EQ(m_connection->BeginTrans(), static_cast<HRESULT>(ErrorCode::TransactionOpen));
+    add(1, u"uno");
+    throwIfFailed(m_connection->CommitTrans());
+    EXPECT_EQ(count(u"SELECT COUNT(*) AS n FROM tabProva"), 1);
+    EXPECT_EQ(m_connection->CommitTrans(), static_cast<HRESULT>(ErrorCode::NoTransaction));
+    EXPECT_EQ(m_connection->RollbackTrans(), static_cast<HRESULT>(ErrorCode::NoTransaction));
+}
+
+TEST_P(ContractTest, ShowsItsChangesToOtherConnectionsOnceCommitted)
+{
+    HostDatabaseOptions options = m_options;
+    options.journalPath.clear();
+    const HostDatabase other(options);
+    const auto count = [&] { return other.run("SELECT COUNT(*) AS n FROM tabProva").rows.at(0).at(0); };
+    add(1, u"uno");
+    EXPECT_EQ(count(), "1");
+    throwIfFailed(m_connection->BeginTrans());
+    add(2, u"due");
+    throwIfFailed(m_connection->CommitTrans());
+    EXPECT_EQ(count(), "2");
+}
+
+TEST_P(ContractTest, IsClosedUnderWhoeverHoldsOnToIt)
+{
+    add(1, u"uno");
+    add(2, u"due");
+    const auto memory = open(u"SELECT * FROM tabProva ORDER BY id");
+    auto stream = open(u"SELECT * FROM tabProva ORDER BY id", CursorForwardOnly);
+    throwIfFailed(m_connection->BeginTrans());
+    EXPECT_EQ(execute(u"DELETE FROM tabProva"), 2);
+    m_database->close();
+    EXPECT_EQ(tryExecute(u"DELETE FROM tabProva"), static_cast<HRESULT>(ErrorCode::ConnectionLost));
+    EXPECT_FALSE(m_error.empty());
+    EXPECT_EQ(tryOpen(u"tabProva"), static_cast<HRESULT>(ErrorCode::ConnectionLost));
+    EXPECT_TRUE(FAILED(m_connection->BeginTrans()));
+    EXPECT_TRUE(FAILED(m_connection->CommitTrans()));
+    EXPECT_EQ(get(memory, u"testo").text(), u"uno");
+    stream.reset();
+    m_database = std::make_unique<HostDatabase>(m_options);
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) AS n FROM tabProva").rows.at(0).at(0), "2");
+}
+
+TEST_P(ContractTest, LooksASingleValueUp)
+{
+    add(3, u"tre");
+    Variant value;
+    const auto lookup = [&](std::u16string_view fieldName, std::u16string_view condition) {
+        return m_database->connection()->LookupValue(Bstr(fieldName).get(), Bstr(u"tabProva").get(),
+                                                     Bstr(condition).get(), value.put());
+    };
+    ASSERT_EQ(lookup(u"testo", u"id = 3"), S_OK);
+    EXPECT_EQ(value.text(), u"tre");
+    ASSERT_EQ(lookup(u"lungo", u"id = 3"), S_OK);
+    EXPECT_EQ(value.vt, VT_NULL);
+    ASSERT_EQ(lookup(u"testo", u"id = 4"), S_OK);
+    EXPECT_EQ(value.vt, VT_EMPTY);
+    ASSERT_EQ(lookup(u"testo", u""), S_OK);
+    EXPECT_EQ(value.text(), u"tre");
+    EXPECT_TRUE(FAILED(lookup(u"manca", u"id = 3")));
+    EXPECT_EQ(value.vt, VT_EMPTY);
+}
+
+TEST_P(ContractTest, HandsRowsToASinkWithoutCopies)
+{
+    const auto rows = open(u"tabProva", CursorStatic, LockOptimistic);
+    throwIfFailed(rows->AddNew());
+    put(rows, u"id", Variant::fromLong(1));
+    put(rows, u"piccolo", Variant::fromLong(2));
+    put(rows, u"vero", Variant::fromBool(true));
+    put(rows, u"reale", Variant::fromDouble(1.5));
+    put(rows, u"importo", Variant::fromDouble(2.25));
+    put(rows, u"testo", Variant::fromUtf8("à € 😀"));
+    put(rows, u"quando", Variant::fromDate(*parseDate("1980-05-01")));
+    throwIfFailed(rows->Update());
+    add(2, u"due");
+    for (const CursorKind cursor : {CursorForwardOnly, CursorStatic}) {
+        const auto read = open(u"SELECT * FROM tabProva ORDER BY id", cursor);
+        const auto sink = makeCom<TextSink>();
+        throwIfFailed(read.as<IRowReader>()->ReadRows(sink.get()));
+        ASSERT_EQ(sink->rows.size(), 2U);
+        EXPECT_EQ(sink->rows[0], "i1|i2|b1|r1.5|r2.25|tà € 😀|-|d1980-05-01 00:00:00.000");
+        EXPECT_EQ(sink->rows[1], "i2|-|-|-|-|tdue|-|-");
+        EXPECT_TRUE(atEnd(read));
+        throwIfFailed(read.as<IRowReader>()->ReadRows(sink.get()));
+        EXPECT_EQ(sink->rows.size(), 2U);
+    }
+}
+
+TEST_P(ContractTest, BeginsAtTheCurrentRowAndStopsWhereTheSinkSays)
+{
+    for (LONG id = 1; id <= 4; ++id)
+        add(id, u"x");
+    for (const CursorKind cursor : {CursorForwardOnly, CursorStatic}) {
+        const auto read = open(u"SELECT id FROM tabProva ORDER BY id", cursor);
+        throwIfFailed(read->MoveNext());
+        const auto sink = makeCom<TextSink>();
+        sink->stopAfter = 2;
+        EXPECT_EQ(read.as<IRowReader>()->ReadRows(sink.get()), E_ABORT);
+        EXPECT_EQ(sink->rows, (std::vector<std::string>{"i2", "i3"}));
+        EXPECT_EQ(get(read, u"id").lVal, 3);
+    }
+}
+
+TEST_P(ContractTest, ReadsManyRows)
+{
+    engine().begin();
+    std::vector<Value> values;
+    for (std::int64_t id = 1; id <= 3000; ++id) {
+        values.emplace_back(id);
+        values.emplace_back("riga à " + std::to_string(id));
+    }
+    const std::vector<std::string_view> columns{"id", "testo"};
+    engine().insertRows("tabProva", columns, values);
+    engine().commit();
+    for (const CursorKind cursor : {CursorForwardOnly, CursorStatic}) {
+        const auto read = open(u"SELECT id, testo FROM tabProva ORDER BY id", cursor);
+        const auto sink = makeCom<TextSink>();
+        throwIfFailed(read.as<IRowReader>()->ReadRows(sink.get()));
+        ASSERT_EQ(sink->rows.size(), 3000U);
+        EXPECT_EQ(sink->rows.front(), "i1|triga à 1");
+        EXPECT_EQ(sink->rows.back(), "i3000|triga à 3000");
+    }
+}
+
+TEST_P(ContractTest, GivesIdsThatNobodyElseHas)
+{
+    const auto ids = service<IIdGenerator>();
+    const auto next = [&] {
+        LONG id = 0;
+        throwIfFailed(ids->NextId(Bstr(u"tabProva").get(), Bstr(u"id").get(), m_database->connection(), &id));
+        return id;
+    };
+    EXPECT_EQ(next(), 1);
+    EXPECT_EQ(next(), 2);
+    // Rows that others put there count.
+    add(40, u"x");
+    EXPECT_EQ(next(), 41);
+    throwIfFailed(m_connection->BeginTrans());
+    EXPECT_EQ(next(), 42);
+    throwIfFailed(m_connection->CommitTrans());
+    EXPECT_EQ(next(), 43);
+    LONG id = 5;
+    EXPECT_TRUE(
+        FAILED(ids->NextId(Bstr(u"tabCheManca").get(), Bstr(u"id").get(), m_database->connection(), &id)));
+    EXPECT_EQ(id, 0);
+    EXPECT_EQ(ids->NextId(Bstr(u"tabProva").get(), Bstr(u"id").get(), nullptr, &id), E_POINTER);
+    EXPECT_EQ(next(), 44);
+}
+
+TEST_P(ContractTest, GivesIdsAgainWhenTheTransactionOfTheFirstWasUndone)
+{
+    engine().begin();
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 1);
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 2);
+    engine().rollback();
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 1);
+    EXPECT_EQ(engine().nextId("tabProva", "id"), 2);
+}
+
+TEST_P(ContractTest, GivesIdsToTwoProcessesAtOnce)
+{
+    constexpr int each = 150;
+    constexpr int processes = 3;
+    // The table of given ids is made once, before the race.
+    engine().nextId("tabProva", "id");
+    std::vector<int> pipes;
+    std::vector<pid_t> children;
+    for (int i = 0; i < processes; ++i) {
+        int ends[2];
+        ASSERT_EQ(::pipe(ends), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            // A program of its own: nothing of the parent's connection is touched.
+            int status = 1;
+            try {
+                HostDatabaseOptions options = m_options;
+                options.journalPath.clear();
+                auto own = std::make_unique<HostDatabase>(options);
+                std::string text;
+                for (int n = 0; n < each; ++n)
+                    text += std::to_string(own->engine().nextId("tabProva", "id")) + ' ';
+                status =
+                    ::write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 2;
+                own.reset();
+            } catch (const std::exception& error) {
+                std::fprintf(stderr, "child: %s\n", error.what());
+            }
+            ::_exit(status);
+        }
+        ::close(ends[1]);
+        pipes.push_back(ends[0]);
+        children.push_back(child);
+    }
+    std::set<int> given;
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        std::string text;
+        char buffer[4096];
+        for (ssize_t got = 0; (got = ::read(pipes[i], buffer, sizeof buffer)) > 0;)
+            text.append(buffer, static_cast<std::size_t>(got));
+        ::close(pipes[i]);
+        int status = -1;
+        ::waitpid(children[i], &status, 0);
+        EXPECT_EQ(status, 0);
+        std::istringstream numbers(text);
+        for (int id = 0; numbers >> id;)
+            EXPECT_TRUE(given.insert(id).second) << id << " was given twice";
+    }
+    EXPECT_EQ(given.size(), static_cast<std::size_t>(each * processes));
+    EXPECT_EQ(*given.begin(), 2);
+}
+
+TEST_P(ContractTest, WritesDownWhatTheComponentDoes)
+{
+    add(1, u"l'uno \"à\"");
+    const auto rows = open(u"SELECT * FROM tabProva", CursorDynamic, LockOptimistic);
+    put(rows, u"VERO", Variant::fromBool(true));
+    put(rows, u"quando", Variant::fromDate(*parseDate("2024-05-01 10:20:30.400")));
+    throwIfFailed(rows->Update());
+    execute(u"DELETE FROM tabProva");
+    Variant value;
+    m_database->connection()->LookupValue(Bstr(u"testo").get(), Bstr(u"tabProva").get(),
+                                          Bstr(u"id = 1").get(), value.put());
+    LONG id = 0;
+    service<IIdGenerator>()->NextId(Bstr(u"tabProva").get(), Bstr(u"id").get(), m_database->connection(),
+                                    &id);
+    throwIfFailed(m_connection->BeginTrans());
+    throwIfFailed(m_connection->CommitTrans());
+    throwIfFailed(m_connection->BeginTrans());
+    throwIfFailed(m_connection->RollbackTrans());
+    tryExecute(u"DELETE FROM tabCheManca");
+    m_database->run("SELECT 1 AS x");
+    m_database->openRows("SELECT 1 AS x");
+    std::vector<std::string> lines = journal();
+    ASSERT_EQ(lines.size(), 12U);
+    EXPECT_EQ(
+        lines[0],
+        R"({"op":"open","sql":"SELECT * FROM tabProva WHERE 1=2","cursor":"static","lock":"pessimistic"})");
+    EXPECT_EQ(lines[1], R"({"op":"insert","table":"tabProva","values":[["id",1],["testo","l'uno \"à\""]]})");
+    EXPECT_EQ(lines[2],
+              R"({"op":"open","sql":"SELECT * FROM tabProva","cursor":"dynamic","lock":"optimistic"})");
+    EXPECT_EQ(
+        lines[3],
+        R"({"op":"update","table":"tabProva","values":[["VERO",true],["quando","2024-05-01 10:20:30.400"]]})");
+    EXPECT_EQ(lines[4], R"({"op":"execute","sql":"DELETE FROM tabProva"})");
+    EXPECT_EQ(lines[5], R"({"op":"lookup","field":"testo","table":"tabProva","condition":"id = 1"})");
+    EXPECT_EQ(lines[6], R"({"op":"nextid","table":"tabProva","key":"id","id":1})");
+    EXPECT_EQ(lines[7], R"({"op":"begin"})");
+    EXPECT_EQ(lines[8], R"({"op":"commit"})");
+    EXPECT_EQ(lines[10], R"({"op":"rollback"})");
+    const std::string failed = R"({"op":"execute","sql":"DELETE FROM tabCheManca","error":")";
+    EXPECT_EQ(lines[11].substr(0, failed.size()), failed);
+}
+
+TEST_P(ContractTest, TakesNullWhereTheContractHasNone)
+{
+    LONG affected = 0;
+    EXPECT_EQ(m_connection->Execute(nullptr, nullptr), E_POINTER);
+    EXPECT_TRUE(FAILED(m_connection->Execute(nullptr, &affected)));
+    EXPECT_EQ(m_connection->OpenRecordset(nullptr, CursorStatic, LockReadOnly, nullptr), E_POINTER);
+    EXPECT_EQ(m_connection->get_ConnectionString(nullptr), E_POINTER);
+    EXPECT_EQ(m_database->connection()->get_Connection(nullptr), E_POINTER);
+    EXPECT_EQ(m_database->connection()->get_UserName(nullptr), E_POINTER);
+    EXPECT_EQ(m_database->connection()->LookupValue(nullptr, nullptr, nullptr, nullptr), E_POINTER);
+    const auto rows = open(u"SELECT * FROM tabProva");
+    EXPECT_EQ(rows->get_Eof(nullptr), E_POINTER);
+    EXPECT_EQ(rows->get_FieldCount(nullptr), E_POINTER);
+    EXPECT_EQ(rows->FieldName(0, nullptr), E_POINTER);
+    EXPECT_EQ(rows->get_Value(field(u"id"), nullptr), E_POINTER);
+    EXPECT_EQ(rows.as<IRowReader>()->ReadRows(nullptr), E_POINTER);
+}
+
+TEST_P(ContractTest, OutlivesItsOwnersAsLongAsSomebodyHoldsOn)
+{
+    add(1, u"uno");
+    auto rows = open(u"SELECT * FROM tabProva", CursorForwardOnly);
+    auto tracker = service<IChangeTracker>();
+    m_connection.reset();
+    m_database.reset();
+    EXPECT_EQ(get(rows, u"testo").text(), u"uno");
+    rows.reset();
+    tracker.reset();
+    m_database = std::make_unique<HostDatabase>(m_options);
+}
