@@ -7,7 +7,7 @@
 //
 // STATEMENTS is written by "zulbench statements": a name, a tab and the statement as the database gets it.
 // Prints one line a run: "wall NANOSECONDS cpu NANOSECONDS rows NUMBER", and "peak KIBIBYTES" at the end.
-#include "limit.h"
+#include "bench/limit.h"
 
 #include <inttypes.h>
 #include <sqlite3.h>

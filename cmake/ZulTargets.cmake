@@ -22,6 +22,13 @@ if(ZUL_MOLD)
   add_link_options(-fuse-ld=mold)
 endif()
 
+if(ZUL_UNITY)
+  set(CMAKE_UNITY_BUILD ON)
+  set(CMAKE_UNITY_BUILD_BATCH_SIZE 10)
+  # A class that is private to a source is no class of a header just because another source came before it.
+  add_compile_options("$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>")
+endif()
+
 if(ZUL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
@@ -45,6 +52,17 @@ function(zul_room name)
   target_include_directories(zul_${name} PUBLIC "${CMAKE_SOURCE_DIR}")
   target_link_libraries(zul_${name} PUBLIC ${ARG_LIBS})
   zul_warnings(zul_${name})
+endfunction()
+
+# zul_apart(FILE …): sources that are compiled alone also in a unity build, because names that are private to them
+# stand in another source of their target too.
+function(zul_apart)
+  set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
+# zul_all_apart(TARGET …): the same for whole targets, where each source has its own procedure() or sourceName.
+function(zul_all_apart)
+  set_target_properties(${ARGN} PROPERTIES UNITY_BUILD OFF)
 endfunction()
 
 # zul_qt_room(NAME SOURCES … LIBS …): the same for a room with widgets: moc, uic and rcc run over it.
