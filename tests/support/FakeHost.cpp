@@ -2,6 +2,7 @@
 
 #include "automation/ComObject.h"
 #include "automation/ErrorInfo.h"
+#include "base/CaseFold.h"
 
 #include <algorithm>
 #include <array>
