@@ -13,8 +13,9 @@
 
 #include "automation/ComPtr.h"
 #include "automation/ErrorInfo.h"
-#include "automation/Text.h"
 #include "automation/runtime/ClassRegistry.h"
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include "automation/ComPtr.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Registration.h"
-#include "automation/Text.h"
+#include "base/Utf8.h"
 #include "tests/automation/SampleComponent.h"
 #include "tests/automation/ScopedEnvironment.h"
 
