@@ -8,7 +8,7 @@
 
 #include <oleauto.h>
 
-#include "automation/Text.h"
+#include "base/Utf8.h"
 
 namespace zul {
 

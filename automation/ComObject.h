@@ -6,12 +6,14 @@
 
 #include <atomic>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 #include <oaidl.h>
 
 #include "automation/ComPtr.h"
 #include "automation/Module.h"
+#include "automation/UnknownInterface.h"
 
 namespace zul {
 
@@ -33,7 +35,7 @@ struct InterfaceOf<T, std::void_t<typename T::ComInterface>>
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 // Answers IUnknown (by the first interface), IDispatch (by the first dual one) and every interface of the list.
-// Counts as a reference to its module while it lives. Destroyed by the last Release; references may be taken
+// Other ids are noted; see UnknownInterface.h. Counts as a reference to its module while it lives. Destroyed by the last Release; references may be taken
 // and given back on any thread.
 template <typename... Interfaces>
 class ComObject : public Interfaces...
@@ -52,6 +54,7 @@ public:
         *object = nullptr;
         (void)(... || answer<Interfaces>(riid, object));
         if (*object == nullptr) {
+            noteUnknownInterface(riid, typeid(*this).name());
             return E_NOINTERFACE;
         }
         AddRef();

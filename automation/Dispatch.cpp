@@ -5,6 +5,7 @@
 
 #include "automation/ErrorInfo.h"
 #include "automation/Variant.h"
+#include "base/CaseFold.h"
 
 namespace zul::dispatch {
 

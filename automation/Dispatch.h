@@ -34,7 +34,7 @@
 #include <oleauto.h>
 
 #include "automation/ComPtr.h"
-#include "automation/Text.h"
+#include "base/Utf8.h"
 
 namespace zul {
 

@@ -1,18 +1,8 @@
 #include "base/DateText.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <cmath>
-#include <ctime>
-
-namespace zul::host {
+namespace zul {
 
 namespace {
-
-constexpr std::int64_t millisecondsPerDay = 86'400'000;
-// 1899-12-30 counted from 1970-01-01.
-constexpr std::int64_t automationEpoch = -25'569;
 
 bool digits(std::string_view text, std::size_t from, std::size_t count, int& value)
 {
@@ -28,22 +18,6 @@ bool digits(std::string_view text, std::size_t from, std::size_t count, int& val
     return true;
 }
 
-bool isDay(const CivilDay& day)
-{
-    static constexpr std::array<int, 12> lengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    if (day.year < 1 || day.year > 9999 || day.month < 1 || day.month > 12 || day.day < 1)
-        return false;
-    const bool leap = (day.year % 4 == 0 && day.year % 100 != 0) || day.year % 400 == 0;
-    const int length = lengths[static_cast<std::size_t>(day.month - 1)] + (day.month == 2 && leap ? 1 : 0);
-    return day.day <= length;
-}
-
-double dateOf(std::int64_t days, std::int64_t milliseconds)
-{
-    const double fraction = static_cast<double>(milliseconds) / static_cast<double>(millisecondsPerDay);
-    return days < 0 ? static_cast<double>(days) - fraction : static_cast<double>(days) + fraction;
-}
-
 void writeDigits(char* to, int value, int count)
 {
     for (int i = count - 1; i >= 0; --i) {
@@ -53,36 +27,6 @@ void writeDigits(char* to, int value, int count)
 }
 
 } // namespace
-
-// Both conversions count from 1 March of the era's first year, where leap days fall at a year's end.
-std::int64_t daysFromCivil(CivilDay day)
-{
-    const std::int64_t y = day.year - (day.month <= 2 ? 1 : 0);
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const std::int64_t yearOfEra = y - era * 400;
-    const std::int64_t dayOfYear = (153 * (day.month + (day.month > 2 ? -3 : 9)) + 2) / 5 + day.day - 1;
-    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return era * 146'097 + dayOfEra - 719'468 - automationEpoch;
-}
-
-CivilDay civilFromDays(std::int64_t days)
-{
-    const std::int64_t z = days + automationEpoch + 719'468;
-    const std::int64_t era = (z >= 0 ? z : z - 146'096) / 146'097;
-    const std::int64_t dayOfEra = z - era * 146'097;
-    const std::int64_t yearOfEra =
-        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36'524 - dayOfEra / 146'096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t mp = (5 * dayOfYear + 2) / 153;
-    const int day = static_cast<int>(dayOfYear - (153 * mp + 2) / 5 + 1);
-    const int month = static_cast<int>(mp < 10 ? mp + 3 : mp - 9);
-    return {static_cast<int>(yearOfEra + era * 400 + (month <= 2 ? 1 : 0)), month, day};
-}
-
-CivilDay civilFromDate(double date)
-{
-    return civilFromDays(static_cast<std::int64_t>(std::trunc(std::clamp(date, -693'593.0, 2'958'465.0))));
-}
 
 std::optional<double> dateFromDigits(std::int64_t yyyymmdd)
 {
@@ -132,23 +76,17 @@ std::optional<double> parseDate(std::string_view text)
             return std::nullopt;
     }
     const std::int64_t time = ((hour * 60 + minute) * 60 + second) * std::int64_t{1000} + millisecond;
-    return dateOf(daysFromCivil(day), time);
+    return joinDate(daysFromCivil(day), time);
 }
 
 std::string formatDate(double date)
 {
-    if (std::isnan(date))
-        date = 0.0;
-    date = std::clamp(date, -693'593.0, 2'958'465.999'999'99);
-    auto days = static_cast<std::int64_t>(std::trunc(date));
-    auto milliseconds = static_cast<std::int64_t>(
-        std::llround(std::fabs(date - std::trunc(date)) * static_cast<double>(millisecondsPerDay)));
-    if (milliseconds >= millisecondsPerDay) {
+    auto [days, milliseconds] = splitDate(date);
+    if (days < firstAutomationDay) {
+        days = firstAutomationDay;
         milliseconds = 0;
-        ++days;
-    }
-    if (days > 2'958'465) {
-        days = 2'958'465;
+    } else if (days > lastAutomationDay) {
+        days = lastAutomationDay;
         milliseconds = millisecondsPerDay - 1;
     }
     const CivilDay day = civilFromDays(days);
@@ -163,22 +101,4 @@ std::string formatDate(double date)
     return text;
 }
 
-double currentDate()
-{
-    const auto now = std::chrono::system_clock::now();
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &seconds);
-#else
-    localtime_r(&seconds, &local);
-#endif
-    const std::int64_t day = daysFromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday});
-    const std::int64_t time =
-        ((local.tm_hour * 60 + local.tm_min) * 60 + std::min(local.tm_sec, 59)) * std::int64_t{1000};
-    return dateOf(day, time + milliseconds);
-}
-
-} // namespace zul::host
+} // namespace zul

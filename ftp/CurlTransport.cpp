@@ -1,11 +1,11 @@
 #include "ftp/CurlTransport.h"
 
+#include "base/Utf8.h"
 #include "ftp/CurlConnection.h"
 #include "ftp/FtpReply.h"
 #include "ftp/ListingParser.h"
 #include "ftp/LocalFile.h"
 #include "ftp/NamePattern.h"
-#include "ftp/Utf8Text.h"
 
 #include <algorithm>
 #include <mutex>

@@ -1,5 +1,6 @@
 #include "ftp/FileTime.h"
 
+#include "base/AutomationDate.h"
 #include "ftp/LocalTime.h"
 
 namespace zul::ftp {
@@ -10,17 +11,16 @@ double fileTimeToLocalDate(std::uint64_t fileTime, const LocalTimeConversion& to
         toLocal ? toLocal(fileTime) : fileTimeToLocalFileTime(fileTime);
     if (!local)
         return 0;
-    constexpr double daysFrom1601To1899 = 109205;
+    constexpr auto daysBefore = static_cast<double>((automationDayZero - fileTimeDayZero).count());
     // Whole milliseconds and their fraction apart: together they would not fit into the digits of a double.
     const std::uint64_t whole = *local / 10'000;
     const double milliseconds = static_cast<double>(whole) + static_cast<double>(*local % 10'000) / 10'000;
-    return milliseconds / 86'400'000 - daysFrom1601To1899;
+    return milliseconds / static_cast<double>(millisecondsPerDay) - daysBefore;
 }
 
 std::uint64_t toFileTime(std::chrono::sys_seconds moment)
 {
-    constexpr std::int64_t secondsFrom1601To1970 = 11'644'473'600;
-    const std::int64_t seconds = moment.time_since_epoch().count() + secondsFrom1601To1970;
+    const std::int64_t seconds = (moment - fileTimeDayZero).count();
     return seconds < 0 ? 0 : static_cast<std::uint64_t>(seconds) * 10'000'000;
 }
 

@@ -8,6 +8,9 @@
 
 namespace zul::ftp {
 
+/// Day 0 of file times.
+inline constexpr std::chrono::sys_days fileTimeDayZero{std::chrono::year{1601} / 1 / 1};
+
 /// UTC file time to local file time; nothing when it fails.
 using LocalTimeConversion = std::function<std::optional<std::uint64_t>(std::uint64_t)>;
 

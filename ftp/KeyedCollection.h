@@ -2,7 +2,7 @@
 // that is compared without regard to case.
 #pragma once
 
-#include "ftp/CaseFold.h"
+#include "base/CaseFold.h"
 #include "ftp/FtpErrors.h"
 
 #include <cstddef>

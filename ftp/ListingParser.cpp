@@ -1,5 +1,6 @@
 #include "ftp/ListingParser.h"
 
+#include "base/CaseFold.h"
 #include "ftp/FileTime.h"
 
 #include <array>
@@ -54,15 +55,8 @@ std::optional<unsigned> month(std::string_view text)
 {
     constexpr std::array<std::string_view, 12> names{"jan", "feb", "mar", "apr", "may", "jun",
                                                      "jul", "aug", "sep", "oct", "nov", "dec"};
-    if (text.size() != 3)
-        return std::nullopt;
-    std::string lower(text);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c + ('a' - 'A'));
-    }
     for (unsigned i = 0; i < names.size(); ++i) {
-        if (names[i] == lower)
+        if (equalAscii(names[i], text))
             return i + 1;
     }
     return std::nullopt;

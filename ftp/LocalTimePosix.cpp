@@ -1,5 +1,7 @@
 #include "ftp/LocalTime.h"
 
+#include "ftp/FileTime.h"
+
 #include <ctime>
 
 namespace zul::ftp {
@@ -7,12 +9,12 @@ namespace zul::ftp {
 std::optional<std::uint64_t> fileTimeToLocalFileTime(std::uint64_t fileTime)
 {
     constexpr std::uint64_t unitsPerSecond = 10'000'000;
-    constexpr std::int64_t secondsFrom1601To1970 = 11'644'473'600;
     constexpr std::uint64_t firstRefused = std::uint64_t{1} << 63U;
     if (fileTime >= firstRefused)
         return std::nullopt;
 
-    const std::time_t moment = static_cast<std::time_t>(fileTime / unitsPerSecond) - secondsFrom1601To1970;
+    const std::chrono::seconds since1601{fileTime / unitsPerSecond};
+    const std::time_t moment = (fileTimeDayZero + since1601).time_since_epoch().count();
     std::tm local{};
     if (localtime_r(&moment, &local) == nullptr)
         return std::nullopt;

@@ -1,6 +1,6 @@
 #include "ftp/NamePattern.h"
 
-#include "ftp/Utf8Text.h"
+#include "base/Utf8.h"
 
 #include <cstddef>
 

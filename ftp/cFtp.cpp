@@ -1,9 +1,9 @@
 #include "ftp/cFtp.h"
 
+#include "base/Utf8.h"
 #include "ftp/FileTime.h"
 #include "ftp/LocalFile.h"
 #include "ftp/TextToNumber.h"
-#include "ftp/Utf8Text.h"
 
 #include <array>
 #include <atomic>
@@ -338,7 +338,7 @@ void cFtp::recordError(ftp::ErrorCode code, std::string_view operation)
                          " Message: " + m_transport->systemText(code);
     if (code == ftp::ExtendedError) {
         const std::string response = m_transport->lastResponse();
-        m_lastErrorMessage = ftp::leftCharacters(untilNul(response), ErrorTextBuffer - 1);
+        m_lastErrorMessage = leftCharacters(untilNul(response), ErrorTextBuffer - 1);
     }
 }
 
@@ -375,7 +375,7 @@ void cFtp::closeFile()
 
 void cFtp::addEntry(const ftp::FindRecord& record)
 {
-    const std::string name(ftp::leftCharacters(untilNul(record.name), FileNameField - 1));
+    const std::string name(leftCharacters(untilNul(record.name), FileNameField - 1));
     Directory()->Add(static_cast<std::int32_t>(record.attributes),
                      ftp::fileTimeToLocalDate(record.creationTime),
                      ftp::fileTimeToLocalDate(record.lastAccessTime),

@@ -97,7 +97,7 @@ private:
 };
 
 /// A cell from a field's value, for row sets without the fast path. The text stays in `storage`.
-ZulCell toCell(const VARIANT& v, QByteArray& storage)
+ZulCell toCell(const VARIANT& v, std::string& storage)
 {
     ZulCell cell{};
     const auto integer = [&cell](long kind, qint64 value) {
@@ -123,10 +123,10 @@ ZulCell toCell(const VARIANT& v, QByteArray& storage)
         cell.Real = v.date;
         return cell;
     case VT_BSTR:
-        storage = toQString(textOf(v.bstrVal)).toUtf8();
+        storage = utf8FromUtf16(textOf(v.bstrVal));
         cell.Kind = CellText;
         cell.Length = static_cast<LONG>(storage.size());
-        cell.Text = reinterpret_cast<const unsigned char*>(storage.constData());
+        cell.Text = reinterpret_cast<const unsigned char*>(storage.data());
         return cell;
     default:
         break;
@@ -298,7 +298,7 @@ void Recordset::readRows(const std::function<void(long, const ZulCell*)>& taker)
     }
     const auto count = static_cast<std::size_t>(fieldCount());
     std::vector<ZulCell> cells(count);
-    std::vector<QByteArray> texts(count);
+    std::vector<std::string> texts(count);
     std::vector<Variant> values(count);
     for (; !eof(); moveNext()) {
         for (std::size_t column = 0; column < count; ++column) {

@@ -1,16 +1,14 @@
 #include "hostlib/Calls.h"
 
-#include <cmath>
+#include "base/AutomationDate.h"
 
 namespace zul::calls {
 
 namespace {
 
-constexpr double MillisecondsADay = 86'400'000.0;
-
-QDate dayZero()
+QDate dayOf(std::int64_t automationDay)
 {
-    return {1899, 12, 30};
+    return QDate(1899, 12, 30).addDays(automationDay);
 }
 
 } // namespace
@@ -29,27 +27,19 @@ ComError comError(const Error& error)
 
 DATE toDate(QDate day)
 {
-    return static_cast<double>(dayZero().daysTo(day));
+    return static_cast<double>(dayOf(0).daysTo(day));
 }
 
 DATE toDate(const QDateTime& when)
 {
-    const double days = toDate(when.date());
-    const double fraction = when.time().msecsSinceStartOfDay() / MillisecondsADay;
-    return days < 0 ? days - fraction : days + fraction;
+    return joinDate(dayOf(0).daysTo(when.date()), when.time().msecsSinceStartOfDay());
 }
 
 QDateTime fromDate(DATE date)
 {
-    const double days = std::trunc(date);
-    const double milliseconds = std::nearbyint(std::fabs(date - days) * MillisecondsADay);
+    const DayAndTime parts = splitDate(date);
     // UTC, because a local day may lack its midnight.
-    QDateTime when(dayZero().addDays(static_cast<qint64>(days)), QTime(0, 0), Qt::UTC);
-    const auto whole = static_cast<int>(milliseconds);
-    if (whole >= static_cast<int>(MillisecondsADay))
-        return when.addDays(1);
-    when.setTime(QTime::fromMSecsSinceStartOfDay(whole));
-    return when;
+    return {dayOf(parts.day), QTime::fromMSecsSinceStartOfDay(static_cast<int>(parts.milliseconds)), Qt::UTC};
 }
 
 } // namespace zul::calls

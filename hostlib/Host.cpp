@@ -23,7 +23,7 @@ QDateTime firstCreationColumn(const Message& message)
 QDateTime secondCreationColumn(const Message& message)
 {
     return message.creazioneIntera ? message.creazione
-                                   : QDateTime(QDate(1899, 12, 30), message.creazione.time(), Qt::UTC);
+                                   : QDateTime(fromDate(0).date(), message.creazione.time(), Qt::UTC);
 }
 
 /// Ends a transaction after an error. That the connection cannot even do this is no news next to the error.

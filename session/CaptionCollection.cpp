@@ -1,7 +1,7 @@
 #include "session/CaptionCollection.h"
 
 #include "automation/ErrorInfo.h"
-#include "automation/Text.h"
+#include "base/CaseFold.h"
 
 namespace zul {
 

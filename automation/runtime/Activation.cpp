@@ -1,20 +1,20 @@
 // Finding and loading components.
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstring>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
-
-#include <dlfcn.h>
 
 #include <oleauto.h>
 #include <zulreg.h>
 
 #include "automation/ComPtr.h"
 #include "automation/ErrorInfo.h"
-#include "automation/Text.h"
 #include "automation/runtime/ClassRegistry.h"
+#include "automation/runtime/LoadedLibraries.h"
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 
 namespace {
 
@@ -24,58 +24,12 @@ using namespace zul::runtime;
 
 constexpr std::u16string_view source = u"Zul_Automation";
 
-using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, LPVOID*);
-using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
-
-struct Library
-{
-    std::string path;
-    void* handle = nullptr;
-    GetClassObject getClassObject = nullptr;
-    CanUnloadNow canUnloadNow = nullptr;
-};
-
-std::mutex librariesMutex;
-// Never destroyed: at the end of the process a component may still be called.
-std::vector<Library>& libraries()
-{
-    static auto* const all = new std::vector<Library>;
-    return *all;
-}
-
+// How often this thread has initialised itself, and how many threads have. Plain numbers: a thread that is
+// started by a library's initialiser must not need the loader for them.
 thread_local unsigned initialized = 0;
+std::atomic<unsigned> initializedThreads{0};
 
-std::u16string loaderMessage()
-{
-    const char* const message = ::dlerror(); // NOLINT(concurrency-mt-unsafe)
-    return message == nullptr ? std::u16string() : zul::utf16FromUtf8(message);
-}
-
-HRESULT loadLibrary(const std::string& path, Library& library)
-{
-    const std::lock_guard<std::mutex> lock(librariesMutex);
-    const auto found = std::find_if(libraries().begin(), libraries().end(),
-                                    [&](const Library& l) { return l.path == path; });
-    if (found != libraries().end()) {
-        library = *found;
-        return S_OK;
-    }
-    library = Library{};
-    library.path = path;
-    library.handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library.handle == nullptr) {
-        return reportError(CO_E_DLLNOTFOUND, loaderMessage(), source);
-    }
-    library.getClassObject = reinterpret_cast<GetClassObject>(::dlsym(library.handle, "DllGetClassObject"));
-    library.canUnloadNow = reinterpret_cast<CanUnloadNow>(::dlsym(library.handle, "DllCanUnloadNow"));
-    if (library.getClassObject == nullptr) {
-        const std::u16string message = loaderMessage();
-        ::dlclose(library.handle);
-        return reportError(CO_E_ERRORINDLL, message, source);
-    }
-    libraries().push_back(library);
-    return S_OK;
-}
+constexpr std::chrono::minutes delayBesideOtherThreads{10};
 
 HRESULT findClass(REFCLSID clsid, RegisteredClass& entry)
 {
@@ -123,13 +77,17 @@ HRESULT CoInitializeEx(LPVOID reserved, DWORD coInit)
     if (reserved != nullptr) {
         return E_INVALIDARG;
     }
-    return ++initialized == 1 ? S_OK : S_FALSE;
+    if (++initialized > 1) {
+        return S_FALSE;
+    }
+    ++initializedThreads;
+    return S_OK;
 }
 
 void CoUninitialize()
 {
-    if (initialized > 0) {
-        --initialized;
+    if (initialized > 0 && --initialized == 0) {
+        --initializedThreads;
     }
 }
 
@@ -150,12 +108,8 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD clsContext, LPVOID reserved, REFI
     }
     return zul::comGuard(source, [&]() -> HRESULT {
         RegisteredClass entry;
-        HRESULT result = findClass(clsid, entry);
-        Library library;
-        if (SUCCEEDED(result)) {
-            result = loadLibrary(entry.library, library);
-        }
-        return FAILED(result) ? result : library.getClassObject(clsid, iid, object);
+        const HRESULT found = findClass(clsid, entry);
+        return FAILED(found) ? found : classObjectFrom(entry.library, clsid, iid, object);
     });
 }
 
@@ -176,20 +130,20 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD clsContext, REFI
 
 void CoFreeUnusedLibraries()
 {
-    std::vector<Library> unused;
-    {
-        const std::lock_guard<std::mutex> lock(librariesMutex);
-        const auto isUsed = [](const Library& l) {
-            return l.canUnloadNow == nullptr || l.canUnloadNow() != S_OK;
-        };
-        const auto firstUnused = std::stable_partition(libraries().begin(), libraries().end(), isUsed);
-        unused.assign(firstUnused, libraries().end());
-        libraries().erase(firstUnused, libraries().end());
-    }
-    // The libraries' own endings run outside the lock.
-    for (const Library& library : unused) {
-        ::dlclose(library.handle);
-    }
+    CoFreeUnusedLibrariesEx(INFINITE, 0);
+}
+
+void CoFreeUnusedLibrariesEx(DWORD delay, DWORD reserved)
+{
+    static_cast<void>(reserved);
+    freeUnusedLibraries([delay] {
+        if (delay != INFINITE) {
+            return std::chrono::milliseconds(delay);
+        }
+        // Another thread may be on its way out of a library whose last object it has just released.
+        const bool aloneHere = initializedThreads == (initialized > 0 ? 1U : 0U);
+        return aloneHere ? std::chrono::milliseconds(0) : std::chrono::milliseconds(delayBesideOtherThreads);
+    });
 }
 
 HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid)

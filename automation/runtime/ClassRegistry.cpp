@@ -17,7 +17,8 @@
 
 #include <zulreg.h>
 
-#include "automation/Text.h"
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 
 namespace zul::runtime {
 

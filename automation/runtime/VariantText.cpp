@@ -7,7 +7,8 @@
 #include <ctime>
 #include <vector>
 
-#include "automation/Text.h"
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 
 namespace zul::runtime {
 

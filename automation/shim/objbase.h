@@ -5,6 +5,7 @@
 
 #define COINIT_APARTMENTTHREADED 0x2
 #define COINIT_MULTITHREADED 0x0
+#define INFINITE 0xffffffffu
 
 STDAPI_(LPVOID) CoTaskMemAlloc(SIZE_T size);
 STDAPI_(LPVOID) CoTaskMemRealloc(LPVOID memory, SIZE_T size);
@@ -21,8 +22,11 @@ STDAPI_(void) CoUninitialize();
 // DllGetClassObject answers. The error object says more.
 STDAPI CoGetClassObject(REFCLSID clsid, DWORD clsContext, LPVOID reserved, REFIID iid, LPVOID* object);
 STDAPI CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD clsContext, REFIID iid, LPVOID* object);
-// Unloads every library whose DllCanUnloadNow answers S_OK.
+// Unloads the libraries whose DllCanUnloadNow answers S_OK: at once where no other thread is initialised, else
+// those that have answered so for ten minutes, because another thread may still be on its way out of the code.
 STDAPI_(void) CoFreeUnusedLibraries();
+// The same with a delay in milliseconds: 0 unloads at once, INFINITE is CoFreeUnusedLibraries.
+STDAPI_(void) CoFreeUnusedLibrariesEx(DWORD delay, DWORD reserved);
 
 STDAPI CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
 // The text is freed with CoTaskMemFree.

@@ -1,17 +1,8 @@
 #include "host/database/Names.h"
 
-#include <algorithm>
+#include "base/CaseFold.h"
 
 namespace zul::host {
-
-namespace {
-
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-} // namespace
 
 std::string bareName(std::string_view name)
 {
@@ -60,15 +51,12 @@ std::string bracketed(std::string_view name)
 
 std::string foldedName(std::string_view name)
 {
-    std::string folded(name);
-    std::transform(folded.begin(), folded.end(), folded.begin(), lower);
-    return folded;
+    return foldAscii(name);
 }
 
 bool sameName(std::string_view a, std::string_view b)
 {
-    return a.size() == b.size() &&
-           std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return lower(x) == lower(y); });
+    return equalAscii(a, b);
 }
 
 } // namespace zul::host

@@ -1,5 +1,6 @@
 #include "host/database/Recordset.h"
 
+#include "base/CaseFold.h"
 #include "host/database/Names.h"
 #include "host/database/VariantValue.h"
 

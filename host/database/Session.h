@@ -1,7 +1,7 @@
 #pragma once
 // What the connection object, its row sets and the services share: one open database.
 #include "automation/ErrorInfo.h"
-#include "automation/Text.h"
+#include "base/Utf8.h"
 #include "host/database/Engine.h"
 #include "host/database/Journal.h"
 

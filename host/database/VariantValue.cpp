@@ -1,7 +1,7 @@
 #include "host/database/VariantValue.h"
 
-#include "automation/Text.h"
 #include "base/DateText.h"
+#include "base/Utf8.h"
 #include "host/database/Decimal.h"
 #include "host/database/EngineError.h"
 

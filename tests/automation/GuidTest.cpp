@@ -6,7 +6,7 @@
 
 #include <Zul_MessageBuilder.h>
 
-#include "automation/Text.h"
+#include "base/Utf8.h"
 #include "automation/Uuid.h"
 
 TEST(Guid, GoesToTextAndBack)

@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <thread>
 
 #include <dlfcn.h>
@@ -18,63 +17,17 @@
 #include "automation/ComPtr.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Registration.h"
-#include "automation/Text.h"
-#include "tests/automation/SampleComponent.h"
-#include "tests/automation/ScopedEnvironment.h"
+#include "base/Utf8.h"
+#include "tests/automation/RegistryTest.h"
 
 namespace fs = std::filesystem;
 using zul::ComPtr;
 
 namespace {
 
+using Registration = RegistryTest;
+
 constexpr CLSID otherClass{0x11111111, 0x2222, 0x3333, {4, 4, 5, 5, 5, 5, 5, 5}};
-
-class Registration : public testing::Test
-{
-protected:
-    Registration()
-        : folder(fs::temp_directory_path() / ("zul-registration-" + std::to_string(::getpid())))
-        , file((folder / "nested" / "classes.ini").string())
-        , environment("ZUL_AUTOMATION_REGISTRY", file.c_str())
-    {
-        fs::remove_all(folder);
-        EXPECT_EQ(CoInitialize(nullptr), S_OK);
-    }
-    ~Registration() override
-    {
-        CoFreeUnusedLibraries();
-        CoUninitialize();
-        SetErrorInfo(0, nullptr);
-        std::error_code ignored;
-        fs::permissions(folder / "nested", fs::perms::owner_all, ignored);
-        fs::remove_all(folder, ignored);
-    }
-
-    std::string contents() const
-    {
-        std::ifstream stream(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    void write(const std::string& text) const
-    {
-        fs::create_directories(fs::path(file).parent_path());
-        std::ofstream(file, std::ios::binary) << text;
-    }
-    static HRESULT registerSample(const CLSID& clsid = sampleClass,
-                                  const char* library = ZUL_SAMPLE_COMPONENT)
-    {
-        return ZulRegisterClass(clsid, u"Zul_Sample.EmailCheck", u"Un esempio", library);
-    }
-    static HRESULT create(const CLSID& clsid, ComPtr<IEmailCheck>& object)
-    {
-        return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, zul::iidOf<IEmailCheck>(),
-                                object.putVoid());
-    }
-
-    fs::path folder;
-    std::string file;
-    ScopedEnvironment environment;
-};
 
 } // namespace
 
@@ -327,18 +280,11 @@ TEST_F(Registration, ObjectsNeedAnInitializedThread)
 
 TEST_F(Registration, ALibraryIsUnloadedWhenNothingOfItLives)
 {
-    const auto isLoaded = [] {
-        void* const handle = ::dlopen(ZUL_SAMPLE_COMPONENT, RTLD_NOW | RTLD_NOLOAD);
-        if (handle != nullptr) {
-            ::dlclose(handle);
-        }
-        return handle != nullptr;
-    };
     ASSERT_EQ(registerSample(), S_OK);
     ComPtr<IEmailCheck> object;
     ASSERT_EQ(create(sampleClass, object), S_OK);
     CoFreeUnusedLibraries();
-    EXPECT_TRUE(isLoaded()) << "an object lives";
+    EXPECT_TRUE(isLoaded(ZUL_SAMPLE_COMPONENT)) << "an object lives";
     object.reset();
 
     ComPtr<IClassFactory> factory;
@@ -349,11 +295,11 @@ TEST_F(Registration, ALibraryIsUnloadedWhenNothingOfItLives)
     ComPtr<IClassFactory> second = factory;
     factory.reset();
     CoFreeUnusedLibraries();
-    EXPECT_TRUE(isLoaded()) << "the factory lives";
+    EXPECT_TRUE(isLoaded(ZUL_SAMPLE_COMPONENT)) << "the factory lives";
     EXPECT_EQ(second->LockServer(0), S_OK);
     second.reset();
     CoFreeUnusedLibraries();
-    EXPECT_FALSE(isLoaded());
+    EXPECT_FALSE(isLoaded(ZUL_SAMPLE_COMPONENT));
     EXPECT_EQ(create(sampleClass, object), S_OK) << "and loaded again";
 }
 

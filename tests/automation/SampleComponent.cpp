@@ -7,8 +7,20 @@
 #include "automation/ClassFactory.h"
 #include "automation/Dispatch.h"
 #include "automation/Registration.h"
+#include "tests/automation/SampleHooks.h"
+
+#include <atomic>
 
 namespace {
+
+std::atomic<SampleHook> sampleHook{nullptr};
+
+void callHook(SampleEntry entry)
+{
+    if (const SampleHook hook = sampleHook.load()) {
+        hook(entry);
+    }
+}
 
 class EmailCheck final : public zul::ComObject<zul::Dispatching<IEmailCheck>>
 {
@@ -35,12 +47,15 @@ private:
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object)
 {
+    callHook(SampleEntry::GetClassObject);
     return zul::getClassObject<EmailCheck>(clsid, sampleClass, iid, object);
 }
 
 STDAPI DllCanUnloadNow()
 {
-    return zul::moduleReferences() == 0 ? S_OK : S_FALSE;
+    const HRESULT answer = zul::moduleReferences() == 0 ? S_OK : S_FALSE;
+    callHook(SampleEntry::CanUnloadNow);
+    return answer;
 }
 
 STDAPI DllRegisterServer()
@@ -51,4 +66,11 @@ STDAPI DllRegisterServer()
 STDAPI DllUnregisterServer()
 {
     return zul::unregisterClass(sampleClass);
+}
+
+extern "C" __attribute__((visibility("default"))) void zulSetSampleHook(SampleHook hook);
+
+extern "C" void zulSetSampleHook(SampleHook hook)
+{
+    sampleHook = hook;
 }

@@ -1,4 +1,4 @@
-// The class of the sample component.
+// The classes of the sample components.
 #pragma once
 
 #include <guiddef.h>
@@ -9,3 +9,6 @@ inline constexpr CLSID sampleClass{
 // {5B0F6E0C-1D3F-4C52-9A57-0C7B2F0A9D02}: registered for it, but unknown to it
 inline constexpr CLSID strangeClass{
     0x5b0f6e0c, 0x1d3f, 0x4c52, {0x9a, 0x57, 0x0c, 0x7b, 0x2f, 0x0a, 0x9d, 0x02}};
+// {5B0F6E0C-1D3F-4C52-9A57-0C7B2F0A9D03}: the class of the component that loads another one
+inline constexpr CLSID eagerClass{
+    0x5b0f6e0c, 0x1d3f, 0x4c52, {0x9a, 0x57, 0x0c, 0x7b, 0x2f, 0x0a, 0x9d, 0x03}};

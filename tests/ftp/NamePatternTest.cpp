@@ -1,7 +1,5 @@
 #include "ftp/NamePattern.h"
 
-#include "ftp/Utf8Text.h"
-
 #include <gtest/gtest.h>
 #include <string>
 
@@ -57,16 +55,6 @@ TEST(NamePatternTest, ManyStarsOnALongNameEnd)
         stars += "*a";
     EXPECT_FALSE(matchesPattern(std::string(10'000, 'a') + "b", stars));
     EXPECT_TRUE(matchesPattern(std::string(10'000, 'a'), stars));
-}
-
-TEST(Utf8TextTest, CountsAndCutsCharacters)
-{
-    EXPECT_EQ(characterCount("aè€😀"), 4U);
-    EXPECT_EQ(leftCharacters("aè€😀x", 3), "aè€");
-    EXPECT_EQ(leftCharacters("aè", 10), "aè");
-    EXPECT_EQ(leftCharacters("aè", 0), "");
-    EXPECT_EQ(characterCount("\xc3\xff\xe2\x82"), 4U);
-    EXPECT_EQ(characterSize("a", 1), 0U);
 }
 
 } // namespace

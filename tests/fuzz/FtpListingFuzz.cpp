@@ -1,8 +1,8 @@
 // Listings: whatever a server sends, what comes out are names, sizes and times within their bounds.
+#include "base/Utf8.h"
 #include "ftp/FileTime.h"
 #include "ftp/ListingParser.h"
 #include "ftp/NamePattern.h"
-#include "ftp/Utf8Text.h"
 
 #include <algorithm>
 #include <cstddef>

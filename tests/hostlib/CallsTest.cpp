@@ -2,6 +2,7 @@
 
 #include "tests/support/ComponentTest.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 namespace zul {
@@ -22,6 +23,13 @@ TEST(CallsTest, BeforeTheFirstDayTheFractionStillCountsForward)
     const QDateTime when(QDate(1899, 12, 28), QTime(18, 0), Qt::UTC);
     EXPECT_EQ(calls::toDate(when), -2.75);
     EXPECT_EQ(calls::fromDate(-2.75), when);
+}
+
+TEST(CallsTest, ANumberFarBeyondTheCalendarIsNoDate)
+{
+    EXPECT_FALSE(calls::fromDate(1e300).isValid());
+    EXPECT_FALSE(calls::fromDate(-1e300).isValid());
+    EXPECT_EQ(calls::fromDate(std::nan("")), calls::fromDate(0));
 }
 
 TEST(CallsTest, DatesComeBackAsTheyWent)

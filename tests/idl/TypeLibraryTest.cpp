@@ -4,7 +4,7 @@
 
 #include <objbase.h>
 
-#include "automation/Text.h"
+#include "base/Utf8.h"
 #include "tests/idl/TypeLibrary.h"
 
 using testing::ElementsAre;

@@ -5,6 +5,7 @@
 #include "automation/ComObject.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Variant.h"
+#include "base/CaseFold.h"
 #include "base/DateText.h"
 #include "host/database/EngineError.h"
 

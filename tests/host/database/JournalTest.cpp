@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+using namespace zul;
 using namespace zul::host;
 
 namespace {

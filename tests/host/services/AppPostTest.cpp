@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 
+using namespace zul;
 using namespace zul::host;
 
 namespace {

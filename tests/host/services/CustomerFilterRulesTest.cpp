@@ -5,6 +5,7 @@
 
 #include <limits>
 
+using namespace zul;
 using namespace zul::host;
 
 namespace {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+using namespace zul;
 using namespace zul::host;
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 // Numbers and texts as the protocol writes them: little-endian, UTF-16.
-#include "automation/Text.h"
+#include "base/Utf8.h"
 
 #include <cstdint>
 #include <cstring>

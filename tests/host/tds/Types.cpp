@@ -76,18 +76,18 @@ Moment momentOf(const Datum& value)
 {
     std::optional<double> date;
     if (const auto* digits = std::get_if<std::int64_t>(&value))
-        date = host::dateFromDigits(*digits);
+        date = dateFromDigits(*digits);
     else if (const auto* text = std::get_if<std::string>(&value))
-        date = host::parseDate(*text);
+        date = parseDate(*text);
     if (!date)
         throw std::out_of_range("no date");
     // Through the text: the fraction of a date before 1899-12-30 counts forward.
-    const std::string text = host::formatDate(*date);
+    const std::string text = formatDate(*date);
     const auto part = [&](std::size_t from, std::size_t count) {
         return std::stoi(text.substr(from, count));
     };
     Moment moment;
-    moment.day = host::daysFromCivil({part(0, 4), part(5, 2), part(8, 2)});
+    moment.day = daysFromCivil({part(0, 4), part(5, 2), part(8, 2)});
     moment.milliseconds =
         ((part(11, 2) * 60 + part(14, 2)) * 60 + part(17, 2)) * std::int64_t{1000} + part(20, 3);
     return moment;
@@ -95,7 +95,7 @@ Moment momentOf(const Datum& value)
 
 std::string textOf(std::int64_t day, std::int64_t milliseconds)
 {
-    const host::CivilDay civil = host::civilFromDays(day);
+    const CivilDay civil = civilFromDays(day);
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d.%03d", civil.year, civil.month,
                   civil.day, static_cast<int>(milliseconds / 3'600'000),
@@ -182,7 +182,7 @@ std::string asDateTime(const Datum& value)
         milliseconds = 0;
         ++moment.day;
     }
-    if (moment.day < host::daysFromCivil({1753, 1, 1}) || moment.day > host::daysFromCivil({9999, 12, 31}))
+    if (moment.day < daysFromCivil({1753, 1, 1}) || moment.day > daysFromCivil({9999, 12, 31}))
         throw std::out_of_range("out of range");
     return textOf(moment.day, milliseconds);
 }
@@ -330,7 +330,7 @@ Parameter readDateTime2(Reader& in)
     std::uint64_t time = value.number(length - std::size_t{3});
     for (int i = scale; i < 7; ++i)
         time *= 10;
-    const auto day = static_cast<std::int64_t>(value.number(3)) + host::daysFromCivil({1, 1, 1});
+    const auto day = static_cast<std::int64_t>(value.number(3)) + daysFromCivil({1, 1, 1});
     std::string text = textOf(day, static_cast<std::int64_t>(time / 10'000));
     // A datetime that does not fall on a hundredth is not the same moment as any datetime2 of three digits: the
     // digits behind them keep the two apart.
