@@ -1,25 +1,14 @@
 #include "host/dialect/Dialect.h"
 
-#include "host/dialect/DistinctKey.h"
-#include "host/dialect/Emitter.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Parser.h"
-#include "host/dialect/TextSearch.h"
-#include "host/dialect/Types.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/syntax/Parser.h"
+#include "host/dialect/writer/DistinctKey.h"
+#include "host/dialect/writer/Emitter.h"
+#include "host/dialect/writer/TextSearch.h"
 
 #include <utility>
 
 namespace zul::dialect {
-
-DialectError::DialectError(const std::string& message, std::size_t offset, std::size_t line,
-                           std::size_t column)
-    : std::runtime_error("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
-                         message)
-    , m_message(message)
-    , m_offset(offset)
-    , m_line(line)
-    , m_column(column)
-{}
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "host/dialect/SqliteFunctions.h"
 
-#include "host/dialect/Functions.h"
+#include "host/dialect/functions/Functions.h"
 
 #include <array>
 #include <exception>

@@ -1,10 +1,11 @@
 // Any text: the translation ends in a result or a DialectError, the result's quotes are closed, nothing of it
 // stands outside of one statement, and every literal that went in comes out as it was.
-#include "host/dialect/DateTime.h"
 #include "host/dialect/Dialect.h"
-#include "host/dialect/Functions.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Like.h"
+#include "host/dialect/base/DateTime.h"
+#include "host/dialect/base/Like.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/functions/Functions.h"
+#include "host/dialect/syntax/Lexer.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "host/dialect/DateTime.h"
+#include "host/dialect/base/DateTime.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The server's functions, each with values and with NULL.
-#include "host/dialect/Functions.h"
+#include "host/dialect/functions/Functions.h"
 #include "tests/host/dialect/Engine.h"
 
 #include <array>

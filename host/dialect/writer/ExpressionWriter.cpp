@@ -1,9 +1,9 @@
-#include "host/dialect/ExpressionWriter.h"
+#include "host/dialect/writer/ExpressionWriter.h"
 
-#include "host/dialect/DateTime.h"
-#include "host/dialect/Functions.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Types.h"
+#include "host/dialect/base/DateTime.h"
+#include "host/dialect/base/DialectError.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/functions/Functions.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,8 +1,8 @@
 #pragma once
 // A DISTINCT that a key makes needless: recognised in the tree and taken out.
 
-#include "host/dialect/Ast.h"
-#include "host/dialect/Dialect.h"
+#include "host/dialect/syntax/Ast.h"
+#include "host/dialect/writer/Catalogue.h"
 
 namespace zul::dialect {
 

@@ -1,7 +1,7 @@
 #pragma once
 // Recursive descent over the tokens of a Transact-SQL batch.
 
-#include "host/dialect/Ast.h"
+#include "host/dialect/syntax/Ast.h"
 
 #include <string_view>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "host/dialect/Like.h"
+#include "host/dialect/base/Like.h"
 
-#include "host/dialect/Utf8.h"
+#include "host/dialect/base/Utf8.h"
 
 #include <cstddef>
 #include <string>

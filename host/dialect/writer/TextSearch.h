@@ -1,8 +1,9 @@
 #pragma once
 // A search for a text inside a column: recognised in the tree.
 
-#include "host/dialect/Ast.h"
-#include "host/dialect/Dialect.h"
+#include "host/dialect/syntax/Ast.h"
+#include "host/dialect/writer/Catalogue.h"
+#include "host/dialect/writer/Translation.h"
 
 #include <optional>
 

@@ -1,9 +1,8 @@
 // How each function of the server is written: natively where the engine's own does the same, else as a call of
 // an application function.
-#include "host/dialect/DateTime.h"
-#include "host/dialect/ExpressionWriter.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Types.h"
+#include "host/dialect/base/DateTime.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/writer/ExpressionWriter.h"
 
 #include <charconv>
 #include <optional>

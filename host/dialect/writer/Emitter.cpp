@@ -1,9 +1,9 @@
-#include "host/dialect/Emitter.h"
+#include "host/dialect/writer/Emitter.h"
 
-#include "host/dialect/ExpressionWriter.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Sql.h"
-#include "host/dialect/Types.h"
+#include "host/dialect/base/DialectError.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/writer/ExpressionWriter.h"
+#include "host/dialect/writer/Sql.h"
 
 #include <algorithm>
 #include <utility>

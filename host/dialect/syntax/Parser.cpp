@@ -1,7 +1,9 @@
-#include "host/dialect/Parser.h"
+#include "host/dialect/syntax/Parser.h"
 
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Types.h"
+#include "host/dialect/base/ColumnType.h"
+#include "host/dialect/base/DialectError.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/syntax/Lexer.h"
 
 #include <charconv>
 #include <initializer_list>
@@ -153,8 +155,7 @@ private:
     bool atName(std::size_t ahead = 0) const
     {
         const Token& token = peek(ahead);
-        return token.kind == TokenKind::Name ||
-               (token.kind == TokenKind::Word && !isReserved(upperAscii(token.text)));
+        return token.kind == TokenKind::Name || (token.kind == TokenKind::Word && !isReserved(token.text));
     }
 
     std::string name(const std::string& expected = "a name")
@@ -745,7 +746,7 @@ private:
             type.name = "varchar";
         if (national)
             type.name = "n" + type.name;
-        if (!isKnownType(type.name))
+        if (!isTransactType(type.name))
             failAt(m_text, offset, "the type '" + type.name + "' is not known");
         if (takeSymbol("(")) {
             if (takeWord("MAX"))

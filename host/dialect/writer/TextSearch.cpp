@@ -1,6 +1,6 @@
-#include "host/dialect/TextSearch.h"
+#include "host/dialect/writer/TextSearch.h"
 
-#include "host/dialect/Lexer.h"
+#include "host/dialect/base/Words.h"
 
 #include <algorithm>
 

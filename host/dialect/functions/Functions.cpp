@@ -1,10 +1,10 @@
-#include "host/dialect/Functions.h"
+#include "host/dialect/functions/Functions.h"
 
-#include "host/dialect/DateTime.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Like.h"
-#include "host/dialect/Types.h"
-#include "host/dialect/Utf8.h"
+#include "host/dialect/base/ColumnType.h"
+#include "host/dialect/base/DateTime.h"
+#include "host/dialect/base/Like.h"
+#include "host/dialect/base/Utf8.h"
+#include "host/dialect/base/Words.h"
 
 #include <algorithm>
 #include <array>

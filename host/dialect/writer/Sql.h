@@ -1,8 +1,8 @@
 #pragma once
 // Pieces of SQLite's SQL: how names and texts are quoted, and which operator binds closer than which.
 
-#include "host/dialect/Ast.h"
-#include "host/dialect/Dialect.h"
+#include "host/dialect/base/ColumnType.h"
+#include "host/dialect/syntax/Ast.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "host/dialect/DateTime.h"
+#include "host/dialect/base/DateTime.h"
 
-#include "host/dialect/Lexer.h"
+#include "host/dialect/base/Words.h"
 
 #include <array>
 #include <cmath>

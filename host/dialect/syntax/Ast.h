@@ -2,6 +2,8 @@
 // The syntax tree that the parser builds and the emitter reads. Chains of '+', AND, UNION … are flat lists, so
 // that the depth of a tree is the nesting of the text and not its length.
 
+#include "host/dialect/syntax/TypeName.h"
+
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -14,15 +16,6 @@ struct Expr;
 struct Query;
 using ExprPtr = std::unique_ptr<Expr>;
 using QueryPtr = std::unique_ptr<Query>;
-
-/// A type as written: "nvarchar", its two numbers, and whether the length is (max).
-struct TypeName
-{
-    std::string name; ///< in small letters
-    std::optional<int> length;
-    std::optional<int> scale;
-    bool max = false;
-};
 
 enum class ExprKind
 {

@@ -1,8 +1,9 @@
 #pragma once
 // Writes a syntax tree as SQLite's SQL, with the types of columns and expressions as far as they are known.
 
-#include "host/dialect/Ast.h"
-#include "host/dialect/Dialect.h"
+#include "host/dialect/syntax/Ast.h"
+#include "host/dialect/writer/Catalogue.h"
+#include "host/dialect/writer/Translation.h"
 
 #include <string_view>
 

@@ -38,15 +38,4 @@ struct Token
 /// a quote or comment that is not closed, a character that starts nothing).
 std::vector<Token> tokenize(std::string_view tsql);
 
-/// Throws a DialectError for a place in the text.
-[[noreturn]] void failAt(std::string_view tsql, std::size_t offset, const std::string& message);
-
-/// ASCII-only comparisons, independent of the locale.
-bool sameWord(std::string_view a, std::string_view b);
-std::string upperAscii(std::string_view text);
-std::string lowerAscii(std::string_view text);
-
-/// A keyword that cannot be a bare name in Transact-SQL. Takes capitals.
-bool isReserved(std::string_view upperWord);
-
 } // namespace zul::dialect

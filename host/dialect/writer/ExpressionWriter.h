@@ -1,8 +1,8 @@
 #pragma once
 // Writes expressions and conditions.
 
-#include "host/dialect/Ast.h"
-#include "host/dialect/Sql.h"
+#include "host/dialect/syntax/Ast.h"
+#include "host/dialect/writer/Sql.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "host/dialect/DistinctKey.h"
+#include "host/dialect/writer/DistinctKey.h"
 
-#include "host/dialect/Lexer.h"
+#include "host/dialect/base/Words.h"
 
 #include <algorithm>
 #include <array>

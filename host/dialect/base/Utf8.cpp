@@ -1,4 +1,4 @@
-#include "host/dialect/Utf8.h"
+#include "host/dialect/base/Utf8.h"
 
 namespace zul::dialect {
 
