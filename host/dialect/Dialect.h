@@ -1,10 +1,51 @@
 #pragma once
 // The dialect layer: reads Transact-SQL and writes the SQL of SQLite.
 //
-// A statement is parsed (lexer, recursive-descent parser, syntax tree, emitter), never pattern-replaced. What
+// A statement is parsed (lexer, recursive-descent parser, syntax tree, writer), never pattern-replaced. What
 // the layer does not know is a DialectError that names the place; nothing is passed through unread. A text
 // between quotes is never changed: it comes out as the same literal, unless it is a date that meets a date
 // column or a date function, or a number that meets a numeric column (see below).
+//
+// The language, in the notation [optional] {repeated}, x, … for lists; words in any case, -- and nested /* */
+// comments, ';' between statements or nothing:
+//
+//   statement   SELECT …  |  INSERT …  |  UPDATE …  |  DELETE …, each with WITH name [(column, …)] AS (query), …
+//               before it  |  TRUNCATE TABLE table
+//               CREATE TABLE table (column type {option} | constraint, …)  |  DROP TABLE [IF EXISTS] table, …
+//               ALTER TABLE table ADD [COLUMN] column type {option}, …  |  ALTER TABLE table DROP COLUMN column, …
+//               CREATE [UNIQUE] [[NON]CLUSTERED] INDEX name ON table (column [ASC|DESC], …)  |
+//               DROP INDEX [IF EXISTS] name ON table
+//               CREATE VIEW view [(column, …)] AS query  |  DROP VIEW [IF EXISTS] view, …
+//               BEGIN TRAN[SACTION]  |  COMMIT [TRAN[SACTION]]  |  ROLLBACK [TRAN[SACTION]]
+//   query       SELECT [DISTINCT] [TOP n | TOP (value)] item, … [FROM source, …] [WHERE condition]
+//               [GROUP BY value, …] [HAVING condition]  |  VALUES (value, …), …  |  (query),
+//               joined by UNION [ALL], EXCEPT, INTERSECT;
+//               [ORDER BY value [ASC|DESC], …] [OFFSET n ROWS [FETCH NEXT n ROWS ONLY]] [OPTION (passed over)]
+//   item        *  |  table.*  |  value [[AS] alias]  |  alias = value
+//   source      table [[AS] alias] [WITH (passed over)]  |  (query) [AS] alias [(column, …)]  |
+//               source [INNER] | LEFT | RIGHT | FULL [OUTER] | CROSS JOIN source [ON condition]  |  (source)
+//   INSERT      [INTO] table [(column, …)]  VALUES (value, …), …  |  query  |  DEFAULT VALUES
+//   UPDATE      table SET column = | += | -= | *= | /= | %= value, … [FROM source, …] [WHERE condition]
+//   DELETE      [FROM] table [FROM source, …] [WHERE condition]
+//   option      [NOT] NULL, IDENTITY [(1,1)], PRIMARY KEY [[NON]CLUSTERED], UNIQUE, DEFAULT value, CHECK (condition),
+//               COLLATE name (passed over), REFERENCES table [(column, …)] {ON DELETE | UPDATE action}
+//   constraint  [CONSTRAINT name] PRIMARY KEY (column, …), UNIQUE (column, …), FOREIGN KEY (column, …) REFERENCES …,
+//               CHECK (condition)
+//   condition   AND, OR, NOT, = <> != < > <= >=, IS [NOT] NULL, [NOT] BETWEEN, [NOT] IN (value, … | query),
+//               [NOT] LIKE pattern [ESCAPE character] with % _ [a-z] [^a-z], EXISTS (query)
+//   value       'text', N'text', 1, 1.5, 1e5, 0x0A, NULL, ?, [schema.][table.]column, [name] or "name",
+//               + - * / % & |, CASE … END, CAST(value AS type), CONVERT(type, value [, style]), (query),
+//               value COLLATE name (_CS and _BIN look at case, others do not), function(value, …)
+//   function    COUNT SUM MIN MAX AVG (with DISTINCT); ISNULL COALESCE NULLIF IIF; LEN LEFT RIGHT SUBSTRING LTRIM
+//               RTRIM TRIM UPPER LOWER REPLACE CHARINDEX PATINDEX REPLICATE SPACE CONCAT CHAR NCHAR ASCII UNICODE STR;
+//               ABS ROUND FLOOR CEILING; GETDATE CURRENT_TIMESTAMP DATEDIFF DATEADD DATEPART YEAR MONTH DAY;
+//               ISDATE ISNUMERIC; SCOPE_IDENTITY @@IDENTITY @@ROWCOUNT
+//   type        bit tinyint smallint int bigint decimal numeric money smallmoney float real char varchar nchar
+//               nvarchar text ntext sysname uniqueidentifier date datetime datetime2 smalldatetime time binary
+//               varbinary image, with length, (precision, scale) or (max)
+//
+// Names may have a server, a database and a schema, which mean nothing here; #names are temporary tables. At most 90
+// levels of parentheses, sub-selects and the like stand inside each other, and 64 tables in one join.
 //
 // UTF-8 in and out. Everything here is a pure function of its arguments and may be called on any thread.
 //

@@ -62,13 +62,6 @@ bool mayChange(const std::string& text)
            sameWord(text, "false");
 }
 
-bool hint(const Token& token)
-{
-    return upperAscii(token.text).find("LOCK") != std::string::npos || token.isWord("INDEX") ||
-           upperAscii(token.text).find("READ") != std::string::npos || token.isWord("SERIALIZABLE") ||
-           token.isWord("NOWAIT");
-}
-
 void checkLiterals(std::string_view tsql, const std::vector<Translation>& translations)
 {
     std::vector<std::string> out;
@@ -78,8 +71,7 @@ void checkLiterals(std::string_view tsql, const std::vector<Translation>& transl
     const std::vector<Token> tokens = tokenize(tsql);
     for (const Token& token : tokens)
         // Advice in parentheses is passed over with whatever stands in it.
-        if (token.isWord("OPTION") || token.isWord("WITH") || token.isWord("INCLUDE") || hint(token) ||
-            token.isWord("LANGUAGE") || token.isWord("DATEFORMAT"))
+        if (token.isWord("OPTION") || token.isWord("WITH") || token.isWord("NOLOCK"))
             return;
     for (const Token& token : tokens)
         if (token.kind == TokenKind::Text && !mayChange(token.text)) {

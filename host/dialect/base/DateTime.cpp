@@ -17,11 +17,8 @@ constexpr std::int64_t day1900 = -25567; // 1900-01-01, a Monday
 constexpr std::int64_t firstDay = -719162;
 constexpr std::int64_t lastDay = 2932896;
 
-constexpr std::array<std::string_view, 12> monthNames = {"January",   "February", "March",    "April",
-                                                         "May",       "June",     "July",     "August",
-                                                         "September", "October",  "November", "December"};
-constexpr std::array<std::string_view, 7> dayNames = {"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                                      "Thursday", "Friday", "Saturday"};
+constexpr std::array<std::string_view, 12> monthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                         "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 std::int64_t floorDivide(std::int64_t a, std::int64_t b)
 {
@@ -167,56 +164,27 @@ std::string halfDayClock(const Moment& moment, bool exact)
     return text + (hour < 12 ? "AM" : "PM");
 }
 
-std::int64_t isoWeekOf(std::int64_t day)
-{
-    const std::int64_t fromMonday = (weekDayOf(day) + 6) % 7;
-    const std::int64_t thursday = day - fromMonday + 3;
-    const std::int64_t yearStart = dayOf(civilOf(thursday).year, 1, 1);
-    return (thursday - yearStart) / 7 + 1;
-}
-
 } // namespace
 
 std::optional<DatePart> datePartNamed(std::string_view name)
 {
-    static constexpr std::pair<std::string_view, DatePart> names[] = {{"year", DatePart::Year},
-                                                                      {"yy", DatePart::Year},
-                                                                      {"yyyy", DatePart::Year},
-                                                                      {"quarter", DatePart::Quarter},
-                                                                      {"qq", DatePart::Quarter},
-                                                                      {"q", DatePart::Quarter},
-                                                                      {"month", DatePart::Month},
-                                                                      {"mm", DatePart::Month},
-                                                                      {"m", DatePart::Month},
-                                                                      {"dayofyear", DatePart::DayOfYear},
-                                                                      {"dy", DatePart::DayOfYear},
-                                                                      {"y", DatePart::DayOfYear},
-                                                                      {"day", DatePart::Day},
-                                                                      {"dd", DatePart::Day},
-                                                                      {"d", DatePart::Day},
-                                                                      {"week", DatePart::Week},
-                                                                      {"wk", DatePart::Week},
-                                                                      {"ww", DatePart::Week},
-                                                                      {"iso_week", DatePart::IsoWeek},
-                                                                      {"isowk", DatePart::IsoWeek},
-                                                                      {"isoww", DatePart::IsoWeek},
-                                                                      {"weekday", DatePart::WeekDay},
-                                                                      {"dw", DatePart::WeekDay},
-                                                                      {"w", DatePart::WeekDay},
-                                                                      {"hour", DatePart::Hour},
-                                                                      {"hh", DatePart::Hour},
-                                                                      {"minute", DatePart::Minute},
-                                                                      {"mi", DatePart::Minute},
-                                                                      {"n", DatePart::Minute},
-                                                                      {"second", DatePart::Second},
-                                                                      {"ss", DatePart::Second},
-                                                                      {"s", DatePart::Second},
-                                                                      {"millisecond", DatePart::Millisecond},
-                                                                      {"ms", DatePart::Millisecond},
-                                                                      {"microsecond", DatePart::Microsecond},
-                                                                      {"mcs", DatePart::Microsecond},
-                                                                      {"nanosecond", DatePart::Nanosecond},
-                                                                      {"ns", DatePart::Nanosecond}};
+    static constexpr std::pair<std::string_view, DatePart> names[] = {
+        {"year", DatePart::Year},       {"yy", DatePart::Year},
+        {"yyyy", DatePart::Year},       {"quarter", DatePart::Quarter},
+        {"qq", DatePart::Quarter},      {"q", DatePart::Quarter},
+        {"month", DatePart::Month},     {"mm", DatePart::Month},
+        {"m", DatePart::Month},         {"dayofyear", DatePart::DayOfYear},
+        {"dy", DatePart::DayOfYear},    {"y", DatePart::DayOfYear},
+        {"day", DatePart::Day},         {"dd", DatePart::Day},
+        {"d", DatePart::Day},           {"week", DatePart::Week},
+        {"wk", DatePart::Week},         {"ww", DatePart::Week},
+        {"weekday", DatePart::WeekDay}, {"dw", DatePart::WeekDay},
+        {"w", DatePart::WeekDay},       {"hour", DatePart::Hour},
+        {"hh", DatePart::Hour},         {"minute", DatePart::Minute},
+        {"mi", DatePart::Minute},       {"n", DatePart::Minute},
+        {"second", DatePart::Second},   {"ss", DatePart::Second},
+        {"s", DatePart::Second},        {"millisecond", DatePart::Millisecond},
+        {"ms", DatePart::Millisecond}};
     for (const auto& [known, part] : names)
         if (sameWord(known, name))
             return part;
@@ -225,9 +193,9 @@ std::optional<DatePart> datePartNamed(std::string_view name)
 
 std::string_view nameOf(DatePart part)
 {
-    static constexpr std::array<std::string_view, 14> names = {
-        "year",    "quarter", "month",  "dayofyear", "day",         "week",        "iso_week",
-        "weekday", "hour",    "minute", "second",    "millisecond", "microsecond", "nanosecond"};
+    static constexpr std::array<std::string_view, 11> names = {"year",   "quarter", "month",      "dayofyear",
+                                                               "day",    "week",    "weekday",    "hour",
+                                                               "minute", "second",  "millisecond"};
     return names[static_cast<std::size_t>(part)];
 }
 
@@ -322,7 +290,7 @@ double numberOfMoment(const Moment& moment)
            static_cast<double>(moment.millisecond) / static_cast<double>(millisecondsPerDay);
 }
 
-std::optional<std::int64_t> dateDifference(DatePart part, const Moment& from, const Moment& to)
+std::int64_t dateDifference(DatePart part, const Moment& from, const Moment& to)
 {
     const std::int64_t days = to.day - from.day;
     const auto months = [](const Moment& moment) {
@@ -331,13 +299,6 @@ std::optional<std::int64_t> dateDifference(DatePart part, const Moment& from, co
     };
     const auto units = [&](std::int64_t unit) {
         return days * (millisecondsPerDay / unit) + to.millisecond / unit - from.millisecond / unit;
-    };
-    const auto finer = [&](std::int64_t factor) -> std::optional<std::int64_t> {
-        const std::int64_t milliseconds = units(1);
-        if (milliseconds > std::numeric_limits<std::int64_t>::max() / factor ||
-            milliseconds < std::numeric_limits<std::int64_t>::min() / factor)
-            return std::nullopt;
-        return milliseconds * factor;
     };
     switch (part) {
     case DatePart::Year:
@@ -352,8 +313,6 @@ std::optional<std::int64_t> dateDifference(DatePart part, const Moment& from, co
         return days;
     case DatePart::Week:
         return floorDivide(to.day + 4, 7) - floorDivide(from.day + 4, 7);
-    case DatePart::IsoWeek:
-        return std::nullopt;
     case DatePart::Hour:
         return units(3'600'000);
     case DatePart::Minute:
@@ -362,12 +321,8 @@ std::optional<std::int64_t> dateDifference(DatePart part, const Moment& from, co
         return units(1000);
     case DatePart::Millisecond:
         return units(1);
-    case DatePart::Microsecond:
-        return finer(1000);
-    case DatePart::Nanosecond:
-        return finer(1'000'000);
     }
-    return std::nullopt;
+    return 0;
 }
 
 std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& moment)
@@ -409,8 +364,6 @@ std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& 
         return plusMilliseconds(number, millisecondsPerDay);
     case DatePart::Week:
         return plusMilliseconds(number, 7 * millisecondsPerDay);
-    case DatePart::IsoWeek:
-        return std::nullopt;
     case DatePart::Hour:
         return plusMilliseconds(number, 3'600'000);
     case DatePart::Minute:
@@ -419,10 +372,6 @@ std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& 
         return plusMilliseconds(number, 1000);
     case DatePart::Millisecond:
         return plusMilliseconds(number, 1);
-    case DatePart::Microsecond:
-        return plusMilliseconds(number / 1000, 1);
-    case DatePart::Nanosecond:
-        return plusMilliseconds(number / 1'000'000, 1);
     }
     return std::nullopt;
 }
@@ -444,8 +393,6 @@ std::int64_t partOf(DatePart part, const Moment& moment)
     case DatePart::Week:
         // Week 1 holds the first of January.
         return floorDivide(moment.day + 4, 7) - floorDivide(dayOf(date.year, 1, 1) + 4, 7) + 1;
-    case DatePart::IsoWeek:
-        return isoWeekOf(moment.day);
     case DatePart::WeekDay:
         return weekDayOf(moment.day) + 1;
     case DatePart::Hour:
@@ -456,21 +403,8 @@ std::int64_t partOf(DatePart part, const Moment& moment)
         return moment.millisecond / 1000 % 60;
     case DatePart::Millisecond:
         return moment.millisecond % 1000;
-    case DatePart::Microsecond:
-        return moment.millisecond % 1000 * 1000;
-    case DatePart::Nanosecond:
-        return moment.millisecond % 1000 * 1'000'000;
     }
     return 0;
-}
-
-std::string partNameOf(DatePart part, const Moment& moment)
-{
-    if (part == DatePart::Month)
-        return std::string(monthNames[civilOf(moment.day).month - 1]);
-    if (part == DatePart::WeekDay)
-        return std::string(dayNames[static_cast<std::size_t>(weekDayOf(moment.day))]);
-    return std::to_string(partOf(part, moment));
 }
 
 namespace {
@@ -552,7 +486,7 @@ std::optional<std::string> momentInStyle(const Moment& moment, int style)
             text += padded("%2lld", date.day);
             break;
         case 'N':
-            text += monthNames[date.month - 1].substr(0, 3);
+            text += monthNames[date.month - 1];
             break;
         case 't':
             text += clock(moment);

@@ -31,15 +31,12 @@ enum class DatePart
     Month,
     DayOfYear,
     Day,
-    Week, ///< weeks start on Sunday
-    IsoWeek,
+    Week,    ///< weeks start on Sunday
     WeekDay, ///< Sunday is 1
     Hour,
     Minute,
     Second,
-    Millisecond,
-    Microsecond,
-    Nanosecond
+    Millisecond
 };
 
 /// The part of a name or its abbreviation ("year", "yy", "yyyy" …), in any case.
@@ -66,14 +63,11 @@ std::string formatTime(const Moment& moment);
 std::optional<Moment> momentOfNumber(double days);
 double numberOfMoment(const Moment& moment);
 
-/// The number of boundaries of the part crossed between two moments. Nothing on overflow of 64 bits, or for a
-/// part that has no difference (the ISO week).
-std::optional<std::int64_t> dateDifference(DatePart part, const Moment& from, const Moment& to);
+/// The number of boundaries of the part crossed between two moments.
+std::int64_t dateDifference(DatePart part, const Moment& from, const Moment& to);
 /// Nothing when the result is out of range. A day past the end of the month becomes its last day.
 std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& moment);
 std::int64_t partOf(DatePart part, const Moment& moment);
-/// English names of month and weekday, the number of other parts.
-std::string partNameOf(DatePart part, const Moment& moment);
 
 /// A date as text in one of the server's numbered styles (0, 1 … 14, 20, 21, 100 … 114, 120, 121, 126, 130 is
 /// not known); nothing for an unknown style.

@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <limits>
 #include <optional>
-#include <random>
 
 namespace zul::dialect {
 
@@ -283,13 +282,6 @@ Result modulo(Arguments arguments)
     return *y == -1 ? 0 : *x % *y;
 }
 
-Result exclusiveOr(Arguments arguments)
-{
-    if (anyNull(arguments))
-        return {};
-    return wholeOf(arguments[0]) ^ wholeOf(arguments[1]);
-}
-
 Result number(Arguments arguments)
 {
     return anyNull(arguments) ? Result{} : resultOf(numberOf(arguments[0]));
@@ -445,21 +437,6 @@ Result substring(Arguments arguments)
     return slice(*TextView(arguments[0]), start, lengthArgument(arguments[2], "substring"));
 }
 
-// STUFF: a NULL to put in counts as an empty text; a place outside the text gives NULL.
-Result stuff(Arguments arguments)
-{
-    if (anyNull(arguments.first(3)))
-        return {};
-    const std::u32string text = toCharacters(*TextView(arguments[0]));
-    const int64_t start = wholeOf(arguments[1]);
-    const int64_t length = wholeOf(arguments[2]);
-    if (start < 1 || length < 0 || start > static_cast<int64_t>(text.size()))
-        return {};
-    const auto from = static_cast<std::size_t>(start - 1);
-    const std::size_t cut = std::min(static_cast<std::size_t>(length), text.size() - from);
-    return toUtf8(text.substr(0, from)) + textOf(arguments[3]) + toUtf8(text.substr(from + cut));
-}
-
 Result replicate(Arguments arguments)
 {
     if (anyNull(arguments))
@@ -477,15 +454,6 @@ Result replicate(Arguments arguments)
     for (int64_t i = 0; i < count; ++i)
         result += *text;
     return result;
-}
-
-Result reverse(Arguments arguments)
-{
-    if (anyNull(arguments))
-        return {};
-    std::u32string characters = toCharacters(*TextView(arguments[0]));
-    std::reverse(characters.begin(), characters.end());
-    return toUtf8(characters);
 }
 
 // The characters 128 to 159 of the server's code page (1252); 0 where it has none.
@@ -612,66 +580,6 @@ Result ceilingOf(Arguments arguments)
     return wholeStep(arguments, [](double x) { return std::ceil(x); });
 }
 
-Result realResult(double value)
-{
-    if (!std::isfinite(value))
-        throw FunctionError("An invalid floating point operation occurred.");
-    return value;
-}
-
-// POWER answers in the kind of its first argument.
-Result power(Arguments arguments)
-{
-    if (anyNull(arguments))
-        return {};
-    const Number base = numberOf(arguments[0]);
-    const double value = std::pow(realOf(base), realOf(arguments[1]));
-    if (std::holds_alternative<int64_t>(base))
-        return truncated(value, "int");
-    return realResult(value);
-}
-
-Result realFunction(Arguments arguments, double (*function)(double))
-{
-    return anyNull(arguments) ? Result{} : realResult(function(realOf(arguments[0])));
-}
-
-Result squareRoot(Arguments arguments)
-{
-    return realFunction(arguments, [](double x) { return std::sqrt(x); });
-}
-
-Result square(Arguments arguments)
-{
-    return realFunction(arguments, [](double x) { return x * x; });
-}
-
-Result exponential(Arguments arguments)
-{
-    return realFunction(arguments, [](double x) { return std::exp(x); });
-}
-
-Result logarithm(Arguments arguments)
-{
-    if (anyNull(arguments))
-        return {};
-    const double base = arguments.size() > 1 ? std::log(realOf(arguments[1])) : 1.0;
-    return realResult(std::log(realOf(arguments[0])) / base);
-}
-
-Result logarithm10(Arguments arguments)
-{
-    return realFunction(arguments, [](double x) { return std::log10(x); });
-}
-
-Result sign(Arguments arguments)
-{
-    if (anyNull(arguments))
-        return {};
-    const double value = realOf(arguments[0]);
-    return int64_t{value > 0 ? 1 : value < 0 ? -1 : 0};
-}
-
 Result isNumericText(Arguments arguments)
 {
     const auto* text = std::get_if<std::string_view>(&arguments[0]);
@@ -743,31 +651,18 @@ Result day(Arguments arguments)
     return digitsOf(arguments, DatePart::Day, 8, 2);
 }
 
-std::optional<int64_t> difference(Arguments arguments)
-{
-    const auto days =
-        dateDifference(partArgument(arguments[0]), momentOf(arguments[1]), momentOf(arguments[2]));
-    if (!days)
-        throw FunctionError("The datediff function resulted in an overflow.");
-    return days;
-}
-
 Result dateDiff(Arguments arguments)
 {
     if (anyNull(arguments))
         return {};
-    const int64_t number = *difference(arguments);
+    const int64_t number =
+        dateDifference(partArgument(arguments[0]), momentOf(arguments[1]), momentOf(arguments[2]));
     if (number > std::numeric_limits<std::int32_t>::max() ||
         number < std::numeric_limits<std::int32_t>::min())
         throw FunctionError(
             "The datediff function resulted in an overflow. Try to use datediff with a less precise "
             "datepart.");
     return number;
-}
-
-Result dateDiffBig(Arguments arguments)
-{
-    return anyNull(arguments) ? Result{} : Result(*difference(arguments));
 }
 
 Result dateAdd(Arguments arguments)
@@ -789,46 +684,6 @@ Result datePlus(Arguments arguments)
 Result datePart(Arguments arguments)
 {
     return anyNull(arguments) ? Result{} : Result(partOf(partArgument(arguments[0]), momentOf(arguments[1])));
-}
-
-Result dateName(Arguments arguments)
-{
-    return anyNull(arguments) ? Result{}
-                              : Result(partNameOf(partArgument(arguments[0]), momentOf(arguments[1])));
-}
-
-Result dateFromParts(Arguments arguments)
-{
-    if (anyNull(arguments))
-        return {};
-    std::array<int64_t, 7> parts{};
-    for (std::size_t i = 0; i < arguments.size() && i < parts.size(); ++i)
-        parts[i] = wholeOf(arguments[i]);
-    const auto between = [](int64_t value, int64_t last) { return value >= 0 && value <= last; };
-    if (!isValidDate(parts[0], parts[1], parts[2]) || !between(parts[3], 23) || !between(parts[4], 59) ||
-        !between(parts[5], 59) || !between(parts[6], 999))
-        throw FunctionError(
-            "Cannot construct data type date, some of the arguments have values which are not valid.");
-    return formatMoment(
-        Moment{dayOf(parts[0], static_cast<unsigned>(parts[1]), static_cast<unsigned>(parts[2])),
-               ((parts[3] * 60 + parts[4]) * 60 + parts[5]) * 1000 + parts[6]});
-}
-
-Result endOfMonth(Arguments arguments)
-{
-    if (isNull(arguments[0]))
-        return {};
-    const int64_t months = arguments.size() > 1 && !isNull(arguments[1]) ? wholeOf(arguments[1]) : 0;
-    Moment moment = momentOf(arguments[0]);
-    const CivilDate date = civilOf(moment.day);
-    moment = Moment{dayOf(date.year, date.month, 1), 0};
-    const auto next = dateSum(DatePart::Month, std::clamp<int64_t>(months, -1'000'000, 1'000'000), moment);
-    if (!next)
-        throw FunctionError("Adding a value to a 'date' column caused an overflow.");
-    const CivilDate first = civilOf(next->day);
-    const bool december = first.month == 12;
-    return formatMoment(
-        Moment{dayOf(december ? first.year + 1 : first.year, december ? 1 : first.month + 1, 1) - 1, 0});
 }
 
 Result isDate(Arguments arguments)
@@ -1003,8 +858,7 @@ Result castTo(const Argument& value, const Target& target)
     throw FunctionError("A conversion to " + std::string(target.type) + " is not supported.");
 }
 
-// zul_cast(value, type, length, scale, style, source, attempt): length, scale and style are -1 when not given;
-// with attempt 1 a value that cannot be converted gives NULL.
+// zul_cast(value, type, length, scale, style, source): length, scale and style are -1 when not given.
 Result cast(Arguments arguments)
 {
     if (isNull(arguments[0]))
@@ -1019,84 +873,42 @@ Result cast(Arguments arguments)
     target.style =
         static_cast<int>(std::clamp<int64_t>(isNull(arguments[4]) ? -1 : wholeOf(arguments[4]), -1, 100000));
     target.source = *source;
-    const bool attempt = wholeOf(arguments[6]) != 0;
-    try {
-        return castTo(arguments[0], target);
-    } catch (const FunctionError&) {
-        if (attempt)
-            return {};
-        throw;
-    }
-}
-
-// A new id in the form 6F9619FF-8B86-D011-B42D-00C04FC964FF.
-Result newId(Arguments)
-{
-    thread_local std::mt19937_64 engine{std::random_device{}()};
-    std::array<unsigned char, 16> bytes{};
-    for (unsigned char& byte : bytes)
-        byte = static_cast<unsigned char>(engine() & 0xFFU);
-    bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0FU) | 0x40U);
-    bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3FU) | 0x80U);
-    static constexpr std::string_view hex = "0123456789ABCDEF";
-    std::string text;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i == 4 || i == 6 || i == 8 || i == 10)
-            text += '-';
-        text += hex[bytes[i] >> 4U];
-        text += hex[bytes[i] & 0x0FU];
-    }
-    return text;
+    return castTo(arguments[0], target);
 }
 
 constexpr Function table[] = {
-    {"zul_add", 1, -1, true, add},
-    {"zul_sub", 2, 2, true, subtract},
-    {"zul_div", 2, 2, true, divide},
-    {"zul_mod", 2, 2, true, modulo},
-    {"zul_xor", 2, 2, true, exclusiveOr},
-    {"zul_number", 1, 1, true, number},
-    {"zul_like", 2, 3, true, like},
-    {"zul_patindex", 2, 2, true, patIndex},
-    {"zul_charindex", 2, 3, true, charIndex},
-    {"zul_replace", 3, 3, true, replace},
-    {"zul_upper", 1, 1, true, upper},
-    {"zul_lower", 1, 1, true, lower},
-    {"zul_left", 2, 2, true, left},
-    {"zul_right", 2, 2, true, right},
-    {"zul_substring", 3, 3, true, substring},
-    {"zul_stuff", 4, 4, true, stuff},
-    {"zul_replicate", 2, 2, true, replicate},
-    {"zul_reverse", 1, 1, true, reverse},
-    {"zul_char", 1, 1, true, charOf},
-    {"zul_nchar", 1, 1, true, ncharOf},
-    {"zul_ascii", 1, 1, true, ascii},
-    {"zul_str", 1, 3, true, str},
-    {"zul_round", 2, 3, true, round},
-    {"zul_floor", 1, 1, true, floorOf},
-    {"zul_ceiling", 1, 1, true, ceilingOf},
-    {"zul_power", 2, 2, true, power},
-    {"zul_sqrt", 1, 1, true, squareRoot},
-    {"zul_square", 1, 1, true, square},
-    {"zul_exp", 1, 1, true, exponential},
-    {"zul_log", 1, 2, true, logarithm},
-    {"zul_log10", 1, 1, true, logarithm10},
-    {"zul_sign", 1, 1, true, sign},
-    {"zul_isnumeric", 1, 1, true, isNumericText},
-    {"zul_year", 1, 1, true, year},
-    {"zul_month", 1, 1, true, month},
-    {"zul_day", 1, 1, true, day},
-    {"zul_datediff", 3, 3, true, dateDiff},
-    {"zul_datediff_big", 3, 3, true, dateDiffBig},
-    {"zul_dateadd", 3, 3, true, dateAdd},
-    {"zul_dateplus", 2, 2, true, datePlus},
-    {"zul_datepart", 2, 2, true, datePart},
-    {"zul_datename", 2, 2, true, dateName},
-    {"zul_datefromparts", 3, 7, true, dateFromParts},
-    {"zul_eomonth", 1, 2, true, endOfMonth},
-    {"zul_isdate", 1, 1, true, isDate},
-    {"zul_cast", 7, 7, true, cast},
-    {"zul_newid", 0, 0, false, newId},
+    {"zul_add", 1, -1, add},
+    {"zul_sub", 2, 2, subtract},
+    {"zul_div", 2, 2, divide},
+    {"zul_mod", 2, 2, modulo},
+    {"zul_number", 1, 1, number},
+    {"zul_like", 2, 3, like},
+    {"zul_patindex", 2, 2, patIndex},
+    {"zul_charindex", 2, 3, charIndex},
+    {"zul_replace", 3, 3, replace},
+    {"zul_upper", 1, 1, upper},
+    {"zul_lower", 1, 1, lower},
+    {"zul_left", 2, 2, left},
+    {"zul_right", 2, 2, right},
+    {"zul_substring", 3, 3, substring},
+    {"zul_replicate", 2, 2, replicate},
+    {"zul_char", 1, 1, charOf},
+    {"zul_nchar", 1, 1, ncharOf},
+    {"zul_ascii", 1, 1, ascii},
+    {"zul_str", 1, 3, str},
+    {"zul_round", 2, 3, round},
+    {"zul_floor", 1, 1, floorOf},
+    {"zul_ceiling", 1, 1, ceilingOf},
+    {"zul_isnumeric", 1, 1, isNumericText},
+    {"zul_year", 1, 1, year},
+    {"zul_month", 1, 1, month},
+    {"zul_day", 1, 1, day},
+    {"zul_datediff", 3, 3, dateDiff},
+    {"zul_dateadd", 3, 3, dateAdd},
+    {"zul_dateplus", 2, 2, datePlus},
+    {"zul_datepart", 2, 2, datePart},
+    {"zul_isdate", 1, 1, isDate},
+    {"zul_cast", 6, 6, cast},
 };
 
 } // namespace
@@ -1131,20 +943,6 @@ void Average::add(const Argument& value)
     }
     ++m_reals;
     m_real += std::get<double>(number);
-}
-
-void Average::remove(const Argument& value)
-{
-    if (isNull(value))
-        return;
-    const Number number = numberOf(value);
-    --m_count;
-    if (const auto* whole = std::get_if<int64_t>(&number)) {
-        m_whole -= *whole;
-        return;
-    }
-    --m_reals;
-    m_real -= std::get<double>(number);
 }
 
 Result Average::result() const

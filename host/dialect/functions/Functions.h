@@ -31,7 +31,6 @@ struct Function
     const char* name;
     int least; ///< fewest arguments
     int most;  ///< most arguments; -1 for any number
-    bool deterministic;
     Result (*call)(Arguments);
 };
 
@@ -46,7 +45,6 @@ class Average
 {
 public:
     void add(const Argument& value);
-    void remove(const Argument& value); ///< one added earlier, when a window moves on
     Result result() const;
 
 private:

@@ -31,7 +31,6 @@ enum class ExprKind
     Default,
     Negate,
     Plus,
-    BitNot,
     Arithmetic, ///< args joined by ops, left to right
     And,
     Or,
@@ -57,13 +56,6 @@ struct OrderItem
     bool descending = false;
 };
 
-struct Window
-{
-    std::vector<ExprPtr> partition;
-    std::vector<OrderItem> order;
-    std::string frame; ///< "ROWS …" in capitals, checked by the parser; may be empty
-};
-
 struct Expr
 {
     ExprKind kind = ExprKind::Null;
@@ -78,8 +70,6 @@ struct Expr
     TypeName type; ///< Cast, Convert
     bool negated = false;
     bool distinct = false; ///< aggregates
-    bool attempt = false;  ///< TRY_CAST, TRY_CONVERT
-    std::unique_ptr<Window> window;
 };
 
 struct SelectItem
@@ -121,7 +111,6 @@ struct Select
     bool distinct = false;
     ExprPtr top;
     std::vector<SelectItem> items;
-    std::vector<std::string> into;
     std::vector<TableRefPtr> from;
     ExprPtr where;
     std::vector<ExprPtr> groupBy;
@@ -195,7 +184,6 @@ struct TableConstraint
 
 enum class StatementType
 {
-    Nothing,
     Select,
     Insert,
     Update,
@@ -216,7 +204,7 @@ enum class StatementType
 
 struct Statement
 {
-    StatementType type = StatementType::Nothing;
+    StatementType type = StatementType::Select;
     std::size_t offset = 0;
     std::vector<Cte> ctes; ///< before INSERT, UPDATE, DELETE
     std::vector<std::string> target;

@@ -125,8 +125,7 @@ private:
             return name(token, '"');
         if (c == '[')
             return name(token, ']');
-        if (isDigit(c) || (c == '.' && isDigit(peek(1))) ||
-            (c == '$' && (isDigit(peek(1)) || peek(1) == '.')))
+        if (isDigit(c) || (c == '.' && isDigit(peek(1))))
             return number(token);
         if (c == '@')
             return variable(token);
@@ -185,11 +184,6 @@ private:
                 token.text += m_text[m_at++];
             return;
         }
-        const bool money = peek() == '$';
-        if (money) {
-            token.kind = TokenKind::Decimal;
-            ++m_at;
-        }
         digits(token.text);
         if (token.text.empty())
             token.text = "0";
@@ -201,7 +195,7 @@ private:
             if (token.text.back() == '.')
                 token.text += '0';
         }
-        if (!money && (peek() == 'e' || peek() == 'E'))
+        if (peek() == 'e' || peek() == 'E')
             exponent(token);
     }
 
@@ -230,8 +224,8 @@ private:
 
     void symbol(Token& token)
     {
-        static constexpr std::array<std::string_view, 15> doubles = {
-            "<=", ">=", "<>", "!=", "!<", "!>", "+=", "-=", "*=", "/=", "%=", "&=", "|=", "^=", "::"};
+        static constexpr std::array<std::string_view, 9> doubles = {
+            "<=", ">=", "<>", "!=", "+=", "-=", "*=", "/=", "%="};
         token.kind = TokenKind::Symbol;
         const std::string_view two = m_text.substr(m_at, 2);
         if (std::find(doubles.begin(), doubles.end(), two) != doubles.end()) {
@@ -239,7 +233,7 @@ private:
             m_at += 2;
             return;
         }
-        static constexpr std::string_view singles = "()+-*/%&|^~=<>,.;?{}:";
+        static constexpr std::string_view singles = "()+-*/%&|=<>,.;?";
         if (singles.find(m_text[m_at]) == std::string_view::npos)
             failAt(m_text, m_at, std::string("the character '") + m_text[m_at] + "' has no meaning here");
         token.text = m_text.substr(m_at, 1);

@@ -14,7 +14,7 @@ enum class TokenKind
     Word,     ///< a bare name or keyword, as written
     Name,     ///< [bracketed] or "quoted": never a keyword; text without the quotes
     Integer,  ///< 12
-    Decimal,  ///< 1.5, .5, $1
+    Decimal,  ///< 1.5, .5
     Real,     ///< 1e5
     Hex,      ///< 0x01; text holds the digits only
     Text,     ///< 'text' or N'text'; text holds the value

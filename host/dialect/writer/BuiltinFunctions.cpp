@@ -13,9 +13,6 @@ namespace {
 
 constexpr std::size_t many = 127; // the engine's limit of arguments
 
-constexpr std::string_view localNow = "strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime')";
-constexpr std::string_view universalNow = "strftime('%Y-%m-%d %H:%M:%f', 'now')";
-
 // The value of an integer literal that fits comfortably.
 std::optional<int> smallLiteral(const Expr& expr)
 {
@@ -32,29 +29,17 @@ const ExpressionWriter::Builtin* ExpressionWriter::builtinNamed(std::string_view
 {
     using W = ExpressionWriter;
     static constexpr Builtin table[] = {
-        // aggregates and windows
+        // aggregates
         {"COUNT", 1, 1, &W::count},
-        {"COUNT_BIG", 1, 1, &W::count},
         {"SUM", 1, 1, &W::aggregate},
         {"MIN", 1, 1, &W::aggregate},
         {"MAX", 1, 1, &W::aggregate},
         {"AVG", 1, 1, &W::average},
-        {"STRING_AGG", 2, 2, &W::stringAggregate},
-        {"ROW_NUMBER", 0, 0, &W::ranking},
-        {"RANK", 0, 0, &W::ranking},
-        {"DENSE_RANK", 0, 0, &W::ranking},
-        {"NTILE", 1, 1, &W::ranking},
-        {"LAG", 1, 3, &W::neighbour},
-        {"LEAD", 1, 3, &W::neighbour},
-        {"FIRST_VALUE", 1, 1, &W::neighbour},
-        {"LAST_VALUE", 1, 1, &W::neighbour},
         // choice
         {"ISNULL", 2, 2, &W::isNull},
-        {"IFNULL", 2, 2, &W::isNull},
         {"COALESCE", 2, many, &W::coalesce},
         {"NULLIF", 2, 2, &W::nullIf},
         {"IIF", 3, 3, &W::iif},
-        {"CHOOSE", 2, many, &W::choose},
         // texts
         {"LEN", 1, 1, &W::length},
         {"LEFT", 2, 2, &W::left},
@@ -62,17 +47,13 @@ const ExpressionWriter::Builtin* ExpressionWriter::builtinNamed(std::string_view
         {"SUBSTRING", 3, 3, &W::substring},
         {"LTRIM", 1, 1, &W::trim},
         {"RTRIM", 1, 1, &W::trim},
-        {"TRIM", 1, 2, &W::trim},
+        {"TRIM", 1, 1, &W::trim},
         {"UPPER", 1, 1, &W::textFunction},
-        {"UCASE", 1, 1, &W::textFunction},
         {"LOWER", 1, 1, &W::textFunction},
-        {"LCASE", 1, 1, &W::textFunction},
         {"REPLACE", 3, 3, &W::textFunction},
         {"CHARINDEX", 2, 3, &W::textFunction},
         {"PATINDEX", 2, 2, &W::textFunction},
-        {"STUFF", 4, 4, &W::textFunction},
         {"REPLICATE", 2, 2, &W::textFunction},
-        {"REVERSE", 1, 1, &W::textFunction},
         {"ASCII", 1, 1, &W::textFunction},
         {"UNICODE", 1, 1, &W::textFunction},
         {"SPACE", 1, 1, &W::space},
@@ -85,39 +66,21 @@ const ExpressionWriter::Builtin* ExpressionWriter::builtinNamed(std::string_view
         {"ROUND", 2, 3, &W::numberFunction},
         {"FLOOR", 1, 1, &W::numberFunction},
         {"CEILING", 1, 1, &W::numberFunction},
-        {"POWER", 2, 2, &W::numberFunction},
-        {"SIGN", 1, 1, &W::numberFunction},
-        {"SQRT", 1, 1, &W::numberFunction},
-        {"SQUARE", 1, 1, &W::numberFunction},
-        {"EXP", 1, 1, &W::numberFunction},
-        {"LOG", 1, 2, &W::numberFunction},
-        {"LOG10", 1, 1, &W::numberFunction},
-        {"PI", 0, 0, &W::numberFunction},
         // dates
         {"GETDATE", 0, 0, &W::now},
-        {"SYSDATETIME", 0, 0, &W::now},
         {"CURRENT_TIMESTAMP", 0, 0, &W::now},
-        {"NOW", 0, 0, &W::now},
-        {"GETUTCDATE", 0, 0, &W::now},
-        {"SYSUTCDATETIME", 0, 0, &W::now},
         {"DATEDIFF", 3, 3, &W::dateDifference},
-        {"DATEDIFF_BIG", 3, 3, &W::dateDifference},
         {"DATEADD", 3, 3, &W::dateSum},
         {"DATEPART", 2, 2, &W::datePart},
-        {"DATENAME", 2, 2, &W::datePart},
         {"YEAR", 1, 1, &W::yearOrSo},
         {"MONTH", 1, 1, &W::yearOrSo},
         {"DAY", 1, 1, &W::yearOrSo},
-        {"DATEFROMPARTS", 3, 3, &W::dateFromParts},
-        {"DATETIMEFROMPARTS", 7, 7, &W::dateFromParts},
-        {"EOMONTH", 1, 2, &W::endOfMonth},
         {"ISDATE", 1, 1, &W::test},
         {"ISNUMERIC", 1, 1, &W::test},
         // the engine
         {"SCOPE_IDENTITY", 0, 0, &W::engineState},
         {"@@IDENTITY", 0, 0, &W::engineState},
         {"@@ROWCOUNT", 0, 0, &W::engineState},
-        {"NEWID", 0, 0, &W::engineState},
     };
     for (const Builtin& builtin : table)
         if (builtin.name == name)
@@ -145,12 +108,6 @@ Piece ExpressionWriter::call(const Expr& expr)
                             builtin->write == &ExpressionWriter::average;
     if (expr.distinct && !aggregates)
         fail(expr, "DISTINCT cannot stand in " + expr.text);
-    const bool ranks =
-        builtin->write == &ExpressionWriter::ranking || builtin->write == &ExpressionWriter::neighbour;
-    if (expr.window && !aggregates && !ranks)
-        fail(expr, "the function " + expr.text + " cannot have OVER");
-    if (!expr.window && ranks)
-        fail(expr, "the function " + expr.text + " must have OVER");
     return (this->*builtin->write)(expr);
 }
 
@@ -164,25 +121,6 @@ Piece ExpressionWriter::callOf(const std::string& function, const std::vector<st
     return piece;
 }
 
-std::string ExpressionWriter::overText(const Expr& expr)
-{
-    if (!expr.window)
-        return "";
-    std::string text;
-    for (const ExprPtr& value : expr.window->partition)
-        text += (text.empty() ? "PARTITION BY " : ", ") + collated(write(*value)).sql;
-    bool first = true;
-    for (const OrderItem& item : expr.window->order) {
-        text += first ? (text.empty() ? "ORDER BY " : " ORDER BY ") : ", ";
-        // (SELECT NULL) is the server's way to ask for no order; a constant says the same here.
-        text += collated(write(*item.value)).sql + (item.descending ? " DESC" : "");
-        first = false;
-    }
-    if (!expr.window->frame.empty())
-        text += (text.empty() ? "" : " ") + expr.window->frame;
-    return " OVER (" + text + ")";
-}
-
 // --- aggregates -------------------------------------------------------------------------------------------
 
 Piece ExpressionWriter::count(const Expr& expr)
@@ -192,7 +130,7 @@ Piece ExpressionWriter::count(const Expr& expr)
         const Piece value = write(*expr.args.front());
         argument = expr.distinct ? "DISTINCT " + collated(value).sql : value.sql;
     }
-    return {.sql = "COUNT(" + argument + ")" + overText(expr), .type = ColumnType::Integer};
+    return {.sql = "COUNT(" + argument + ")", .type = ColumnType::Integer};
 }
 
 Piece ExpressionWriter::aggregate(const Expr& expr)
@@ -204,8 +142,7 @@ Piece ExpressionWriter::aggregate(const Expr& expr)
     value = expr.text == "SUM"         ? asNumber(std::move(value))
             : type == ColumnType::Text ? collated(std::move(value))
                                        : value;
-    return {.sql = expr.text + "(" + (expr.distinct ? "DISTINCT " : "") + value.sql + ")" + overText(expr),
-            .type = type};
+    return {.sql = expr.text + "(" + (expr.distinct ? "DISTINCT " : "") + value.sql + ")", .type = type};
 }
 
 // Of whole numbers the average is a whole number.
@@ -214,39 +151,8 @@ Piece ExpressionWriter::average(const Expr& expr)
     const Piece value = asNumber(write(*expr.args.front()));
     const bool real = value.type == ColumnType::Real || value.type == ColumnType::Decimal;
     return {.sql = std::string(real ? "AVG(" : "zul_avg(") + (expr.distinct ? "DISTINCT " : "") + value.sql +
-                   ")" + overText(expr),
+                   ")",
             .type = value.type};
-}
-
-Piece ExpressionWriter::stringAggregate(const Expr& expr)
-{
-    return callOf("group_concat", {textArgument(*expr.args[0]), textArgument(*expr.args[1])},
-                  ColumnType::Text);
-}
-
-Piece ExpressionWriter::ranking(const Expr& expr)
-{
-    std::vector<std::string> arguments;
-    for (const ExprPtr& argument : expr.args)
-        arguments.push_back(numberArgument(*argument));
-    Piece piece = callOf(lowerAscii(expr.text), arguments, ColumnType::Integer);
-    piece.sql += overText(expr);
-    return piece;
-}
-
-Piece ExpressionWriter::neighbour(const Expr& expr)
-{
-    std::vector<std::string> arguments;
-    ColumnType type = ColumnType::Unknown;
-    for (const ExprPtr& argument : expr.args) {
-        const Piece piece = write(*argument);
-        if (arguments.empty())
-            type = piece.type;
-        arguments.push_back(piece.sql);
-    }
-    Piece piece = callOf(lowerAscii(expr.text), arguments, type);
-    piece.sql += overText(expr);
-    return piece;
 }
 
 // --- choice -----------------------------------------------------------------------------------------------
@@ -315,18 +221,6 @@ Piece ExpressionWriter::iif(const Expr& expr)
             .type = type};
 }
 
-Piece ExpressionWriter::choose(const Expr& expr)
-{
-    std::string sql = "CASE " + numberArgument(*expr.args[0]);
-    ColumnType type = ColumnType::Unknown;
-    for (std::size_t i = 1; i < expr.args.size(); ++i) {
-        const Piece value = write(*expr.args[i]);
-        type = i == 1 ? value.type : commonType(type, value.type);
-        sql += " WHEN " + std::to_string(i) + " THEN " + value.sql;
-    }
-    return {.sql = sql + " END", .type = type};
-}
-
 // --- texts ------------------------------------------------------------------------------------------------
 
 // Blanks at the end do not count.
@@ -380,8 +274,7 @@ Piece ExpressionWriter::textFunction(const Expr& expr)
     if (name == "UNICODE")
         return callOf("unicode", arguments, ColumnType::Integer);
     const bool number = name == "CHARINDEX" || name == "PATINDEX" || name == "ASCII";
-    const std::string plain = name == "UCASE" ? "upper" : name == "LCASE" ? "lower" : lowerAscii(name);
-    return callOf("zul_" + plain, arguments, number ? ColumnType::Integer : ColumnType::Text);
+    return callOf("zul_" + lowerAscii(name), arguments, number ? ColumnType::Integer : ColumnType::Text);
 }
 
 Piece ExpressionWriter::concat(const Expr& expr)
@@ -415,28 +308,22 @@ Piece ExpressionWriter::absolute(const Expr& expr)
 
 Piece ExpressionWriter::numberFunction(const Expr& expr)
 {
-    if (expr.text == "PI")
-        return {.sql = "3.141592653589793", .type = ColumnType::Real};
     std::vector<std::string> arguments;
-    ColumnType type = ColumnType::Real;
+    ColumnType type = ColumnType::Unknown;
     for (const ExprPtr& argument : expr.args) {
         const Piece piece = asNumber(write(*argument));
-        if (arguments.empty() &&
-            (expr.text == "ROUND" || expr.text == "FLOOR" || expr.text == "CEILING" || expr.text == "POWER"))
+        if (arguments.empty())
             type = piece.type;
         arguments.push_back(piece.sql);
     }
-    if (expr.text == "SIGN")
-        type = ColumnType::Integer;
     return callOf("zul_" + lowerAscii(expr.text), arguments, type);
 }
 
 // --- dates ------------------------------------------------------------------------------------------------
 
-Piece ExpressionWriter::now(const Expr& expr)
+Piece ExpressionWriter::now(const Expr&)
 {
-    const bool universal = expr.text == "GETUTCDATE" || expr.text == "SYSUTCDATETIME";
-    return {.sql = std::string(universal ? universalNow : localNow), .type = ColumnType::DateTime};
+    return {.sql = "strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime')", .type = ColumnType::DateTime};
 }
 
 std::string ExpressionWriter::partArgument(const Expr& expr) const
@@ -446,7 +333,7 @@ std::string ExpressionWriter::partArgument(const Expr& expr) const
         fail(expr,
              (word ? "'" + expr.names.front() + "'" : std::string("this")) +
                  " is not a date part: expected year, quarter, month, dayofyear, day, week, weekday, hour, "
-                 "minute, second, millisecond, microsecond or nanosecond");
+                 "minute, second or millisecond");
     return expr.names.front();
 }
 
@@ -468,13 +355,8 @@ Piece ExpressionWriter::dateDifference(const Expr& expr)
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
     const Piece from = momentArgument(*expr.args[1]);
     const Piece to = momentArgument(*expr.args[2]);
-    if (part == DatePart::IsoWeek)
-        fail(*expr.args[0], "a difference in ISO weeks is not supported");
-    if (part != DatePart::Year) {
-        const bool big = expr.text == "DATEDIFF_BIG";
-        return callOf(big ? "zul_datediff_big" : "zul_datediff", {quotedText(nameOf(part)), from.sql, to.sql},
-                      ColumnType::Integer);
-    }
+    if (part != DatePart::Year)
+        return callOf("zul_datediff", {quotedText(nameOf(part)), from.sql, to.sql}, ColumnType::Integer);
     const auto yearOf = [](const Piece& piece) {
         if (piece.literal == nullptr || piece.type != ColumnType::DateTime)
             return "zul_year(" + piece.sql + ")";
@@ -487,8 +369,6 @@ Piece ExpressionWriter::dateDifference(const Expr& expr)
 Piece ExpressionWriter::dateSum(const Expr& expr)
 {
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
-    if (part == DatePart::IsoWeek)
-        fail(*expr.args[0], "a sum in ISO weeks is not supported");
     return callOf(
         "zul_dateadd",
         {quotedText(nameOf(part)), numberArgument(*expr.args[1]), momentArgument(*expr.args[2]).sql},
@@ -499,8 +379,6 @@ Piece ExpressionWriter::datePart(const Expr& expr)
 {
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
     const std::string moment = momentArgument(*expr.args[1]).sql;
-    if (expr.text == "DATENAME")
-        return callOf("zul_datename", {quotedText(nameOf(part)), moment}, ColumnType::Text);
     if (part == DatePart::Year || part == DatePart::Month || part == DatePart::Day)
         return callOf("zul_" + std::string(nameOf(part)), {moment}, ColumnType::Integer);
     return callOf("zul_datepart", {quotedText(nameOf(part)), moment}, ColumnType::Integer);
@@ -509,23 +387,6 @@ Piece ExpressionWriter::datePart(const Expr& expr)
 Piece ExpressionWriter::yearOrSo(const Expr& expr)
 {
     return callOf("zul_" + lowerAscii(expr.text), {momentArgument(*expr.args[0]).sql}, ColumnType::Integer);
-}
-
-Piece ExpressionWriter::dateFromParts(const Expr& expr)
-{
-    std::vector<std::string> arguments;
-    for (const ExprPtr& argument : expr.args)
-        arguments.push_back(numberArgument(*argument));
-    return callOf("zul_datefromparts", arguments,
-                  expr.text == "DATEFROMPARTS" ? ColumnType::Date : ColumnType::DateTime);
-}
-
-Piece ExpressionWriter::endOfMonth(const Expr& expr)
-{
-    std::vector<std::string> arguments{momentArgument(*expr.args[0]).sql};
-    if (expr.args.size() > 1)
-        arguments.push_back(numberArgument(*expr.args[1]));
-    return callOf("zul_eomonth", arguments, ColumnType::Date);
 }
 
 Piece ExpressionWriter::test(const Expr& expr)
@@ -537,8 +398,6 @@ Piece ExpressionWriter::test(const Expr& expr)
 
 Piece ExpressionWriter::engineState(const Expr& expr)
 {
-    if (expr.text == "NEWID")
-        return callOf("zul_newid", {}, ColumnType::Text);
     return callOf(expr.text == "@@ROWCOUNT" ? "changes" : "last_insert_rowid", {}, ColumnType::Integer);
 }
 

@@ -49,8 +49,7 @@ bool dependsOnlyOn(const Expr& expr, const std::string& table)
     case ExprKind::Column:
         return isColumnOf(expr, table);
     case ExprKind::Call:
-        if (expr.window ||
-            std::find(rowFunctions.begin(), rowFunctions.end(), expr.text) == rowFunctions.end())
+        if (std::find(rowFunctions.begin(), rowFunctions.end(), expr.text) == rowFunctions.end())
             return false;
         break;
     case ExprKind::Negate:
@@ -121,8 +120,8 @@ KeyJoin keyJoinOf(TableRef& join, const ColumnTypes& columnTypes, const TableKey
 
 bool isSimple(const Select& select)
 {
-    return select.distinct && !select.top && select.into.empty() && select.groupBy.empty() &&
-           !select.having && select.values.empty() && select.from.size() == 1;
+    return select.distinct && !select.top && select.groupBy.empty() && !select.having &&
+           select.values.empty() && select.from.size() == 1;
 }
 
 ExprPtr made(ExprKind kind, std::size_t offset)

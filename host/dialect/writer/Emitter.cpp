@@ -353,9 +353,6 @@ private:
     // 'query' is the query around it when the SELECT is its only term: its ORDER BY sees the same tables.
     QueryText selectText(const Select& select, const Use& use, const Query* query)
     {
-        if (!select.into.empty())
-            failAt(m_text, select.offset,
-                   "SELECT … INTO is not supported: create the table, then INSERT … SELECT");
         QueryText text;
         Scope scope;
         const std::string from = select.from.empty() ? "" : " FROM " + fromText(select.from, scope);
@@ -444,9 +441,6 @@ private:
     void dispatch(const Statement& statement)
     {
         switch (statement.type) {
-        case StatementType::Nothing:
-            m_out.kind = StatementKind::Nothing;
-            break;
         case StatementType::Select:
             select(statement);
             break;
@@ -645,8 +639,6 @@ private:
             m_out.sql = std::string("CREATE ") + (statement.unique ? "UNIQUE " : "") + "INDEX " +
                         quotedName(statement.name) + " ON " + target + "(" + keyText(statement.indexColumns) +
                         ")";
-            if (statement.where)
-                m_out.sql += " WHERE " + m_expressions.write(*statement.where).sql;
             break;
         case StatementType::CreateView:
             m_out.sql = "CREATE VIEW " + target;

@@ -114,7 +114,6 @@ Piece ExpressionWriter::write(const Expr& expr)
         return m_queries.column(expr.names);
     case ExprKind::Negate:
     case ExprKind::Plus:
-    case ExprKind::BitNot:
         return negated(expr);
     case ExprKind::Arithmetic:
         return arithmetic(expr);
@@ -214,8 +213,6 @@ Piece ExpressionWriter::combined(Piece left, const std::string& op, Piece right,
         return quotient(asNumber(std::move(left)), op, asNumber(std::move(right)));
     left = asNumber(std::move(left));
     right = asNumber(std::move(right));
-    if (op == "^")
-        return callOf("zul_xor", {left.sql, right.sql}, ColumnType::Integer);
     const Binding binding = op == "*" ? Binding::Product : Binding::Bit;
     const ColumnType type = op == "*" ? commonType(left.type, right.type) : ColumnType::Integer;
     Piece piece{.sql = left.as(binding), .type = type, .binding = binding};
@@ -322,10 +319,7 @@ Piece ExpressionWriter::negated(const Expr& expr)
         fail(expr, "a date cannot have a sign");
     if (expr.kind == ExprKind::Plus)
         return operand;
-    const std::string op = expr.kind == ExprKind::Negate ? "-" : "~";
-    return {.sql = op + operand.as(Binding::Primary),
-            .type = expr.kind == ExprKind::Negate ? operand.type : ColumnType::Integer,
-            .binding = Binding::Sign};
+    return {.sql = "-" + operand.as(Binding::Primary), .type = operand.type, .binding = Binding::Sign};
 }
 
 // --- conditions -------------------------------------------------------------------------------------------
@@ -355,10 +349,6 @@ Piece ExpressionWriter::comparison(const Expr& expr)
     std::string op = expr.ops.front();
     if (op == "!=")
         op = "<>";
-    else if (op == "!<")
-        op = ">=";
-    else if (op == "!>")
-        op = "<=";
     return {.sql = left.as(Binding::Bit) + " " + op + " " + right.as(Binding::Bit),
             .type = ColumnType::Bit,
             .binding = op == "=" || op == "<>" ? Binding::Equal : Binding::Less};
@@ -570,7 +560,7 @@ Piece ExpressionWriter::asMoment(Piece piece, ColumnType target) const
         return piece;
     TypeName type;
     type.name = target == ColumnType::Time ? "time" : target == ColumnType::Date ? "date" : "datetime";
-    return castCall(piece, type, "-1", false);
+    return castCall(piece, type, "-1");
 }
 
 Piece ExpressionWriter::asNumber(Piece piece) const
@@ -614,12 +604,11 @@ Piece ExpressionWriter::asText(Piece piece) const
     type.name = "varchar";
     type.max = true;
     if (isMoment(piece.type) || piece.type == ColumnType::Real || piece.type == ColumnType::Decimal)
-        return castCall(piece, type, "-1", false);
+        return castCall(piece, type, "-1");
     return piece;
 }
 
-Piece ExpressionWriter::castCall(const Piece& piece, const TypeName& type, const std::string& style,
-                                 bool attempt) const
+Piece ExpressionWriter::castCall(const Piece& piece, const TypeName& type, const std::string& style) const
 {
     std::string source;
     if (piece.type == ColumnType::Date)
@@ -630,7 +619,7 @@ Piece ExpressionWriter::castCall(const Piece& piece, const TypeName& type, const
         source = "real";
     return callOf("zul_cast",
                   {piece.sql, quotedText(type.name), std::to_string(type.length.value_or(-1)),
-                   std::to_string(type.scale.value_or(-1)), style, quotedText(source), attempt ? "1" : "0"},
+                   std::to_string(type.scale.value_or(-1)), style, quotedText(source)},
                   columnTypeNamed(type.name));
 }
 
@@ -651,7 +640,7 @@ Piece ExpressionWriter::cast(const Expr& expr)
     if (target == ColumnType::Text && !type.length && !unlimited)
         type.length = type.name == "sysname" ? 128 : 30; // the server's own default
     const bool moment = isMoment(target) || target == ColumnType::Time;
-    if (moment && isTextLiteral(value) && !expr.attempt && style == "-1" && type.name != "smalldatetime")
+    if (moment && isTextLiteral(value) && style == "-1" && type.name != "smalldatetime")
         return {.sql = momentOfLiteral(*value.literal, target), .type = target};
     if (target == ColumnType::DateTime && value.type == ColumnType::DateTime && type.name != "smalldatetime")
         return {.sql = value.sql, .type = target, .binding = value.binding};
@@ -662,7 +651,7 @@ Piece ExpressionWriter::cast(const Expr& expr)
         return {.sql = "CAST(" + value.sql + " AS REAL)", .type = target};
     if (target == ColumnType::Text && unlimited && value.type == ColumnType::Text)
         return {.sql = "CAST(" + value.sql + " AS TEXT)", .type = target};
-    return castCall(value, type, style, expr.attempt);
+    return castCall(value, type, style);
 }
 
 Piece ExpressionWriter::assigned(Piece piece, ColumnType target) const

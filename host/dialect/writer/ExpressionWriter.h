@@ -81,7 +81,7 @@ private:
     Piece asMoment(Piece piece, ColumnType target) const;
     Piece asNumber(Piece piece) const;
     Piece asText(Piece piece) const;
-    Piece castCall(const Piece& piece, const TypeName& type, const std::string& style, bool attempt) const;
+    Piece castCall(const Piece& piece, const TypeName& type, const std::string& style) const;
     Piece momentArgument(const Expr& expr);
     std::string momentOfLiteral(const Expr& literal, ColumnType target) const;
     std::string partArgument(const Expr& expr) const;
@@ -91,19 +91,14 @@ private:
                  ColumnType type) const;
     std::string textArgument(const Expr& expr) { return asText(write(expr)).sql; }
     std::string numberArgument(const Expr& expr) { return asNumber(write(expr)).sql; }
-    std::string overText(const Expr& expr);
 
     Piece aggregate(const Expr& expr);
     Piece average(const Expr& expr);
     Piece count(const Expr& expr);
-    Piece ranking(const Expr& expr);
-    Piece neighbour(const Expr& expr);
-    Piece stringAggregate(const Expr& expr);
     Piece isNull(const Expr& expr);
     Piece coalesce(const Expr& expr);
     Piece nullIf(const Expr& expr);
     Piece iif(const Expr& expr);
-    Piece choose(const Expr& expr);
     Piece length(const Expr& expr);
     Piece left(const Expr& expr);
     Piece right(const Expr& expr);
@@ -120,8 +115,6 @@ private:
     Piece dateSum(const Expr& expr);
     Piece datePart(const Expr& expr);
     Piece yearOrSo(const Expr& expr);
-    Piece dateFromParts(const Expr& expr);
-    Piece endOfMonth(const Expr& expr);
     Piece test(const Expr& expr);
     Piece engineState(const Expr& expr);
 

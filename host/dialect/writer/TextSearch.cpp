@@ -17,8 +17,8 @@ const Select* onlySelect(const Query& query)
 
 bool isRowsOfOneTable(const Select& select)
 {
-    return !select.distinct && !select.top && select.into.empty() && select.groupBy.empty() &&
-           !select.having && select.values.empty() && select.from.size() == 1 && !select.from.front()->left &&
+    return !select.distinct && !select.top && select.groupBy.empty() && !select.having &&
+           select.values.empty() && select.from.size() == 1 && !select.from.front()->left &&
            !select.from.front()->query && !select.from.front()->names.empty();
 }
 

@@ -11,7 +11,6 @@ namespace zul::dialect {
 
 enum class StatementKind
 {
-    Nothing, ///< SET NOCOUNT ON and the like: sql is empty, there is nothing to run
     Select,
     Insert,
     Update,
@@ -44,9 +43,9 @@ struct TextSearch
 /// A statement in the SQL of SQLite.
 struct Translation
 {
-    /// One SQLite statement without a final semicolon; empty for StatementKind::Nothing.
+    /// One SQLite statement without a final semicolon.
     std::string sql;
-    StatementKind kind = StatementKind::Nothing;
+    StatementKind kind = StatementKind::Select;
     /// The table written to (INSERT, UPDATE, DELETE, CREATE TABLE, …), without schema; empty otherwise.
     std::string target;
     /// The tables read, without schema, each once, in the order of their first appearance.
