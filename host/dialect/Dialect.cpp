@@ -1,7 +1,7 @@
 #include "host/dialect/Dialect.h"
 
 #include "host/dialect/base/Words.h"
-#include "host/dialect/syntax/Parser.h"
+#include "host/dialect/syntax/StatementParser.h"
 #include "host/dialect/writer/DistinctKey.h"
 #include "host/dialect/writer/Emitter.h"
 #include "host/dialect/writer/TextSearch.h"
