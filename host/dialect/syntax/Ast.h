@@ -1,6 +1,6 @@
 #pragma once
-// The syntax tree that the parser builds and the emitter reads. Chains of '+', AND, UNION … are flat lists, so
-// that the depth of a tree is the nesting of the text and not its length.
+// The syntax trees of expressions and queries, which the parser builds and the writer reads. Chains of '+', AND,
+// UNION … are flat lists, so that the depth of a tree is the nesting of the text and not its length.
 
 #include "host/dialect/syntax/TypeName.h"
 
@@ -142,84 +142,6 @@ struct Query
     std::vector<OrderItem> orderBy;
     ExprPtr offsetRows;
     ExprPtr fetchRows;
-};
-
-struct Assignment
-{
-    std::size_t offset = 0;
-    std::string column;
-    std::string op; ///< "=" or "+=" …
-    ExprPtr value;
-};
-
-struct ForeignKey
-{
-    std::vector<std::string> columns;
-    std::string table;
-    std::vector<std::string> foreignColumns;
-    std::string actions; ///< " ON DELETE CASCADE" …
-};
-
-struct ColumnDefinition
-{
-    std::size_t offset = 0;
-    std::string name;
-    TypeName type;
-    bool notNull = false;
-    bool identity = false;
-    bool primaryKey = false;
-    bool unique = false;
-    ExprPtr defaultValue;
-    ExprPtr check;
-    std::optional<ForeignKey> references;
-};
-
-struct TableConstraint
-{
-    std::vector<OrderItem> primaryKey; ///< columns
-    std::vector<OrderItem> unique;
-    std::optional<ForeignKey> foreignKey;
-    ExprPtr check;
-};
-
-enum class StatementType
-{
-    Select,
-    Insert,
-    Update,
-    Delete,
-    CreateTable,
-    DropTable,
-    AlterAdd,
-    AlterDrop,
-    CreateIndex,
-    DropIndex,
-    CreateView,
-    DropView,
-    Truncate,
-    Begin,
-    Commit,
-    Rollback
-};
-
-struct Statement
-{
-    StatementType type = StatementType::Select;
-    std::size_t offset = 0;
-    std::vector<Cte> ctes; ///< before INSERT, UPDATE, DELETE
-    std::vector<std::string> target;
-    std::string name; ///< of an index or view
-    std::vector<std::string> columns;
-    QueryPtr query;
-    std::vector<Assignment> assignments;
-    std::vector<TableRefPtr> from;
-    ExprPtr where;
-    std::vector<ColumnDefinition> definitions;
-    std::vector<TableConstraint> constraints;
-    std::vector<OrderItem> indexColumns;
-    bool unique = false;
-    bool ifExists = false;
-    int parameters = 0;
 };
 
 } // namespace zul::dialect

@@ -6,64 +6,80 @@
 
 namespace zul::dialect {
 
-void SchemaParser::create(Statement& result)
+Statement SchemaParser::create()
 {
-    if (takeWord("TABLE")) {
-        createTable(result);
-        return;
-    }
-    if (takeWord("VIEW")) {
-        result.type = StatementType::CreateView;
-        result.target = qualifiedName("a view name");
-        if (peek().is("("))
-            result.columns = nameList();
-        expectWord("AS");
-        result.query = query();
-        return;
-    }
+    if (takeWord("TABLE"))
+        return createTable();
+    if (takeWord("VIEW"))
+        return createView();
+    return createIndex();
+}
+
+CreateView SchemaParser::createView()
+{
+    CreateView result;
+    result.view = qualifiedName("a view name").back();
+    if (peek().is("("))
+        result.columns = nameList();
+    expectWord("AS");
+    result.query = query();
+    return result;
+}
+
+CreateIndex SchemaParser::createIndex()
+{
+    CreateIndex result;
     result.unique = takeWord("UNIQUE");
     takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
     if (!takeWord("INDEX"))
         unexpected("TABLE, VIEW or INDEX");
-    result.type = StatementType::CreateIndex;
     result.name = name("an index name");
     expectWord("ON");
-    result.target = qualifiedName("a table name");
-    result.indexColumns = keyColumns();
+    result.table = tableName();
+    result.columns = keyColumns();
+    return result;
 }
 
-std::vector<OrderItem> SchemaParser::keyColumns()
+std::vector<KeyColumn> SchemaParser::keyColumns()
 {
     expectSymbol("(");
-    std::vector<OrderItem> columns;
+    std::vector<KeyColumn> columns;
     do {
-        OrderItem item;
-        item.value = make(ExprKind::Column, peek().offset);
-        item.value->names.push_back(name("a column name"));
-        item.descending = direction();
-        columns.push_back(std::move(item));
+        KeyColumn column;
+        column.offset = peek().offset;
+        column.name = name("a column name");
+        column.descending = direction();
+        columns.push_back(std::move(column));
     } while (takeSymbol(","));
     expectSymbol(")");
     return columns;
 }
 
-void SchemaParser::createTable(Statement& result)
+bool SchemaParser::atConstraint() const
 {
-    result.type = StatementType::CreateTable;
-    result.target = qualifiedName("a table name");
+    for (const std::string_view word : {"CONSTRAINT", "PRIMARY", "UNIQUE", "FOREIGN", "CHECK"})
+        if (peek().isWord(word))
+            return true;
+    return false;
+}
+
+CreateTable SchemaParser::createTable()
+{
+    CreateTable result;
+    result.table = tableName();
     expectSymbol("(");
     do {
         if (peek().is(")"))
             break; // a comma before the closing parenthesis is allowed
-        if (peek().isWord("CONSTRAINT") || peek().isWord("PRIMARY") || peek().isWord("UNIQUE") ||
-            peek().isWord("FOREIGN") || peek().isWord("CHECK"))
+        if (atConstraint())
             result.constraints.push_back(tableConstraint());
         else
-            result.definitions.push_back(columnDefinition());
+            result.columns.push_back(columnDefinition());
     } while (takeSymbol(","));
-    if (result.definitions.empty())
+    if (result.columns.empty())
         unexpected("a column");
     expectSymbol(")");
+    return result;
 }
 
 ColumnDefinition SchemaParser::columnDefinition()
@@ -91,8 +107,7 @@ bool SchemaParser::columnOption(ColumnDefinition& column)
     else if (takeWord("IDENTITY"))
         identity(column);
     else if (takeWord("PRIMARY")) {
-        expectWord("KEY");
-        takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
+        primaryKeyWords();
         column.primaryKey = true;
     } else if (takeWord("UNIQUE")) {
         takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
@@ -127,13 +142,13 @@ void SchemaParser::identity(ColumnDefinition& column)
         unsupported(first, "an identity other than (1,1)");
 }
 
-ForeignKey SchemaParser::references()
+Reference SchemaParser::references()
 {
-    ForeignKey key;
+    Reference key;
     expectWord("REFERENCES");
-    key.table = qualifiedName("a table name").back();
+    key.table = tableName();
     if (peek().is("("))
-        key.foreignColumns = nameList();
+        key.columns = nameList();
     while (takeWord("ON")) {
         if (!peek().isWord("DELETE") && !peek().isWord("UPDATE"))
             unexpected("DELETE or UPDATE");
@@ -156,94 +171,90 @@ ForeignKey SchemaParser::references()
     return key;
 }
 
-TableConstraint SchemaParser::tableConstraint()
+void SchemaParser::primaryKeyWords()
 {
-    TableConstraint constraint;
-    if (takeWord("CONSTRAINT"))
-        name("a constraint name");
-    if (takeWord("PRIMARY")) {
-        expectWord("KEY");
-        takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
-        constraint.primaryKey = keyColumns();
-    } else if (takeWord("UNIQUE")) {
-        takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
-        constraint.unique = keyColumns();
-    } else if (takeWord("FOREIGN")) {
-        expectWord("KEY");
-        std::vector<std::string> columns = nameList();
-        constraint.foreignKey = references();
-        constraint.foreignKey->columns = std::move(columns);
-    } else if (takeWord("CHECK")) {
-        expectSymbol("(");
-        constraint.check = condition();
-        expectSymbol(")");
-    } else
-        unexpected("PRIMARY KEY, UNIQUE, FOREIGN KEY or CHECK");
-    return constraint;
+    expectWord("KEY");
+    takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
 }
 
-void SchemaParser::drop(Statement& result, std::vector<Statement>& into)
+TableConstraint SchemaParser::tableConstraint()
+{
+    if (takeWord("CONSTRAINT"))
+        name("a constraint name");
+    const std::size_t offset = peek().offset;
+    if (takeWord("PRIMARY")) {
+        primaryKeyWords();
+        return PrimaryKey{offset, keyColumns()};
+    }
+    if (takeWord("UNIQUE")) {
+        takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
+        return UniqueKey{keyColumns()};
+    }
+    if (takeWord("FOREIGN")) {
+        expectWord("KEY");
+        ForeignKey key;
+        key.columns = nameList();
+        key.reference = references();
+        return key;
+    }
+    if (!takeWord("CHECK"))
+        unexpected("PRIMARY KEY, UNIQUE, FOREIGN KEY or CHECK");
+    expectSymbol("(");
+    Check check{condition()};
+    expectSymbol(")");
+    return check;
+}
+
+std::vector<Statement> SchemaParser::drop()
 {
     const bool table = peek().isWord("TABLE");
     const bool view = peek().isWord("VIEW");
     if (!table && !view && !peek().isWord("INDEX"))
         unexpected("TABLE, VIEW or INDEX");
     skip();
-    if (takeWord("IF")) {
+    const bool ifExists = takeWord("IF");
+    if (ifExists)
         expectWord("EXISTS");
-        result.ifExists = true;
+    std::vector<Statement> statements;
+    if (!table && !view) {
+        DropIndex& index = statements.emplace_back().emplace<DropIndex>();
+        index.ifExists = ifExists;
+        index.name = name("an index name");
+        expectWord("ON");
+        index.table = tableName();
+        return statements;
     }
-    if (table || view) {
-        result.type = table ? StatementType::DropTable : StatementType::DropView;
-        while (true) {
-            result.target = qualifiedName("a name");
-            if (!takeSymbol(","))
-                return;
-            Statement one;
-            one.type = result.type;
-            one.offset = result.offset;
-            one.ifExists = result.ifExists;
-            one.target = result.target;
-            into.push_back(std::move(one));
-        }
-    }
-    result.type = StatementType::DropIndex;
-    result.name = name("an index name");
-    expectWord("ON");
-    result.target = qualifiedName("a table name");
+    do {
+        std::string dropped = qualifiedName("a name").back();
+        if (table)
+            statements.emplace_back(DropTable{std::move(dropped), ifExists});
+        else
+            statements.emplace_back(DropView{std::move(dropped), ifExists});
+    } while (takeSymbol(","));
+    return statements;
 }
 
-void SchemaParser::alter(const Statement& start, std::vector<Statement>& into)
+std::vector<Statement> SchemaParser::alter()
 {
+    std::vector<Statement> statements;
     expectWord("TABLE");
-    const std::vector<std::string> target = qualifiedName("a table name");
+    const std::string table = tableName();
     if (takeWord("DROP")) {
         expectWord("COLUMN");
-        do {
-            Statement one;
-            one.type = StatementType::AlterDrop;
-            one.offset = start.offset;
-            one.target = target;
-            one.name = name("a column name");
-            into.push_back(std::move(one));
-        } while (takeSymbol(","));
-        return;
+        do
+            statements.emplace_back(DropColumn{table, name("a column name")});
+        while (takeSymbol(","));
+        return statements;
     }
     if (!takeWord("ADD"))
         unexpected("ADD or DROP COLUMN");
     takeWord("COLUMN");
-    if (peek().isWord("CONSTRAINT") || peek().isWord("PRIMARY") || peek().isWord("UNIQUE") ||
-        peek().isWord("FOREIGN") || peek().isWord("CHECK") || peek().isWord("DEFAULT"))
+    if (atConstraint() || peek().isWord("DEFAULT"))
         unsupported(peek(), "ALTER TABLE … ADD CONSTRAINT");
-    do {
-        Statement one;
-        one.type = StatementType::AlterAdd;
-        one.offset = start.offset;
-        one.target = target;
-        one.definitions.push_back(columnDefinition());
-        one.parameters = 0;
-        into.push_back(std::move(one));
-    } while (takeSymbol(","));
+    do
+        statements.emplace_back(AddColumn{table, columnDefinition()});
+    while (takeSymbol(","));
+    return statements;
 }
 
 } // namespace zul::dialect

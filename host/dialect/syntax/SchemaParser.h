@@ -2,6 +2,7 @@
 // The grammar of CREATE, ALTER and DROP.
 
 #include "host/dialect/syntax/QueryParser.h"
+#include "host/dialect/syntax/Statement.h"
 
 #include <vector>
 
@@ -13,19 +14,26 @@ protected:
     using QueryParser::QueryParser;
     ~SchemaParser() = default;
 
-    // Each begins behind the statement's first word.
-    void create(Statement& result);
-    void drop(Statement& result, std::vector<Statement>& into);
-    void alter(const Statement& start, std::vector<Statement>& into);
+    // Each begins behind the statement's first word. A list of names is one statement for each.
+    Statement create();
+    std::vector<Statement> drop();
+    std::vector<Statement> alter();
+
+    std::string tableName() { return qualifiedName("a table name").back(); }
 
 private:
-    void createTable(Statement& result);
-    std::vector<OrderItem> keyColumns();
+    CreateTable createTable();
+    CreateView createView();
+    CreateIndex createIndex();
+    std::vector<KeyColumn> keyColumns();
     ColumnDefinition columnDefinition();
     bool columnOption(ColumnDefinition& column);
     void identity(ColumnDefinition& column);
-    ForeignKey references();
+    Reference references();
+    bool atConstraint() const;
     TableConstraint tableConstraint();
+    /// KEY [[NON]CLUSTERED]
+    void primaryKeyWords();
 };
 
 } // namespace zul::dialect

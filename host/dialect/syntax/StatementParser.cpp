@@ -13,33 +13,37 @@ class StatementParser final : private SchemaParser
 public:
     using SchemaParser::SchemaParser;
 
-    std::vector<Statement> batch();
+    std::vector<ParsedStatement> batch();
 
 private:
     bool atStatementStart() const;
-    void statement(std::vector<Statement>& into);
-    void selectStatement(Statement& result);
-    void insert(Statement& result);
-    void update(Statement& result);
-    void deletion(Statement& result);
-    void transaction(Statement& result, StatementType type);
+    std::vector<Statement> statements();
+    Statement dataStatement(std::vector<Cte> ctes);
+    SelectStatement select(std::vector<Cte> ctes);
+    InsertStatement insert();
+    QueryPtr insertedRows(const std::vector<std::string>& columns);
+    UpdateStatement update();
+    DeleteStatement deletion();
 
     Assignment assignment();
-    void tail(Statement& result);
+    /// [WHERE condition] [OPTION (…)]
+    ExprPtr tail();
     void refuseTop();
     void refuseOutput();
 };
 
-std::vector<Statement> StatementParser::batch()
+std::vector<ParsedStatement> StatementParser::batch()
 {
-    std::vector<Statement> statements;
+    std::vector<ParsedStatement> batch;
     while (true) {
         while (takeSymbol(";"))
             ;
         if (peek().kind == TokenKind::End)
-            return statements;
+            return batch;
         m_parameters = 0;
-        statement(statements);
+        const std::size_t offset = peek().offset;
+        for (Statement& statement : statements())
+            batch.push_back({std::move(statement), offset, m_parameters});
         if (!peek().is(";") && peek().kind != TokenKind::End && !atStatementStart())
             unexpected("the end of the statement");
     }
@@ -54,54 +58,58 @@ bool StatementParser::atStatementStart() const
     return false;
 }
 
-void StatementParser::statement(std::vector<Statement>& into)
+// What one text may be several of: DROP TABLE a, b.
+std::vector<Statement> StatementParser::statements()
 {
-    Statement result;
-    result.offset = peek().offset;
-    if (peek().isWord("WITH"))
-        result.ctes = commonTables();
-    const Token& token = peek();
-    if (token.isWord("SELECT") || token.is("("))
-        selectStatement(result);
-    else if (takeWord("INSERT"))
-        insert(result);
-    else if (takeWord("UPDATE"))
-        update(result);
-    else if (takeWord("DELETE"))
-        deletion(result);
-    else if (!result.ctes.empty())
-        unexpected("SELECT, INSERT, UPDATE or DELETE");
-    else if (takeWord("CREATE"))
-        create(result);
-    else if (takeWord("DROP"))
-        drop(result, into);
-    else if (takeWord("ALTER")) {
-        alter(result, into);
-        return;
-    } else if (takeWord("TRUNCATE")) {
+    if (takeWord("DROP"))
+        return drop();
+    if (takeWord("ALTER"))
+        return alter();
+    std::vector<Statement> one;
+    if (takeWord("CREATE"))
+        one.push_back(create());
+    else if (takeWord("TRUNCATE")) {
         expectWord("TABLE");
-        result.type = StatementType::Truncate;
-        result.target = qualifiedName("a table name");
-    } else if (takeWord("BEGIN"))
-        transaction(result, StatementType::Begin);
-    else if (takeWord("COMMIT"))
-        transaction(result, StatementType::Commit);
-    else if (takeWord("ROLLBACK"))
-        transaction(result, StatementType::Rollback);
-    else
-        unexpected(
-            "a statement (SELECT, INSERT, UPDATE, DELETE, CREATE, DROP, ALTER, TRUNCATE, BEGIN, COMMIT, "
-            "ROLLBACK)");
-    result.parameters = m_parameters;
-    into.push_back(std::move(result));
+        one.emplace_back(TruncateTable{tableName()});
+    } else if (takeWord("BEGIN")) {
+        if (!takeAnyWord({"TRAN", "TRANSACTION"}))
+            unexpected("TRAN or TRANSACTION after BEGIN");
+        one.emplace_back(BeginTransaction());
+    } else if (takeWord("COMMIT")) {
+        takeAnyWord({"TRAN", "TRANSACTION"});
+        one.emplace_back(CommitTransaction());
+    } else if (takeWord("ROLLBACK")) {
+        takeAnyWord({"TRAN", "TRANSACTION"});
+        one.emplace_back(RollbackTransaction());
+    } else
+        one.push_back(dataStatement(commonTables()));
+    return one;
 }
 
-void StatementParser::selectStatement(Statement& result)
+Statement StatementParser::dataStatement(std::vector<Cte> ctes)
 {
-    result.type = StatementType::Select;
-    result.query = query();
-    result.query->ctes = std::move(result.ctes);
-    result.ctes.clear();
+    if (peek().isWord("SELECT") || peek().is("("))
+        return select(std::move(ctes));
+    const auto with = [&ctes](auto statement) {
+        statement.ctes = std::move(ctes);
+        return statement;
+    };
+    if (takeWord("INSERT"))
+        return with(insert());
+    if (takeWord("UPDATE"))
+        return with(update());
+    if (takeWord("DELETE"))
+        return with(deletion());
+    unexpected(!ctes.empty() ? "SELECT, INSERT, UPDATE or DELETE"
+                             : "a statement (SELECT, INSERT, UPDATE, DELETE, CREATE, DROP, ALTER, TRUNCATE, "
+                               "BEGIN, COMMIT, ROLLBACK)");
+}
+
+SelectStatement StatementParser::select(std::vector<Cte> ctes)
+{
+    SelectStatement result{query()};
+    result.query->ctes = std::move(ctes);
+    return result;
 }
 
 void StatementParser::refuseTop()
@@ -116,41 +124,44 @@ void StatementParser::refuseOutput()
         unsupported(peek(), "OUTPUT");
 }
 
-void StatementParser::insert(Statement& result)
+InsertStatement StatementParser::insert()
 {
-    result.type = StatementType::Insert;
+    InsertStatement result;
     refuseTop();
     takeWord("INTO");
-    result.target = qualifiedName("a table name");
+    result.table = tableName();
     hints();
     if (peek().is("(") && !peek(1).is("(") && !peek(1).isWord("SELECT"))
         result.columns = nameList();
     refuseOutput();
-    if (takeWord("DEFAULT")) {
+    if (takeWord("DEFAULT"))
         expectWord("VALUES");
-        return;
-    }
-    if (peek().isWord("VALUES")) {
-        Term rows;
-        const std::size_t offset = peek().offset;
-        rows.select = valueRows(true);
-        if (!result.columns.empty() && rows.select->values.front().size() != result.columns.size())
-            fail(offset, "the number of values is not the number of columns");
-        result.query = std::make_unique<Query>();
-        result.query->offset = offset;
-        result.query->terms.push_back(std::move(rows));
-        return;
-    }
-    if (!peek().isWord("SELECT") && !peek().is("(") && !peek().isWord("WITH"))
-        unexpected("VALUES, SELECT or DEFAULT VALUES");
-    result.query = query();
+    else
+        result.query = insertedRows(result.columns);
+    return result;
 }
 
-void StatementParser::update(Statement& result)
+QueryPtr StatementParser::insertedRows(const std::vector<std::string>& columns)
 {
-    result.type = StatementType::Update;
+    if (!peek().isWord("VALUES")) {
+        if (!peek().isWord("SELECT") && !peek().is("(") && !peek().isWord("WITH"))
+            unexpected("VALUES, SELECT or DEFAULT VALUES");
+        return query();
+    }
+    auto rows = std::make_unique<Query>();
+    rows->offset = peek().offset;
+    Term& values = rows->terms.emplace_back();
+    values.select = valueRows(true);
+    if (!columns.empty() && values.select->values.front().size() != columns.size())
+        fail(rows->offset, "the number of values is not the number of columns");
+    return rows;
+}
+
+UpdateStatement StatementParser::update()
+{
+    UpdateStatement result;
     refuseTop();
-    result.target = qualifiedName("a table name");
+    result.table = tableName();
     hints();
     expectWord("SET");
     do
@@ -159,7 +170,8 @@ void StatementParser::update(Statement& result)
     refuseOutput();
     if (takeWord("FROM"))
         result.from = tableList();
-    tail(result);
+    result.where = tail();
+    return result;
 }
 
 Assignment StatementParser::assignment()
@@ -169,52 +181,48 @@ Assignment StatementParser::assignment()
     if (peek().kind == TokenKind::Variable)
         unsupported(peek(), "a variable");
     result.column = qualifiedName("a column name").back();
-    static constexpr std::string_view operators[] = {"=", "+=", "-=", "*=", "/=", "%="};
-    for (const std::string_view op : operators)
-        if (takeSymbol(op))
+    for (const std::string_view op : {"=", "+=", "-=", "*=", "/=", "%="})
+        if (peek().is(op))
             result.op = op;
     if (result.op.empty())
         unexpected("'='");
+    skip();
     if (peek().isWord("DEFAULT"))
         unsupported(peek(), "DEFAULT as a new value");
     result.value = value();
     return result;
 }
 
-void StatementParser::deletion(Statement& result)
+DeleteStatement StatementParser::deletion()
 {
-    result.type = StatementType::Delete;
+    DeleteStatement result;
     refuseTop();
     takeWord("FROM");
-    result.target = qualifiedName("a table name");
+    result.table = tableName();
     hints();
     refuseOutput();
     if (takeWord("FROM"))
         result.from = tableList();
-    tail(result);
+    result.where = tail();
+    return result;
 }
 
-void StatementParser::tail(Statement& result)
+ExprPtr StatementParser::tail()
 {
+    ExprPtr where;
     if (takeWord("WHERE")) {
         if (peek().isWord("CURRENT"))
             unsupported(peek(), "WHERE CURRENT OF");
-        result.where = condition();
+        where = condition();
     }
     if (takeWord("OPTION"))
         skipParentheses();
-}
-
-void StatementParser::transaction(Statement& result, StatementType type)
-{
-    result.type = type;
-    if (!takeAnyWord({"TRAN", "TRANSACTION"}) && type == StatementType::Begin)
-        unexpected("TRAN or TRANSACTION after BEGIN");
+    return where;
 }
 
 } // namespace
 
-std::vector<Statement> parseBatch(std::string_view tsql)
+std::vector<ParsedStatement> parseBatch(std::string_view tsql)
 {
     return StatementParser(tsql).batch();
 }

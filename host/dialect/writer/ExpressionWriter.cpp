@@ -53,31 +53,6 @@ std::string joined(const std::vector<std::string>& operands, std::size_t from, s
 
 } // namespace
 
-std::string quotedName(std::string_view name)
-{
-    std::string text;
-    if (name.find(']') == std::string_view::npos) {
-        text = "[";
-        text += name;
-        return text + "]";
-    }
-    for (const char c : name)
-        text += c == '`' ? std::string("``") : std::string(1, c);
-    return "`" + text + "`";
-}
-
-std::string quotedText(std::string_view text)
-{
-    std::string quoted = "'";
-    quoted.reserve(text.size() + 2);
-    for (const char c : text) {
-        if (c == '\'')
-            quoted += c;
-        quoted += c;
-    }
-    return quoted + "'";
-}
-
 ColumnType commonType(ColumnType a, ColumnType b)
 {
     if (a == b)
@@ -111,7 +86,7 @@ Piece ExpressionWriter::write(const Expr& expr)
     case ExprKind::Parameter:
         return literal(expr);
     case ExprKind::Column:
-        return m_queries.column(expr.names);
+        return m_context.column(expr.names);
     case ExprKind::Negate:
     case ExprKind::Plus:
         return negated(expr);
@@ -129,7 +104,7 @@ Piece ExpressionWriter::write(const Expr& expr)
     case ExprKind::InQuery:
         return membership(expr);
     case ExprKind::Exists:
-        return {.sql = "EXISTS (" + m_queries.subQuery(*expr.query).first + ")", .type = ColumnType::Bit};
+        return {.sql = "EXISTS (" + m_context.subQuery(*expr.query).first + ")", .type = ColumnType::Bit};
     case ExprKind::Like:
         return like(expr);
     case ExprKind::IsNull:
@@ -144,7 +119,7 @@ Piece ExpressionWriter::write(const Expr& expr)
     case ExprKind::Call:
         return call(expr);
     case ExprKind::Scalar: {
-        auto [sql, type] = m_queries.subQuery(*expr.query);
+        auto [sql, type] = m_context.subQuery(*expr.query);
         return {.sql = "(" + sql + ")", .type = type};
     }
     case ExprKind::Collate:
@@ -409,7 +384,7 @@ Piece ExpressionWriter::membership(const Expr& expr)
     Piece operand = write(*expr.operand);
     std::string list;
     if (expr.query) {
-        auto [sql, type] = m_queries.subQuery(*expr.query);
+        auto [sql, type] = m_context.subQuery(*expr.query);
         Piece other{.sql = "", .type = type};
         prepareComparison(operand, other);
         list = std::move(sql);

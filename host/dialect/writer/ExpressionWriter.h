@@ -12,12 +12,12 @@
 namespace zul::dialect {
 
 /// What an expression needs from the statement around it.
-class QueryWriter
+class ExpressionContext
 {
 public:
-    QueryWriter() = default;
-    QueryWriter(const QueryWriter&) = delete;
-    QueryWriter& operator=(const QueryWriter&) = delete;
+    ExpressionContext() = default;
+    ExpressionContext(const ExpressionContext&) = delete;
+    ExpressionContext& operator=(const ExpressionContext&) = delete;
 
     /// A sub-select's text, without parentheses, and the type of its only column.
     virtual std::pair<std::string, ColumnType> subQuery(const Query& query) = 0;
@@ -25,7 +25,7 @@ public:
     virtual Piece column(const std::vector<std::string>& names) = 0;
 
 protected:
-    ~QueryWriter() = default;
+    ~ExpressionContext() = default;
 };
 
 /// The type of a value that may be either: the one to which the server converts.
@@ -35,9 +35,9 @@ class ExpressionWriter
 {
 public:
     /// Both arguments must outlive the writer.
-    ExpressionWriter(std::string_view text, QueryWriter& queries)
+    ExpressionWriter(std::string_view text, ExpressionContext& context)
         : m_text(text)
-        , m_queries(queries)
+        , m_context(context)
     {}
 
     Piece write(const Expr& expr);
@@ -119,7 +119,7 @@ private:
     Piece engineState(const Expr& expr);
 
     std::string_view m_text;
-    QueryWriter& m_queries;
+    ExpressionContext& m_context;
 };
 
 } // namespace zul::dialect

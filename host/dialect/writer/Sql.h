@@ -6,11 +6,14 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zul::dialect {
 
 /// [name]: unlike "name", the engine never takes it for a text when there is no such column.
 std::string quotedName(std::string_view name);
+/// [name], [name]
+std::string quotedNames(const std::vector<std::string>& names);
 /// 'text'
 std::string quotedText(std::string_view text);
 

@@ -63,6 +63,7 @@ constexpr Case syntax[] = {
     {"INSERT INTO t(a, b) SELECT 1", 1, 21, "the number of values is not the number of columns"},
     {"INSERT INTO t(a) VALUES (1), (1, 2)", 1, 36, "as many values in this row"},
     {"UPDATE t WHERE a = 1", 1, 10, "expected SET"},
+    {"UPDATE t SET a = += 1", 1, 18, "incorrect syntax near '+='"},
     {"DELETE FROM t WHERE", 1, 20, "the statement ends where an expression is expected"},
     {"GO", 1, 1, "incorrect syntax near 'GO': expected a statement"},
     {"SELECT a FROM t UNION SELECT 1, 2", 1, 1, "need as many columns"},

@@ -136,6 +136,16 @@ TEST(Schema, InsertWithoutColumnListLeavesTheIdentityOut)
               "INSERT INTO [t]([a], [d]) VALUES (1, '2026-11-21 00:00:00.000')");
 }
 
+TEST(Schema, BatchForgetsWhatItDrops)
+{
+    Engine engine;
+    engine.run("CREATE TABLE t(a int, b datetime, c nvarchar(9)); ALTER TABLE t DROP COLUMN b; "
+               "INSERT INTO t VALUES (1, '20261121')");
+    EXPECT_THAT(engine.run("SELECT a, c FROM t"), ElementsAre(ElementsAre("1", "20261121")));
+    engine.run("DROP TABLE t; CREATE TABLE t(d datetime); INSERT INTO t VALUES ('20261121')");
+    EXPECT_THAT(engine.run("SELECT d FROM t"), ElementsAre(ElementsAre("2026-11-21 00:00:00.000")));
+}
+
 TEST(Schema, TemporaryTables)
 {
     Engine engine;
