@@ -1,25 +1,14 @@
 #include "host/dialect/Dialect.h"
 
-#include "host/dialect/DistinctKey.h"
-#include "host/dialect/Emitter.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Parser.h"
-#include "host/dialect/TextSearch.h"
-#include "host/dialect/Types.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/syntax/StatementParser.h"
+#include "host/dialect/writer/DistinctKey.h"
+#include "host/dialect/writer/StatementWriter.h"
+#include "host/dialect/writer/TextSearch.h"
 
 #include <utility>
 
 namespace zul::dialect {
-
-DialectError::DialectError(const std::string& message, std::size_t offset, std::size_t line,
-                           std::size_t column)
-    : std::runtime_error("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
-                         message)
-    , m_message(message)
-    , m_offset(offset)
-    , m_line(line)
-    , m_column(column)
-{}
 
 namespace {
 
@@ -51,20 +40,7 @@ public:
 
     void learn(const Statement& statement)
     {
-        if (statement.type != StatementType::CreateTable && statement.type != StatementType::AlterAdd)
-            return;
-        Table* table = find(statement.target.back());
-        if (table == nullptr)
-            table = &m_created.emplace_back();
-        if (statement.type == StatementType::CreateTable)
-            *table = Table();
-        table->name = statement.target.back();
-        table->whole = table->whole || statement.type == StatementType::CreateTable;
-        for (const ColumnDefinition& column : statement.definitions) {
-            table->columns.emplace_back(column.name, columnTypeNamed(column.type.name));
-            if (!column.identity)
-                table->filled.push_back(column.name);
-        }
+        std::visit([this](const auto& one) { learn(one); }, statement);
     }
 
 private:
@@ -75,6 +51,61 @@ private:
         std::vector<std::pair<std::string, ColumnType>> columns;
         std::vector<std::string> filled;
     };
+
+    static void add(Table& table, const ColumnDefinition& column)
+    {
+        table.columns.emplace_back(column.name, columnTypeNamed(column.type.name));
+        if (!column.identity)
+            table.filled.push_back(column.name);
+    }
+
+    void learn(const CreateTable& statement)
+    {
+        Table* table = find(statement.table);
+        if (table == nullptr)
+            table = &m_created.emplace_back();
+        *table = Table{.name = statement.table, .whole = true, .columns = {}, .filled = {}};
+        for (const ColumnDefinition& column : statement.columns)
+            add(*table, column);
+    }
+
+    void learn(const AddColumn& statement)
+    {
+        Table* table = find(statement.table);
+        if (table == nullptr) {
+            table = &m_created.emplace_back();
+            table->name = statement.table;
+        }
+        add(*table, statement.column);
+    }
+
+    void learn(const DropColumn& statement)
+    {
+        if (Table* table = find(statement.table)) {
+            const auto same = [&](const std::string& name) { return sameWord(name, statement.column); };
+            std::erase_if(table->columns, [&](const auto& column) { return same(column.first); });
+            std::erase_if(table->filled, same);
+        }
+    }
+
+    void learn(const DropTable& statement)
+    {
+        std::erase_if(m_created, [&](const Table& table) { return sameWord(table.name, statement.table); });
+    }
+
+    // The rest makes and changes no columns.
+    void learn(const SelectStatement&) {}
+    void learn(const InsertStatement&) {}
+    void learn(const UpdateStatement&) {}
+    void learn(const DeleteStatement&) {}
+    void learn(const TruncateTable&) {}
+    void learn(const CreateIndex&) {}
+    void learn(const DropIndex&) {}
+    void learn(const CreateView&) {}
+    void learn(const DropView&) {}
+    void learn(const BeginTransaction&) {}
+    void learn(const CommitTransaction&) {}
+    void learn(const RollbackTransaction&) {}
 
     const Table* find(std::string_view name) const
     {
@@ -91,7 +122,7 @@ private:
     std::vector<Table> m_created;
 };
 
-std::vector<Translation> translateAll(const std::vector<Statement>& statements, std::string_view tsql,
+std::vector<Translation> translateAll(const std::vector<ParsedStatement>& statements, std::string_view tsql,
                                       const ColumnTypes& columnTypes, const TableColumns& tableColumns)
 {
     Tables tables(columnTypes, tableColumns);
@@ -100,9 +131,9 @@ std::vector<Translation> translateAll(const std::vector<Statement>& statements, 
     };
     const TableColumns columns = [&](std::string_view table) { return tables.columns(table); };
     std::vector<Translation> translations;
-    for (const Statement& statement : statements) {
-        translations.push_back(emit(statement, tsql, types, columns));
-        tables.learn(statement);
+    for (const ParsedStatement& statement : statements) {
+        translations.push_back(written(statement, tsql, types, columns));
+        tables.learn(statement.statement);
     }
     return translations;
 }
@@ -112,16 +143,17 @@ std::vector<Translation> translateAll(const std::vector<Statement>& statements, 
 Translation translate(std::string_view tsql, const ColumnTypes& columnTypes, const TableColumns& tableColumns,
                       const TableKey& tableKey)
 {
-    std::vector<Statement> statements = parseBatch(tsql);
+    std::vector<ParsedStatement> statements = parseBatch(tsql);
     if (statements.empty())
         failAt(tsql, 0, "the statement is empty");
     if (statements.size() > 1)
         failAt(tsql, statements[1].offset, "only one statement can stand here");
-    if (statements.front().type == StatementType::Select && columnTypes && tableKey)
-        useKeyForDistinct(*statements.front().query, columnTypes, tableKey);
+    const auto* select = std::get_if<SelectStatement>(&statements.front().statement);
+    if (select != nullptr && columnTypes && tableKey)
+        useKeyForDistinct(*select->query, columnTypes, tableKey);
     Translation translation = translateAll(statements, tsql, columnTypes, tableColumns).front();
-    if (translation.kind == StatementKind::Select)
-        translation.search = textSearchOf(*statements.front().query, columnTypes);
+    if (select != nullptr)
+        translation.search = textSearchOf(*select->query, columnTypes);
     return translation;
 }
 

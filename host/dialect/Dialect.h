@@ -1,10 +1,51 @@
 #pragma once
 // The dialect layer: reads Transact-SQL and writes the SQL of SQLite.
 //
-// A statement is parsed (lexer, recursive-descent parser, syntax tree, emitter), never pattern-replaced. What
+// A statement is parsed (lexer, recursive-descent parser, syntax tree, writer), never pattern-replaced. What
 // the layer does not know is a DialectError that names the place; nothing is passed through unread. A text
 // between quotes is never changed: it comes out as the same literal, unless it is a date that meets a date
 // column or a date function, or a number that meets a numeric column (see below).
+//
+// The language, in the notation [optional] {repeated}, x, … for lists; words in any case, -- and nested /* */
+// comments, ';' between statements or nothing:
+//
+//   statement   SELECT …  |  INSERT …  |  UPDATE …  |  DELETE …, each with WITH name [(column, …)] AS (query), …
+//               before it  |  TRUNCATE TABLE table
+//               CREATE TABLE table (column type {option} | constraint, …)  |  DROP TABLE [IF EXISTS] table, …
+//               ALTER TABLE table ADD [COLUMN] column type {option}, …  |  ALTER TABLE table DROP COLUMN column, …
+//               CREATE [UNIQUE] [[NON]CLUSTERED] INDEX name ON table (column [ASC|DESC], …)  |
+//               DROP INDEX [IF EXISTS] name ON table
+//               CREATE VIEW view [(column, …)] AS query  |  DROP VIEW [IF EXISTS] view, …
+//               BEGIN TRAN[SACTION]  |  COMMIT [TRAN[SACTION]]  |  ROLLBACK [TRAN[SACTION]]
+//   query       SELECT [DISTINCT] [TOP n | TOP (value)] item, … [FROM source, …] [WHERE condition]
+//               [GROUP BY value, …] [HAVING condition]  |  VALUES (value, …), …  |  (query),
+//               joined by UNION [ALL], EXCEPT, INTERSECT;
+//               [ORDER BY value [ASC|DESC], …] [OFFSET n ROWS [FETCH NEXT n ROWS ONLY]] [OPTION (passed over)]
+//   item        *  |  table.*  |  value [[AS] alias]  |  alias = value
+//   source      table [[AS] alias] [WITH (passed over)]  |  (query) [AS] alias [(column, …)]  |
+//               source [INNER] | LEFT | RIGHT | FULL [OUTER] | CROSS JOIN source [ON condition]  |  (source)
+//   INSERT      [INTO] table [(column, …)]  VALUES (value, …), …  |  query  |  DEFAULT VALUES
+//   UPDATE      table SET column = | += | -= | *= | /= | %= value, … [FROM source, …] [WHERE condition]
+//   DELETE      [FROM] table [FROM source, …] [WHERE condition]
+//   option      [NOT] NULL, IDENTITY [(1,1)], PRIMARY KEY [[NON]CLUSTERED], UNIQUE, DEFAULT value, CHECK (condition),
+//               COLLATE name (passed over), REFERENCES table [(column, …)] {ON DELETE | UPDATE action}
+//   constraint  [CONSTRAINT name] PRIMARY KEY (column, …), UNIQUE (column, …), FOREIGN KEY (column, …) REFERENCES …,
+//               CHECK (condition)
+//   condition   AND, OR, NOT, = <> != < > <= >=, IS [NOT] NULL, [NOT] BETWEEN, [NOT] IN (value, … | query),
+//               [NOT] LIKE pattern [ESCAPE character] with % _ [a-z] [^a-z], EXISTS (query)
+//   value       'text', N'text', 1, 1.5, 1e5, 0x0A, NULL, ?, [schema.][table.]column, [name] or "name",
+//               + - * / % & |, CASE … END, CAST(value AS type), CONVERT(type, value [, style]), (query),
+//               value COLLATE name (_CS and _BIN look at case, others do not), function(value, …)
+//   function    COUNT SUM MIN MAX AVG (with DISTINCT); ISNULL COALESCE NULLIF IIF; LEN LEFT RIGHT SUBSTRING LTRIM
+//               RTRIM TRIM UPPER LOWER REPLACE CHARINDEX PATINDEX REPLICATE SPACE CONCAT CHAR NCHAR ASCII UNICODE STR;
+//               ABS ROUND FLOOR CEILING; GETDATE CURRENT_TIMESTAMP DATEDIFF DATEADD DATEPART YEAR MONTH DAY;
+//               ISDATE ISNUMERIC; SCOPE_IDENTITY @@IDENTITY @@ROWCOUNT
+//   type        bit tinyint smallint int bigint decimal numeric money smallmoney float real char varchar nchar
+//               nvarchar text ntext sysname uniqueidentifier date datetime datetime2 smalldatetime time binary
+//               varbinary image, with length, (precision, scale) or (max)
+//
+// Names may have a server, a database and a schema, which mean nothing here; #names are temporary tables. At most 90
+// levels of parentheses, sub-selects and the like stand inside each other, and 64 tables in one join.
 //
 // UTF-8 in and out. Everything here is a pure function of its arguments and may be called on any thread.
 //
@@ -23,114 +64,14 @@
 // Statements may call the application functions of Functions.h; registerFunctions (SqliteFunctions.h) puts
 // them on a connection. All names are written as [name], so a misspelt column is an error, never a text.
 
-#include <cstddef>
-#include <functional>
-#include <optional>
-#include <stdexcept>
-#include <string>
+#include "host/dialect/base/DialectError.h"
+#include "host/dialect/writer/Catalogue.h"
+#include "host/dialect/writer/Translation.h"
+
 #include <string_view>
 #include <vector>
 
 namespace zul::dialect {
-
-/// What kind of value a column or an expression holds, as far as it is known before the statement runs.
-enum class ColumnType
-{
-    Unknown,
-    Bit,      ///< 0 or 1
-    Integer,  ///< tinyint to bigint
-    Decimal,  ///< decimal, numeric, money
-    Real,     ///< float, real
-    Text,     ///< char to nvarchar(max), text, ntext, uniqueidentifier
-    Date,     ///< date: stored as midnight
-    DateTime, ///< datetime, datetime2, smalldatetime
-    Time,     ///< time of day
-    Binary    ///< varbinary, image
-};
-
-/// The column type of a declaration such as "nvarchar(50)", "DATETIME" or "INTEGER"; Unknown when it says
-/// nothing. Case, length and what follows the type's name do not matter.
-ColumnType columnTypeOf(std::string_view declaration);
-
-/// Answers the type of a table's column; Unknown when there is no such table or column. Names come as written
-/// in the statement (any case, without schema and brackets).
-using ColumnTypes = std::function<ColumnType(std::string_view table, std::string_view column)>;
-
-/// Answers the columns that an INSERT without a column list fills, in order (an identity column is not among
-/// them); nothing when the table is not known. Names come as for ColumnTypes.
-using TableColumns = std::function<std::vector<std::string>(std::string_view table)>;
-
-/// Answers the columns of a table's primary key; nothing when it has none or is not known. Names come as for
-/// ColumnTypes.
-using TableKey = std::function<std::vector<std::string>(std::string_view table)>;
-
-enum class StatementKind
-{
-    Nothing, ///< SET NOCOUNT ON and the like: sql is empty, there is nothing to run
-    Select,
-    Insert,
-    Update,
-    Delete, ///< also TRUNCATE TABLE
-    Schema, ///< CREATE, ALTER, DROP, SELECT … INTO
-    Begin,
-    Commit,
-    Rollback
-};
-
-/// One column of a result: its name as the statement gives it (empty for an expression without alias) and its
-/// type as far as known.
-struct OutputColumn
-{
-    std::string name;
-    ColumnType type = ColumnType::Unknown;
-};
-
-/// What SELECT … FROM table WHERE column LIKE '%text%', and nothing more, looks for: the rows of one table whose
-/// text column contains a text that has no letters and none of LIKE's signs. Who knows a few rows among which all of
-/// them are may append " AND [rows].rowid IN (…)" to the translation and gets the same rows for less.
-struct TextSearch
-{
-    std::string table; ///< without schema
-    std::string rows;  ///< the table's name or alias in the statement
-    std::string column;
-    std::string text;
-};
-
-/// A statement in the SQL of SQLite.
-struct Translation
-{
-    /// One SQLite statement without a final semicolon; empty for StatementKind::Nothing.
-    std::string sql;
-    StatementKind kind = StatementKind::Nothing;
-    /// The table written to (INSERT, UPDATE, DELETE, CREATE TABLE, …), without schema; empty otherwise.
-    std::string target;
-    /// The tables read, without schema, each once, in the order of their first appearance.
-    std::vector<std::string> tables;
-    /// SELECT: the result's columns; empty when the list holds a '*' over a table.
-    std::vector<OutputColumn> columns;
-    /// How many '?' parameters the statement has. They come out as ?1, ?2, …
-    int parameters = 0;
-    /// When the statement is such a search, and column types were given.
-    std::optional<TextSearch> search;
-};
-
-/// Why and where a statement could not be translated. what() holds message and place.
-class DialectError : public std::runtime_error
-{
-public:
-    DialectError(const std::string& message, std::size_t offset, std::size_t line, std::size_t column);
-
-    const std::string& message() const { return m_message; } ///< without the place
-    std::size_t offset() const { return m_offset; }          ///< in bytes, from 0
-    std::size_t line() const { return m_line; }              ///< from 1
-    std::size_t column() const { return m_column; }          ///< in characters, from 1
-
-private:
-    std::string m_message;
-    std::size_t m_offset;
-    std::size_t m_line;
-    std::size_t m_column;
-};
 
 /// Translates exactly one statement (a final ';' is allowed). With column types the output uses more native
 /// operators (faster) and normalises date and number literals that meet a column of another type; without,

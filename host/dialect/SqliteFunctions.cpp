@@ -1,9 +1,10 @@
 #include "host/dialect/SqliteFunctions.h"
 
-#include "host/dialect/Functions.h"
+#include "host/dialect/functions/Functions.h"
 
 #include <array>
 #include <exception>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -98,48 +99,31 @@ void stepAverage(sqlite3_context* context, int, sqlite3_value** values)
     });
 }
 
-void inverseAverage(sqlite3_context* context, int, sqlite3_value** values)
-{
-    guarded(context, [&] {
-        if (Average* average = averageOf(context, true))
-            average->remove(argumentOf(values[0]));
-    });
-}
-
-void valueOfAverage(sqlite3_context* context)
-{
-    guarded(context, [&] {
-        const Average* average = averageOf(context, false);
-        setResult(context, average == nullptr ? Result{} : average->result());
-    });
-}
-
 void finalAverage(sqlite3_context* context)
 {
-    valueOfAverage(context);
-    delete averageOf(context, false);
+    const std::unique_ptr<Average> average(averageOf(context, false));
+    guarded(context, [&] { setResult(context, average ? average->result() : Result{}); });
 }
 
 } // namespace
 
 int registerFunctions(sqlite3* connection)
 {
-    constexpr int always = SQLITE_UTF8 | SQLITE_INNOCUOUS;
+    constexpr int always = SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC;
     for (const Function& function : functions()) {
-        const int flags = always | (function.deterministic ? SQLITE_DETERMINISTIC : 0);
         const int first = function.most < 0 ? -1 : function.least;
         const int last = function.most < 0 ? -1 : function.most;
         for (int count = first; count <= last; ++count) {
             // The engine only hands the pointer back; the table is constant and lives as long as the process.
-            const int code = sqlite3_create_function_v2(connection, function.name, count, flags,
+            const int code = sqlite3_create_function_v2(connection, function.name, count, always,
                                                         const_cast<Function*>(&function), callScalar, nullptr,
                                                         nullptr, nullptr);
             if (code != SQLITE_OK)
                 return code;
         }
     }
-    return sqlite3_create_window_function(connection, "zul_avg", 1, always | SQLITE_DETERMINISTIC, nullptr,
-                                          stepAverage, finalAverage, valueOfAverage, inverseAverage, nullptr);
+    return sqlite3_create_function_v2(connection, "zul_avg", 1, always, nullptr, nullptr, stepAverage,
+                                      finalAverage, nullptr);
 }
 
 } // namespace zul::dialect

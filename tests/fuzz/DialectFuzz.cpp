@@ -1,10 +1,11 @@
 // Any text: the translation ends in a result or a DialectError, the result's quotes are closed, nothing of it
 // stands outside of one statement, and every literal that went in comes out as it was.
-#include "host/dialect/DateTime.h"
 #include "host/dialect/Dialect.h"
-#include "host/dialect/Functions.h"
-#include "host/dialect/Lexer.h"
-#include "host/dialect/Like.h"
+#include "host/dialect/base/DateTime.h"
+#include "host/dialect/base/Like.h"
+#include "host/dialect/base/Words.h"
+#include "host/dialect/functions/Functions.h"
+#include "host/dialect/syntax/Lexer.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -61,13 +62,6 @@ bool mayChange(const std::string& text)
            sameWord(text, "false");
 }
 
-bool hint(const Token& token)
-{
-    return upperAscii(token.text).find("LOCK") != std::string::npos || token.isWord("INDEX") ||
-           upperAscii(token.text).find("READ") != std::string::npos || token.isWord("SERIALIZABLE") ||
-           token.isWord("NOWAIT");
-}
-
 void checkLiterals(std::string_view tsql, const std::vector<Translation>& translations)
 {
     std::vector<std::string> out;
@@ -77,8 +71,7 @@ void checkLiterals(std::string_view tsql, const std::vector<Translation>& transl
     const std::vector<Token> tokens = tokenize(tsql);
     for (const Token& token : tokens)
         // Advice in parentheses is passed over with whatever stands in it.
-        if (token.isWord("OPTION") || token.isWord("WITH") || token.isWord("INCLUDE") || hint(token) ||
-            token.isWord("LANGUAGE") || token.isWord("DATEFORMAT"))
+        if (token.isWord("OPTION") || token.isWord("WITH") || token.isWord("NOLOCK"))
             return;
     for (const Token& token : tokens)
         if (token.kind == TokenKind::Text && !mayChange(token.text)) {

@@ -1,4 +1,4 @@
-#include "host/dialect/DateTime.h"
+#include "host/dialect/base/DateTime.h"
 
 #include <gtest/gtest.h>
 
@@ -68,15 +68,14 @@ TEST(DateTime, NumbersAreDaysSince1900)
 TEST(DateTime, EveryPartName)
 {
     for (const char* name :
-         {"year", "yy",         "YYYY",    "quarter",  "qq",    "q",           "month", "mm",
-          "m",    "dayofyear",  "dy",      "y",        "day",   "dd",          "d",     "week",
-          "wk",   "ww",         "weekday", "dw",       "w",     "hour",        "hh",    "minute",
-          "mi",   "n",          "second",  "ss",       "s",     "millisecond", "ms",    "microsecond",
-          "mcs",  "nanosecond", "ns",      "iso_week", "isowk", "isoww"})
+         {"year", "yy",        "YYYY",    "quarter", "qq",  "q",           "month", "mm",
+          "m",    "dayofyear", "dy",      "y",       "day", "dd",          "d",     "week",
+          "wk",   "ww",        "weekday", "dw",      "w",   "hour",        "hh",    "minute",
+          "mi",   "n",         "second",  "ss",      "s",   "millisecond", "ms"})
         EXPECT_TRUE(datePartNamed(name)) << name;
     EXPECT_FALSE(datePartNamed("century"));
     EXPECT_FALSE(datePartNamed(""));
-    EXPECT_EQ(nameOf(*datePartNamed("ns")), "nanosecond");
+    EXPECT_EQ(nameOf(*datePartNamed("ms")), "millisecond");
     EXPECT_EQ(nameOf(*datePartNamed("yy")), "year");
 }
 
@@ -102,8 +101,7 @@ TEST(DateTime, OutOfRangeSumsAreNothing)
     EXPECT_FALSE(dateSum(DatePart::Month, 1, last));
     EXPECT_FALSE(dateSum(DatePart::Year, INT64_MAX, last));
     EXPECT_FALSE(dateSum(DatePart::Week, INT64_MIN, last));
-    EXPECT_FALSE(dateDifference(DatePart::Nanosecond, first, last));
-    EXPECT_TRUE(dateDifference(DatePart::Millisecond, first, last));
+    EXPECT_EQ(dateDifference(DatePart::Millisecond, first, last), 315537897599999);
 }
 
 TEST(DateTime, StylesReadBack)

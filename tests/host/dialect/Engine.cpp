@@ -3,11 +3,17 @@
 #include "host/dialect/SqliteFunctions.h"
 
 #include <cstddef>
+#include <ostream>
 #include <stdexcept>
 
 #include <sqlite3.h>
 
 namespace zul::dialect::test {
+
+std::ostream& operator<<(std::ostream& out, const ValueCase& example)
+{
+    return out << example.expression;
+}
 
 Engine::Engine()
 {
@@ -45,8 +51,7 @@ Rows Engine::runWith(std::string_view tsql, const ColumnTypes& types)
 {
     Rows rows;
     for (const Translation& translation : translateBatch(tsql, types))
-        if (!translation.sql.empty())
-            rows = runNative(translation.sql);
+        rows = runNative(translation.sql);
     return rows;
 }
 

@@ -3,6 +3,7 @@
 
 #include "host/dialect/Dialect.h"
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,16 @@ namespace zul::dialect::test {
 
 /// The rows of a result as texts; a NULL is "NULL".
 using Rows = std::vector<std::vector<std::string>>;
+
+/// A line of a table of cases: an expression and what it is worth.
+struct ValueCase
+{
+    const char* expression;
+    const char* value;
+};
+
+/// Names the case where it fails.
+std::ostream& operator<<(std::ostream& out, const ValueCase& example);
 
 class Engine
 {

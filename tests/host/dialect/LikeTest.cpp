@@ -1,4 +1,4 @@
-#include "host/dialect/Like.h"
+#include "host/dialect/base/Like.h"
 
 #include <string>
 

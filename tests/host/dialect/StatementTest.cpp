@@ -90,7 +90,7 @@ TEST_F(Statements, Joins)
     EXPECT_THAT(run("SELECT c.id FROM c LEFT JOIN (v x INNER JOIN v y ON x.id = y.id) ON c.id = x.idc"),
                 SizeIs(4));
     EXPECT_THAT(run("SELECT z.id FROM v z, c LEFT JOIN v ON c.id = v.idc WHERE z.id = 1"), SizeIs(4));
-    EXPECT_THAT(run("SELECT c.id FROM dbo.c WITH (NOLOCK) INNER HASH JOIN ZUL.dbo.v (nolock) ON dbo.c.id = "
+    EXPECT_THAT(run("SELECT c.id FROM dbo.c WITH (NOLOCK) INNER JOIN ZUL.dbo.v (nolock) ON dbo.c.id = "
                     "v.idc OPTION (MAXDOP 1)"),
                 SizeIs(3));
     EXPECT_THAT(run("SELECT t.id FROM ZUL..c t WITH(NOLOCK, ROWLOCK)"), SizeIs(3));

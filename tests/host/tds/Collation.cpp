@@ -1,6 +1,6 @@
 #include "tests/host/tds/Collation.h"
 
-#include "host/dialect/Utf8.h"
+#include "host/dialect/base/Utf8.h"
 
 #include <algorithm>
 #include <string>

@@ -1,1 +1,1 @@
-/* a /* b */ */ SELECT {ts '2026-01-01 10:20:30'}, 0xFF & 3, -$1.5e -- end
+/* a /* b */ */ SELECT CAST('2026-01-01 10:20:30' AS datetime), 0xFF & 3, -1.5e0 -- end

@@ -1,0 +1,53 @@
+#pragma once
+// Pieces of SQLite's SQL: how names and texts are quoted, and which operator binds closer than which.
+
+#include "host/dialect/base/ColumnType.h"
+#include "host/dialect/syntax/Ast.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zul::dialect {
+
+/// [name]: unlike "name", the engine never takes it for a text when there is no such column.
+std::string quotedName(std::string_view name);
+/// [name], [name]
+std::string quotedNames(const std::vector<std::string>& names);
+/// 'text'
+std::string quotedText(std::string_view text);
+
+/// The engine's operators, from loosest to closest.
+enum class Binding
+{
+    Or,
+    And,
+    Not,
+    Equal, ///< also IS, IN, LIKE, BETWEEN
+    Less,
+    Bit,
+    Sum,
+    Product,
+    Concat,
+    Sign,
+    Primary
+};
+
+/// An expression written out, and what is known of it.
+struct Piece
+{
+    std::string sql;
+    ColumnType type = ColumnType::Unknown;
+    Binding binding = Binding::Primary;
+    bool collates = false;         ///< brings its own collation: a table's column, or an explicit COLLATE
+    const Expr* literal = nullptr; ///< the literal it is, if it is one
+    int addends = 0;               ///< arguments so far of the zul_add call it is; 0 when it is none
+
+    /// As an operand of an operator that binds as given: in parentheses where needed.
+    std::string as(Binding operatorBinding) const
+    {
+        return binding < operatorBinding ? "(" + sql + ")" : sql;
+    }
+};
+
+} // namespace zul::dialect
