@@ -436,6 +436,92 @@ TEST_F(ColumnStoreTest, MarksTheChangesThatASingleLookAtEachPairFinds)
     EXPECT_THROW(typed.markChanges({}, 8, bits), std::out_of_range);
 }
 
+TEST_F(ColumnStoreTest, EqualNumbersOfDifferentKindsStandInOneGroup)
+{
+    // Sorted, the rows stand as they came: nothing but the order tells where a group begins.
+    ColumnStore mixed;
+    mixed.addColumn();
+    const auto end = [&mixed] { mixed.endRow(); };
+    mixed.appendInteger(0, 1), end();
+    mixed.appendReal(0, 1.0), end();
+    mixed.appendBoolean(0, true), end();
+    mixed.appendDate(0, 1.0), end();
+    mixed.appendInteger(0, 1), end();
+    mixed.appendReal(0, 1.5), end();
+    mixed.appendInteger(0, 2), end();
+    const Rows rows = sorted(mixed, 0);
+    ASSERT_EQ(rows, allRows(mixed));
+    std::vector<uint64_t> bits(1, 0);
+    mixed.markChanges(rows, 0, bits);
+    EXPECT_EQ(bits[0], 0b1100000U);
+    EXPECT_TRUE(mixed.sameInOrder(0, 1, 0));
+    EXPECT_FALSE(mixed.sameInOrder(4, 5, 0));
+}
+
+TEST_F(ColumnStoreTest, TheTwoZerosAndAllThatAreNoNumberStandInOneGroupEach)
+{
+    for (const double value : {0.0, -0.0, std::nan("1"), -std::nan("2")}) {
+        store.appendReal(0, value);
+        store.endRow();
+    }
+    std::vector<uint64_t> bits(1, 0);
+    store.markChanges(sorted(store, 0), 0, bits);
+    EXPECT_EQ(bits[0], 0b0100U);
+}
+
+TEST_F(ColumnStoreTest, WholeNumbersThatNoRealTellsApartStayApartBesideReals)
+{
+    constexpr int64_t first = int64_t{1} << 53; // from here on a real passes over every other whole number
+    const std::vector<int64_t> wholes = {first + 2,
+                                         first + 1,
+                                         first,
+                                         first - 1,
+                                         std::numeric_limits<int64_t>::max(),
+                                         std::numeric_limits<int64_t>::max() - 1,
+                                         -first - 1,
+                                         std::numeric_limits<int64_t>::min()};
+    for (const int64_t whole : wholes) {
+        store.appendInteger(0, whole);
+        store.endRow();
+    }
+    store.appendReal(0, static_cast<double>(first));
+    store.endRow();
+    store.appendReal(0, 9223372036854775808.0); // one above the largest whole number
+    store.endRow();
+    store.appendReal(0, std::numeric_limits<double>::infinity());
+    store.endRow();
+    appendText(store, 0, "a");
+    store.endRow();
+    const Rows rows = sorted(store, 0);
+    EXPECT_EQ(rows, (Rows{7, 6, 3, 2, 8, 1, 0, 5, 4, 9, 10, 11}));
+    std::vector<uint64_t> bits(1, 0);
+    store.markChanges(rows, 0, bits);
+    EXPECT_EQ(bits[0], 0b111111101110U) << "only the two that are equal stand together";
+}
+
+TEST_F(ColumnStoreTest, AColumnOfWholeNumbersAndRealsHoldsNumbers)
+{
+    store.appendInteger(0, 1);
+    store.endRow();
+    store.appendReal(0, 2.5);
+    store.endRow();
+    store.endRow();
+    EXPECT_TRUE(store.holdsNumbers(0));
+    appendText(store, 0, "");
+    store.endRow();
+    EXPECT_FALSE(store.holdsNumbers(0)) << "an empty text is no number";
+    store.setInteger(3, 0, 4);
+    EXPECT_TRUE(store.holdsNumbers(0));
+    store.setBoolean(3, 0, true);
+    EXPECT_FALSE(store.holdsNumbers(0)) << "a boolean is shown as a word";
+    store.setDate(3, 0, 1.0);
+    EXPECT_FALSE(store.holdsNumbers(0));
+    for (uint32_t row = 0; row < store.rowCount(); ++row) {
+        store.setNull(row, 0);
+    }
+    EXPECT_FALSE(store.holdsNumbers(0)) << "nothing but NULL";
+}
+
 TEST_F(ColumnStoreTest, SortsByCountsAsAPlainSortDoes)
 {
     // More rows than there are different values, and about as many.
