@@ -43,20 +43,12 @@ concept CellArray = requires(Array array, const Array& read, uint32_t row, Cell 
 class NullCells
 {
 public:
-    explicit NullCells(size_t size = 0)
-        : m_size(size)
-    {}
-
     static bool holds(Cell cell) { return cell.isNull(); }
-    void push(Cell /*null*/) { ++m_size; }
+    void push(Cell /*null*/) {}
     void set(uint32_t /*row*/, Cell /*null*/) {}
     Cell cell(uint32_t /*row*/) const { return {}; }
-    size_t size() const { return m_size; }
     bool holdsNumbers() const { return false; }
     size_t bytes() const { return 0; }
-
-private:
-    size_t m_size;
 };
 
 // How values stand in an array of their own: the kind of the cells, the word that is kept, the word that stands for NULL
@@ -118,7 +110,6 @@ public:
         return word == null ? Cell() : Cell{Values::kind, Values::payload(word)};
     }
     Word word(uint32_t row) const { return m_words[row]; }
-    size_t size() const { return m_words.size(); }
     bool holdsNumbers() const { return Values::kind == CellKind::Integer || Values::kind == CellKind::Real; }
     size_t bytes() const { return m_words.bytes(); }
 
@@ -152,7 +143,6 @@ public:
         return id == null ? Cell() : Cell::text(id);
     }
     uint32_t id(uint32_t row) const { return m_ids[row]; }
-    size_t size() const { return m_ids.size(); }
     bool holdsNumbers() const { return false; }
     size_t bytes() const { return m_ids.bytes() + m_texts.bytes(); }
 
@@ -190,11 +180,10 @@ public:
         m_kinds.set(row, cell.kind);
     }
     Cell cell(uint32_t row) const { return {m_kinds[row], m_payloads[row]}; }
-    size_t size() const { return m_kinds.size(); }
     bool holdsNumbers() const
     {
         const uint32_t numbers = countOf(CellKind::Integer) + countOf(CellKind::Real);
-        return numbers > 0 && numbers + countOf(CellKind::Null) == size();
+        return numbers > 0 && numbers + countOf(CellKind::Null) == m_kinds.size();
     }
     size_t bytes() const { return m_payloads.bytes() + m_kinds.bytes() + m_texts.bytes(); }
 

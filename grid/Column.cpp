@@ -18,7 +18,7 @@ QString fromUtf8(std::string_view bytes)
 void Column::write(uint32_t row, Cell cell)
 {
     widenFor(cell);
-    std::visit([row, cell](auto& cells) { place(cells, row, cell); }, m_cells);
+    std::visit([this, row, cell](auto& cells) { place(cells, row, cell); }, m_cells);
 }
 
 void Column::writeOtherText(uint32_t row, const char* utf8, size_t size)
@@ -62,9 +62,8 @@ bool Column::becomeIfItHolds(Cell cell)
     // Built beside the old cells and then put in their place, so that running out of memory loses nothing.
     Array wider;
     std::visit(
-        [&wider](auto& old) {
-            const auto count = static_cast<uint32_t>(old.size());
-            for (uint32_t row = 0; row < count; ++row) {
+        [this, &wider](auto& old) {
+            for (uint32_t row = 0; row < m_size; ++row) {
                 wider.push(old.cell(row));
             }
             if constexpr (HasTexts<decltype(old)> && HasTexts<Array&>) {

@@ -23,26 +23,24 @@ class Column
 {
 public:
     explicit Column(uint32_t nulls = 0)
-        : m_cells(std::in_place_type<NullCells>, nulls)
+        : m_size(nulls)
     {}
 
     /// Rows that the column has a value or NULL for.
-    size_t size() const
-    {
-        return std::visit([](const auto& cells) { return cells.size(); }, m_cells);
-    }
+    uint32_t size() const { return m_size; }
 
     // --- Writing. What comes most is looked for first, and written without a further question.
 
     void write(uint32_t row, Cell cell);
     void writeNull(uint32_t row)
     {
-        std::visit([row](auto& cells) { place(cells, row, {}); }, m_cells);
+        std::visit([this, row](auto& cells) { place(cells, row, {}); }, m_cells);
     }
     void writeText(uint32_t row, const char* utf8, size_t size)
     {
-        if (auto* texts = std::get_if<TextCells>(&m_cells); texts != nullptr && texts->size() == row) {
+        if (auto* texts = std::get_if<TextCells>(&m_cells); texts != nullptr && m_size == row) {
             texts->pushText(utf8, size);
+            ++m_size;
         } else {
             writeOtherText(row, utf8, size);
         }
@@ -89,10 +87,11 @@ private:
                                MixedCells>;
 
     template <typename Array>
-    static void place(Array& cells, uint32_t row, Cell cell)
+    void place(Array& cells, uint32_t row, Cell cell)
     {
-        if (row == cells.size()) {
+        if (row == m_size) {
             cells.push(cell);
+            ++m_size;
         } else {
             cells.set(row, cell);
         }
@@ -101,8 +100,9 @@ private:
     void push(uint32_t row, Cell cell)
     {
         if (auto* cells = std::get_if<Array>(&m_cells);
-            cells != nullptr && cells->size() == row && Array::holds(cell)) {
+            cells != nullptr && m_size == row && Array::holds(cell)) {
             cells->push(cell);
+            ++m_size;
         } else {
             write(row, cell);
         }
@@ -112,6 +112,7 @@ private:
     template <typename Array>
     bool becomeIfItHolds(Cell cell);
 
+    uint32_t m_size;
     Cells m_cells;
 };
 

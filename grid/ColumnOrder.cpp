@@ -175,7 +175,7 @@ void sortCells(const DoubleCells<Kind>& cells, Rows& rows, Rows& room, bool desc
     // Whole days and whole amounts, the usual case, sort as 32-bit numbers.
     const auto range = rangeOfWholes(cells, rows);
     if (!range) {
-        sortByKeys(rows, room, descending, orderKeys(cells, locale));
+        sortInRange(rows, room, descending, uint64_t{1}, ~uint64_t{0}, orderKeys(cells, locale));
         return;
     }
     const auto [lowest, highest] = *range;
