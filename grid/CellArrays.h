@@ -8,7 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <limits>
-#include <string_view>
+#include <variant>
 
 namespace zul {
 
@@ -16,28 +16,20 @@ namespace zul {
 /// they differ, and is chosen once a column: the loop over the rows inside knows the type of its values.
 ///
 /// `holds` tells whether the array's type can keep a value; only such values are given to `push` (a new last row) and
-/// `set` (a row that is there).
+/// `set` (a row that is there). `holdsNumbers`: whether there are whole numbers and reals, and nothing else but NULL.
 template <typename Array>
 concept CellArray = requires(Array array, const Array& read, uint32_t row, Cell cell)
 {
-    {
-        Array::holds(cell)
-        } -> std::same_as<bool>;
+    Array::holds(cell);
     array.push(cell);
     array.set(row, cell);
-    {
-        read.cell(row)
-        } -> std::same_as<Cell>;
-    {
-        read.size()
-        } -> std::same_as<size_t>;
-    {
-        read.holdsNumbers()
-        } -> std::same_as<bool>; // only, NULLs apart
-    {
-        read.bytes()
-        } -> std::same_as<size_t>;
+    read.cell(row);
+    read.holdsNumbers();
+    read.bytes();
 };
+
+template <CellArray... Arrays>
+using OneOf = std::variant<Arrays...>;
 
 /// NULL in every row: a column that got no value yet.
 class NullCells

@@ -31,7 +31,6 @@ public:
 
     // --- Writing. What comes most is looked for first, and written without a further question.
 
-    void write(uint32_t row, Cell cell);
     void writeNull(uint32_t row)
     {
         std::visit([this, row](auto& cells) { place(cells, row, {}); }, m_cells);
@@ -83,8 +82,8 @@ public:
                     std::vector<uint64_t>& matches) const;
 
 private:
-    using Cells = std::variant<NullCells, TextCells, IntCells, LongCells, RealCells, DateCells, BooleanCells,
-                               MixedCells>;
+    using Cells =
+        OneOf<NullCells, TextCells, IntCells, LongCells, RealCells, DateCells, BooleanCells, MixedCells>;
 
     template <typename Array>
     void place(Array& cells, uint32_t row, Cell cell)
@@ -107,6 +106,7 @@ private:
             write(row, cell);
         }
     }
+    void write(uint32_t row, Cell cell);
     void writeOtherText(uint32_t row, const char* utf8, size_t size);
     void widenFor(Cell cell);
     template <typename Array>

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <string>
@@ -172,6 +173,74 @@ TEST_F(ColumnStoreTest, MixesKindsInOneColumn)
     EXPECT_EQ(sorted(store, 0, true), (Rows{1, 4, 2, 0, 3, 5}));
     EXPECT_EQ(found(store, QStringLiteral("7"), {0}), (Rows{0, 2}));
     EXPECT_FALSE(store.holdsNumbers(0));
+}
+
+TEST_F(ColumnStoreTest, KeepsWhatItHasWhenAValueOfAnotherKindComes)
+{
+    struct Value
+    {
+        const char* name;
+        std::function<void(ColumnStore&)> append;
+        std::function<void(ColumnStore&, uint32_t)> set;
+        std::function<bool(const ColumnStore&, uint32_t)> isThere;
+    };
+    const auto integer = [](const char* name, int64_t value) {
+        return Value{name, [value](ColumnStore& s) { s.appendInteger(0, value); },
+                     [value](ColumnStore& s, uint32_t row) { s.setInteger(row, 0, value); },
+                     [value](const ColumnStore& s, uint32_t row) {
+                         return s.kind(row, 0) == CellKind::Integer && s.integer(row, 0) == value;
+                     }};
+    };
+    const std::vector<Value> values = {
+        {"null", [](ColumnStore& s) { s.appendNull(0); },
+         [](ColumnStore& s, uint32_t row) { s.setNull(row, 0); },
+         [](const ColumnStore& s, uint32_t row) { return s.isNull(row, 0); }},
+        {"text", [](ColumnStore& s) { s.appendText(0, "D'Angelò", 9); },
+         [](ColumnStore& s, uint32_t row) { s.setText(row, 0, "D'Angelò", 9); },
+         [](const ColumnStore& s, uint32_t row) { return s.utf8(row, 0) == "D'Angelò"; }},
+        {"real", [](ColumnStore& s) { s.appendReal(0, -1.5); },
+         [](ColumnStore& s, uint32_t row) { s.setReal(row, 0, -1.5); },
+         [](const ColumnStore& s, uint32_t row) {
+             return s.kind(row, 0) == CellKind::Real && s.real(row, 0) == -1.5;
+         }},
+        {"date", [](ColumnStore& s) { s.appendDate(0, 45000.25); },
+         [](ColumnStore& s, uint32_t row) { s.setDate(row, 0, 45000.25); },
+         [](const ColumnStore& s, uint32_t row) {
+             return s.kind(row, 0) == CellKind::Date && s.real(row, 0) == 45000.25;
+         }},
+        {"boolean", [](ColumnStore& s) { s.appendBoolean(0, true); },
+         [](ColumnStore& s, uint32_t row) { s.setBoolean(row, 0, true); },
+         [](const ColumnStore& s, uint32_t row) {
+             return s.kind(row, 0) == CellKind::Boolean && s.boolean(row, 0);
+         }},
+        integer("small number", -7),
+        integer("large number", 5'000'000'000),
+        integer("lowest of 32 bits", std::numeric_limits<int32_t>::min()),
+        integer("lowest of all", std::numeric_limits<int64_t>::min())};
+    for (const Value& first : values) {
+        for (const Value& second : values) {
+            for (const bool later : {false, true}) {
+                store.clearRows();
+                for (int row = 0; row < 3; ++row) {
+                    first.append(store);
+                    store.endRow();
+                }
+                if (later) {
+                    second.set(store, 1);
+                } else {
+                    second.append(store);
+                    store.endRow();
+                }
+                first.append(store);
+                store.endRow();
+                const uint32_t changed = later ? 1 : 3;
+                for (uint32_t row = 0; row < store.rowCount(); ++row) {
+                    EXPECT_TRUE((row == changed ? second : first).isThere(store, row))
+                        << first.name << ", then " << second.name << ", row " << row << " later " << later;
+                }
+            }
+        }
+    }
 }
 
 TEST_F(ColumnStoreTest, KeepsEveryDoubleApartFromNull)
