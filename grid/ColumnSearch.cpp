@@ -1,10 +1,9 @@
-// The search of a column store: which rows show a text.
-#include "grid/ColumnStore.h"
+// The search of a column: which rows show a text.
+#include "grid/CellText.h"
+#include "grid/Column.h"
 
-#include <bit>
+#include <array>
 #include <charconv>
-#include <cstring>
-#include <functional>
 #include <unordered_map>
 
 namespace zul {
@@ -122,92 +121,122 @@ bool testBit(const std::vector<uint64_t>& bits, uint64_t index)
     return (bits[index >> 6] >> (index & 63) & 1) != 0;
 }
 
-} // namespace
-
-std::vector<uint64_t> ColumnStore::rowsContaining(const QString& needle,
-                                                  const std::vector<int>& columns) const
+/// What is looked for, and where.
+struct Search
 {
-    std::vector<uint64_t> matches((size_t{m_rows} + 63) / 64, needle.isEmpty() ? ~uint64_t{0} : 0);
-    if (needle.isEmpty()) {
-        return matches;
-    }
-    for (const int column : columns) {
-        if (static_cast<size_t>(column) >= m_columns.size()) {
-            throwColumn();
+    const Column& column;
+    const CellText& formats;
+    Contains contains;
+    uint32_t rows;
+    std::vector<uint64_t>& matches; // a bit a row; set ones need not be looked at
+};
+
+/// The texts that match, a bit for each; nothing when none does.
+std::vector<uint64_t> matchingTexts(const TextPool& pool, const Contains& contains)
+{
+    const auto count = static_cast<uint32_t>(pool.size());
+    std::vector<uint64_t> texts((size_t{count} + 63) / 64, 0);
+    bool any = false;
+    for (uint32_t id = 0; id < count; ++id) {
+        if (contains(pool.text(id))) {
+            setBit(texts, id);
+            any = true;
         }
-        addMatches(m_columns[static_cast<size_t>(column)], needle, matches);
     }
-    return matches;
+    return any ? texts : std::vector<uint64_t>();
 }
 
-void ColumnStore::addMatches(const Column& column, const QString& needle,
-                             std::vector<uint64_t>& matches) const
+/// Whether the values of cells match: each value is written out once, for dates and amounts come again.
+class ValueMatches
 {
-    const Contains contains(needle);
-    if (column.storage == Storage::Nulls) {
+public:
+    explicit ValueMatches(const Search& search)
+        : m_search(search)
+    {}
+
+    bool operator()(Cell cell)
+    {
+        if (cell.kind != m_last.kind || cell.payload != m_last.payload) {
+            const auto [entry, isNew] = m_known[static_cast<size_t>(cell.kind)].try_emplace(cell.payload);
+            if (isNew) {
+                entry->second = m_search.contains(m_search.column.shown(cell, m_search.formats));
+            }
+            m_last = cell;
+            m_lastMatches = entry->second;
+        }
+        return m_lastMatches;
+    }
+
+private:
+    const Search& m_search;
+    std::array<std::unordered_map<uint64_t, bool>, 6> m_known; // for each kind
+    Cell m_last;
+    bool m_lastMatches = false; // NULL shows nothing that could match
+};
+
+template <typename Shows>
+void markRows(const Search& search, Shows shows)
+{
+    for (uint32_t row = 0; row < search.rows; ++row) {
+        if (!testBit(search.matches, row) && shows(row)) {
+            setBit(search.matches, row);
+        }
+    }
+}
+
+void addMatches(const NullCells& /*cells*/, const Search& /*search*/)
+{}
+
+void addMatches(const TextCells& cells, const Search& search)
+{
+    const std::vector<uint64_t> texts = matchingTexts(cells.texts().pool, search.contains);
+    if (!texts.empty()) {
+        markRows(search, [&](uint32_t row) {
+            const uint32_t id = cells.id(row);
+            return id != TextCells::null && testBit(texts, id);
+        });
+    }
+}
+
+template <typename Values>
+void addMatches(const ValueCells<Values>& cells, const Search& search)
+{
+    ValueMatches matches(search);
+    markRows(search, [&](uint32_t row) { return matches(cells.cell(row)); });
+}
+
+void addMatches(const IntCells& cells, const Search& search)
+{
+    if (!search.formats.asciiIntegers()) {
+        addMatches<WholeNumbers<int32_t>>(cells, search);
         return;
     }
-    std::vector<uint64_t> texts;
-    bool anyText = false;
-    if (column.storage == Storage::Text || column.storage == Storage::Mixed) {
-        const auto count = static_cast<uint32_t>(column.pool.size());
-        texts.assign((size_t{count} + 63) / 64, 0);
-        for (uint32_t id = 0; id < count; ++id) {
-            if (contains(column.pool.text(id))) {
-                setBit(texts, id);
-                anyText = true;
-            }
-        }
-    }
-    if (column.storage == Storage::Text) {
-        for (uint32_t row = 0; anyText && row < m_rows; ++row) {
-            const uint32_t id = column.words[row];
-            if (id != nullText && testBit(texts, id)) {
-                setBit(matches, row);
-            }
-        }
-        return;
-    }
-    if (column.storage == Storage::Int32 && m_formats.asciiIntegers()) {
-        char digits[16];
-        for (uint32_t row = 0; row < m_rows; ++row) {
-            const auto value = static_cast<int32_t>(column.words[row]);
-            if (value != null32 && !testBit(matches, row)) {
-                const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-                if (contains(std::string_view(digits, static_cast<size_t>(end - digits)))) {
-                    setBit(matches, row);
-                }
-            }
-        }
-        return;
-    }
-    // Values of all other kinds are written out once for each distinct value: dates and amounts come again.
-    std::unordered_map<uint64_t, bool> known[6];
-    uint64_t lastPayload = 0;
-    CellKind lastKind = CellKind::Null;
-    bool lastMatches = false;
-    for (uint32_t row = 0; row < m_rows; ++row) {
-        const Cell cell = column.cell(row);
-        if (cell.kind == CellKind::Null || testBit(matches, row)) {
-            continue;
-        }
-        if (cell.kind != lastKind || cell.payload != lastPayload) {
-            lastKind = cell.kind;
-            lastPayload = cell.payload;
-            if (cell.kind == CellKind::Text) {
-                lastMatches = testBit(texts, cell.payload);
-            } else {
-                const auto [entry, isNew] = known[static_cast<size_t>(cell.kind)].try_emplace(cell.payload);
-                if (isNew) {
-                    entry->second = contains(cellText(column, cell));
-                }
-                lastMatches = entry->second;
-            }
-        }
-        if (lastMatches) {
-            setBit(matches, row);
-        }
-    }
+    std::array<char, 16> digits;
+    markRows(search, [&](uint32_t row) {
+        const int32_t value = cells.word(row);
+        const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+        return value != IntCells::null &&
+               search.contains(std::string_view(digits.data(), static_cast<size_t>(end - digits.data())));
+    });
+}
+
+void addMatches(const MixedCells& cells, const Search& search)
+{
+    const std::vector<uint64_t> texts = matchingTexts(cells.texts().pool, search.contains);
+    ValueMatches matches(search);
+    markRows(search, [&](uint32_t row) {
+        const Cell cell = cells.cell(row);
+        return cell.isText() ? !texts.empty() && testBit(texts, cell.textId()) : matches(cell);
+    });
+}
+
+} // namespace
+
+void Column::addMatches(const QString& needle, const CellText& formats, uint32_t rows,
+                        std::vector<uint64_t>& matches) const
+{
+    const Search search{*this, formats, Contains(needle), rows, matches};
+    std::visit([&search](const auto& cells) { zul::addMatches(cells, search); }, m_cells);
 }
 
 } // namespace zul

@@ -1,30 +1,18 @@
 // The cells of a grid, kept by column.
 #pragma once
 
+#include "grid/Cell.h"
 #include "grid/CellText.h"
-#include "grid/ChunkedArray.h"
-#include "grid/TextPool.h"
+#include "grid/Column.h"
 
 #include <QString>
 
 #include <cstdint>
-#include <limits>
-#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 namespace zul {
-
-enum class CellKind : uint8_t
-{
-    Null,
-    Text,
-    Integer,
-    Real,
-    Date,
-    Boolean
-};
 
 /// Rows of cells, designed for a million rows: a column is one array of plain values (4 bytes for a text, a
 /// whole number of 32 bits, 8 for a real or a date, 1 for a boolean), equal texts are kept once, and there is
@@ -55,40 +43,40 @@ public:
 
     // --- Filling, row by row
 
-    void appendNull(int column) { open(column).appendNull(m_rows); }
-    void appendText(int column, const char* utf8, size_t size)
-    {
-        open(column).appendText(m_rows, utf8, size);
-    }
+    void appendNull(int column) { open(column).writeNull(m_rows); }
+    void appendText(int column, const char* utf8, size_t size) { open(column).writeText(m_rows, utf8, size); }
     /// UTF-16, as it comes over the automation boundary; unpaired surrogates become U+FFFD.
     void appendText16(int column, const char16_t* utf16, size_t units);
-    void appendInteger(int column, int64_t value) { open(column).appendInteger(m_rows, value); }
-    void appendReal(int column, double value) { open(column).appendReal(m_rows, value, CellKind::Real); }
+    void appendInteger(int column, int64_t value) { open(column).writeInteger(m_rows, value); }
+    void appendReal(int column, double value) { open(column).writeReal(m_rows, value); }
     /// OLE days: days since 1899-12-30, the fraction is the time of day.
-    void appendDate(int column, double value) { open(column).appendReal(m_rows, value, CellKind::Date); }
-    void appendBoolean(int column, bool value) { open(column).appendBoolean(m_rows, value); }
+    void appendDate(int column, double value) { open(column).writeDate(m_rows, value); }
+    void appendBoolean(int column, bool value) { open(column).writeBoolean(m_rows, value); }
     void endRow();
     /// To be called when a fill is complete: gives back what only filling needs. Filling may go on later.
     void settle();
 
     // --- Single cells of rows that exist
 
-    void setNull(uint32_t row, int column);
-    void setText(uint32_t row, int column, const char* utf8, size_t size);
+    void setNull(uint32_t row, int column) { change(row, column).writeNull(row); }
+    void setText(uint32_t row, int column, const char* utf8, size_t size)
+    {
+        change(row, column).writeText(row, utf8, size);
+    }
     void setText16(uint32_t row, int column, const char16_t* utf16, size_t units);
-    void setInteger(uint32_t row, int column, int64_t value);
-    void setReal(uint32_t row, int column, double value);
-    void setDate(uint32_t row, int column, double value);
-    void setBoolean(uint32_t row, int column, bool value);
+    void setInteger(uint32_t row, int column, int64_t value) { change(row, column).writeInteger(row, value); }
+    void setReal(uint32_t row, int column, double value) { change(row, column).writeReal(row, value); }
+    void setDate(uint32_t row, int column, double value) { change(row, column).writeDate(row, value); }
+    void setBoolean(uint32_t row, int column, bool value) { change(row, column).writeBoolean(row, value); }
 
     // --- Reading
 
-    CellKind kind(uint32_t row, int column) const;
+    CellKind kind(uint32_t row, int column) const { return cell(row, column).kind; }
     bool isNull(uint32_t row, int column) const { return kind(row, column) == CellKind::Null; }
     /// A whole number or boolean (true is 1); a real or date without its fraction; 0 for NULL and texts.
     int64_t integer(uint32_t row, int column) const;
     /// Any number, or a date's OLE days; 0 for NULL and texts.
-    double real(uint32_t row, int column) const;
+    double real(uint32_t row, int column) const { return cell(row, column).number(); }
     bool boolean(uint32_t row, int column) const { return integer(row, column) != 0; }
     /// The cell as it is shown to the user, in the user's locale; NULL is the empty text.
     QString text(uint32_t row, int column) const;
@@ -96,7 +84,7 @@ public:
     std::string_view utf8(uint32_t row, int column) const;
     /// Whether the cell is a number: a whole number, a real, a boolean, or a text that is one in the locale.
     bool isNumeric(uint32_t row, int column) const;
-    /// Whether the column holds numbers only (NULLs apart).
+    /// Whether the column holds whole numbers and reals, and nothing else but NULL.
     bool holdsNumbers(int column) const;
 
     /// Numbers and dates are shown in this locale; the default locale at first.
@@ -108,14 +96,14 @@ public:
 
     // --- Order
 
-    /// Whether two cells stand at the same place of the column's order: equal values; texts that differ in
-    /// case only; NULL and the empty text.
+    /// Whether two cells stand at the same place of the column's order: equal numbers, of whatever kinds; texts that
+    /// the collation takes for equal, as those that differ in case only; NULL and the empty text.
     bool sameInOrder(uint32_t left, uint32_t right, int column) const;
     /// Sets the bit of every place of `rows` whose row stands elsewhere in the column's order than the row before it.
     /// The other bits, and that of the first place, stay as they are; there must be a bit for every place.
     void markChanges(const std::vector<uint32_t>& rows, int column, std::vector<uint64_t>& bits) const;
-    /// Sorts row numbers by a column, stable: NULL and empty first, then numbers, then texts in the user's
-    /// collation without regard to case. The order of a column's distinct texts is worked out once and kept.
+    /// Sorts row numbers by a column, stable: NULL and empty first, then numbers (dates and booleans among them by their
+    /// values), then texts in the user's collation without regard to case. The order of a column's distinct texts is worked out once and kept.
     void sortRows(std::vector<uint32_t>& rows, int column, bool descending) const
     {
         std::vector<uint32_t> room;
@@ -136,77 +124,6 @@ public:
     size_t bytes() const;
 
 private:
-    enum class Storage : uint8_t
-    {
-        Nulls,
-        Text,
-        Int32,
-        Int64,
-        Real,
-        Date,
-        Boolean,
-        Mixed
-    };
-
-    static constexpr uint32_t nullText = 0xFFFFFFFF;
-    static constexpr int32_t null32 = std::numeric_limits<int32_t>::min();
-    static constexpr int64_t null64 = std::numeric_limits<int64_t>::min();
-    static constexpr uint64_t nullRealBits = 0x7FF8'0000'4E55'4C4CULL; // a NaN that no arithmetic makes
-    static constexpr uint8_t nullBoolean = 2;
-
-    struct Cell
-    {
-        CellKind kind = CellKind::Null;
-        uint64_t payload = 0; // text id, int64, bits of the double, 0 or 1
-    };
-
-    struct Column
-    {
-        Storage storage = Storage::Nulls;
-        uint32_t count = 0;
-        ChunkedArray<uint32_t> words; // text ids; whole numbers of 32 bits
-        ChunkedArray<uint64_t> wides; // whole numbers of 64 bits; bits of doubles; payloads when mixed
-        ChunkedArray<uint8_t> bytes;  // booleans; kinds when mixed
-        TextPool pool;
-        mutable std::vector<uint32_t> ranks; // of the pool's texts; empty when not yet worked out
-
-        void appendNull(uint32_t row);
-        void appendText(uint32_t row, const char* utf8, size_t size)
-        {
-            if (storage != Storage::Text || count != row) {
-                put(row, {CellKind::Text, pool.intern(utf8, size)});
-                return;
-            }
-            words.push(pool.intern(utf8, size));
-            ++count;
-        }
-        void appendInteger(uint32_t row, int64_t value)
-        {
-            if (storage != Storage::Int32 || count != row || value <= null32 ||
-                value > std::numeric_limits<int32_t>::max()) {
-                put(row, {CellKind::Integer, static_cast<uint64_t>(value)});
-                return;
-            }
-            words.push(static_cast<uint32_t>(static_cast<int32_t>(value)));
-            ++count;
-        }
-        void appendReal(uint32_t row, double value, CellKind kind);
-        void appendBoolean(uint32_t row, bool value)
-        {
-            put(row, {CellKind::Boolean, static_cast<uint64_t>(value)});
-        }
-
-        Cell cell(uint32_t row) const;
-        void put(uint32_t row, Cell cell);   // row <= count
-        void write(uint32_t row, Cell cell); // the storage can hold the cell
-        bool holds(Cell cell) const;
-        void changeTo(Storage wanted);
-        Storage wider(Cell cell) const;
-        void clearRows();
-        const std::vector<uint32_t>& textRanks(const QLocale& locale) const;
-        uint32_t textRank(uint32_t id) const { return id == nullText ? 0 : ranks[id]; }
-    };
-
     Column& open(int column) { return const_cast<Column&>(std::as_const(*this).open(column)); }
     const Column& open(int column) const
     {
@@ -216,10 +133,9 @@ private:
         return m_columns[static_cast<size_t>(column)];
     }
     const Column& at(uint32_t row, int column) const;
-    Column& at(uint32_t row, int column); // to change it
+    Column& change(uint32_t row, int column);
+    Cell cell(uint32_t row, int column) const { return at(row, column).cell(row); }
     [[noreturn]] static void throwColumn();
-    void addMatches(const Column& column, const QString& needle, std::vector<uint64_t>& matches) const;
-    QString cellText(const Column& column, Cell cell) const;
 
     std::vector<Column> m_columns;
     uint32_t m_rows = 0;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <string>
@@ -172,6 +173,74 @@ TEST_F(ColumnStoreTest, MixesKindsInOneColumn)
     EXPECT_EQ(sorted(store, 0, true), (Rows{1, 4, 2, 0, 3, 5}));
     EXPECT_EQ(found(store, QStringLiteral("7"), {0}), (Rows{0, 2}));
     EXPECT_FALSE(store.holdsNumbers(0));
+}
+
+TEST_F(ColumnStoreTest, KeepsWhatItHasWhenAValueOfAnotherKindComes)
+{
+    struct Value
+    {
+        const char* name;
+        std::function<void(ColumnStore&)> append;
+        std::function<void(ColumnStore&, uint32_t)> set;
+        std::function<bool(const ColumnStore&, uint32_t)> isThere;
+    };
+    const auto integer = [](const char* name, int64_t value) {
+        return Value{name, [value](ColumnStore& s) { s.appendInteger(0, value); },
+                     [value](ColumnStore& s, uint32_t row) { s.setInteger(row, 0, value); },
+                     [value](const ColumnStore& s, uint32_t row) {
+                         return s.kind(row, 0) == CellKind::Integer && s.integer(row, 0) == value;
+                     }};
+    };
+    const std::vector<Value> values = {
+        {"null", [](ColumnStore& s) { s.appendNull(0); },
+         [](ColumnStore& s, uint32_t row) { s.setNull(row, 0); },
+         [](const ColumnStore& s, uint32_t row) { return s.isNull(row, 0); }},
+        {"text", [](ColumnStore& s) { s.appendText(0, "D'Angelò", 9); },
+         [](ColumnStore& s, uint32_t row) { s.setText(row, 0, "D'Angelò", 9); },
+         [](const ColumnStore& s, uint32_t row) { return s.utf8(row, 0) == "D'Angelò"; }},
+        {"real", [](ColumnStore& s) { s.appendReal(0, -1.5); },
+         [](ColumnStore& s, uint32_t row) { s.setReal(row, 0, -1.5); },
+         [](const ColumnStore& s, uint32_t row) {
+             return s.kind(row, 0) == CellKind::Real && s.real(row, 0) == -1.5;
+         }},
+        {"date", [](ColumnStore& s) { s.appendDate(0, 45000.25); },
+         [](ColumnStore& s, uint32_t row) { s.setDate(row, 0, 45000.25); },
+         [](const ColumnStore& s, uint32_t row) {
+             return s.kind(row, 0) == CellKind::Date && s.real(row, 0) == 45000.25;
+         }},
+        {"boolean", [](ColumnStore& s) { s.appendBoolean(0, true); },
+         [](ColumnStore& s, uint32_t row) { s.setBoolean(row, 0, true); },
+         [](const ColumnStore& s, uint32_t row) {
+             return s.kind(row, 0) == CellKind::Boolean && s.boolean(row, 0);
+         }},
+        integer("small number", -7),
+        integer("large number", 5'000'000'000),
+        integer("lowest of 32 bits", std::numeric_limits<int32_t>::min()),
+        integer("lowest of all", std::numeric_limits<int64_t>::min())};
+    for (const Value& first : values) {
+        for (const Value& second : values) {
+            for (const bool later : {false, true}) {
+                store.clearRows();
+                for (int row = 0; row < 3; ++row) {
+                    first.append(store);
+                    store.endRow();
+                }
+                if (later) {
+                    second.set(store, 1);
+                } else {
+                    second.append(store);
+                    store.endRow();
+                }
+                first.append(store);
+                store.endRow();
+                const uint32_t changed = later ? 1 : 3;
+                for (uint32_t row = 0; row < store.rowCount(); ++row) {
+                    EXPECT_TRUE((row == changed ? second : first).isThere(store, row))
+                        << first.name << ", then " << second.name << ", row " << row << " later " << later;
+                }
+            }
+        }
+    }
 }
 
 TEST_F(ColumnStoreTest, KeepsEveryDoubleApartFromNull)
@@ -434,6 +503,92 @@ TEST_F(ColumnStoreTest, MarksTheChangesThatASingleLookAtEachPairFinds)
     EXPECT_EQ(bits[0], 5U) << "what was marked stays marked";
     typed.markChanges({}, 0, bits);
     EXPECT_THROW(typed.markChanges({}, 8, bits), std::out_of_range);
+}
+
+TEST_F(ColumnStoreTest, EqualNumbersOfDifferentKindsStandInOneGroup)
+{
+    // Sorted, the rows stand as they came: nothing but the order tells where a group begins.
+    ColumnStore mixed;
+    mixed.addColumn();
+    const auto end = [&mixed] { mixed.endRow(); };
+    mixed.appendInteger(0, 1), end();
+    mixed.appendReal(0, 1.0), end();
+    mixed.appendBoolean(0, true), end();
+    mixed.appendDate(0, 1.0), end();
+    mixed.appendInteger(0, 1), end();
+    mixed.appendReal(0, 1.5), end();
+    mixed.appendInteger(0, 2), end();
+    const Rows rows = sorted(mixed, 0);
+    ASSERT_EQ(rows, allRows(mixed));
+    std::vector<uint64_t> bits(1, 0);
+    mixed.markChanges(rows, 0, bits);
+    EXPECT_EQ(bits[0], 0b1100000U);
+    EXPECT_TRUE(mixed.sameInOrder(0, 1, 0));
+    EXPECT_FALSE(mixed.sameInOrder(4, 5, 0));
+}
+
+TEST_F(ColumnStoreTest, TheTwoZerosAndAllThatAreNoNumberStandInOneGroupEach)
+{
+    for (const double value : {0.0, -0.0, std::nan("1"), -std::nan("2")}) {
+        store.appendReal(0, value);
+        store.endRow();
+    }
+    std::vector<uint64_t> bits(1, 0);
+    store.markChanges(sorted(store, 0), 0, bits);
+    EXPECT_EQ(bits[0], 0b0100U);
+}
+
+TEST_F(ColumnStoreTest, WholeNumbersThatNoRealTellsApartStayApartBesideReals)
+{
+    constexpr int64_t first = int64_t{1} << 53; // from here on a real passes over every other whole number
+    const std::vector<int64_t> wholes = {first + 2,
+                                         first + 1,
+                                         first,
+                                         first - 1,
+                                         std::numeric_limits<int64_t>::max(),
+                                         std::numeric_limits<int64_t>::max() - 1,
+                                         -first - 1,
+                                         std::numeric_limits<int64_t>::min()};
+    for (const int64_t whole : wholes) {
+        store.appendInteger(0, whole);
+        store.endRow();
+    }
+    store.appendReal(0, static_cast<double>(first));
+    store.endRow();
+    store.appendReal(0, 9223372036854775808.0); // one above the largest whole number
+    store.endRow();
+    store.appendReal(0, std::numeric_limits<double>::infinity());
+    store.endRow();
+    appendText(store, 0, "a");
+    store.endRow();
+    const Rows rows = sorted(store, 0);
+    EXPECT_EQ(rows, (Rows{7, 6, 3, 2, 8, 1, 0, 5, 4, 9, 10, 11}));
+    std::vector<uint64_t> bits(1, 0);
+    store.markChanges(rows, 0, bits);
+    EXPECT_EQ(bits[0], 0b111111101110U) << "only the two that are equal stand together";
+}
+
+TEST_F(ColumnStoreTest, AColumnOfWholeNumbersAndRealsHoldsNumbers)
+{
+    store.appendInteger(0, 1);
+    store.endRow();
+    store.appendReal(0, 2.5);
+    store.endRow();
+    store.endRow();
+    EXPECT_TRUE(store.holdsNumbers(0));
+    appendText(store, 0, "");
+    store.endRow();
+    EXPECT_FALSE(store.holdsNumbers(0)) << "an empty text is no number";
+    store.setInteger(3, 0, 4);
+    EXPECT_TRUE(store.holdsNumbers(0));
+    store.setBoolean(3, 0, true);
+    EXPECT_FALSE(store.holdsNumbers(0)) << "a boolean is shown as a word";
+    store.setDate(3, 0, 1.0);
+    EXPECT_FALSE(store.holdsNumbers(0));
+    for (uint32_t row = 0; row < store.rowCount(); ++row) {
+        store.setNull(row, 0);
+    }
+    EXPECT_FALSE(store.holdsNumbers(0)) << "nothing but NULL";
 }
 
 TEST_F(ColumnStoreTest, SortsByCountsAsAPlainSortDoes)
