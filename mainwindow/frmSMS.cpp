@@ -448,10 +448,10 @@ Criteria frmSMS::criteria() const
 {
     const auto value = [](const QCheckBox* box) { return box->isChecked() ? 1 : 0; };
     const auto dates = [](const DateField* from, const DateField* to) {
-        return DateTexts{from->text(), to->text()};
+        return dateRange(from->text(), to->text(), QLocale());
     };
     const auto numbers = [](const QLineEdit* from, const QLineEdit* to) {
-        return NumberTexts{from->text(), to->text()};
+        return numberRange(from->text(), to->text(), QLocale());
     };
     Criteria c;
     c.chkANA_Tipo = value(m_ui->chkANA_Tipo);
@@ -459,7 +459,7 @@ Criteria frmSMS::criteria() const
     c.chkANA_Tipo_For = value(m_ui->chkANA_Tipo_For);
     c.chkANA_Tipo_Con = value(m_ui->chkANA_Tipo_Con);
     c.chkANA_Eta = value(m_ui->chkANA_Eta);
-    c.eta = numbers(m_ui->txtANA_Eta_I, m_ui->txtANA_Eta_F);
+    c.eta = ageRange(m_ui->txtANA_Eta_I->text(), m_ui->txtANA_Eta_F->text(), QLocale());
     c.chkANA_Sesso = value(m_ui->chkANA_Sesso);
     c.optMaschio = m_ui->optMaschio->isChecked();
     c.optFemmina = m_ui->optFemmina->isChecked();
@@ -487,10 +487,10 @@ Criteria frmSMS::criteria() const
     return c;
 }
 
-bool frmSMS::testFiltri()
+bool frmSMS::testFiltri(const Criteria& chosen)
 {
     return trapped(procedure(u"testFiltri"_s), false, [&] {
-        const std::optional<CriteriaFailure> failure = zul::testFiltri(criteria(), QLocale());
+        const std::optional<CriteriaFailure> failure = zul::testFiltri(chosen);
         if (!failure)
             return true;
         tellOperator(this, failure->message);
@@ -502,7 +502,8 @@ bool frmSMS::testFiltri()
 void frmSMS::cmdElabora_Click()
 {
     trapped(procedure(u"cmdElabora_Click"_s), [&] {
-        if (!testFiltri())
+        const Criteria chosen = criteria();
+        if (!testFiltri(chosen))
             return;
         const QPointer<QWidget> focused = focusWidget();
         m_ui->cmdElabora->setEnabled(false);
@@ -510,8 +511,7 @@ void frmSMS::cmdElabora_Click()
         const WaitCursor waiting;
         // Held here: a host may hand over another connection from one of its own calls.
         const auto filters = session().customerFilterSql();
-        fillScratchTable(session().connection().connection(), *filters, criteria(), QDate::currentDate(),
-                         QLocale());
+        fillScratchTable(session().connection().connection(), *filters, chosen, QDate::currentDate());
         CaricaGriglia();
         // An error on the way leaves button and form disabled: that search has no result to work with.
         m_ui->cmdElabora->setEnabled(true);

@@ -67,7 +67,7 @@ private:
 
     // Search.
     Criteria criteria() const;
-    bool testFiltri();
+    bool testFiltri(const Criteria& chosen);
     void cmdElabora_Click();
     void CaricaGriglia();
     void GrdAllSelectedValue(bool value);
