@@ -4,8 +4,8 @@
 #include "hostlib/Calls.h"
 #include "session/CaptionCollection.h"
 #include "session/GridObject.h"
+#include "session/Registry.h"
 #include "session/Session.h"
-#include "session/Settings.h"
 #include "session/modLogger.h"
 
 #include <array>

@@ -604,8 +604,9 @@ SendChoices frmSMS::choices() const
     c.RBN_PushModel = m_ui->RBN_PushModel->isChecked();
     c.pushText = m_ui->txtTestoMessaggio_1_->toPlainText();
     c.pushTemplateText = m_ui->cntrMessaggio_1_->text();
-    c.optApp_SoloSelezionati = m_ui->optApp_SoloSelezionati->isChecked();
-    c.optApp_TuttiRegistrati = m_ui->optApp_TuttiRegistrati->isChecked();
+    c.criterion = m_ui->optApp_TuttiRegistrati->isChecked()   ? PushCriterion::Everybody
+                  : m_ui->optApp_SoloSelezionati->isChecked() ? PushCriterion::Selected
+                                                              : PushCriterion::NotChosen;
     return c;
 }
 
@@ -625,7 +626,7 @@ void frmSMS::cmdProsegui2_Click()
         pages->setTabVisible(PagePrepara, false);
         const SendChoices chosen = choices();
         std::optional<SendFailure> failure;
-        if (!chosen.optApp_TuttiRegistrati)
+        if (chosen.criterion != PushCriterion::Everybody)
             failure = checkRecipients(somebodyIsMarked());
         if (!failure)
             failure = checkChoices(chosen);
@@ -655,27 +656,24 @@ void frmSMS::PreparaInvioMessaggi()
         line = 20;
         switch (choosePreparation(choices())) {
         case Preparation::Mail:
-            CreateMAIL(true, ok);
+            ok = CreateMAIL(true);
             break;
         case Preparation::MailThenSms: {
-            bool second = false;
-            CreateMAIL(false, ok);
-            CreateSMS(true, second);
-            ok = ok && second;
+            // The second creator runs also when the first failed.
+            const bool mailsPrepared = CreateMAIL(false);
+            ok = CreateSMS(true) && mailsPrepared;
             break;
         }
         case Preparation::Sms:
-            CreateSMS(true, ok);
+            ok = CreateSMS(true);
             break;
         case Preparation::SmsThenMail: {
-            bool second = false;
-            CreateSMS(false, ok);
-            CreateMAIL(true, second);
-            ok = ok && second;
+            const bool smsPrepared = CreateSMS(false);
+            ok = CreateMAIL(true) && smsPrepared;
             break;
         }
         case Preparation::Push:
-            preparePush(ok);
+            ok = preparePush();
             break;
         case Preparation::Nothing:
             line = 30;
@@ -698,9 +696,9 @@ void frmSMS::PreparaInvioMessaggi()
 // A run ends on the connection on which it began, also when the host hands over another one meanwhile: each
 // works on a copy of the session's reference.
 
-void frmSMS::CreateSMS(bool clearMarks, bool& ok)
+bool frmSMS::CreateSMS(bool clearMarks)
 {
-    ok = trapped(procedure(u"CreateSMS"_s), false, [&] {
+    return trapped(procedure(u"CreateSMS"_s), false, [&] {
         const WaitCursor waiting;
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
@@ -709,21 +707,22 @@ void frmSMS::CreateSMS(bool clearMarks, bool& ok)
     });
 }
 
-void frmSMS::CreateMAIL(bool clearMarks, bool& ok)
+bool frmSMS::CreateMAIL(bool clearMarks)
 {
-    ok = trapped(procedure(u"CreateMAIL"_s), false, [&] {
+    return trapped(procedure(u"CreateMAIL"_s), false, [&] {
         const WaitCursor waiting;
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
         const hostlib::SqlConnection connection = session().connection();
-        return createMail(connection, rows, lines, m_ui->cntrMailFinder->selectedId(),
-                          m_SmsCreator != nullptr ? m_SmsCreator->idUtente() : 0, clearMarks);
+        createMail(connection, rows, lines, m_ui->cntrMailFinder->selectedId(),
+                   m_SmsCreator != nullptr ? m_SmsCreator->idUtente() : 0, clearMarks);
+        return true;
     });
 }
 
-void frmSMS::preparePush(bool& ok)
+bool frmSMS::preparePush()
 {
-    ok = trapped(procedure(u"PreparaNotifichePush"_s), false, [&] {
+    return trapped(procedure(u"PreparaNotifichePush"_s), false, [&] {
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
         WaitPleaseProgress progress(*m_ui->WaitPlease);
@@ -758,7 +757,7 @@ void frmSMS::toggleSmsEditor()
         if (!askOperator(this,
                          u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text))
             return;
-        const qint32 id = salvaMessaggio(text);
+        const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
         if (id > 0)
             m_ui->cntrMessaggio_0_->setSelection(id, u"SMS ("_s + text + u')');
     }
@@ -792,7 +791,7 @@ void frmSMS::savePushTemplate()
     if (!askOperator(this,
                      u"Si desidera salvare il testo inserito come nuovo modello?\r\n\r\nTesto: "_s + text))
         return;
-    const qint32 id = salvaMessaggio(text);
+    const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
     if (id > 0)
         m_ui->cntrMessaggio_1_->setSelection(id, text);
 }

@@ -12,7 +12,7 @@
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
 #include "session/Session.h"
-#include "session/Settings.h"
+#include "session/SettingsStore.h"
 #include "ui_frmCheckSendError.h"
 
 #include <QCloseEvent>
@@ -89,10 +89,11 @@ void frmCheckSendError::Form_Load()
     trapped(procedure(u"Form_Load"_s), [&] {
         setBackground(this, Qt::white);
         setBackground(m_ui->GroupBox2, Qt::white);
-        m_ui->txtFTP_Server->setText(getDbValue(settings::CheckFtpServer));
-        m_ui->txtFTP_Port->setText(getDbValue(settings::CheckFtpPort));
-        m_ui->txtFTP_User->setText(getDbValue(settings::CheckFtpUser));
-        m_ui->txtFTP_Password->setText(getDbValue(settings::CheckFtpPassword));
+        const SettingsStore store(session().connectionOrNone());
+        m_ui->txtFTP_Server->setText(store.getDbValue(settings::CheckFtpServer));
+        m_ui->txtFTP_Port->setText(store.getDbValue(settings::CheckFtpPort));
+        m_ui->txtFTP_User->setText(store.getDbValue(settings::CheckFtpUser));
+        m_ui->txtFTP_Password->setText(store.getDbValue(settings::CheckFtpPassword));
     });
 }
 
@@ -110,10 +111,11 @@ void frmCheckSendError::Form_Activate()
 void frmCheckSendError::Form_Unload()
 {
     trapped(procedure(u"Form_Unload"_s), [&] {
-        setDbValue(settings::CheckFtpServer, m_ui->txtFTP_Server->text());
-        setDbValue(settings::CheckFtpPort, m_ui->txtFTP_Port->text());
-        setDbValue(settings::CheckFtpUser, m_ui->txtFTP_User->text());
-        setDbValue(settings::CheckFtpPassword, m_ui->txtFTP_Password->text());
+        const SettingsStore store(session().connectionOrNone());
+        store.setDbValue(settings::CheckFtpServer, m_ui->txtFTP_Server->text());
+        store.setDbValue(settings::CheckFtpPort, m_ui->txtFTP_Port->text());
+        store.setDbValue(settings::CheckFtpUser, m_ui->txtFTP_User->text());
+        store.setDbValue(settings::CheckFtpPassword, m_ui->txtFTP_Password->text());
     });
 }
 

@@ -10,8 +10,9 @@
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
+#include "session/Registry.h"
 #include "session/Session.h"
-#include "session/Settings.h"
+#include "session/SettingsStore.h"
 #include "session/SmsSender.h"
 #include "ui_frmOpzioni.h"
 
@@ -123,19 +124,20 @@ void frmOpzioni::Form_Load()
 
 void frmOpzioni::loadSettings()
 {
+    const SettingsStore store(session().connectionOrNone());
     // Each switch is read a second time once its text has been judged, as the settings table has always been
     // asked.
-    if (prefixSwitch(getDbValue(settings::Aggiungi0039)))
-        setCheck(m_ui->chkSMS_Add0039, toInt16(getDbValue(settings::Aggiungi0039)));
-    autoSendSwitch(getDbValue(settings::InvioAutomatico));
-    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(getDbValue(settings::InvioAutomatico)));
+    if (prefixSwitch(store.getDbValue(settings::Aggiungi0039)))
+        setCheck(m_ui->chkSMS_Add0039, toInt16(store.getDbValue(settings::Aggiungi0039)));
+    autoSendSwitch(store.getDbValue(settings::InvioAutomatico));
+    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(store.getDbValue(settings::InvioAutomatico)));
 
-    m_ui->txtSMS_Prov_User->setText(getDbValue(settings::MailupUserName));
-    m_ui->txtSMS_Prov_Pwd->setText(getDbValue(settings::MailupPassword));
-    m_ui->txtSMS_Prov_Mittente->setText(getDbValue(settings::MailupFrom));
-    m_ui->txtSMS_Prov_Soggetto->setText(getDbValue(settings::MailupSubject));
-    m_ui->txtSMS_Prov_ListId->setText(getDbValue(settings::MailupListId));
-    m_ui->txtSMS_Prov_ConsoleId->setText(getDbValue(settings::MailupConsoleId));
+    m_ui->txtSMS_Prov_User->setText(store.getDbValue(settings::MailupUserName));
+    m_ui->txtSMS_Prov_Pwd->setText(store.getDbValue(settings::MailupPassword));
+    m_ui->txtSMS_Prov_Mittente->setText(store.getDbValue(settings::MailupFrom));
+    m_ui->txtSMS_Prov_Soggetto->setText(store.getDbValue(settings::MailupSubject));
+    m_ui->txtSMS_Prov_ListId->setText(store.getDbValue(settings::MailupListId));
+    m_ui->txtSMS_Prov_ConsoleId->setText(store.getDbValue(settings::MailupConsoleId));
 
     const QString proposed = defaultSenderFolder(session().PathMainApplication);
     const bool stored = !readSenderFolder(proposed).isEmpty();
@@ -163,14 +165,15 @@ void frmOpzioni::Form_Activate()
 void frmOpzioni::cmdSalva_Click()
 {
     trapped(procedure(u"cmdSalva_Click"_s), [&] {
-        setDbValue(settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039));
-        setDbValue(settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend));
-        setDbValue(settings::MailupUserName, m_ui->txtSMS_Prov_User->text());
-        setDbValue(settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text());
-        setDbValue(settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text());
-        setDbValue(settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text());
-        setDbValue(settings::MailupListId, m_ui->txtSMS_Prov_ListId->text());
-        setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
+        const SettingsStore store(session().connectionOrNone());
+        store.setDbValue(settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039));
+        store.setDbValue(settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend));
+        store.setDbValue(settings::MailupUserName, m_ui->txtSMS_Prov_User->text());
+        store.setDbValue(settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text());
+        store.setDbValue(settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text());
+        store.setDbValue(settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text());
+        store.setDbValue(settings::MailupListId, m_ui->txtSMS_Prov_ListId->text());
+        store.setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
         saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
                      QString::fromLatin1(RegistryPathCartellaSMSSender), m_ui->txtPathSMSSender->text());
         setTag(this, u"OK"_s);
