@@ -34,7 +34,7 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
     , m_filler(filler)
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     Form_Load();
 }
 
@@ -162,7 +162,7 @@ void frmRicercaGenerica::cmdOK_Click()
         m_id = grid.cellText(record, ColumnId);
         m_code = m_id;
         m_description = grid.cellText(record, ColumnText);
-        setTag(this, u"OK"_s);
+        setTag(this, FormChoice::Confirmed);
         accept();
     });
 }
@@ -170,7 +170,7 @@ void frmRicercaGenerica::cmdOK_Click()
 void frmRicercaGenerica::cmdAnnulla_Click()
 {
     trapped(procedure(u"cmdAnnulla_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         hide();
     });
 }

@@ -74,7 +74,7 @@ frmSMS::frmSMS()
 {
     m_ui->setupUi(this);
     restoreIndexedNames(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     Form_Load();
@@ -433,7 +433,7 @@ void frmSMS::keyPressEvent(QKeyEvent* event)
 
 void frmSMS::done(int result)
 {
-    setTag(this, m_somethingPrepared ? u"OK"_s : u"ESC"_s);
+    setTag(this, m_somethingPrepared ? FormChoice::Confirmed : FormChoice::Cancelled);
     QDialog::done(result);
 }
 
@@ -570,8 +570,8 @@ void frmSMS::requestSelection(SelectorField* field, const QString& table, bool t
     dialog.exec();
     // Recurrence and classification take the choice only after "OK"; the others after anything but "ESC",
     // a dialog closed by its close button included. That is meant.
-    const QString tag = tagOf(&dialog);
-    if (exactOk ? tag != u"OK"_s : tag == u"ESC"_s)
+    const FormChoice left = choiceOf(&dialog);
+    if (exactOk ? left != FormChoice::Confirmed : left == FormChoice::Cancelled)
         return;
     field->setText(dialog.GetDescrizione());
     if (takesId)

@@ -50,7 +50,7 @@ frmCheckSendError::frmCheckSendError()
     : m_ui(std::make_unique<Ui::frmCheckSendError>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
     m_ui->grid_result->setTouchMode(session().ShowTouchMode);
@@ -131,7 +131,7 @@ void frmCheckSendError::closeEvent(QCloseEvent* event)
 void frmCheckSendError::cmdChiudi_Click()
 {
     trapped(procedure(u"cmdChiudi_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         done(Rejected);
     });
 }

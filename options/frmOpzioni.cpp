@@ -60,7 +60,7 @@ frmOpzioni::frmOpzioni()
     : m_ui(std::make_unique<Ui::frmOpzioni>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();
@@ -176,7 +176,7 @@ void frmOpzioni::cmdSalva_Click()
         store.setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
         saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
                      QString::fromLatin1(RegistryPathCartellaSMSSender), m_ui->txtPathSMSSender->text());
-        setTag(this, u"OK"_s);
+        setTag(this, FormChoice::Confirmed);
         hide();
     });
 }
@@ -184,7 +184,7 @@ void frmOpzioni::cmdSalva_Click()
 void frmOpzioni::cmdAnnulla_Click()
 {
     trapped(procedure(u"cmdAnnulla_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         hide();
     });
 }
@@ -203,10 +203,10 @@ void frmOpzioni::cmdSelezionaPath_Click()
     trapped(procedure(u"cmdSelezionaPath_Click"_s), [&] {
         if (!m_frmShowPath)
             m_frmShowPath = std::make_unique<frmShowPath>(this);
-        setTag(m_frmShowPath.get(), QString());
+        setTag(m_frmShowPath.get(), FormChoice::None);
         m_frmShowPath->exec();
         const QString path = m_frmShowPath->selectedPath();
-        if (tagOf(m_frmShowPath.get()) == u"OK"_s && isFolder(path))
+        if (choiceOf(m_frmShowPath.get()) == FormChoice::Confirmed && isFolder(path))
             m_ui->txtPathSMSSender->setText(chosenFolder(path));
     });
 }

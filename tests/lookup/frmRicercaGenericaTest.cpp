@@ -200,7 +200,7 @@ TEST_F(RicercaGenericaTest, F6IsOkEscIsCancelAndF3IsTheQuickSearch)
     EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
 
     for (const bool inGrid : {false, true}) {
-        setTag(&dialog, QString());
+        setTag(&dialog, FormChoice::None);
         load();
         QTest::keyClick(inGrid ? grid()->bodyViewport() : quickSearch(), Qt::Key_Escape);
         EXPECT_EQ(tag(), u"ESC"_s);
