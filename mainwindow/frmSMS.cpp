@@ -631,10 +631,8 @@ void frmSMS::cmdProsegui2_Click()
         if (!failure)
             failure = checkChoices(chosen);
         if (failure) {
-            ask(this, {.text = failure->message,
-                       .icon = MessageIcon::Information,
-                       .title = QString::fromLatin1(failure->ownTitle ? MessageTitle : ApplicationTitle),
-                       .buttons = MessageButtons::Ok});
+            ask(this, notice(failure->message, MessageIcon::Information,
+                             failure->ownTitle ? MessageTitle : ApplicationTitle));
             if (failure->page)
                 pages->setCurrentIndex(*failure->page);
             return;

@@ -16,22 +16,6 @@ namespace {
 
 constexpr qint32 KindPush = 8;
 
-OperatorMessage stop(const QString& text)
-{
-    return {.text = text,
-            .icon = MessageIcon::Exclamation,
-            .title = QString::fromLatin1(MessageTitle),
-            .buttons = MessageButtons::Ok};
-}
-
-OperatorMessage question(const QString& text, MessageIcon icon)
-{
-    return {.text = text,
-            .icon = icon,
-            .title = QString::fromLatin1(MessageTitle),
-            .buttons = MessageButtons::YesNo};
-}
-
 QString missingSetting(const settings::Key& key)
 {
     return u"L'opzione '%1' non è stata valorizzata. Accedere alle opzioni messaggistica da impostazioni di "
@@ -258,7 +242,7 @@ bool prepareNotifications(const hostlib::SqlConnection& connection, const SendCh
 {
     outcomes.append(separatorLine());
     if (const std::optional<QString> failure = checkPush(choices, SettingsStore(connection))) {
-        askOperator(stop(*failure));
+        askOperator(notice(*failure, MessageIcon::Exclamation));
         return false;
     }
 
@@ -270,8 +254,9 @@ bool prepareNotifications(const hostlib::SqlConnection& connection, const SendCh
     } else {
         validation = validateProfiles(connection, recipients, outcomes);
         if (validation.contacts.empty()) {
-            askOperator(stop(u"Nessun profilo risulta avere una email valida. Non è stata creata alcuna "
-                             "notifica push."_s));
+            askOperator(notice(u"Nessun profilo risulta avere una email valida. Non è stata creata alcuna "
+                               "notifica push."_s,
+                               MessageIcon::Exclamation));
             return false;
         }
         if (askOperator(question(profilesQuestion(validation), MessageIcon::Exclamation)) != Answer::Yes)

@@ -141,10 +141,8 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
     trapped(procedure(u"cmdSMS_TestSMS_Click"_s), [&] {
         if (m_ui->txtFTP_Server->text().isEmpty() || m_ui->txtFTP_Password->text().isEmpty() ||
             m_ui->txtFTP_User->text().isEmpty()) {
-            ask(this, {.text = u"Attenzione impostazioni non valide"_s,
-                       .icon = MessageIcon::Information,
-                       .title = QString::fromLatin1(ApplicationTitle),
-                       .buttons = MessageButtons::Ok});
+            ask(this,
+                notice(u"Attenzione impostazioni non valide"_s, MessageIcon::Information, ApplicationTitle));
             return;
         }
         // Session and connection end with the test.
@@ -166,10 +164,7 @@ void frmCheckSendError::download(cFtp& ftp)
 {
     try {
         const auto tell = [this](const QString& text) {
-            ask(this, {.text = text,
-                       .icon = MessageIcon::None,
-                       .title = QString::fromLatin1(ApplicationTitle),
-                       .buttons = MessageButtons::Ok});
+            ask(this, notice(text, MessageIcon::None, ApplicationTitle));
         };
         bool connected = false;
         {

@@ -27,10 +27,7 @@ void restoreIndexedNames(QWidget* form)
 
 void tellOperator(QWidget* owner, const QString& text, MessageIcon icon)
 {
-    ask(owner, {.text = text,
-                .icon = icon,
-                .title = QString::fromLatin1(MessageTitle),
-                .buttons = MessageButtons::Ok});
+    ask(owner, notice(text, icon));
 }
 
 bool askOperator(QWidget* owner, const QString& text, MessageIcon icon)

@@ -12,9 +12,6 @@ class QWidget;
 
 namespace zul {
 
-/// The application title: the main window's caption, and the title of messages that have none of their own.
-inline constexpr const char* ApplicationTitle = "Zul_MessageBuilder";
-
 /// Designer's compiler cannot keep the parentheses of an indexed control's name: gives "cntrMessaggio_0_" its
 /// name "cntrMessaggio(0)" back, and so on, for every child of the form.
 void restoreIndexedNames(QWidget* form);
