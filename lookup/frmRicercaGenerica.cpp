@@ -1,5 +1,6 @@
 #include "lookup/frmRicercaGenerica.h"
 
+#include "base/OperatorText.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
@@ -204,7 +205,7 @@ void frmRicercaGenerica::Form_Activate()
 {
     trapped(procedure(u"Form_Activate"_s), [&] {
         m_ui->txtRicVeloce->setFocus();
-        if (m_presetFilter.trimmed().isEmpty())
+        if (trimBlanks(m_presetFilter).isEmpty())
             return;
         m_ui->txtRicVeloce->setText(m_presetFilter);
         RicercaVeloce();

@@ -1,5 +1,6 @@
 #include "mainwindow/frmSMS.h"
 
+#include "base/OperatorText.h"
 #include "controls/fields/FocusPaint.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
@@ -602,7 +603,7 @@ SendChoices frmSMS::choices() const
     c.pagePushVisible = m_ui->TabControlTipo->isTabVisible(PagePush);
     c.RBN_Push = m_ui->RBN_Push->isChecked();
     c.RBN_PushModel = m_ui->RBN_PushModel->isChecked();
-    c.pushText = m_ui->txtTestoMessaggio_1_->toPlainText();
+    c.pushText = withCrLf(m_ui->txtTestoMessaggio_1_->toPlainText());
     c.pushTemplateText = m_ui->cntrMessaggio_1_->text();
     c.criterion = m_ui->optApp_TuttiRegistrati->isChecked()   ? PushCriterion::Everybody
                   : m_ui->optApp_SoloSelezionati->isChecked() ? PushCriterion::Selected
@@ -750,7 +751,7 @@ void frmSMS::toggleSmsEditor()
         showSmsEditor(true);
         return;
     }
-    const QString text = m_ui->txtTestoMessaggio_0_->toPlainText().trimmed();
+    const QString text = templateText(m_ui->txtTestoMessaggio_0_->toPlainText());
     if (!text.isEmpty()) {
         if (!askOperator(this,
                          u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text))
@@ -783,7 +784,7 @@ void frmSMS::showKeyboard(QWidget* field)
 
 void frmSMS::savePushTemplate()
 {
-    const QString text = m_ui->txtTestoMessaggio_1_->toPlainText().trimmed();
+    const QString text = templateText(m_ui->txtTestoMessaggio_1_->toPlainText());
     if (text.isEmpty())
         return;
     if (!askOperator(this,

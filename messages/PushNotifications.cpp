@@ -1,5 +1,6 @@
 #include "messages/PushNotifications.h"
 
+#include "base/OperatorText.h"
 #include "messages/OutcomeLines.h"
 #include "selection/ResultGridQuery.h"
 #include "session/SettingsStore.h"
@@ -210,7 +211,7 @@ PushValidation validateProfiles(const hostlib::SqlConnection& connection, Recipi
         const QString name = recipients.text(row, ColumnCliente);
         if (!recipients.isNumeric(row, ColumnIdCliente))
             return reject(name + u": id cliente non valido."_s);
-        const QString email = recipients.text(row, ColumnEmail).trimmed();
+        const QString email = trimBlanks(recipients.text(row, ColumnEmail));
         if (email.isEmpty())
             return reject(name + u": email mancante."_s);
         if (!connection.isValidEmail(email))

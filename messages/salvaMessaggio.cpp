@@ -1,5 +1,6 @@
 #include "messages/salvaMessaggio.h"
 
+#include "base/OperatorText.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
 #include "session/modLogger.h"
@@ -9,6 +10,11 @@
 namespace zul {
 
 using namespace Qt::StringLiterals;
+
+QString templateText(const QString& typed)
+{
+    return withCrLf(trimBlanks(typed));
+}
 
 qint32 salvaMessaggio(const hostlib::SqlConnection& connection, const QString& text) noexcept
 {

@@ -274,6 +274,13 @@ TEST_F(RicercaGenericaTest, APresetFilterOfBlanksIsIgnored)
     EXPECT_EQ(grid()->visibleRowCount(), 3);
 }
 
+TEST_F(RicercaGenericaTest, APresetFilterOfOtherWhiteSpaceIsAFilter)
+{
+    dialog.FiltroRicercaVeloce(u"\t"_s);
+    load();
+    EXPECT_EQ(quickSearch()->text(), u"\t"_s) << "only blanks are taken off";
+}
+
 TEST_F(RicercaGenericaTest, TheExtraFilterIsKeptWithItsWhere)
 {
     dialog.initFiltroRicercaCausali(u"id=3"_s);

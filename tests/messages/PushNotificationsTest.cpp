@@ -114,23 +114,25 @@ TEST_F(PushTest, AFailedCheckIsToldWithTheExclamationIconAndStopsBehindTheSepara
 
 TEST_F(PushTest, EveryMarkedProfileGetsALine)
 {
-    host.isValidEmail() = [](const std::string& email) { return email != "sbagliata"; };
+    host.isValidEmail() = [](const std::string& email) { return email != "sbagliata" && email[0] != '\t'; };
     rows.rows = {{u"1"_s, u"Rossi"_s, QString(), u"  griglia@rossi.it "_s},
                  {u"x"_s, u"Senza id"_s, QString(), u"a@b.it"_s},
                  {u"2"_s, u"Senza email"_s, QString(), u"   "_s},
                  {u"3"_s, u"Email sbagliata"_s, QString(), u"sbagliata"_s},
+                 {u"5"_s, u"Tabulazione"_s, QString(), u"\ta@b.it"_s},
                  {u"4"_s, u"Non marcato"_s, QString(), u"a@b.it"_s, false}};
     const PushValidation validation = validateProfiles(connection(), rows, outcomes);
-    EXPECT_EQ(outcomes.lines,
-              (QStringList{
-                  u"OK     - Rossi: il profilo presenta email valida."_s,
-                  u"ERRORE - Senza id: id cliente non valido. Il profilo verrà scartato."_s,
-                  u"ERRORE - Senza email: email mancante. Il profilo verrà scartato."_s,
-                  u"ERRORE - Email sbagliata: email non valida (sbagliata). Il profilo verrà scartato."_s}));
+    EXPECT_EQ(
+        outcomes.lines,
+        (QStringList{u"OK     - Rossi: il profilo presenta email valida."_s,
+                     u"ERRORE - Senza id: id cliente non valido. Il profilo verrà scartato."_s,
+                     u"ERRORE - Senza email: email mancante. Il profilo verrà scartato."_s,
+                     u"ERRORE - Email sbagliata: email non valida (sbagliata). Il profilo verrà scartato."_s,
+                     u"ERRORE - Tabulazione: email non valida (\ta@b.it). Il profilo verrà scartato."_s}));
     ASSERT_EQ(validation.contacts.size(), 1U);
     EXPECT_EQ(validation.contacts[0].idCliente, 1);
     EXPECT_EQ(validation.contacts[0].email, u"griglia@rossi.it"_s) << "trimmed";
-    EXPECT_EQ(validation.rejected, 3);
+    EXPECT_EQ(validation.rejected, 4);
 }
 
 TEST_F(PushTest, ACustomerInTwoMarkedRowsIsADuplicateKey)

@@ -37,6 +37,13 @@ TEST_F(SalvaMessaggioTest, AppendsATemplateColumnsInTheirOrderAndTellsTheTracker
     EXPECT_TRUE(logged().isEmpty());
 }
 
+TEST_F(SalvaMessaggioTest, ATypedTextLosesItsOuterBlanksAndBreaksItsLinesWithCrLf)
+{
+    EXPECT_EQ(templateText(u"  L'offerta 100%\nè qui 😀\r  "_s), u"L'offerta 100%\r\nè qui 😀\r\n"_s);
+    EXPECT_EQ(templateText(u"   "_s), QString());
+    EXPECT_EQ(templateText(u"\t"_s), u"\t"_s) << "a tab is text";
+}
+
 TEST_F(SalvaMessaggioTest, BothDatesAreTheSameMoment)
 {
     salvaMessaggio(session().connectionOrNone(), u"x"_s);
