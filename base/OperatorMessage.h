@@ -5,6 +5,9 @@
 
 namespace zul {
 
+/// The application title: the main window's caption, and the title of messages that have none of their own.
+inline constexpr const char* ApplicationTitle = "Zul_MessageBuilder";
+
 /// Title of the messages that the windows show.
 inline constexpr const char* MessageTitle = "Manager messaggi";
 
@@ -37,5 +40,20 @@ struct OperatorMessage
     QString title; ///< empty: the application's title
     MessageButtons buttons = MessageButtons::Ok;
 };
+
+/// A message with one OK button.
+inline OperatorMessage notice(const QString& text, MessageIcon icon, const char* title = MessageTitle)
+{
+    return {.text = text, .icon = icon, .title = QString::fromLatin1(title), .buttons = MessageButtons::Ok};
+}
+
+/// A Yes/No question.
+inline OperatorMessage question(const QString& text, MessageIcon icon)
+{
+    return {.text = text,
+            .icon = icon,
+            .title = QString::fromLatin1(MessageTitle),
+            .buttons = MessageButtons::YesNo};
+}
 
 } // namespace zul

@@ -29,7 +29,7 @@ void LoadedGrid::search()
 {
     const QDate today = QDate::currentDate();
     hostlib::CustomerFilterSql filters(m_connection);
-    fillScratchTable(m_connection.connection(), filters, {}, today, QLocale());
+    fillScratchTable(m_connection.connection(), filters, {}, today);
     loadResultGrid(m_connection.connection(), m_grid, today);
 }
 

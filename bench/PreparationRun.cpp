@@ -34,10 +34,11 @@ void runPreparation(const std::string& database, Kind kind, bool half)
     const Times start = now();
     GridRecipients recipients(grid);
     ListOutcomes outcomes(list);
-    const bool ok =
-        kind == Kind::Mail
-            ? createMail(loaded.connection(), recipients, outcomes, mailTemplate, operatorId, true)
-            : createSms(loaded.connection(), recipients, outcomes, smsTemplate, true);
+    bool ok = true;
+    if (kind == Kind::Mail)
+        createMail(loaded.connection(), recipients, outcomes, mailTemplate, operatorId, true);
+    else
+        ok = createSms(loaded.connection(), recipients, outcomes, smsTemplate, true);
     grid.populate();
     list.flush();
     const Times taken = now() - start;

@@ -3,9 +3,10 @@
 #include "component/modMain.h"
 #include "hostlib/Calls.h"
 #include "session/CaptionCollection.h"
+#include "session/FormChoice.h"
 #include "session/GridObject.h"
+#include "session/Registry.h"
 #include "session/Session.h"
-#include "session/Settings.h"
 #include "session/modLogger.h"
 
 #include <array>
@@ -127,8 +128,8 @@ HRESULT SmsCreatorObject::isOkPressed(VARIANT_BOOL* result)
 {
     if (result == nullptr)
         return E_POINTER;
-    *result = toBool(
-        trapped(inheritedProcedure(u"isOkPressed"_s), false, [&] { return funGetFormChoice() == u"OK"_s; }));
+    *result = toBool(trapped(inheritedProcedure(u"isOkPressed"_s), false,
+                             [&] { return formChoice(funGetFormChoice()) == FormChoice::Confirmed; }));
     return S_OK;
 }
 

@@ -1,5 +1,6 @@
 #include "lookup/frmRicercaGenerica.h"
 
+#include "base/OperatorText.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
@@ -34,7 +35,7 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
     , m_filler(filler)
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     Form_Load();
 }
 
@@ -162,7 +163,7 @@ void frmRicercaGenerica::cmdOK_Click()
         m_id = grid.cellText(record, ColumnId);
         m_code = m_id;
         m_description = grid.cellText(record, ColumnText);
-        setTag(this, u"OK"_s);
+        setTag(this, FormChoice::Confirmed);
         accept();
     });
 }
@@ -170,7 +171,7 @@ void frmRicercaGenerica::cmdOK_Click()
 void frmRicercaGenerica::cmdAnnulla_Click()
 {
     trapped(procedure(u"cmdAnnulla_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         hide();
     });
 }
@@ -204,7 +205,7 @@ void frmRicercaGenerica::Form_Activate()
 {
     trapped(procedure(u"Form_Activate"_s), [&] {
         m_ui->txtRicVeloce->setFocus();
-        if (m_presetFilter.trimmed().isEmpty())
+        if (trimBlanks(m_presetFilter).isEmpty())
             return;
         m_ui->txtRicVeloce->setText(m_presetFilter);
         RicercaVeloce();

@@ -1,5 +1,6 @@
 #include "mainwindow/frmSMS.h"
 
+#include "base/OperatorText.h"
 #include "controls/fields/FocusPaint.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
@@ -74,7 +75,7 @@ frmSMS::frmSMS()
 {
     m_ui->setupUi(this);
     restoreIndexedNames(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     Form_Load();
@@ -433,7 +434,7 @@ void frmSMS::keyPressEvent(QKeyEvent* event)
 
 void frmSMS::done(int result)
 {
-    setTag(this, m_somethingPrepared ? u"OK"_s : u"ESC"_s);
+    setTag(this, m_somethingPrepared ? FormChoice::Confirmed : FormChoice::Cancelled);
     QDialog::done(result);
 }
 
@@ -448,10 +449,10 @@ Criteria frmSMS::criteria() const
 {
     const auto value = [](const QCheckBox* box) { return box->isChecked() ? 1 : 0; };
     const auto dates = [](const DateField* from, const DateField* to) {
-        return DateTexts{from->text(), to->text()};
+        return dateRange(from->text(), to->text(), QLocale());
     };
     const auto numbers = [](const QLineEdit* from, const QLineEdit* to) {
-        return NumberTexts{from->text(), to->text()};
+        return numberRange(from->text(), to->text(), QLocale());
     };
     Criteria c;
     c.chkANA_Tipo = value(m_ui->chkANA_Tipo);
@@ -459,7 +460,7 @@ Criteria frmSMS::criteria() const
     c.chkANA_Tipo_For = value(m_ui->chkANA_Tipo_For);
     c.chkANA_Tipo_Con = value(m_ui->chkANA_Tipo_Con);
     c.chkANA_Eta = value(m_ui->chkANA_Eta);
-    c.eta = numbers(m_ui->txtANA_Eta_I, m_ui->txtANA_Eta_F);
+    c.eta = ageRange(m_ui->txtANA_Eta_I->text(), m_ui->txtANA_Eta_F->text(), QLocale());
     c.chkANA_Sesso = value(m_ui->chkANA_Sesso);
     c.optMaschio = m_ui->optMaschio->isChecked();
     c.optFemmina = m_ui->optFemmina->isChecked();
@@ -487,10 +488,10 @@ Criteria frmSMS::criteria() const
     return c;
 }
 
-bool frmSMS::testFiltri()
+bool frmSMS::testFiltri(const Criteria& chosen)
 {
     return trapped(procedure(u"testFiltri"_s), false, [&] {
-        const std::optional<CriteriaFailure> failure = zul::testFiltri(criteria(), QLocale());
+        const std::optional<CriteriaFailure> failure = zul::testFiltri(chosen);
         if (!failure)
             return true;
         tellOperator(this, failure->message);
@@ -502,7 +503,8 @@ bool frmSMS::testFiltri()
 void frmSMS::cmdElabora_Click()
 {
     trapped(procedure(u"cmdElabora_Click"_s), [&] {
-        if (!testFiltri())
+        const Criteria chosen = criteria();
+        if (!testFiltri(chosen))
             return;
         const QPointer<QWidget> focused = focusWidget();
         m_ui->cmdElabora->setEnabled(false);
@@ -510,8 +512,7 @@ void frmSMS::cmdElabora_Click()
         const WaitCursor waiting;
         // Held here: a host may hand over another connection from one of its own calls.
         const auto filters = session().customerFilterSql();
-        fillScratchTable(session().connection().connection(), *filters, criteria(), QDate::currentDate(),
-                         QLocale());
+        fillScratchTable(session().connection().connection(), *filters, chosen, QDate::currentDate());
         CaricaGriglia();
         // An error on the way leaves button and form disabled: that search has no result to work with.
         m_ui->cmdElabora->setEnabled(true);
@@ -570,8 +571,8 @@ void frmSMS::requestSelection(SelectorField* field, const QString& table, bool t
     dialog.exec();
     // Recurrence and classification take the choice only after "OK"; the others after anything but "ESC",
     // a dialog closed by its close button included. That is meant.
-    const QString tag = tagOf(&dialog);
-    if (exactOk ? tag != u"OK"_s : tag == u"ESC"_s)
+    const FormChoice left = choiceOf(&dialog);
+    if (exactOk ? left != FormChoice::Confirmed : left == FormChoice::Cancelled)
         return;
     field->setText(dialog.GetDescrizione());
     if (takesId)
@@ -602,10 +603,11 @@ SendChoices frmSMS::choices() const
     c.pagePushVisible = m_ui->TabControlTipo->isTabVisible(PagePush);
     c.RBN_Push = m_ui->RBN_Push->isChecked();
     c.RBN_PushModel = m_ui->RBN_PushModel->isChecked();
-    c.pushText = m_ui->txtTestoMessaggio_1_->toPlainText();
+    c.pushText = withCrLf(m_ui->txtTestoMessaggio_1_->toPlainText());
     c.pushTemplateText = m_ui->cntrMessaggio_1_->text();
-    c.optApp_SoloSelezionati = m_ui->optApp_SoloSelezionati->isChecked();
-    c.optApp_TuttiRegistrati = m_ui->optApp_TuttiRegistrati->isChecked();
+    c.criterion = m_ui->optApp_TuttiRegistrati->isChecked()   ? PushCriterion::Everybody
+                  : m_ui->optApp_SoloSelezionati->isChecked() ? PushCriterion::Selected
+                                                              : PushCriterion::NotChosen;
     return c;
 }
 
@@ -625,15 +627,13 @@ void frmSMS::cmdProsegui2_Click()
         pages->setTabVisible(PagePrepara, false);
         const SendChoices chosen = choices();
         std::optional<SendFailure> failure;
-        if (!chosen.optApp_TuttiRegistrati)
+        if (chosen.criterion != PushCriterion::Everybody)
             failure = checkRecipients(somebodyIsMarked());
         if (!failure)
             failure = checkChoices(chosen);
         if (failure) {
-            ask(this, {.text = failure->message,
-                       .icon = MessageIcon::Information,
-                       .title = QString::fromLatin1(failure->ownTitle ? MessageTitle : ApplicationTitle),
-                       .buttons = MessageButtons::Ok});
+            ask(this, notice(failure->message, MessageIcon::Information,
+                             failure->ownTitle ? MessageTitle : ApplicationTitle));
             if (failure->page)
                 pages->setCurrentIndex(*failure->page);
             return;
@@ -655,27 +655,24 @@ void frmSMS::PreparaInvioMessaggi()
         line = 20;
         switch (choosePreparation(choices())) {
         case Preparation::Mail:
-            CreateMAIL(true, ok);
+            ok = CreateMAIL(true);
             break;
         case Preparation::MailThenSms: {
-            bool second = false;
-            CreateMAIL(false, ok);
-            CreateSMS(true, second);
-            ok = ok && second;
+            // The second creator runs also when the first failed.
+            const bool mailsPrepared = CreateMAIL(false);
+            ok = CreateSMS(true) && mailsPrepared;
             break;
         }
         case Preparation::Sms:
-            CreateSMS(true, ok);
+            ok = CreateSMS(true);
             break;
         case Preparation::SmsThenMail: {
-            bool second = false;
-            CreateSMS(false, ok);
-            CreateMAIL(true, second);
-            ok = ok && second;
+            const bool smsPrepared = CreateSMS(false);
+            ok = CreateMAIL(true) && smsPrepared;
             break;
         }
         case Preparation::Push:
-            preparePush(ok);
+            ok = preparePush();
             break;
         case Preparation::Nothing:
             line = 30;
@@ -698,9 +695,9 @@ void frmSMS::PreparaInvioMessaggi()
 // A run ends on the connection on which it began, also when the host hands over another one meanwhile: each
 // works on a copy of the session's reference.
 
-void frmSMS::CreateSMS(bool clearMarks, bool& ok)
+bool frmSMS::CreateSMS(bool clearMarks)
 {
-    ok = trapped(procedure(u"CreateSMS"_s), false, [&] {
+    return trapped(procedure(u"CreateSMS"_s), false, [&] {
         const WaitCursor waiting;
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
@@ -709,21 +706,22 @@ void frmSMS::CreateSMS(bool clearMarks, bool& ok)
     });
 }
 
-void frmSMS::CreateMAIL(bool clearMarks, bool& ok)
+bool frmSMS::CreateMAIL(bool clearMarks)
 {
-    ok = trapped(procedure(u"CreateMAIL"_s), false, [&] {
+    return trapped(procedure(u"CreateMAIL"_s), false, [&] {
         const WaitCursor waiting;
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
         const hostlib::SqlConnection connection = session().connection();
-        return createMail(connection, rows, lines, m_ui->cntrMailFinder->selectedId(),
-                          m_SmsCreator != nullptr ? m_SmsCreator->idUtente() : 0, clearMarks);
+        createMail(connection, rows, lines, m_ui->cntrMailFinder->selectedId(),
+                   m_SmsCreator != nullptr ? m_SmsCreator->idUtente() : 0, clearMarks);
+        return true;
     });
 }
 
-void frmSMS::preparePush(bool& ok)
+bool frmSMS::preparePush()
 {
-    ok = trapped(procedure(u"PreparaNotifichePush"_s), false, [&] {
+    return trapped(procedure(u"PreparaNotifichePush"_s), false, [&] {
         GridRecipients rows(*m_ui->grdClienti);
         ListOutcomes lines(*m_ui->List_INFO);
         WaitPleaseProgress progress(*m_ui->WaitPlease);
@@ -753,12 +751,12 @@ void frmSMS::toggleSmsEditor()
         showSmsEditor(true);
         return;
     }
-    const QString text = m_ui->txtTestoMessaggio_0_->toPlainText().trimmed();
+    const QString text = templateText(m_ui->txtTestoMessaggio_0_->toPlainText());
     if (!text.isEmpty()) {
         if (!askOperator(this,
                          u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text))
             return;
-        const qint32 id = salvaMessaggio(text);
+        const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
         if (id > 0)
             m_ui->cntrMessaggio_0_->setSelection(id, u"SMS ("_s + text + u')');
     }
@@ -786,13 +784,13 @@ void frmSMS::showKeyboard(QWidget* field)
 
 void frmSMS::savePushTemplate()
 {
-    const QString text = m_ui->txtTestoMessaggio_1_->toPlainText().trimmed();
+    const QString text = templateText(m_ui->txtTestoMessaggio_1_->toPlainText());
     if (text.isEmpty())
         return;
     if (!askOperator(this,
                      u"Si desidera salvare il testo inserito come nuovo modello?\r\n\r\nTesto: "_s + text))
         return;
-    const qint32 id = salvaMessaggio(text);
+    const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
     if (id > 0)
         m_ui->cntrMessaggio_1_->setSelection(id, text);
 }

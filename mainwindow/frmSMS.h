@@ -67,7 +67,7 @@ private:
 
     // Search.
     Criteria criteria() const;
-    bool testFiltri();
+    bool testFiltri(const Criteria& chosen);
     void cmdElabora_Click();
     void CaricaGriglia();
     void GrdAllSelectedValue(bool value);
@@ -83,9 +83,10 @@ private:
     bool somebodyIsMarked() const;
     void cmdProsegui2_Click();
     void PreparaInvioMessaggi();
-    void CreateSMS(bool clearMarks, bool& ok);
-    void CreateMAIL(bool clearMarks, bool& ok);
-    void preparePush(bool& ok);
+    /// False when a run broke off, or failed and is in the log.
+    bool CreateSMS(bool clearMarks);
+    bool CreateMAIL(bool clearMarks);
+    bool preparePush();
     void cmdNuovoTestoSMS_Click(int index);
     void toggleSmsEditor();
     void savePushTemplate();

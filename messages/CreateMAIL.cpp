@@ -4,7 +4,7 @@
 #include "hostlib/Host.h"
 #include "hostlib/LocalClock.h"
 #include "messages/Campaign.h"
-#include "messages/SendChoices.h"
+#include "messages/OutcomeLines.h"
 #include "selection/ResultGridQuery.h"
 
 #include <QLocale>
@@ -20,7 +20,7 @@ QString campaignDescription(const QDateTime& now)
            locale.toString(now.time(), QLocale::ShortFormat);
 }
 
-bool createMail(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+void createMail(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
                 qint32 idMessaggio, qint32 idUtente, bool clearMarks)
 {
     outcomes.append(separatorLine());
@@ -38,40 +38,37 @@ bool createMail(const hostlib::SqlConnection& connection, Recipients& recipients
                                                         ado::Cursor::Static, ado::Lock::Pessimistic);
     hostlib::Customer customer(connection);
     LocalClock clock;
-    for (int row = 0; row < recipients.count(); ++row) {
-        if (recipients.isMarked(row)) {
-            const QString name = recipients.text(row, ColumnCliente);
-            const auto skip = [&](const QString& why) {
-                outcomes.append(u"ERRORE - Saltata richiesta invio EMAIL per "_s + name + why);
-            };
-            if (recipients.text(row, ColumnEmail).isEmpty()) {
-                skip(u": email non presente."_s);
-            } else if (recipients.isNumeric(row, ColumnIdCliente)) {
-                const qint32 idCliente = recipients.idCliente(row);
-                customer.init(idCliente);
-                if (!customer.consensoEmail()) {
-                    skip(u": consenso EMAIL non presente."_s);
-                } else {
-                    queue.addNew();
-                    queue.set(u"idMailing"_s, connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
-                    queue.set(u"idCampagna"_s, idCampagna);
-                    queue.set(u"idMessaggio"_s, idMessaggio);
-                    queue.set(u"IDCliente"_s, idCliente);
-                    queue.set(u"Contatto"_s, customer.email());
-                    queue.set(u"DataCreaz"_s, clock.now());
-                    queue.set(u"DataAgg"_s, clock.now());
-                    queue.set(u"Locked"_s, false);
-                    queue.set(u"idReferente"_s, qint16{-1});
-                    queue.update();
-                    outcomes.append(u"OK     - Preparata EMAIL per "_s + name);
-                }
-            }
-        }
-        if (clearMarks)
-            recipients.clearMark(row);
-    }
+    walkMarkedRows(recipients, clearMarks, [&](int row) {
+        const QString name = recipients.text(row, ColumnCliente);
+        const auto skip = [&](const QString& why) {
+            outcomes.append(
+                outcomeLine(OutcomeTag::Skipped, u"Saltata richiesta invio EMAIL per "_s + name + why));
+            return true;
+        };
+        if (recipients.text(row, ColumnEmail).isEmpty())
+            return skip(u": email non presente."_s);
+        if (!recipients.isNumeric(row, ColumnIdCliente))
+            return true;
+        const qint32 idCliente = recipients.idCliente(row);
+        customer.init(idCliente);
+        if (!customer.consensoEmail())
+            return skip(u": consenso EMAIL non presente."_s);
+
+        queue.addNew();
+        queue.set(u"idMailing"_s, connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
+        queue.set(u"idCampagna"_s, idCampagna);
+        queue.set(u"idMessaggio"_s, idMessaggio);
+        queue.set(u"IDCliente"_s, idCliente);
+        queue.set(u"Contatto"_s, customer.email());
+        queue.set(u"DataCreaz"_s, clock.now());
+        queue.set(u"DataAgg"_s, clock.now());
+        queue.set(u"Locked"_s, false);
+        queue.set(u"idReferente"_s, qint16{-1});
+        queue.update();
+        outcomes.append(outcomeLine(OutcomeTag::Prepared, u"Preparata EMAIL per "_s + name));
+        return true;
+    });
     queue.close();
-    return true;
 }
 
 } // namespace zul

@@ -16,10 +16,9 @@ class SqlConnection;
 ///
 /// @param idMessaggio the e-mail template
 /// @param idUtente the operator
-/// @param clearMarks as with createSms
-/// @return true: a run that does not throw ends well
+/// @param clearMarks as with walkMarkedRows
 /// @throws Error of the database or of a host object; rows already written stay in the queue
-bool createMail(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
+void createMail(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
                 qint32 idMessaggio, qint32 idUtente, bool clearMarks);
 
 /// The description of a mail campaign: no blank after the colon, date and time in the user's short formats.

@@ -1,7 +1,9 @@
 #include "messages/PushNotifications.h"
 
+#include "base/OperatorText.h"
+#include "messages/OutcomeLines.h"
 #include "selection/ResultGridQuery.h"
-#include "session/Settings.h"
+#include "session/SettingsStore.h"
 #include "session/modLogger.h"
 
 #include <QDateTime>
@@ -14,22 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint32 KindPush = 8;
-
-OperatorMessage stop(const QString& text)
-{
-    return {.text = text,
-            .icon = MessageIcon::Exclamation,
-            .title = QString::fromLatin1(MessageTitle),
-            .buttons = MessageButtons::Ok};
-}
-
-OperatorMessage question(const QString& text, MessageIcon icon)
-{
-    return {.text = text,
-            .icon = icon,
-            .title = QString::fromLatin1(MessageTitle),
-            .buttons = MessageButtons::YesNo};
-}
 
 QString missingSetting(const settings::Key& key)
 {
@@ -130,12 +116,13 @@ void sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnec
                                 u"Invio notifica %1 di %2"_s.arg(number).arg(count));
         const std::optional<QString> error = sender.send(contact);
         if (!error) {
-            outcomes.append(u"OK     - "_s + sender.customerName() + u" - Creato correttamente."_s);
+            outcomes.append(
+                outcomeLine(OutcomeTag::Prepared, sender.customerName() + u" - Creato correttamente."_s));
             continue;
         }
         const QString failure = sender.failureText(contact, *error);
         errors.append(failure);
-        outcomes.append(u"ERR    - "_s + failure);
+        outcomes.append(outcomeLine(OutcomeTag::NotSent, failure));
     }
 }
 
@@ -146,13 +133,14 @@ void sendToEverybody(hostlib::AppConnector& connector, const QString& text, QStr
     const hostlib::AppConnector::Result result =
         connector.sendToEverybody(text, QDateTime::currentDateTime());
     if (result.sent) {
-        outcomes.append(u"OK     - Notifica push globale - Creata correttamente."_s);
+        outcomes.append(
+            outcomeLine(OutcomeTag::Prepared, u"Notifica push globale - Creata correttamente."_s));
         return;
     }
     const QString failure = u"Errore durante la creazione della notifica push globale, testo: "_s + text +
                             u"- Errore: "_s + result.errorText;
     errors.append(failure);
-    outcomes.append(u"ERR    - "_s + failure);
+    outcomes.append(outcomeLine(OutcomeTag::NotSent, failure));
 }
 
 } // namespace
@@ -165,22 +153,22 @@ QString PushNotify_TextMessage_Parser(const hostlib::TextParser& parser, const Q
 
 bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connection,
                                           const std::vector<PushContact>& contacts, const QString& text,
-                                          QStringList& errors, qint32 criterion, Outcomes& outcomes,
+                                          QStringList& errors, PushCriterion criterion, Outcomes& outcomes,
                                           Progress& progress) noexcept
 {
     return trapped(creationProcedure(), false, [&] {
         outcomes.append(separatorLine());
-        const QString salt = getDbValue(settings::ConnettoreAppSalt);
-        const QString slug = getDbValue(settings::ConnettoreAppSlug);
+        const SettingsStore store(connection);
+        const QString salt = store.getDbValue(settings::ConnettoreAppSalt);
+        const QString slug = store.getDbValue(settings::ConnettoreAppSlug);
         hostlib::AppConnector connector(connection, slug, salt);
-        if (criterion != static_cast<qint32>(PushCriterion::Selected) &&
-            criterion != static_cast<qint32>(PushCriterion::Everybody)) {
+        if (criterion != PushCriterion::Selected && criterion != PushCriterion::Everybody) {
             errors.append(u"Non è stato selezionato il criterio di spedizione."_s);
             return false;
         }
         progress.GestWaitPlease(true, 0, u"Invio notifiche push..."_s);
         const ProgressGuard hideAtTheEnd(progress);
-        if (criterion == static_cast<qint32>(PushCriterion::Selected))
+        if (criterion == PushCriterion::Selected)
             sendToContacts(connection, connector, contacts, text, errors, outcomes, progress);
         else
             sendToEverybody(connector, text, errors, outcomes, progress);
@@ -188,17 +176,17 @@ bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connecti
     });
 }
 
-std::optional<QString> checkPush(const SendChoices& choices)
+std::optional<QString> checkPush(const SendChoices& choices, const SettingsStore& store)
 {
     if (choices.RBN_PushModel && choices.pushTemplateText.isEmpty())
         return u"Selezionare correttamente un modello di messaggio per la notifica push."_s;
     if (!choices.RBN_PushModel && choices.RBN_Push && choices.pushText.isEmpty())
         return u"Inserire correttamente il testo per la notifica push."_s;
-    if (getDbValue(settings::ConnettoreAppSalt).isEmpty())
+    if (store.getDbValue(settings::ConnettoreAppSalt).isEmpty())
         return missingSetting(settings::ConnettoreAppSalt);
-    if (getDbValue(settings::ConnettoreAppSlug).isEmpty())
+    if (store.getDbValue(settings::ConnettoreAppSlug).isEmpty())
         return missingSetting(settings::ConnettoreAppSlug);
-    if (!choices.optApp_SoloSelezionati && !choices.optApp_TuttiRegistrati)
+    if (choices.criterion == PushCriterion::NotChosen)
         return u"Selezionare un criterio di spedizione."_s;
     return std::nullopt;
 }
@@ -208,38 +196,34 @@ QString pushText(const SendChoices& choices)
     return choices.RBN_PushModel ? choices.pushTemplateText : choices.pushText;
 }
 
-PushValidation validateProfiles(const hostlib::SqlConnection& connection, const Recipients& recipients,
+PushValidation validateProfiles(const hostlib::SqlConnection& connection, Recipients& recipients,
                                 Outcomes& outcomes)
 {
     PushValidation validation;
     // The ids are a keyed collection ("K" and the id): one customer is taken once.
     QSet<qint32> ids;
     const auto reject = [&](const QString& line) {
-        outcomes.append(u"ERRORE - "_s + line + u" Il profilo verrà scartato."_s);
+        outcomes.append(outcomeLine(OutcomeTag::Skipped, line + u" Il profilo verrà scartato."_s));
         ++validation.rejected;
+        return true;
     };
-    for (int row = 0; row < recipients.count(); ++row) {
-        if (!recipients.isMarked(row))
-            continue;
+    walkMarkedRows(recipients, false, [&](int row) {
         const QString name = recipients.text(row, ColumnCliente);
-        if (!recipients.isNumeric(row, ColumnIdCliente)) {
-            reject(name + u": id cliente non valido."_s);
-            continue;
-        }
-        const QString email = recipients.text(row, ColumnEmail).trimmed();
-        if (email.isEmpty()) {
-            reject(name + u": email mancante."_s);
-        } else if (!connection.isValidEmail(email)) {
-            reject(name + u": email non valida ("_s + email + u")."_s);
-        } else {
-            const qint32 id = recipients.idCliente(row);
-            if (ids.contains(id))
-                throw Error(RunTime::DuplicateKey);
-            ids.insert(id);
-            validation.contacts.push_back({id, email});
-            outcomes.append(u"OK     - "_s + name + u": il profilo presenta email valida."_s);
-        }
-    }
+        if (!recipients.isNumeric(row, ColumnIdCliente))
+            return reject(name + u": id cliente non valido."_s);
+        const QString email = trimBlanks(recipients.text(row, ColumnEmail));
+        if (email.isEmpty())
+            return reject(name + u": email mancante."_s);
+        if (!connection.isValidEmail(email))
+            return reject(name + u": email non valida ("_s + email + u")."_s);
+        const qint32 id = recipients.idCliente(row);
+        if (ids.contains(id))
+            throw Error(RunTime::DuplicateKey);
+        ids.insert(id);
+        validation.contacts.push_back({id, email});
+        outcomes.append(outcomeLine(OutcomeTag::Prepared, name + u": il profilo presenta email valida."_s));
+        return true;
+    });
     return validation;
 }
 
@@ -254,27 +238,26 @@ QString profilesQuestion(const PushValidation& validation)
 }
 
 bool prepareNotifications(const hostlib::SqlConnection& connection, const SendChoices& choices,
-                          const Recipients& recipients, Outcomes& outcomes, Progress& progress,
+                          Recipients& recipients, Outcomes& outcomes, Progress& progress,
                           const std::function<Answer(const OperatorMessage&)>& askOperator)
 {
     outcomes.append(separatorLine());
-    if (const std::optional<QString> failure = checkPush(choices)) {
-        askOperator(stop(*failure));
+    if (const std::optional<QString> failure = checkPush(choices, SettingsStore(connection))) {
+        askOperator(notice(*failure, MessageIcon::Exclamation));
         return false;
     }
 
     PushValidation validation;
-    PushCriterion criterion = PushCriterion::Everybody;
-    if (choices.optApp_TuttiRegistrati) {
+    if (choices.criterion == PushCriterion::Everybody) {
         if (askOperator(question(u"Proseguire con l'invio della notifica globale?"_s,
                                  MessageIcon::Information)) != Answer::Yes)
             return false;
     } else {
-        criterion = PushCriterion::Selected;
         validation = validateProfiles(connection, recipients, outcomes);
         if (validation.contacts.empty()) {
-            askOperator(stop(u"Nessun profilo risulta avere una email valida. Non è stata creata alcuna "
-                             "notifica push."_s));
+            askOperator(notice(u"Nessun profilo risulta avere una email valida. Non è stata creata alcuna "
+                               "notifica push."_s,
+                               MessageIcon::Exclamation));
             return false;
         }
         if (askOperator(question(profilesQuestion(validation), MessageIcon::Exclamation)) != Answer::Yes)
@@ -282,7 +265,7 @@ bool prepareNotifications(const hostlib::SqlConnection& connection, const SendCh
     }
     QStringList errors;
     return CreatePushNotifies_ListOfContacts_BL(connection, validation.contacts, pushText(choices), errors,
-                                                static_cast<qint32>(criterion), outcomes, progress);
+                                                choices.criterion, outcomes, progress);
 }
 
 } // namespace zul

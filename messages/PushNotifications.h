@@ -15,12 +15,7 @@
 
 namespace zul {
 
-/// Who gets a notification.
-enum class PushCriterion : qint32
-{
-    Selected = 0,  ///< the marked customers
-    Everybody = 1, ///< all registered users of the app
-};
+class SettingsStore;
 
 /// A validated profile.
 struct PushContact
@@ -50,12 +45,12 @@ QString PushNotify_TextMessage_Parser(const hostlib::TextParser& parser, const Q
 ///         run-time error, which is logged
 bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connection,
                                           const std::vector<PushContact>& contacts, const QString& text,
-                                          QStringList& errors, qint32 criterion, Outcomes& outcomes,
+                                          QStringList& errors, PushCriterion criterion, Outcomes& outcomes,
                                           Progress& progress) noexcept;
 
 /// Why a notification cannot be prepared, or nothing: the text and settings checks in their fixed order. The
 /// settings are read only when the texts are in order, and each only when it is its turn.
-std::optional<QString> checkPush(const SendChoices& choices);
+std::optional<QString> checkPush(const SendChoices& choices, const SettingsStore& store);
 
 /// The text that is to be sent: the template's where the template was chosen, else the free one.
 QString pushText(const SendChoices& choices);
@@ -69,7 +64,7 @@ struct PushValidation
 
 /// Takes the e-mail address of every marked row, judges it and writes one line per row.
 /// @throws Error 457 when a customer stands in two marked rows
-PushValidation validateProfiles(const hostlib::SqlConnection& connection, const Recipients& recipients,
+PushValidation validateProfiles(const hostlib::SqlConnection& connection, Recipients& recipients,
                                 Outcomes& outcomes);
 
 /// The question before notifications to validated profiles are made.
@@ -79,7 +74,7 @@ QString profilesQuestion(const PushValidation& validation);
 /// @param askOperator shows a message and gives the answer
 /// @return true when notifications were created
 bool prepareNotifications(const hostlib::SqlConnection& connection, const SendChoices& choices,
-                          const Recipients& recipients, Outcomes& outcomes, Progress& progress,
+                          Recipients& recipients, Outcomes& outcomes, Progress& progress,
                           const std::function<Answer(const OperatorMessage&)>& askOperator);
 
 } // namespace zul

@@ -22,6 +22,23 @@ public:
     virtual qint32 idCliente(int row) const = 0;
 };
 
+/// Walks over the rows from the first to the last and hands the marked ones to `handle`. Returns false as soon as
+/// that does: the row at which a run breaks off keeps its mark.
+///
+/// @param clearMarks clears the mark of every row after it was handled, skipped and unmarked ones included;
+///        false for the first of two creators, so that the second sees the same rows
+template <class Handle>
+bool walkMarkedRows(Recipients& recipients, bool clearMarks, Handle&& handle)
+{
+    for (int row = 0; row < recipients.count(); ++row) {
+        if (recipients.isMarked(row) && !handle(row))
+            return false;
+        if (clearMarks)
+            recipients.clearMark(row);
+    }
+    return true;
+}
+
 /// The result list: one text line per outcome.
 class Outcomes
 {

@@ -64,9 +64,4 @@ QString closingMessage(const SendChoices& choices)
            "I messaggi verranno elaborati in base alla schedulazione del tool di spedizione."_s;
 }
 
-QString separatorLine()
-{
-    return u"       - "_s + QString(100, u'*');
-}
-
 } // namespace zul

@@ -6,6 +6,14 @@
 
 namespace zul {
 
+/// Who gets a notification.
+enum class PushCriterion : qint32
+{
+    NotChosen = -1,
+    Selected = 0,  ///< the marked customers
+    Everybody = 1, ///< all registered users of the app
+};
+
 /// What stands on the page "Tipo di invio".
 struct SendChoices
 {
@@ -25,9 +33,7 @@ struct SendChoices
     QString pushText;         ///< txtTestoMessaggio(1)
     QString pushTemplateText; ///< display text of cntrMessaggio(1)
 
-    // Delivery criterion.
-    bool optApp_SoloSelezionati = true;
-    bool optApp_TuttiRegistrati = false;
+    PushCriterion criterion = PushCriterion::Selected;
 
     bool anyPush() const { return RBN_Push || RBN_PushModel; }
 };
@@ -64,8 +70,5 @@ Preparation choosePreparation(const SendChoices& choices);
 /// The message that closes a run that ended well. It goes by the push radio buttons, not by the run: an SMS
 /// run after a template was chosen, which sets RBN_PushModel, ends with the push wording. That is meant.
 QString closingMessage(const SendChoices& choices);
-
-/// The line that opens the outcome of a creator.
-QString separatorLine();
 
 } // namespace zul

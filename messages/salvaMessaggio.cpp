@@ -1,8 +1,8 @@
 #include "messages/salvaMessaggio.h"
 
+#include "base/OperatorText.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
-#include "session/Session.h"
 #include "session/modLogger.h"
 
 #include <QDateTime>
@@ -11,10 +11,14 @@ namespace zul {
 
 using namespace Qt::StringLiterals;
 
-qint32 salvaMessaggio(const QString& text) noexcept
+QString templateText(const QString& typed)
+{
+    return withCrLf(trimBlanks(typed));
+}
+
+qint32 salvaMessaggio(const hostlib::SqlConnection& connection, const QString& text) noexcept
 {
     try {
-        const hostlib::SqlConnection connection = session().connection();
         const qint32 id = connection.nextId(u"TMK_Messaggi"_s, u"idMessaggio"_s);
         const QDateTime now = QDateTime::currentDateTime();
         // The row set closes itself, also when a step fails.

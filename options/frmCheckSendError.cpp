@@ -12,7 +12,7 @@
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
 #include "session/Session.h"
-#include "session/Settings.h"
+#include "session/SettingsStore.h"
 #include "ui_frmCheckSendError.h"
 
 #include <QCloseEvent>
@@ -50,7 +50,7 @@ frmCheckSendError::frmCheckSendError()
     : m_ui(std::make_unique<Ui::frmCheckSendError>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
     m_ui->grid_result->setTouchMode(session().ShowTouchMode);
@@ -89,10 +89,11 @@ void frmCheckSendError::Form_Load()
     trapped(procedure(u"Form_Load"_s), [&] {
         setBackground(this, Qt::white);
         setBackground(m_ui->GroupBox2, Qt::white);
-        m_ui->txtFTP_Server->setText(getDbValue(settings::CheckFtpServer));
-        m_ui->txtFTP_Port->setText(getDbValue(settings::CheckFtpPort));
-        m_ui->txtFTP_User->setText(getDbValue(settings::CheckFtpUser));
-        m_ui->txtFTP_Password->setText(getDbValue(settings::CheckFtpPassword));
+        const SettingsStore store(session().connectionOrNone());
+        m_ui->txtFTP_Server->setText(store.getDbValue(settings::CheckFtpServer));
+        m_ui->txtFTP_Port->setText(store.getDbValue(settings::CheckFtpPort));
+        m_ui->txtFTP_User->setText(store.getDbValue(settings::CheckFtpUser));
+        m_ui->txtFTP_Password->setText(store.getDbValue(settings::CheckFtpPassword));
     });
 }
 
@@ -110,10 +111,11 @@ void frmCheckSendError::Form_Activate()
 void frmCheckSendError::Form_Unload()
 {
     trapped(procedure(u"Form_Unload"_s), [&] {
-        setDbValue(settings::CheckFtpServer, m_ui->txtFTP_Server->text());
-        setDbValue(settings::CheckFtpPort, m_ui->txtFTP_Port->text());
-        setDbValue(settings::CheckFtpUser, m_ui->txtFTP_User->text());
-        setDbValue(settings::CheckFtpPassword, m_ui->txtFTP_Password->text());
+        const SettingsStore store(session().connectionOrNone());
+        store.setDbValue(settings::CheckFtpServer, m_ui->txtFTP_Server->text());
+        store.setDbValue(settings::CheckFtpPort, m_ui->txtFTP_Port->text());
+        store.setDbValue(settings::CheckFtpUser, m_ui->txtFTP_User->text());
+        store.setDbValue(settings::CheckFtpPassword, m_ui->txtFTP_Password->text());
     });
 }
 
@@ -129,7 +131,7 @@ void frmCheckSendError::closeEvent(QCloseEvent* event)
 void frmCheckSendError::cmdChiudi_Click()
 {
     trapped(procedure(u"cmdChiudi_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         done(Rejected);
     });
 }
@@ -139,10 +141,8 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
     trapped(procedure(u"cmdSMS_TestSMS_Click"_s), [&] {
         if (m_ui->txtFTP_Server->text().isEmpty() || m_ui->txtFTP_Password->text().isEmpty() ||
             m_ui->txtFTP_User->text().isEmpty()) {
-            ask(this, {.text = u"Attenzione impostazioni non valide"_s,
-                       .icon = MessageIcon::Information,
-                       .title = QString::fromLatin1(ApplicationTitle),
-                       .buttons = MessageButtons::Ok});
+            ask(this,
+                notice(u"Attenzione impostazioni non valide"_s, MessageIcon::Information, ApplicationTitle));
             return;
         }
         // Session and connection end with the test.
@@ -164,10 +164,7 @@ void frmCheckSendError::download(cFtp& ftp)
 {
     try {
         const auto tell = [this](const QString& text) {
-            ask(this, {.text = text,
-                       .icon = MessageIcon::None,
-                       .title = QString::fromLatin1(ApplicationTitle),
-                       .buttons = MessageButtons::Ok});
+            ask(this, notice(text, MessageIcon::None, ApplicationTitle));
         };
         bool connected = false;
         {

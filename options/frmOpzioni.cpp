@@ -10,8 +10,9 @@
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
+#include "session/Registry.h"
 #include "session/Session.h"
-#include "session/Settings.h"
+#include "session/SettingsStore.h"
 #include "session/SmsSender.h"
 #include "ui_frmOpzioni.h"
 
@@ -59,7 +60,7 @@ frmOpzioni::frmOpzioni()
     : m_ui(std::make_unique<Ui::frmOpzioni>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();
@@ -123,19 +124,20 @@ void frmOpzioni::Form_Load()
 
 void frmOpzioni::loadSettings()
 {
+    const SettingsStore store(session().connectionOrNone());
     // Each switch is read a second time once its text has been judged, as the settings table has always been
     // asked.
-    if (prefixSwitch(getDbValue(settings::Aggiungi0039)))
-        setCheck(m_ui->chkSMS_Add0039, toInt16(getDbValue(settings::Aggiungi0039)));
-    autoSendSwitch(getDbValue(settings::InvioAutomatico));
-    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(getDbValue(settings::InvioAutomatico)));
+    if (prefixSwitch(store.getDbValue(settings::Aggiungi0039)))
+        setCheck(m_ui->chkSMS_Add0039, toInt16(store.getDbValue(settings::Aggiungi0039)));
+    autoSendSwitch(store.getDbValue(settings::InvioAutomatico));
+    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(store.getDbValue(settings::InvioAutomatico)));
 
-    m_ui->txtSMS_Prov_User->setText(getDbValue(settings::MailupUserName));
-    m_ui->txtSMS_Prov_Pwd->setText(getDbValue(settings::MailupPassword));
-    m_ui->txtSMS_Prov_Mittente->setText(getDbValue(settings::MailupFrom));
-    m_ui->txtSMS_Prov_Soggetto->setText(getDbValue(settings::MailupSubject));
-    m_ui->txtSMS_Prov_ListId->setText(getDbValue(settings::MailupListId));
-    m_ui->txtSMS_Prov_ConsoleId->setText(getDbValue(settings::MailupConsoleId));
+    m_ui->txtSMS_Prov_User->setText(store.getDbValue(settings::MailupUserName));
+    m_ui->txtSMS_Prov_Pwd->setText(store.getDbValue(settings::MailupPassword));
+    m_ui->txtSMS_Prov_Mittente->setText(store.getDbValue(settings::MailupFrom));
+    m_ui->txtSMS_Prov_Soggetto->setText(store.getDbValue(settings::MailupSubject));
+    m_ui->txtSMS_Prov_ListId->setText(store.getDbValue(settings::MailupListId));
+    m_ui->txtSMS_Prov_ConsoleId->setText(store.getDbValue(settings::MailupConsoleId));
 
     const QString proposed = defaultSenderFolder(session().PathMainApplication);
     const bool stored = !readSenderFolder(proposed).isEmpty();
@@ -163,17 +165,18 @@ void frmOpzioni::Form_Activate()
 void frmOpzioni::cmdSalva_Click()
 {
     trapped(procedure(u"cmdSalva_Click"_s), [&] {
-        setDbValue(settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039));
-        setDbValue(settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend));
-        setDbValue(settings::MailupUserName, m_ui->txtSMS_Prov_User->text());
-        setDbValue(settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text());
-        setDbValue(settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text());
-        setDbValue(settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text());
-        setDbValue(settings::MailupListId, m_ui->txtSMS_Prov_ListId->text());
-        setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
+        const SettingsStore store(session().connectionOrNone());
+        store.setDbValue(settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039));
+        store.setDbValue(settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend));
+        store.setDbValue(settings::MailupUserName, m_ui->txtSMS_Prov_User->text());
+        store.setDbValue(settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text());
+        store.setDbValue(settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text());
+        store.setDbValue(settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text());
+        store.setDbValue(settings::MailupListId, m_ui->txtSMS_Prov_ListId->text());
+        store.setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
         saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
                      QString::fromLatin1(RegistryPathCartellaSMSSender), m_ui->txtPathSMSSender->text());
-        setTag(this, u"OK"_s);
+        setTag(this, FormChoice::Confirmed);
         hide();
     });
 }
@@ -181,7 +184,7 @@ void frmOpzioni::cmdSalva_Click()
 void frmOpzioni::cmdAnnulla_Click()
 {
     trapped(procedure(u"cmdAnnulla_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         hide();
     });
 }
@@ -200,10 +203,10 @@ void frmOpzioni::cmdSelezionaPath_Click()
     trapped(procedure(u"cmdSelezionaPath_Click"_s), [&] {
         if (!m_frmShowPath)
             m_frmShowPath = std::make_unique<frmShowPath>(this);
-        setTag(m_frmShowPath.get(), QString());
+        setTag(m_frmShowPath.get(), FormChoice::None);
         m_frmShowPath->exec();
         const QString path = m_frmShowPath->selectedPath();
-        if (tagOf(m_frmShowPath.get()) == u"OK"_s && isFolder(path))
+        if (choiceOf(m_frmShowPath.get()) == FormChoice::Confirmed && isFolder(path))
             m_ui->txtPathSMSSender->setText(chosenFolder(path));
     });
 }

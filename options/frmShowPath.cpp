@@ -25,7 +25,7 @@ frmShowPath::frmShowPath(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmShowPath>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setTag(this, FormChoice::None);
     applyCommonLook(this, session().ShowTouchMode);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmShowPath::cmdOK_Click);
     connect(m_ui->cmdCancella, &QPushButton::clicked, this, &frmShowPath::cmdCancella_Click);
@@ -55,7 +55,7 @@ void frmShowPath::cmdOK_Click()
             tellOperator(this, u"Selezionare un percorso!"_s, MessageIcon::Critical);
             return;
         }
-        setTag(this, u"OK"_s);
+        setTag(this, FormChoice::Confirmed);
         hide();
     });
 }
@@ -63,7 +63,7 @@ void frmShowPath::cmdOK_Click()
 void frmShowPath::cmdCancella_Click()
 {
     trapped(procedure(u"cmdCancella_Click"_s), [&] {
-        setTag(this, u"ESC"_s);
+        setTag(this, FormChoice::Cancelled);
         hide();
     });
 }

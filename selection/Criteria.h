@@ -1,25 +1,39 @@
 // The search criteria of the main window as plain values, and the rules that judge them.
 #pragma once
 
+#include <QDate>
 #include <QLocale>
 #include <QString>
 #include <optional>
 
 namespace zul {
 
-/// Two date fields as they were typed.
-struct DateTexts
+/// Two date fields; a bound that is no date is none.
+struct DateRange
 {
-    QString from;
-    QString to;
+    std::optional<QDate> from;
+    std::optional<QDate> to;
 };
 
-/// Two number fields as they were typed.
-struct NumberTexts
+/// Two number fields; a bound that is no number is none.
+struct NumberRange
+{
+    std::optional<double> from;
+    std::optional<double> to;
+};
+
+/// The two fields of the age, which go into the statement as they were typed.
+struct AgeRange
 {
     QString from;
     QString to;
+    bool bothAreNumbers = false;
 };
+
+// What was typed, read by the rules of a locale: once, where a search takes the fields.
+DateRange dateRange(const QString& from, const QString& to, const QLocale& locale);
+NumberRange numberRange(const QString& from, const QString& to, const QLocale& locale);
+AgeRange ageRange(const QString& from, const QString& to, const QLocale& locale);
 
 /// What stands in the criteria pages. Check boxes hold their value: 1 is ticked. A criterion takes part in a
 /// search when its check box is exactly 1.
@@ -31,7 +45,7 @@ struct Criteria
     int chkANA_Tipo_Con = 0;
 
     int chkANA_Eta = 0;
-    NumberTexts eta; ///< txtANA_Eta_I, txtANA_Eta_F: whole years
+    AgeRange eta; ///< txtANA_Eta_I, txtANA_Eta_F: whole years
 
     int chkANA_Sesso = 0;
     bool optMaschio = false;
@@ -39,7 +53,7 @@ struct Criteria
 
     int chkANA_Ricorr = 0;
     int idRicorrenza = -1;
-    DateTexts dateRicorrenza;
+    DateRange dateRicorrenza;
 
     int chkLOC_Comune = 0;
     QString comune;
@@ -47,18 +61,18 @@ struct Criteria
     QString provincia;
 
     int chkECO_Fatt = 0;
-    DateTexts dateFatturato;
-    NumberTexts fatturato;
+    DateRange dateFatturato;
+    NumberRange fatturato;
 
     int chkECO_NAcq = 0;
-    DateTexts dateAcquisti;
-    NumberTexts numeroAcquisti;
+    DateRange dateAcquisti;
+    NumberRange numeroAcquisti;
 
     int chkECO_PerAcq = 0;
-    DateTexts periodoAcquisto;
+    DateRange periodoAcquisto;
 
     int chkECO_PtFid = 0;
-    NumberTexts puntiFidelity;
+    NumberRange puntiFidelity;
 
     int chkECO_Classif = 0;
     int idClassificazione = -1;
@@ -75,7 +89,6 @@ struct CriteriaFailure
 };
 
 /// Checks the ticked criteria in their fixed order; the first one that is not usable, or nothing.
-/// Numbers and dates are judged by the rules of the locale.
-std::optional<CriteriaFailure> testFiltri(const Criteria& criteria, const QLocale& locale);
+std::optional<CriteriaFailure> testFiltri(const Criteria& criteria);
 
 } // namespace zul

@@ -1,6 +1,5 @@
 #include "selection/TargetQuery.h"
 
-#include "base/LocaleInput.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
 #include "selection/SqlLiteral.h"
@@ -41,24 +40,27 @@ QString sexClause(const Criteria& criteria)
 }
 
 // A range with one usable bound is open at the other end.
-QDate lowerDate(const QString& text, const QLocale& locale)
+struct Days
 {
-    return toDate(text, locale).value_or(QDate(1753, 1, 1));
+    QDate from;
+    QDate to;
+};
+
+Days daysOf(const DateRange& range)
+{
+    return {range.from.value_or(QDate(1753, 1, 1)), range.to.value_or(QDate(9999, 12, 31))};
 }
 
-QDate upperDate(const QString& text, const QLocale& locale)
+struct Numbers
 {
-    return toDate(text, locale).value_or(QDate(9999, 12, 31));
-}
+    double least;
+    double most;
+};
 
-double lowerNumber(const QString& text, const QLocale& locale)
+Numbers numbersOf(const NumberRange& range)
 {
-    return toNumber(text, locale).value_or(std::numeric_limits<double>::lowest());
-}
-
-double upperNumber(const QString& text, const QLocale& locale)
-{
-    return toNumber(text, locale).value_or(std::numeric_limits<double>::max());
+    return {range.from.value_or(std::numeric_limits<double>::lowest()),
+            range.to.value_or(std::numeric_limits<double>::max())};
 }
 
 } // namespace
@@ -94,7 +96,7 @@ QString selectionStatement(const Criteria& criteria, QDate today)
 }
 
 void fillScratchTable(const ado::Connection& connection, hostlib::CustomerFilterSql& filters,
-                      const Criteria& criteria, QDate today, const QLocale& locale)
+                      const Criteria& criteria, QDate today)
 {
     connection.execute(QString::fromLatin1(EmptyScratchTable));
     connection.execute(selectionStatement(criteria, today));
@@ -109,48 +111,42 @@ void fillScratchTable(const ado::Connection& connection, hostlib::CustomerFilter
         connection.execute(restricted());
     };
 
-    {
-        const QDate from = lowerDate(criteria.dateRicorrenza.from, locale);
-        const QDate to = upperDate(criteria.dateRicorrenza.to, locale);
-        narrow(
-            criteria.chkANA_Ricorr, [&] { return filters.Ricorrenze(criteria.idRicorrenza, from, to); },
-            [&] { return filters.RicorrenzeIn(criteria.idRicorrenza, from, to, ids); });
-    }
-    {
-        const double from = lowerNumber(criteria.puntiFidelity.from, locale);
-        const double to = upperNumber(criteria.puntiFidelity.to, locale);
-        narrow(
-            criteria.chkECO_PtFid, [&] { return filters.PuntiFidelity(from, to); },
-            [&] { return filters.PuntiFidelityIn(from, to, ids); });
-    }
+    const Days recurrence = daysOf(criteria.dateRicorrenza);
+    narrow(
+        criteria.chkANA_Ricorr,
+        [&] { return filters.Ricorrenze(criteria.idRicorrenza, recurrence.from, recurrence.to); },
+        [&] { return filters.RicorrenzeIn(criteria.idRicorrenza, recurrence.from, recurrence.to, ids); });
+
+    const Numbers points = numbersOf(criteria.puntiFidelity);
+    narrow(
+        criteria.chkECO_PtFid, [&] { return filters.PuntiFidelity(points.least, points.most); },
+        [&] { return filters.PuntiFidelityIn(points.least, points.most, ids); });
+
     narrow(
         criteria.chkECO_Classif, [&] { return filters.Classificazione(criteria.idClassificazione); },
         [&] { return filters.ClassificazioneIn(criteria.idClassificazione, ids); });
-    {
-        const QDate from = lowerDate(criteria.dateFatturato.from, locale);
-        const QDate to = upperDate(criteria.dateFatturato.to, locale);
-        const double least = lowerNumber(criteria.fatturato.from, locale);
-        const double most = upperNumber(criteria.fatturato.to, locale);
-        narrow(
-            criteria.chkECO_Fatt, [&] { return filters.Fatturato(from, to, least, most); },
-            [&] { return filters.FatturatoIn(from, to, least, most, ids); });
-    }
-    {
-        const QDate from = lowerDate(criteria.dateAcquisti.from, locale);
-        const QDate to = upperDate(criteria.dateAcquisti.to, locale);
-        const double least = lowerNumber(criteria.numeroAcquisti.from, locale);
-        const double most = upperNumber(criteria.numeroAcquisti.to, locale);
-        narrow(
-            criteria.chkECO_NAcq, [&] { return filters.NumeroAcquisti(from, to, least, most); },
-            [&] { return filters.NumeroAcquistiIn(from, to, least, most, ids); });
-    }
-    {
-        const QDate from = lowerDate(criteria.periodoAcquisto.from, locale);
-        const QDate to = upperDate(criteria.periodoAcquisto.to, locale);
-        narrow(
-            criteria.chkECO_PerAcq, [&] { return filters.PeriodoAcquisto(from, to); },
-            [&] { return filters.PeriodoAcquistoIn(from, to, ids); });
-    }
+
+    const Days turnoverDays = daysOf(criteria.dateFatturato);
+    const Numbers turnover = numbersOf(criteria.fatturato);
+    narrow(
+        criteria.chkECO_Fatt,
+        [&] { return filters.Fatturato(turnoverDays.from, turnoverDays.to, turnover.least, turnover.most); },
+        [&] {
+            return filters.FatturatoIn(turnoverDays.from, turnoverDays.to, turnover.least, turnover.most,
+                                       ids);
+        });
+
+    const Days salesDays = daysOf(criteria.dateAcquisti);
+    const Numbers sales = numbersOf(criteria.numeroAcquisti);
+    narrow(
+        criteria.chkECO_NAcq,
+        [&] { return filters.NumeroAcquisti(salesDays.from, salesDays.to, sales.least, sales.most); },
+        [&] { return filters.NumeroAcquistiIn(salesDays.from, salesDays.to, sales.least, sales.most, ids); });
+
+    const Days period = daysOf(criteria.periodoAcquisto);
+    narrow(
+        criteria.chkECO_PerAcq, [&] { return filters.PeriodoAcquisto(period.from, period.to); },
+        [&] { return filters.PeriodoAcquistoIn(period.from, period.to, ids); });
 }
 
 } // namespace zul

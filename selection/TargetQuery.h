@@ -5,7 +5,6 @@
 #include "selection/Criteria.h"
 
 #include <QDate>
-#include <QLocale>
 #include <QString>
 
 namespace zul {
@@ -33,6 +32,6 @@ QString selectionStatement(const Criteria& criteria, QDate today);
 /// Runs a whole search. An error ends it where it stands; the scratch table keeps what the statements so far
 /// left in it.
 void fillScratchTable(const ado::Connection& connection, hostlib::CustomerFilterSql& filters,
-                      const Criteria& criteria, QDate today, const QLocale& locale);
+                      const Criteria& criteria, QDate today);
 
 } // namespace zul

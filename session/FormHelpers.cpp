@@ -27,28 +27,27 @@ void restoreIndexedNames(QWidget* form)
 
 void tellOperator(QWidget* owner, const QString& text, MessageIcon icon)
 {
-    ask(owner, {.text = text,
-                .icon = icon,
-                .title = QString::fromLatin1(MessageTitle),
-                .buttons = MessageButtons::Ok});
+    ask(owner, notice(text, icon));
 }
 
 bool askOperator(QWidget* owner, const QString& text, MessageIcon icon)
 {
-    return ask(owner, {.text = text,
-                       .icon = icon,
-                       .title = QString::fromLatin1(MessageTitle),
-                       .buttons = MessageButtons::YesNo}) == Answer::Yes;
+    return ask(owner, question(text, icon)) == Answer::Yes;
 }
 
-void setTag(QWidget* form, const QString& tag)
+void setTag(QWidget* form, FormChoice choice)
 {
-    form->setProperty(TagProperty, tag);
+    form->setProperty(TagProperty, textOf(choice));
 }
 
 QString tagOf(const QWidget* form)
 {
     return form->property(TagProperty).toString();
+}
+
+FormChoice choiceOf(const QWidget* form)
+{
+    return formChoice(tagOf(form));
 }
 
 WaitCursor::WaitCursor()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "controls/notices/MessageSeam.h"
+#include "session/FormChoice.h"
 #include "session/modLogger.h"
 
 #include <QString>
@@ -10,9 +11,6 @@
 class QWidget;
 
 namespace zul {
-
-/// The application title: the main window's caption, and the title of messages that have none of their own.
-inline constexpr const char* ApplicationTitle = "Zul_MessageBuilder";
 
 /// Designer's compiler cannot keep the parentheses of an indexed control's name: gives "cntrMessaggio_0_" its
 /// name "cntrMessaggio(0)" back, and so on, for every child of the form.
@@ -24,9 +22,10 @@ void tellOperator(QWidget* owner, const QString& text, MessageIcon icon = Messag
 /// Asks a Yes/No question under the same title. @return true for Yes
 bool askOperator(QWidget* owner, const QString& text, MessageIcon icon = MessageIcon::Information);
 
-/// Leaves a form's outcome in its tag: "OK", "ESC", or nothing.
-void setTag(QWidget* form, const QString& tag);
+/// Leaves a form's outcome in its tag, as a text: "OK", "ESC", or nothing.
+void setTag(QWidget* form, FormChoice choice);
 QString tagOf(const QWidget* form);
+FormChoice choiceOf(const QWidget* form);
 
 /// Keeps the wait cursor on the screen for the length of a run.
 class WaitCursor

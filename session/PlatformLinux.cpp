@@ -1,5 +1,7 @@
 #include "session/Platform.h"
 
+#include "base/OperatorText.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -34,7 +36,7 @@ void openProgram(const QString& nativeProgramPath, const QString& parameters)
     // it would tear connection strings with blanks apart.
     QStringList arguments;
     if (!parameters.isEmpty())
-        arguments << parameters.trimmed();
+        arguments << trimBlanks(parameters);
     QProcess::startDetached(nativeProgramPath, arguments);
 }
 

@@ -28,6 +28,8 @@ public:
 
     /// The host's connection object. @throws Error 91 when there is none
     const hostlib::SqlConnection& connection() const;
+    /// The same for procedures that report a missing one themselves: it may hold nothing.
+    const hostlib::SqlConnection& connectionOrNone() const { return m_connection; }
 
     /// The host's sales-figure filters, kept for as long as its connection object is. @throws Error 91 without one
     std::shared_ptr<hostlib::CustomerFilterSql> customerFilterSql();

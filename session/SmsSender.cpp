@@ -23,12 +23,10 @@ bool AvviaSmsSender(bool passConnectionString, const QString& path, QWidget* own
         const QString program = smsSenderPath(path.isEmpty() ? session().PathCartellaSMSSender : path);
         if (!platform::fileExists(program)) {
             ask(owner,
-                {.text = u"Il software di invio SMS non è stato trovato nel seguente percorso:\r\n"_s +
-                         program +
-                         u"\r\n\r\nImpostare il percorso corretto su Impostazioni -> Percorsi di sistema."_s,
-                 .icon = MessageIcon::Critical,
-                 .title = QString::fromLatin1(MessageTitle),
-                 .buttons = MessageButtons::Ok});
+                notice(
+                    u"Il software di invio SMS non è stato trovato nel seguente percorso:\r\n"_s + program +
+                        u"\r\n\r\nImpostare il percorso corretto su Impostazioni -> Percorsi di sistema."_s,
+                    MessageIcon::Critical));
             return false;
         }
         QString parameters;

@@ -13,8 +13,6 @@ namespace zul {
 
 namespace {
 
-const QString applicationTitle = QStringLiteral("Zul_MessageBuilder");
-
 // Longer texts are scrolled: a message box grows past the screen otherwise.
 constexpr qsizetype longText = 1500;
 constexpr int longTextLines = 25;
@@ -105,7 +103,7 @@ Answer ask(QWidget* parent, const OperatorMessage& message)
         return answerer()(message);
 
     QWidget* window = parent != nullptr ? parent->window() : nullptr;
-    const QString title = message.title.isEmpty() ? applicationTitle : message.title;
+    const QString title = message.title.isEmpty() ? QString::fromLatin1(ApplicationTitle) : message.title;
     QString text = message.text;
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
 

@@ -1,6 +1,6 @@
 // Calls that come while a window is on the screen: from the host's own code in an event, or from its timers.
 #include "controls/fields/SelectorField.h"
-#include "session/Settings.h"
+#include "session/Registry.h"
 #include "tests/component/SmsCreatorTest.h"
 
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "component/SmsCreatorObject.h"
 
-#include "session/Settings.h"
+#include "session/Registry.h"
 #include "tests/component/SmsCreatorTest.h"
 
 #include <QApplication>

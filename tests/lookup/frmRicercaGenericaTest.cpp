@@ -200,7 +200,7 @@ TEST_F(RicercaGenericaTest, F6IsOkEscIsCancelAndF3IsTheQuickSearch)
     EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
 
     for (const bool inGrid : {false, true}) {
-        setTag(&dialog, QString());
+        setTag(&dialog, FormChoice::None);
         load();
         QTest::keyClick(inGrid ? grid()->bodyViewport() : quickSearch(), Qt::Key_Escape);
         EXPECT_EQ(tag(), u"ESC"_s);
@@ -272,6 +272,13 @@ TEST_F(RicercaGenericaTest, APresetFilterOfBlanksIsIgnored)
     load();
     EXPECT_EQ(quickSearch()->text(), QString());
     EXPECT_EQ(grid()->visibleRowCount(), 3);
+}
+
+TEST_F(RicercaGenericaTest, APresetFilterOfOtherWhiteSpaceIsAFilter)
+{
+    dialog.FiltroRicercaVeloce(u"\t"_s);
+    load();
+    EXPECT_EQ(quickSearch()->text(), u"\t"_s) << "only blanks are taken off";
 }
 
 TEST_F(RicercaGenericaTest, TheExtraFilterIsKeptWithItsWhere)

@@ -441,7 +441,7 @@ TEST_F(SmsFormSendingTest, AFreePushRunShowsItsProgressAndEndsWithItsWording)
     EXPECT_EQ(messages[0].buttons, MessageButtons::YesNo);
     EXPECT_EQ(messages[0].icon, MessageIcon::Exclamation);
     EXPECT_EQ(messages[1], told(pushDone));
-    EXPECT_EQ(host.operations("push"), Lines{"push a@b.it|Prima riga\nSeconda 😀<Rossi Mario,>"});
+    EXPECT_EQ(host.operations("push"), Lines{"push a@b.it|Prima riga\r\nSeconda 😀<Rossi Mario,>"});
     EXPECT_EQ(marks(), u"x-"_s) << "a push run clears no marks";
     form->close();
     EXPECT_EQ(form->choice(), u"OK"_s);
@@ -518,10 +518,10 @@ TEST_F(SmsFormSendingTest, TheSecondClickSavesTheTextAndShowsItInTheSelector)
     ASSERT_EQ(messages.size(), 1U);
     EXPECT_EQ(messages[0],
               asked(u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\nL'offerta "
-                    "100%\nè qui 😀"_s));
+                    "100%\r\nè qui 😀"_s));
     EXPECT_EQ(selector("cntrMessaggio(0)")->selectedId(), 77);
-    EXPECT_EQ(selector("cntrMessaggio(0)")->text(), u"SMS (L'offerta 100%\nè qui 😀)"_s);
-    EXPECT_EQ(show(host.valuesOf("testoSMS").at(0)), "'L'offerta 100%\nè qui 😀'");
+    EXPECT_EQ(selector("cntrMessaggio(0)")->text(), u"SMS (L'offerta 100%\r\nè qui 😀)"_s);
+    EXPECT_EQ(show(host.valuesOf("testoSMS").at(0)), "'L'offerta 100%\r\nè qui 😀'");
     EXPECT_FALSE(isShown("txtTestoMessaggio(0)"));
     EXPECT_TRUE(isShown("cntrMessaggio(0)"));
     EXPECT_FALSE(isShown("Virtual_Keyboard"));
@@ -551,7 +551,7 @@ TEST_F(SmsFormSendingTest, ATextOfBlanksIsNotAskedAboutAndTheEditorCloses)
 {
     openWithCustomers();
     click("cmdNuovoTestoSMS(0)");
-    freeText(0)->setPlainText(u" \n\t "_s);
+    freeText(0)->setPlainText(u"   "_s);
     click("cmdNuovoTestoSMS(0)");
     EXPECT_TRUE(messages.empty());
     EXPECT_TRUE(host.operations().empty());

@@ -2,6 +2,7 @@
 
 #include "hostlib/Calls.h"
 #include "hostlib/Error.h"
+#include "session/SettingsStore.h"
 #include "tests/messages/FakeRecipients.h"
 
 #include <gtest/gtest.h>
@@ -13,8 +14,7 @@ using namespace test;
 using namespace Qt::StringLiterals;
 using Lines = std::vector<std::string>;
 
-constexpr qint32 Selected = 0;
-constexpr qint32 Everybody = 1;
+using enum PushCriterion;
 
 class PushTest : public ComponentTest
 {
@@ -30,11 +30,14 @@ protected:
         choices.pushText = u"Ciao [NOME]"_s;
     }
 
-    bool create(const std::vector<PushContact>& contacts, qint32 criterion, const QString& text = u"Ciao"_s)
+    bool create(const std::vector<PushContact>& contacts, PushCriterion criterion,
+                const QString& text = u"Ciao"_s)
     {
         return CreatePushNotifies_ListOfContacts_BL(connection(), contacts, text, errors, criterion, outcomes,
                                                     progress);
     }
+
+    std::optional<QString> check() const { return checkPush(choices, SettingsStore(connection())); }
 
     bool prepare()
     {
@@ -56,11 +59,10 @@ TEST_F(PushTest, ATemplateWithoutATextIsRefusedAlsoWhenItsIdIsSet)
     choices.RBN_Push = false;
     choices.RBN_PushModel = true;
     choices.pushTemplateText.clear();
-    EXPECT_EQ(checkPush(choices),
-              u"Selezionare correttamente un modello di messaggio per la notifica push."_s);
+    EXPECT_EQ(check(), u"Selezionare correttamente un modello di messaggio per la notifica push."_s);
     EXPECT_TRUE(host.operations("open").empty()) << "settings are read when it is their turn";
     choices.pushTemplateText = u"Modello"_s;
-    EXPECT_EQ(checkPush(choices), std::nullopt);
+    EXPECT_EQ(check(), std::nullopt);
     EXPECT_EQ(pushText(choices), u"Modello"_s);
 }
 
@@ -68,9 +70,9 @@ TEST_F(PushTest, AFreeNotificationNeedsAText)
 {
     choices.pushText.clear();
     choices.pushTemplateText = u"Modello"_s;
-    EXPECT_EQ(checkPush(choices), u"Inserire correttamente il testo per la notifica push."_s);
+    EXPECT_EQ(check(), u"Inserire correttamente il testo per la notifica push."_s);
     choices.pushText = u"Libero"_s;
-    EXPECT_EQ(checkPush(choices), std::nullopt);
+    EXPECT_EQ(check(), std::nullopt);
     EXPECT_EQ(pushText(choices), u"Libero"_s);
 }
 
@@ -79,22 +81,22 @@ TEST_F(PushTest, SaltAndThenSlugMustBeSet)
     host.settings()["ConnettoreApp_Salt"] = "";
     host.settings()["ConnettoreApp_Slug"] = "";
     EXPECT_EQ(
-        checkPush(choices),
+        check(),
         u"L'opzione 'ConnettoreApp_Salt' non è stata valorizzata. Accedere alle opzioni messaggistica da "
         "impostazioni di backoffice."_s);
     host.settings()["ConnettoreApp_Salt"] = "sale";
     EXPECT_EQ(
-        checkPush(choices),
+        check(),
         u"L'opzione 'ConnettoreApp_Slug' non è stata valorizzata. Accedere alle opzioni messaggistica da "
         "impostazioni di backoffice."_s);
 }
 
 TEST_F(PushTest, ACriterionMustBeChosen)
 {
-    choices.optApp_SoloSelezionati = false;
-    EXPECT_EQ(checkPush(choices), u"Selezionare un criterio di spedizione."_s);
-    choices.optApp_TuttiRegistrati = true;
-    EXPECT_EQ(checkPush(choices), std::nullopt);
+    choices.criterion = NotChosen;
+    EXPECT_EQ(check(), u"Selezionare un criterio di spedizione."_s);
+    choices.criterion = Everybody;
+    EXPECT_EQ(check(), std::nullopt);
 }
 
 TEST_F(PushTest, AFailedCheckIsToldWithTheExclamationIconAndStopsBehindTheSeparator)
@@ -112,23 +114,25 @@ TEST_F(PushTest, AFailedCheckIsToldWithTheExclamationIconAndStopsBehindTheSepara
 
 TEST_F(PushTest, EveryMarkedProfileGetsALine)
 {
-    host.isValidEmail() = [](const std::string& email) { return email != "sbagliata"; };
+    host.isValidEmail() = [](const std::string& email) { return email != "sbagliata" && email[0] != '\t'; };
     rows.rows = {{u"1"_s, u"Rossi"_s, QString(), u"  griglia@rossi.it "_s},
                  {u"x"_s, u"Senza id"_s, QString(), u"a@b.it"_s},
                  {u"2"_s, u"Senza email"_s, QString(), u"   "_s},
                  {u"3"_s, u"Email sbagliata"_s, QString(), u"sbagliata"_s},
+                 {u"5"_s, u"Tabulazione"_s, QString(), u"\ta@b.it"_s},
                  {u"4"_s, u"Non marcato"_s, QString(), u"a@b.it"_s, false}};
     const PushValidation validation = validateProfiles(connection(), rows, outcomes);
-    EXPECT_EQ(outcomes.lines,
-              (QStringList{
-                  u"OK     - Rossi: il profilo presenta email valida."_s,
-                  u"ERRORE - Senza id: id cliente non valido. Il profilo verrà scartato."_s,
-                  u"ERRORE - Senza email: email mancante. Il profilo verrà scartato."_s,
-                  u"ERRORE - Email sbagliata: email non valida (sbagliata). Il profilo verrà scartato."_s}));
+    EXPECT_EQ(
+        outcomes.lines,
+        (QStringList{u"OK     - Rossi: il profilo presenta email valida."_s,
+                     u"ERRORE - Senza id: id cliente non valido. Il profilo verrà scartato."_s,
+                     u"ERRORE - Senza email: email mancante. Il profilo verrà scartato."_s,
+                     u"ERRORE - Email sbagliata: email non valida (sbagliata). Il profilo verrà scartato."_s,
+                     u"ERRORE - Tabulazione: email non valida (\ta@b.it). Il profilo verrà scartato."_s}));
     ASSERT_EQ(validation.contacts.size(), 1U);
     EXPECT_EQ(validation.contacts[0].idCliente, 1);
     EXPECT_EQ(validation.contacts[0].email, u"griglia@rossi.it"_s) << "trimmed";
-    EXPECT_EQ(validation.rejected, 3);
+    EXPECT_EQ(validation.rejected, 4);
 }
 
 TEST_F(PushTest, ACustomerInTwoMarkedRowsIsADuplicateKey)
@@ -195,8 +199,7 @@ TEST_F(PushTest, SelectedProfilesAreAskedAboutWithTheExclamationIcon)
 
 TEST_F(PushTest, TheGlobalNotificationIsAskedAboutWithTheInformationIconAndValidatesNobody)
 {
-    choices.optApp_SoloSelezionati = false;
-    choices.optApp_TuttiRegistrati = true;
+    choices.criterion = Everybody;
     rows.rows = {{u"x"_s, u"Marcato"_s, QString(), QString()}};
     answers = {Answer::No, Answer::Yes};
     EXPECT_FALSE(prepare());
@@ -271,7 +274,7 @@ TEST_F(PushTest, FailuresOfContactsNeverStopTheLoop)
 
 TEST_F(PushTest, AnUnknownCriterionSendsNothing)
 {
-    for (const qint32 criterion : {-1, 2}) {
+    for (const PushCriterion criterion : {NotChosen, static_cast<PushCriterion>(2)}) {
         errors.clear();
         EXPECT_FALSE(create({{1, u"a@b.it"_s}}, criterion));
         EXPECT_EQ(errors, QStringList{u"Non è stato selezionato il criterio di spedizione."_s});

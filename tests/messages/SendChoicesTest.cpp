@@ -163,10 +163,5 @@ TEST(SendChoicesTest, TheClosingMessageGoesByThePushButtonsAndNotByTheRun)
     EXPECT_EQ(closingMessage(c), push);
 }
 
-TEST(SendChoicesTest, TheSeparatorIsAContinuationLineOfHundredAsterisks)
-{
-    EXPECT_EQ(separatorLine(), u"       - "_s + QString(100, u'*'));
-}
-
 } // namespace
 } // namespace zul

@@ -25,7 +25,7 @@ protected:
 TEST_F(SalvaMessaggioTest, AppendsATemplateColumnsInTheirOrderAndTellsTheTracker)
 {
     const QString text = u"L'offerta 100% \"à è\" € 😀"_s;
-    EXPECT_EQ(salvaMessaggio(text), 33);
+    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), text), 33);
     EXPECT_EQ(
         host.operations(),
         (Lines{"nextid TMK_Messaggi idMessaggio",
@@ -37,16 +37,23 @@ TEST_F(SalvaMessaggioTest, AppendsATemplateColumnsInTheirOrderAndTellsTheTracker
     EXPECT_TRUE(logged().isEmpty());
 }
 
+TEST_F(SalvaMessaggioTest, ATypedTextLosesItsOuterBlanksAndBreaksItsLinesWithCrLf)
+{
+    EXPECT_EQ(templateText(u"  L'offerta 100%\nè qui 😀\r  "_s), u"L'offerta 100%\r\nè qui 😀\r\n"_s);
+    EXPECT_EQ(templateText(u"   "_s), QString());
+    EXPECT_EQ(templateText(u"\t"_s), u"\t"_s) << "a tab is text";
+}
+
 TEST_F(SalvaMessaggioTest, BothDatesAreTheSameMoment)
 {
-    salvaMessaggio(u"x"_s);
+    salvaMessaggio(session().connectionOrNone(), u"x"_s);
     EXPECT_EQ(host.valuesOf("DataCreaz").at(0).date, host.valuesOf("DataAgg").at(0).date);
 }
 
 TEST_F(SalvaMessaggioTest, TwoSavesOfOneTextMakeTwoRows)
 {
-    EXPECT_EQ(salvaMessaggio(u"x"_s), 33);
-    EXPECT_EQ(salvaMessaggio(u"x"_s), 34);
+    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), 33);
+    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), 34);
     EXPECT_EQ(host.operations("update").size(), 2U);
 }
 
@@ -56,7 +63,7 @@ TEST_F(SalvaMessaggioTest, AnyFailureGivesMinusOneAndIsReportedInItsOwnWords)
     for (const std::string& kind : kinds) {
         host.noFailures();
         host.failNth(kind, 1, static_cast<HRESULT>(0x80040E57), u"Errore di prova");
-        EXPECT_EQ(salvaMessaggio(u"x"_s), -1) << kind;
+        EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), -1) << kind;
         EXPECT_EQ(host.openRowSets(), 0) << kind;
     }
     QStringList expected;
@@ -69,7 +76,7 @@ TEST_F(SalvaMessaggioTest, AnyFailureGivesMinusOneAndIsReportedInItsOwnWords)
 TEST_F(SalvaMessaggioTest, WithoutAConnectionItFails)
 {
     session() = Session();
-    EXPECT_EQ(salvaMessaggio(u"x"_s), -1);
+    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), -1);
     EXPECT_EQ(logged(), QStringList{u"salvaMessaggio | 91-Object variable or With block variable not set | "
                                     "erroreNonPrevistoDalProgramma"_s});
 }
@@ -79,7 +86,7 @@ TEST_F(SalvaMessaggioTest, AHostWithoutGeneratorAndTrackerGetsTheLargestIdPlusOn
     FakeHost minimal;
     minimal.answer("Max(idMessaggio)", {{"maxId"}, {{number(7)}}});
     session().setConnessione(hostlib::SqlConnection(minimal.connection()));
-    EXPECT_EQ(salvaMessaggio(u"x"_s), 8);
+    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), 8);
     const Lines operations = minimal.operations();
     EXPECT_EQ(Lines(operations.begin(), operations.begin() + 3),
               (Lines{"begin", "open SELECT Max(idMessaggio) as maxId FROM TMK_Messaggi static read-only",
@@ -88,7 +95,7 @@ TEST_F(SalvaMessaggioTest, AHostWithoutGeneratorAndTrackerGetsTheLargestIdPlusOn
 
     minimal.failWhere("Max(idMessaggio)", E_FAIL, u"no");
     minimal.forgetOperations();
-    EXPECT_EQ(salvaMessaggio(u"x"_s), -1);
+    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), -1);
     EXPECT_EQ(minimal.operations().back(), "rollback");
 }
 

@@ -4,7 +4,7 @@
 #include "controls/look/Background.h"
 #include "controls/notices/WaitNotice.h"
 #include "controls/touch/OnScreenKeyboard.h"
-#include "session/Settings.h"
+#include "session/Registry.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QCheckBox>
@@ -178,9 +178,13 @@ TEST_F(OpzioniTest, WithoutAConnectionItOpensAllTheSame)
     open();
     EXPECT_TRUE(form->isVisible());
     // A setting that cannot be read is empty, and an empty switch is no number.
-    EXPECT_EQ(
-        logged(),
-        QStringList{u"Form_Load | Error 13 (Type mismatch) in procedure Form_Load of Form frmOpzioni | "_s});
+    const QString unread =
+        u"getDbValue | Error 91 (Object variable or With block variable not set) in procedure setDbValue of "
+        "Modulo modSetup | "_s;
+    EXPECT_EQ(logged(),
+              (QStringList{
+                  unread + keys[0], unread + keys[1],
+                  u"Form_Load | Error 13 (Type mismatch) in procedure Form_Load of Form frmOpzioni | "_s}));
 }
 
 // ---------------------------------------------------------------------------------------------- the focus

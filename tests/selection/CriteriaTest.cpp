@@ -14,14 +14,14 @@ const QLocale american(QLocale::English, QLocale::UnitedStates);
 Criteria usable(const QLocale& locale)
 {
     const bool it = locale.language() == QLocale::Italian;
-    const DateTexts dates{it ? QStringLiteral("31/12/2024") : QStringLiteral("12/31/2024"),
-                          it ? QStringLiteral("1/1/2025") : QStringLiteral("1/1/2025")};
-    const NumberTexts numbers{it ? QStringLiteral("1.234,50") : QStringLiteral("1,234.50"),
-                              QStringLiteral("-3")};
+    const DateRange dates = dateRange(it ? QStringLiteral("31/12/2024") : QStringLiteral("12/31/2024"),
+                                      QStringLiteral("1/1/2025"), locale);
+    const NumberRange numbers = numberRange(it ? QStringLiteral("1.234,50") : QStringLiteral("1,234.50"),
+                                            QStringLiteral("-3"), locale);
     Criteria c;
     c.chkANA_Tipo = c.chkANA_Tipo_Cli = 1;
     c.chkANA_Eta = 1;
-    c.eta = {QStringLiteral("18"), QStringLiteral("30")};
+    c.eta = ageRange(QStringLiteral("18"), QStringLiteral("30"), locale);
     c.chkANA_Sesso = 1;
     c.optFemmina = true;
     c.chkANA_Ricorr = 1;
@@ -55,14 +55,14 @@ struct Case
     int page;
 };
 
-const DateTexts noDates{QStringLiteral("abc"), QString()};
-const NumberTexts noNumbers{QStringLiteral("abc"), QString()};
+const DateRange noDates;
+const NumberRange noNumbers;
 
 // In the order in which the operator is told.
 const std::vector<Case> cases{
     {"Tipo", [](Criteria& c) { c.chkANA_Tipo_Cli = 0; }, [](Criteria& c) { c.chkANA_Tipo = 0; },
      "Selezionare almeno una tipologia tra cliente, fornitore e contatto.", 0},
-    {"Eta", [](Criteria& c) { c.eta.from.clear(); }, [](Criteria& c) { c.chkANA_Eta = 0; },
+    {"Eta", [](Criteria& c) { c.eta.bothAreNumbers = false; }, [](Criteria& c) { c.chkANA_Eta = 0; },
      "Intervallo di età non valido.", 0},
     {"Sesso", [](Criteria& c) { c.optFemmina = false; }, [](Criteria& c) { c.chkANA_Sesso = 0; },
      "Selezionare o maschio o femmina.", 0},
@@ -97,7 +97,7 @@ const std::vector<Case> cases{
 class CriteriaTest : public ::testing::TestWithParam<QLocale>
 {
 protected:
-    std::optional<CriteriaFailure> judge(const Criteria& c) const { return testFiltri(c, GetParam()); }
+    std::optional<CriteriaFailure> judge(const Criteria& c) const { return testFiltri(c); }
     QString message(const Criteria& c) const
     {
         const auto failure = judge(c);
@@ -171,24 +171,24 @@ TEST_P(CriteriaTest, OnlyTheAgeNeedsBothOfItsBounds)
     const QString ageMessage = QStringLiteral("Intervallo di età non valido.");
     Criteria c;
     c.chkANA_Eta = 1;
-    c.eta = {QStringLiteral("10"), QString()};
+    c.eta = ageRange(QStringLiteral("10"), QString(), GetParam());
     EXPECT_EQ(message(c), ageMessage);
-    c.eta = {QString(), QStringLiteral("10")};
+    c.eta = ageRange(QString(), QStringLiteral("10"), GetParam());
     EXPECT_EQ(message(c), ageMessage);
-    c.eta = {QStringLiteral("10"), QStringLiteral("venti")};
+    c.eta = ageRange(QStringLiteral("10"), QStringLiteral("venti"), GetParam());
     EXPECT_EQ(message(c), ageMessage);
-    c.eta = {QStringLiteral("10"), QStringLiteral("20")};
+    c.eta = ageRange(QStringLiteral("10"), QStringLiteral("20"), GetParam());
     EXPECT_EQ(message(c), QString());
 }
 
 TEST_P(CriteriaTest, OneUsableBoundIsEnoughForEveryOtherRange)
 {
-    const DateTexts all = good.dateFatturato;
-    const std::vector<DateTexts> halfDates{{all.from, QString()}, {QStringLiteral("abc"), all.to}};
-    const std::vector<NumberTexts> halfNumbers{{QStringLiteral("1"), QString()},
-                                               {QStringLiteral("abc"), QStringLiteral("2")}};
-    for (const DateTexts& dates : halfDates)
-        for (const NumberTexts& numbers : halfNumbers) {
+    const QString day = QStringLiteral("1/1/2025");
+    const QString two = QStringLiteral("2");
+    const QString words = QStringLiteral("abc");
+    for (const DateRange& dates : {dateRange(day, {}, GetParam()), dateRange(words, day, GetParam())})
+        for (const NumberRange& numbers :
+             {numberRange(two, {}, GetParam()), numberRange(words, two, GetParam())}) {
             Criteria c = good;
             c.dateRicorrenza = c.dateFatturato = c.dateAcquisti = c.periodoAcquisto = dates;
             c.fatturato = c.numeroAcquisti = c.puntiFidelity = numbers;
@@ -200,7 +200,7 @@ TEST_P(CriteriaTest, FidelityPointsSpeakOfTheNumberOfSales)
 {
     Criteria c;
     c.chkECO_PtFid = 1;
-    c.puntiFidelity = {QStringLiteral("abc"), QStringLiteral("abc")};
+    c.puntiFidelity = numberRange(QStringLiteral("abc"), QStringLiteral("abc"), GetParam());
     EXPECT_EQ(message(c), QStringLiteral("Inserire correttamente l'intervallo del numero di vendite."));
 }
 
@@ -254,22 +254,28 @@ TEST_P(CriteriaTest, MaleAloneOrFemaleAloneIsEnough)
 INSTANTIATE_TEST_SUITE_P(Locales, CriteriaTest, ::testing::Values(italian, american),
                          [](const auto& given) { return given.param.name().toStdString(); });
 
-TEST(CriteriaLocaleTest, NumbersAndDatesAreThoseOfTheLocale)
+TEST(CriteriaLocaleTest, NumbersAndDatesAreReadByTheRulesOfTheLocale)
 {
-    Criteria c;
-    c.chkANA_Eta = 1;
-    c.eta = {QStringLiteral("18,5"), QStringLiteral("18,5")};
-    EXPECT_FALSE(testFiltri(c, italian).has_value());
-    EXPECT_TRUE(testFiltri(c, american).has_value());
-    c.eta = {QStringLiteral("18.5"), QStringLiteral("18.5")};
-    EXPECT_TRUE(testFiltri(c, italian).has_value());
-    EXPECT_FALSE(testFiltri(c, american).has_value());
+    const auto isAge = [](const char* text, const QLocale& locale) {
+        const AgeRange age = ageRange(QLatin1String(text), QLatin1String(text), locale);
+        EXPECT_EQ(age.from, QLatin1String(text)) << "as typed";
+        EXPECT_EQ(age.to, QLatin1String(text));
+        return age.bothAreNumbers;
+    };
+    EXPECT_TRUE(isAge("18,5", italian));
+    EXPECT_FALSE(isAge("18,5", american));
+    EXPECT_FALSE(isAge("18.5", italian));
+    EXPECT_TRUE(isAge("18.5", american));
 
-    Criteria d;
-    d.chkECO_PerAcq = 1;
-    d.periodoAcquisto = {QStringLiteral("25/12/2024"), QString()};
-    EXPECT_FALSE(testFiltri(d, italian).has_value());
-    EXPECT_TRUE(testFiltri(d, american).has_value());
+    const QString day = QStringLiteral("25/12/2024");
+    EXPECT_EQ(dateRange(day, {}, italian).from, QDate(2024, 12, 25));
+    EXPECT_EQ(dateRange(day, {}, italian).to, std::nullopt);
+    EXPECT_EQ(dateRange({}, day, american).to, std::nullopt) << "there is no month 25";
+
+    const QString number = QStringLiteral("1.234,50");
+    EXPECT_EQ(numberRange({}, number, italian).to, 1234.5);
+    EXPECT_EQ(numberRange({}, number, italian).from, std::nullopt);
+    EXPECT_EQ(numberRange(number, {}, american).from, std::nullopt);
 }
 
 } // namespace

@@ -64,7 +64,7 @@ TEST(SelectionStatementTest, AgeCountsCalendarYearsAndBothBoundsAreIn)
 {
     Criteria c;
     c.chkANA_Eta = 1;
-    c.eta = {QStringLiteral("18"), QStringLiteral("30")};
+    c.eta = ageRange(QStringLiteral("18"), QStringLiteral("30"), italian);
     EXPECT_EQ(clauses(c), QStringLiteral(" and DateDiff(year,tabClienti.DataNascita,'20250307') >= 18"
                                          " and DateDiff(year,tabClienti.DataNascita,'20250307') <= 30"));
 }
@@ -73,7 +73,7 @@ TEST(SelectionStatementTest, AgeTextsGoInAsTheyWereTyped)
 {
     Criteria c;
     c.chkANA_Eta = 1;
-    c.eta = {QStringLiteral(" 18,5 "), QStringLiteral("+030")};
+    c.eta = ageRange(QStringLiteral(" 18,5 "), QStringLiteral("+030"), italian);
     EXPECT_EQ(clauses(c), QStringLiteral(" and DateDiff(year,tabClienti.DataNascita,'20250307') >=  18,5 "
                                          " and DateDiff(year,tabClienti.DataNascita,'20250307') <= +030"));
 }
@@ -118,7 +118,7 @@ TEST(SelectionStatementTest, ClausesStandInThisOrder)
     Criteria c;
     c.chk_Avanzata = c.chkLOC_Provincia = c.chkLOC_Comune = c.chkANA_Sesso = c.chkANA_Eta = c.chkANA_Tipo = 1;
     c.chkANA_Tipo_Cli = 1;
-    c.eta = {QStringLiteral("1"), QStringLiteral("2")};
+    c.eta = ageRange(QStringLiteral("1"), QStringLiteral("2"), italian);
     c.optMaschio = true;
     c.comune = QStringLiteral("Roma");
     c.provincia = QStringLiteral("RM");
@@ -134,10 +134,10 @@ TEST(SelectionStatementTest, ClausesStandInThisOrder)
 class FillScratchTableTest : public ComponentTest
 {
 protected:
-    void fill(const Criteria& criteria, const QLocale& locale = italian)
+    void fill(const Criteria& criteria)
     {
         hostlib::CustomerFilterSql filters(connection());
-        fillScratchTable(connection().connection(), filters, criteria, today, locale);
+        fillScratchTable(connection().connection(), filters, criteria, today);
     }
 };
 
@@ -167,14 +167,14 @@ TEST_F(FillScratchTableTest, SalesCriteriaRunInTheirFixedOrderPlainThenRestricte
     Criteria c;
     c.chkANA_Ricorr = c.chkECO_PtFid = c.chkECO_Classif = c.chkECO_Fatt = c.chkECO_NAcq = c.chkECO_PerAcq = 1;
     c.idRicorrenza = 4;
-    c.dateRicorrenza = {QStringLiteral("1/2/2024"), QStringLiteral("29/2/2024")};
-    c.puntiFidelity = {QStringLiteral("1.000,5"), QStringLiteral("2000")};
+    c.dateRicorrenza = dateRange(QStringLiteral("1/2/2024"), QStringLiteral("29/2/2024"), italian);
+    c.puntiFidelity = numberRange(QStringLiteral("1.000,5"), QStringLiteral("2000"), italian);
     c.idClassificazione = 9;
-    c.dateFatturato = {QStringLiteral("1/1/2023"), QStringLiteral("31/12/2023")};
-    c.fatturato = {QStringLiteral("-10"), QStringLiteral("10")};
-    c.dateAcquisti = {QStringLiteral("2/1/2023"), QStringLiteral("30/12/2023")};
-    c.numeroAcquisti = {QStringLiteral("1"), QStringLiteral("5")};
-    c.periodoAcquisto = {QStringLiteral("3/1/2023"), QStringLiteral("29/12/2023")};
+    c.dateFatturato = dateRange(QStringLiteral("1/1/2023"), QStringLiteral("31/12/2023"), italian);
+    c.fatturato = numberRange(QStringLiteral("-10"), QStringLiteral("10"), italian);
+    c.dateAcquisti = dateRange(QStringLiteral("2/1/2023"), QStringLiteral("30/12/2023"), italian);
+    c.numeroAcquisti = numberRange(QStringLiteral("1"), QStringLiteral("5"), italian);
+    c.periodoAcquisto = dateRange(QStringLiteral("3/1/2023"), QStringLiteral("29/12/2023"), italian);
     fill(c);
     const Lines calls{
         "Ricorrenze(4,2024-02-01,2024-02-29",
@@ -200,14 +200,14 @@ TEST_F(FillScratchTableTest, ARangeWithOneUsableBoundIsOpenAtTheOtherEnd)
     host.offer(Service::CustomerFilterSql);
     Criteria c;
     c.chkECO_Fatt = 1;
-    c.dateFatturato = {QString(), QStringLiteral("31/12/2023")};
-    c.fatturato = {QStringLiteral("5"), QStringLiteral("abc")};
+    c.dateFatturato = dateRange(QString(), QStringLiteral("31/12/2023"), italian);
+    c.fatturato = numberRange(QStringLiteral("5"), QStringLiteral("abc"), italian);
     fill(c);
     EXPECT_EQ(host.operations("filter").front(),
               "filter Fatturato(1753-01-01,2023-12-31,5,1.79769313486232e+308)");
     host.forgetOperations();
-    c.dateFatturato = {QStringLiteral("1/1/2023"), QStringLiteral("non so")};
-    c.fatturato = {QString(), QStringLiteral("5")};
+    c.dateFatturato = dateRange(QStringLiteral("1/1/2023"), QStringLiteral("non so"), italian);
+    c.fatturato = numberRange(QString(), QStringLiteral("5"), italian);
     fill(c);
     EXPECT_EQ(host.operations("filter").front(),
               "filter Fatturato(2023-01-01,9999-12-31,-1.79769313486232e+308,5)");
@@ -218,12 +218,14 @@ TEST_F(FillScratchTableTest, DatesAndNumbersFollowTheLocale)
     host.offer(Service::CustomerFilterSql);
     Criteria c;
     c.chkECO_NAcq = 1;
-    c.dateAcquisti = {QStringLiteral("3/4/2024"), QStringLiteral("3/4/2024")};
-    c.numeroAcquisti = {QStringLiteral("1,234"), QStringLiteral("1,234")};
-    fill(c, italian);
+    c.dateAcquisti = dateRange(QStringLiteral("3/4/2024"), QStringLiteral("3/4/2024"), italian);
+    c.numeroAcquisti = numberRange(QStringLiteral("1,234"), QStringLiteral("1,234"), italian);
+    fill(c);
     EXPECT_EQ(host.operations("filter").front(), "filter NumeroAcquisti(2024-04-03,2024-04-03,1.234,1.234)");
     host.forgetOperations();
-    fill(c, american);
+    c.dateAcquisti = dateRange(QStringLiteral("3/4/2024"), QStringLiteral("3/4/2024"), american);
+    c.numeroAcquisti = numberRange(QStringLiteral("1,234"), QStringLiteral("1,234"), american);
+    fill(c);
     EXPECT_EQ(host.operations("filter").front(), "filter NumeroAcquisti(2024-03-04,2024-03-04,1234,1234)");
 }
 

@@ -34,8 +34,16 @@ TEST_F(FormHelpersTest, TagsAreTextsAndEmptyAtFirst)
 {
     QWidget form;
     EXPECT_EQ(tagOf(&form), QString());
-    setTag(&form, u"OK"_s);
-    EXPECT_EQ(tagOf(&form), u"OK"_s);
+    EXPECT_EQ(choiceOf(&form), FormChoice::None);
+    for (const auto& [choice, tag] : {std::pair{FormChoice::Confirmed, u"OK"_s},
+                                      {FormChoice::Cancelled, u"ESC"_s},
+                                      {FormChoice::None, QString()}}) {
+        setTag(&form, choice);
+        EXPECT_EQ(tagOf(&form), tag);
+        EXPECT_EQ(choiceOf(&form), choice);
+    }
+    form.setProperty("tag", u"ok"_s);
+    EXPECT_EQ(choiceOf(&form), FormChoice::None) << "compared to the letter";
 }
 
 TEST_F(FormHelpersTest, MessagesHaveTheSystemsTitle)

@@ -1,11 +1,7 @@
-#include "session/Settings.h"
+#include "session/SettingsStore.h"
 
-#include "hostlib/Error.h"
 #include "tests/support/ComponentTest.h"
 
-#include <QDir>
-#include <QFile>
-#include <QSettings>
 #include <gtest/gtest.h>
 
 namespace zul {
@@ -15,9 +11,11 @@ using namespace test;
 using namespace Qt::StringLiterals;
 using Lines = std::vector<std::string>;
 
-class SettingsTest : public ComponentTest
+class SettingsStoreTest : public ComponentTest
 {
 protected:
+    static SettingsStore store() { return SettingsStore(session().connectionOrNone()); }
+
     static const char* rowOf(bool write)
     {
         return write ? "open SELECT * FROM tabImpostazioni WHERE descrizione='K' dynamic optimistic"
@@ -25,71 +23,101 @@ protected:
     }
 };
 
-TEST_F(SettingsTest, AStoredValueIsRead)
+TEST_F(SettingsStoreTest, AStoredValueIsRead)
 {
     host.settings()["K"] = "L'à 100% 😀";
-    EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u"L'à 100% 😀"_s);
+    EXPECT_EQ(store().getDbValue(u"K"_s, u"d"_s), u"L'à 100% 😀"_s);
     EXPECT_EQ(host.operations(), Lines{rowOf(false)});
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
-TEST_F(SettingsTest, AnEmptyStoredValueIsNotTheDefault)
+TEST_F(SettingsStoreTest, AnEmptyStoredValueIsNotTheDefault)
 {
     host.settings()["K"] = "";
-    EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u""_s);
+    EXPECT_EQ(store().getDbValue(u"K"_s, u"d"_s), u""_s);
 }
 
-TEST_F(SettingsTest, ANullReadsAsTheDefaultAndIsNotRewritten)
+TEST_F(SettingsStoreTest, ANullReadsAsTheDefaultAndIsNotRewritten)
 {
     host.settings()["K"] = std::nullopt;
-    EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u"d"_s);
+    EXPECT_EQ(store().getDbValue(u"K"_s, u"d"_s), u"d"_s);
     EXPECT_EQ(host.operations(), Lines{rowOf(false)});
 }
 
-TEST_F(SettingsTest, AMissingKeyIsAddedWithTheDefaultAndWithoutAnId)
+TEST_F(SettingsStoreTest, AMissingKeyIsAddedWithTheDefaultAndWithoutAnId)
 {
-    EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u"d"_s);
+    EXPECT_EQ(store().getDbValue(u"K"_s, u"d"_s), u"d"_s);
     EXPECT_EQ(host.operations(),
               (Lines{rowOf(false), "addnew", "set Descrizione='K'", "set Valore='d'", "update"}));
     EXPECT_EQ(host.settings()["K"], "d");
     host.forgetOperations();
-    EXPECT_EQ(getDbValue(u"K"_s, u"altro"_s), u"d"_s) << "a second read finds it in the table";
+    EXPECT_EQ(store().getDbValue(u"K"_s, u"altro"_s), u"d"_s) << "a second read finds it in the table";
     EXPECT_EQ(host.operations(), Lines{rowOf(false)});
 }
 
-TEST_F(SettingsTest, AFailedReadIsSilentAndGivesWhatItHeldByThen)
+TEST_F(SettingsStoreTest, ReadingTellsStoredFromAbsent)
 {
     host.settings()["K"] = "v";
-    for (const char* kind : {"connection", "open", "value"}) {
-        host.failNth(kind, 1, E_FAIL, u"no");
-        EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u""_s) << kind;
-    }
-    host.settings().clear();
-    for (const char* kind : {"addnew", "set", "update"}) {
-        host.failNth(kind, 1, E_FAIL, u"no");
-        EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u""_s) << kind;
-    }
-    host.failNth("close", 1, E_FAIL, u"no");
-    EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u"d"_s) << "the row was added by then";
-    session() = Session();
-    EXPECT_EQ(getDbValue(u"K"_s, u"d"_s), u""_s);
+    host.settings()["N"] = std::nullopt;
+    EXPECT_EQ(store().read(u"K"_s, u"d"_s).state, SettingState::Stored);
+    EXPECT_EQ(store().read(u"N"_s, u"d"_s).state, SettingState::Stored) << "a row, though NULL";
+    EXPECT_EQ(store().read(u"M"_s, u"d"_s).state, SettingState::Absent);
+    EXPECT_EQ(store().read(u"M"_s, u"d"_s).state, SettingState::Stored) << "it was added";
     EXPECT_TRUE(logged().isEmpty());
+}
+
+TEST_F(SettingsStoreTest, AFailedReadGivesWhatItHeldByThenAndIsLogged)
+{
+    QStringList expected;
+    const auto expectFailed = [&](const char* kind, const QString& value, SettingState state) {
+        host.failNth(kind, 1, E_FAIL, u"no");
+        const SettingRead read = store().read(u"K"_s, u"d"_s);
+        EXPECT_EQ(read.value, value) << kind;
+        EXPECT_EQ(read.state, state) << kind;
+        expected.append(
+            u"getDbValue | Error -2147467259 (no) in procedure setDbValue of Modulo modSetup | K"_s);
+    };
+    host.settings()["K"] = "v";
+    for (const char* kind : {"connection", "open", "value"})
+        expectFailed(kind, u""_s, SettingState::Failed);
+    expectFailed("close", u"v"_s, SettingState::Stored);
+    host.settings().clear();
+    for (const char* kind : {"addnew", "set", "update"})
+        expectFailed(kind, u""_s, SettingState::Failed);
+    expectFailed("close", u"d"_s, SettingState::Absent);
+    EXPECT_EQ(host.settings()["K"], "d") << "the row was added by then";
+    EXPECT_EQ(logged(), expected);
+    EXPECT_TRUE(messages.empty());
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
-TEST_F(SettingsTest, AnExistingRowIsWrittenInPlace)
+TEST_F(SettingsStoreTest, WithoutAConnectionEveryAccessFails)
+{
+    const SettingsStore nowhere{hostlib::SqlConnection()};
+    EXPECT_EQ(nowhere.read(u"K"_s, u"d"_s).state, SettingState::Failed);
+    EXPECT_EQ(nowhere.getDbValue(u"K"_s, u"d"_s), u""_s);
+    EXPECT_FALSE(nowhere.setDbValue(u"K"_s, u"v"_s));
+    const QString why =
+        u"Error 91 (Object variable or With block variable not set) in procedure setDbValue of "
+        "Modulo modSetup"_s;
+    EXPECT_EQ(logged(),
+              (QStringList{u"getDbValue | "_s + why + u" | K"_s, u"getDbValue | "_s + why + u" | K"_s,
+                           u"setDbValue | "_s + why + u" | "_s}));
+}
+
+TEST_F(SettingsStoreTest, AnExistingRowIsWrittenInPlace)
 {
     host.settings()["K"] = "v";
-    EXPECT_TRUE(setDbValue(u"K"_s, u"L'à 100% 😀"_s));
+    EXPECT_TRUE(store().setDbValue(u"K"_s, u"L'à 100% 😀"_s));
     EXPECT_EQ(host.operations(), (Lines{rowOf(true), "set Valore='L'à 100% 😀'", "update"}));
     EXPECT_EQ(host.settings()["K"], "L'à 100% 😀");
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
-TEST_F(SettingsTest, AMissingRowIsAddedWithTheLargestIdPlusOne)
+TEST_F(SettingsStoreTest, AMissingRowIsAddedWithTheLargestIdPlusOne)
 {
     host.answer("Max(idImpostazione)", {{"maxId"}, {{number(41)}}});
-    EXPECT_TRUE(setDbValue(u"K"_s, u"v"_s));
+    EXPECT_TRUE(store().setDbValue(u"K"_s, u"v"_s));
     EXPECT_EQ(
         host.operations(),
         (Lines{rowOf(true), "open SELECT Max(idImpostazione) as maxId FROM tabImpostazioni static read-only",
@@ -98,40 +126,40 @@ TEST_F(SettingsTest, AMissingRowIsAddedWithTheLargestIdPlusOne)
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
-TEST_F(SettingsTest, TheFirstRowOfAnEmptyTableGetsIdOne)
+TEST_F(SettingsStoreTest, TheFirstRowOfAnEmptyTableGetsIdOne)
 {
     host.answer("Max(idImpostazione)", {{"maxId"}, {{null()}}});
-    EXPECT_TRUE(setDbValue(u"K"_s, u"v"_s));
+    EXPECT_TRUE(store().setDbValue(u"K"_s, u"v"_s));
     EXPECT_EQ(host.operations("set").front(), "set idImpostazione=1");
 }
 
-TEST_F(SettingsTest, AfterTheLargestIdOfAllAWriteIsAnOverflow)
+TEST_F(SettingsStoreTest, AfterTheLargestIdOfAllAWriteIsAnOverflow)
 {
     host.answer("Max(idImpostazione)", {{"maxId"}, {{number(2147483647)}}});
-    EXPECT_FALSE(setDbValue(u"K"_s, u"v"_s));
+    EXPECT_FALSE(store().setDbValue(u"K"_s, u"v"_s));
     EXPECT_TRUE(host.operations("addnew").empty());
     EXPECT_EQ(logged(), QStringList{u"setDbValue | Error 6 (Overflow) in procedure setDbValue of Modulo "
                                     "modSetup | "_s});
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
-TEST_F(SettingsTest, AKeyIsPastedInAsItStandsAndAQuoteBreaksTheStatement)
+TEST_F(SettingsStoreTest, AKeyIsPastedInAsItStandsAndAQuoteBreaksTheStatement)
 {
-    getDbValue(u"l'a"_s, u"d"_s);
-    setDbValue(u"l'a"_s, u"v"_s);
+    store().getDbValue(u"l'a"_s, u"d"_s);
+    store().setDbValue(u"l'a"_s, u"v"_s);
     const Lines opened = host.operations("open");
     ASSERT_GE(opened.size(), 2U);
     EXPECT_EQ(opened[0], "open SELECT * FROM tabImpostazioni WHERE descrizione='l'a' static pessimistic");
     EXPECT_EQ(opened[1], "open SELECT * FROM tabImpostazioni WHERE descrizione='l'a' dynamic optimistic");
 }
 
-TEST_F(SettingsTest, AFailedWriteIsLogged)
+TEST_F(SettingsStoreTest, AFailedWriteIsLogged)
 {
     host.settings()["K"] = "v";
     QStringList expected;
     for (const char* kind : {"connection", "open", "set", "update", "close"}) {
         host.failNth(kind, 1, E_FAIL, u"no");
-        EXPECT_FALSE(setDbValue(u"K"_s, u"w"_s)) << kind;
+        EXPECT_FALSE(store().setDbValue(u"K"_s, u"w"_s)) << kind;
         expected.append(
             u"setDbValue | Error -2147467259 (no) in procedure setDbValue of Modulo modSetup | "_s);
     }
@@ -139,18 +167,18 @@ TEST_F(SettingsTest, AFailedWriteIsLogged)
     host.answer("Max(idImpostazione)", {{"maxId"}, {{number(1)}}});
     for (const int opened : {2, 3}) {
         host.failNth("open", opened, E_FAIL, u"no");
-        EXPECT_FALSE(setDbValue(u"K"_s, u"w"_s));
+        EXPECT_FALSE(store().setDbValue(u"K"_s, u"w"_s));
         expected.append(expected.first());
     }
     EXPECT_EQ(logged(), expected);
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
-TEST_F(SettingsTest, KeysAndDefaultsAreTheseTexts)
+TEST_F(SettingsStoreTest, KeysAndDefaultsAreTheseTexts)
 {
     const auto expect = [&](const settings::Key& key, const char* name, const char* defaultValue) {
         EXPECT_STREQ(key.name, name);
-        EXPECT_EQ(getDbValue(key), QString::fromLatin1(defaultValue)) << name;
+        EXPECT_EQ(store().getDbValue(key), QString::fromLatin1(defaultValue)) << name;
         EXPECT_EQ(host.settings()[name], defaultValue) << name;
     };
     expect(settings::Aggiungi0039, "SMS_Aggiungi0039SeMancante", "1");
@@ -167,56 +195,6 @@ TEST_F(SettingsTest, KeysAndDefaultsAreTheseTexts)
     expect(settings::CheckFtpPassword, "SMS_CHECK_FTP_Password", "");
     expect(settings::ConnettoreAppSalt, "ConnettoreApp_Salt", "");
     expect(settings::ConnettoreAppSlug, "ConnettoreApp_Slug", "");
-}
-
-// ---------------------------------------------------------------------------------------- the registry
-
-class RegistryTest : public ComponentTest
-{
-protected:
-    static QString read(const QString& defaultValue)
-    {
-        return readRegistry(QString::fromLatin1(RegistryKey), u"Options"_s, u"PathCartellaSMSSender"_s,
-                            defaultValue);
-    }
-    static void save(const QString& value)
-    {
-        saveRegistry(QString::fromLatin1(RegistryKey), u"Options"_s, u"PathCartellaSMSSender"_s, value);
-    }
-};
-
-TEST_F(RegistryTest, AMissingValueReadsAsTheDefault)
-{
-    EXPECT_EQ(read(u""_s), u""_s);
-    EXPECT_EQ(read(u"C:\\d"_s), u"C:\\d"_s);
-}
-
-TEST_F(RegistryTest, AStoredValueComesBackAsItWent)
-{
-    for (const QString& value :
-         {u"C:\\Sender\\"_s, u"L'à 100% \"x\" € 😀, ; ="_s, u" "_s, QString(10000, u'x')}) {
-        save(value);
-        EXPECT_EQ(read(u"d"_s), value);
-    }
-}
-
-TEST_F(RegistryTest, AnEmptyStoredValueIsNotMissing)
-{
-    save(u""_s);
-    EXPECT_EQ(read(u"d"_s), u""_s);
-}
-
-TEST_F(RegistryTest, TheValueStandsInTheUsersSettingsOfTheSystem)
-{
-    save(u"C:\\Sender"_s);
-    QSettings settings(u"TESK"_s, u"ZUL"_s);
-    EXPECT_EQ(settings.value(u"Options/PathCartellaSMSSender"_s).toString(), u"C:\\Sender"_s);
-}
-
-TEST_F(RegistryTest, AValueThatCannotBeStoredIsAnError)
-{
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/proc/nowhere"_s);
-    EXPECT_THROW(save(u"x"_s), Error);
 }
 
 } // namespace
