@@ -20,6 +20,8 @@
 #include <memory>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using namespace zul::host;
 
 constexpr int exitFailed = 1;
@@ -30,7 +32,7 @@ void complain(const QString& why)
     std::fprintf(stderr, "zulhost: %s\n", why.toUtf8().constData());
 }
 
-// Without a display the windows live in memory, on a screen of a usual size.
+/// Without a display the windows live in memory, on a screen of a usual size.
 void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
 {
     const bool display =
@@ -41,7 +43,7 @@ void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
     QByteArray platform = "offscreen";
     keep = std::make_unique<QTemporaryDir>();
     if (keep->isValid()) {
-        const std::string file = keep->filePath(QStringLiteral("screens.json")).toStdString();
+        const std::string file = keep->filePath(u"screens.json"_s).toStdString();
         std::ofstream(file)
             << R"({"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1920, "height": 1080,)"
             << R"( "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1.0}]})";
@@ -50,12 +52,12 @@ void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
     qputenv("QT_QPA_PLATFORM", platform);
 }
 
-// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
-// cannot raise or size.
+/// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
+/// cannot raise or size.
 void passMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (text.startsWith(QLatin1String("This plugin does not support ")) ||
-        text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) {
+    if (text.startsWith(u"This plugin does not support "_s) ||
+        text.startsWith(u"QStandardPaths: XDG_RUNTIME_DIR not set"_s)) {
         return;
     }
     std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, text).toUtf8().constData());
@@ -65,10 +67,10 @@ int playScenario(const CommandLine& line, EventPrinter& printer, HostSession& se
 {
     std::ifstream file;
     std::istream* stream = &std::cin;
-    if (line.scenario != QLatin1String("-")) {
+    if (line.scenario != u"-"_s) {
         file.open(line.scenario.toStdString());
         if (!file) {
-            complain(QStringLiteral("the scenario \"%1\" cannot be read").arg(line.scenario));
+            complain(u"the scenario \"%1\" cannot be read"_s.arg(line.scenario));
             return exitUsage;
         }
         stream = &file;
@@ -77,14 +79,14 @@ int playScenario(const CommandLine& line, EventPrinter& printer, HostSession& se
     return ScenarioPlayer(source, printer, windows, session).play();
 }
 
-// What the connection is opened on. A file's path is made absolute: it stands in the connection string, which
-// programs that the component starts in other folders are given.
+/// What the connection is opened on. A file's path is made absolute: it stands in the connection string, which
+/// programs that the component starts in other folders are given.
 std::string databaseOf(const CommandLine& line)
 {
     if (line.database.isEmpty()) {
         return ensureDemoDatabase().toStdString();
     }
-    const bool isFile = !line.database.contains(QLatin1Char('='));
+    const bool isFile = !line.database.contains(u'=');
     return (isFile ? QFileInfo(line.database).absoluteFilePath() : line.database).toStdString();
 }
 
@@ -105,9 +107,8 @@ int run(const CommandLine& line)
     options.journalPath = line.journal.toStdString();
     options.appUrl = line.appUrl.toStdString();
     options.programStarted = [&printer](const std::string& path, const std::string& parameters) {
-        printer.line(
-            QStringLiteral("started %1 %2")
-                .arg(quoted(QString::fromStdString(path)), quoted(QString::fromStdString(parameters))));
+        printer.line(u"started %1 %2"_s.arg(quoted(QString::fromStdString(path)),
+                                            quoted(QString::fromStdString(parameters))));
     };
     const HostDatabase database(options);
     int code = 0;
@@ -146,7 +147,7 @@ int runProgram(int argc, char** argv)
     qInstallMessageHandler(passMessage);
     int programOnly = 1;
     QApplication application(programOnly, argv);
-    QApplication::setApplicationName(QStringLiteral("zulhost"));
+    QApplication::setApplicationName(u"zulhost"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     return run(line);
 }

@@ -8,7 +8,7 @@
 
 namespace zul {
 
-// What a line tells, by the tag at its beginning.
+/// What a line tells, by the tag at its beginning.
 enum class OutcomeKind
 {
     Success,     // "OK     - "
@@ -18,8 +18,8 @@ enum class OutcomeKind
 
 [[nodiscard]] OutcomeKind outcomeKind(QStringView line);
 
-// The lines as a list model. Appended lines are announced in batches, so that a list of a million lines can
-// be filled while it is shown.
+/// The lines as a list model. Appended lines are announced in batches, so that a list of a million lines can
+/// be filled while it is shown.
 class OutcomeModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
 
     void append(QStringView line);
     void clear();
-    // Announces what was appended, at once.
+    /// Announces what was appended, at once.
     void announce();
 
     [[nodiscard]] const OutcomeStore& store() const { return m_store; }
@@ -43,7 +43,7 @@ private:
     QTimer m_timer;
 };
 
-// A list of text lines, the tags coloured by kind. Ctrl+C copies the selected lines.
+/// A list of text lines, the tags coloured by kind. Ctrl+C copies the selected lines.
 class OutcomeList : public QListView
 {
     Q_OBJECT
@@ -56,12 +56,12 @@ public:
     Q_INVOKABLE void clear();
 
     [[nodiscard]] int count() const { return m_model->store().count(); }
-    // Empty for an index out of range; the first line is 0.
+    /// Empty for an index out of range; the first line is 0.
     [[nodiscard]] QString line(int index) const { return m_model->store().line(index); }
     Q_INVOKABLE int lineCount() const { return count(); }
     Q_INVOKABLE QString lineText(int index) const { return line(index); }
 
-    // Shows what was appended so far without waiting for the next batch.
+    /// Shows what was appended so far without waiting for the next batch.
     void flush() { m_model->announce(); }
 
     void copySelected() const;

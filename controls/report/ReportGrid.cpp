@@ -17,6 +17,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 struct ReportGrid::Parts
 {
     ReportGridModel* model = nullptr;
@@ -602,24 +604,24 @@ void ReportGrid::showMenu(int column, const QPoint& globalPosition)
     };
     const auto captionOf = [this](int own) {
         const QString caption = columnCaption(own).isEmpty() ? columnField(own) : columnCaption(own);
-        return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+        return QString(caption).replace(u'&', u"&&"_s);
     };
     if (column >= 0) {
-        menu->addAction(tr("Ordina in modo crescente"), this, [this, column, changed] {
+        menu->addAction(u"Ordina in modo crescente"_s, this, [this, column, changed] {
             sortBy(column, false);
             changed();
         });
-        menu->addAction(tr("Ordina in modo decrescente"), this, [this, column, changed] {
+        menu->addAction(u"Ordina in modo decrescente"_s, this, [this, column, changed] {
             sortBy(column, true);
             changed();
         });
-        menu->addAction(tr("Raggruppa per questa colonna"), this, [this, column, changed] {
+        menu->addAction(u"Raggruppa per questa colonna"_s, this, [this, column, changed] {
             groupBy(column);
             changed();
         });
     } else {
-        QMenu* sort = menu->addMenu(tr("Ordina per"));
-        QMenu* group = menu->addMenu(tr("Raggruppa per"));
+        QMenu* sort = menu->addMenu(u"Ordina per"_s);
+        QMenu* group = menu->addMenu(u"Raggruppa per"_s);
         for (int own = 0; own < columnCount(); ++own) {
             if (!m->model->isColumnShown(own)) {
                 continue;
@@ -642,13 +644,13 @@ void ReportGrid::showMenu(int column, const QPoint& globalPosition)
             with->setChecked(isGrouped(own));
         }
     }
-    menu->addAction(tr("Non raggruppare"), this, &ReportGrid::ungroupAll)->setEnabled(!groups.empty());
-    menu->addAction(tr("Apri tutti i gruppi"), this, [this] { m->model->setAllGroupsClosed(false); })
+    menu->addAction(u"Non raggruppare"_s, this, &ReportGrid::ungroupAll)->setEnabled(!groups.empty());
+    menu->addAction(u"Apri tutti i gruppi"_s, this, [this] { m->model->setAllGroupsClosed(false); })
         ->setEnabled(!groups.empty());
-    menu->addAction(tr("Chiudi tutti i gruppi"), this, [this] { m->model->setAllGroupsClosed(true); })
+    menu->addAction(u"Chiudi tutti i gruppi"_s, this, [this] { m->model->setAllGroupsClosed(true); })
         ->setEnabled(!groups.empty());
     menu->addSeparator();
-    QMenu* shown = menu->addMenu(tr("Colonne"));
+    QMenu* shown = menu->addMenu(u"Colonne"_s);
     int shownColumns = 0;
     for (int own = 0; own < columnCount(); ++own) {
         shownColumns += m->model->isColumnShown(own) && !isGrouped(own) ? 1 : 0;

@@ -12,6 +12,7 @@
 #include <string>
 
 using namespace zul;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,12 +38,12 @@ protected:
 
     static void describeColumns(ReportGrid& target)
     {
-        target.addColumn({QStringLiteral("IdCLiente"), QStringLiteral("Id"), 0, false, true, false});
-        target.addColumn({QStringLiteral("Selezione"), QStringLiteral("Selezione"), 0, true, true, true});
-        target.addColumn({QStringLiteral("Cliente"), QStringLiteral("Cliente"), 200, true, true, false});
-        target.addColumn({QStringLiteral("Paese"), QStringLiteral("Paese"), 120, true, true, false});
-        target.addColumn({QStringLiteral("Eta"), QStringLiteral("Eta"), 80, true, true, false});
-        target.addColumn({QStringLiteral("Note"), QStringLiteral("Note"), 150, true, false, false});
+        target.addColumn({u"IdCLiente"_s, u"Id"_s, 0, false, true, false});
+        target.addColumn({u"Selezione"_s, u"Selezione"_s, 0, true, true, true});
+        target.addColumn({u"Cliente"_s, u"Cliente"_s, 200, true, true, false});
+        target.addColumn({u"Paese"_s, u"Paese"_s, 120, true, true, false});
+        target.addColumn({u"Eta"_s, u"Eta"_s, 80, true, true, false});
+        target.addColumn({u"Note"_s, u"Note"_s, 150, true, false, false});
     }
 
     void add(const std::string& name, const std::string& town, int age)
@@ -106,11 +107,11 @@ TEST_F(ReportGridTest, SortsByAClickOnTheHeaderAndTurnsAtTheNext)
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
     clickHeader(4);
     EXPECT_EQ(grid.sortColumn(), 4);
-    EXPECT_EQ(grid.rowTexts(0).at(4), QStringLiteral("20"));
+    EXPECT_EQ(grid.rowTexts(0).at(4), u"20"_s);
     EXPECT_FALSE(grid.isSortDescending());
     clickHeader(4);
     EXPECT_TRUE(grid.isSortDescending());
-    EXPECT_EQ(grid.rowTexts(0).at(4), QStringLiteral("69"));
+    EXPECT_EQ(grid.rowTexts(0).at(4), u"69"_s);
     clickHeader(2);
     EXPECT_EQ(grid.sortColumn(), 2);
     EXPECT_FALSE(grid.isSortDescending());
@@ -172,7 +173,7 @@ TEST_F(ReportGridTest, GroupsByDroppingAHeaderOnTheBox)
     ASSERT_EQ(grid.groupColumns(), std::vector<int>{3});
     EXPECT_EQ(grid.visibleRowCount(), 202);
     EXPECT_TRUE(grid.rowIsGroup(0));
-    EXPECT_EQ(grid.groupCaption(0), QStringLiteral("Paese: Milano"));
+    EXPECT_EQ(grid.groupCaption(0), u"Paese: Milano"_s);
     EXPECT_EQ(grid.groupCount(0), 133);
     EXPECT_EQ(grid.rowCheck(0), -1);
     EXPECT_TRUE(grid.rowTexts(0).isEmpty());
@@ -192,7 +193,7 @@ TEST_F(ReportGridTest, TakesAGroupOutByDraggingItsChipAway)
     drag(grid.groupBoxWidget(), QPoint(20, 17), grid.bodyViewport(), QPoint(200, 100));
     EXPECT_EQ(grid.groupColumns(), std::vector<int>{4});
     QTest::mouseClick(grid.groupBoxWidget(), Qt::LeftButton, {}, QPoint(20, 17));
-    EXPECT_EQ(grid.groupCaption(0), QStringLiteral("Eta: 69")) << "a click turns the order of the groups";
+    EXPECT_EQ(grid.groupCaption(0), u"Eta: 69"_s) << "a click turns the order of the groups";
     QTest::keyClick(grid.groupBoxWidget(), Qt::Key_Delete);
     EXPECT_TRUE(grid.groupColumns().empty());
 }
@@ -271,7 +272,7 @@ TEST_F(ReportGridTest, TellsWhichRecordWasClicked)
     ASSERT_EQ(opened.count(), 1);
     EXPECT_EQ(opened.at(0).at(0).toUInt(), 199U);
     EXPECT_EQ(grid.currentRecord(), 199);
-    grid.setTextFilter(QStringLiteral("Cliente 199"));
+    grid.setTextFilter(u"Cliente 199"_s);
     released.clear();
     QTest::mouseClick(grid.bodyViewport(), Qt::LeftButton, {}, QPoint(300, 200));
     ASSERT_EQ(released.count(), 1);
@@ -299,8 +300,8 @@ TEST_F(ReportGridTest, TellsKeysAndLeavesEscapeToTheWindow)
 TEST_F(ReportGridTest, FindsARowByTypingItsBeginning)
 {
     grid.sortBy(3, false);
-    QTest::keyClicks(grid.focusWidget(), QStringLiteral("ro"));
-    EXPECT_EQ(grid.cellText(static_cast<uint32_t>(grid.currentRecord()), 3), QStringLiteral("Roma"));
+    QTest::keyClicks(grid.focusWidget(), u"ro"_s);
+    EXPECT_EQ(grid.cellText(static_cast<uint32_t>(grid.currentRecord()), 3), u"Roma"_s);
 }
 
 TEST_F(ReportGridTest, KeepsTheHighlightWhenTheOrderChanges)
@@ -310,7 +311,7 @@ TEST_F(ReportGridTest, KeepsTheHighlightWhenTheOrderChanges)
     grid.sortBy(0, true);
     EXPECT_EQ(grid.selectedRecords(), (Records{9, 7}));
     EXPECT_EQ(grid.currentRecord(), 9);
-    grid.setTextFilter(QStringLiteral("Cliente 7"));
+    grid.setTextFilter(u"Cliente 7"_s);
     EXPECT_EQ(grid.selectedRecords(), Records{7});
     grid.deleteRecords();
     EXPECT_FALSE(grid.hasSelection());
@@ -322,9 +323,9 @@ TEST_F(ReportGridTest, GivesCellsToTools)
     EXPECT_TRUE(grid.property("reportGrid").toBool());
     const QVariantList cells = grid.rowCells(4);
     ASSERT_EQ(cells.size(), 6);
-    EXPECT_EQ(cells.at(0).toString(), QStringLiteral("4"));
+    EXPECT_EQ(cells.at(0).toString(), u"4"_s);
     EXPECT_TRUE(cells.at(1).isValid()) << "an empty text";
-    EXPECT_EQ(cells.at(2).toString(), QStringLiteral("Cliente 4"));
+    EXPECT_EQ(cells.at(2).toString(), u"Cliente 4"_s);
     EXPECT_FALSE(cells.at(5).isValid()) << "NULL";
     EXPECT_EQ(grid.rowTexts(4).at(5), QString());
     EXPECT_TRUE(grid.rowRect(-1).isNull());
@@ -338,19 +339,19 @@ TEST_F(ReportGridTest, GivesCellsToTools)
 TEST_F(ReportGridTest, SavesAndLoadsItsLayout)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("layout.ini"));
-    EXPECT_FALSE(grid.loadLayout(path, QStringLiteral("ZUL")));
+    const QString path = folder.filePath(u"layout.ini"_s);
+    EXPECT_FALSE(grid.loadLayout(path, u"ZUL"_s));
     drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(),
          grid.headerRect(4).center());
     const QPoint edge(grid.headerRect(3).right() - 1, 5);
     drag(grid.headerViewport(), edge, grid.headerViewport(), edge + QPoint(33, 0));
-    ASSERT_TRUE(grid.saveLayout(path, QStringLiteral("ZUL")));
+    ASSERT_TRUE(grid.saveLayout(path, u"ZUL"_s));
 
     ReportGrid other;
     other.resize(800, 400);
     describeColumns(other);
     QSignalSpy changes(&other, &ReportGrid::columnLayoutChanged);
-    ASSERT_TRUE(other.loadLayout(path, QStringLiteral("ZUL")));
+    ASSERT_TRUE(other.loadLayout(path, u"ZUL"_s));
     for (int column = 0; column < 6; ++column) {
         EXPECT_EQ(other.visiblePosition(column), grid.visiblePosition(column)) << column;
         EXPECT_EQ(other.headerRect(column).width(), grid.headerRect(column).width()) << column;
@@ -362,12 +363,12 @@ TEST_F(ReportGridTest, SavesAndLoadsItsLayout)
 TEST_F(ReportGridTest, AHiddenColumnStaysHiddenWhateverTheLayoutSays)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("layout.ini"));
+    const QString path = folder.filePath(u"layout.ini"_s);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("[ZUL]\nLayout=1\nColumn1=0,90,1,IdCLiente\nColumn2=1,90,0,Paese\nColumn3=9,70,1,Foreign\n");
     file.close();
-    EXPECT_TRUE(grid.loadLayout(path, QStringLiteral("ZUL")));
+    EXPECT_TRUE(grid.loadLayout(path, u"ZUL"_s));
     EXPECT_EQ(grid.visiblePosition(0), -1);
     EXPECT_EQ(grid.visiblePosition(3), -1) << "hidden by the operator";
     EXPECT_EQ(grid.visiblePosition(2), 1);
@@ -376,24 +377,24 @@ TEST_F(ReportGridTest, AHiddenColumnStaysHiddenWhateverTheLayoutSays)
 TEST_F(ReportGridTest, ALayoutThatIsNotOursChangesNothing)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("layout.ini"));
+    const QString path = folder.filePath(u"layout.ini"_s);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("[ZUL]\nLayout=1\nColumn1=0,90,1,Foreign\n");
     file.close();
-    EXPECT_FALSE(grid.loadLayout(path, QStringLiteral("ZUL")));
+    EXPECT_FALSE(grid.loadLayout(path, u"ZUL"_s));
     EXPECT_EQ(grid.headerRect(2).width(), 200);
-    EXPECT_FALSE(grid.saveLayout(folder.filePath(QStringLiteral("no/such/file.ini")), QStringLiteral("ZUL")));
+    EXPECT_FALSE(grid.saveLayout(folder.filePath(u"no/such/file.ini"_s), u"ZUL"_s));
 }
 
 TEST_F(ReportGridTest, SharesFreeWidthAmongColumnsWithoutOne)
 {
     ReportGrid shared;
     shared.resize(602, 300);
-    shared.addColumn({QStringLiteral("id"), QStringLiteral("Id"), 0, false, true, false});
-    shared.addColumn({QStringLiteral("a"), QStringLiteral("A"), 0, true, true, false});
-    shared.addColumn({QStringLiteral("b"), QStringLiteral("B"), 200, true, true, false});
-    shared.addColumn({QStringLiteral("c"), QStringLiteral("C"), 0, true, true, false});
+    shared.addColumn({u"id"_s, u"Id"_s, 0, false, true, false});
+    shared.addColumn({u"a"_s, u"A"_s, 0, true, true, false});
+    shared.addColumn({u"b"_s, u"B"_s, 200, true, true, false});
+    shared.addColumn({u"c"_s, u"C"_s, 0, true, true, false});
     shared.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&shared));
     EXPECT_EQ(shared.headerRect(1), QRect(0, 0, 200, shared.headerViewport()->height()));
@@ -419,7 +420,7 @@ TEST_F(ReportGridTest, TakesCallsWithoutColumnsOrRecords)
 {
     ReportGrid empty;
     empty.populate();
-    empty.setTextFilter(QStringLiteral("x"));
+    empty.setTextFilter(u"x"_s);
     empty.sortBy(3, true);
     empty.groupBy(0);
     empty.ungroupAll();
