@@ -11,7 +11,6 @@ class FolderModel;
 class FolderTree : public QTreeView
 {
     Q_OBJECT
-    Q_PROPERTY(QString selectedPath READ selectedPath NOTIFY selectedPathChanged)
 
 public:
     explicit FolderTree(QWidget* parent = nullptr);
@@ -20,9 +19,10 @@ public:
     /// root); empty when no folder is selected.
     [[nodiscard]] QString selectedPath() const;
 
+public Q_SLOTS:
     /// Opens the tree down to the folder, selects it and scrolls to it. Takes '/' and the platform's own
     /// separator. False, and nothing changes, when there is no such folder.
-    Q_INVOKABLE bool selectPath(const QString& path);
+    bool selectPath(const QString& path);
 
 Q_SIGNALS:
     void selectedPathChanged(const QString& path);

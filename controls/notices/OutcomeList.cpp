@@ -1,6 +1,7 @@
 #include "controls/notices/OutcomeList.h"
 
 #include "controls/look/CommonLook.h"
+#include "controls/notices/OutcomeListProbe.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -210,6 +211,14 @@ void OutcomeList::copySelected() const
     if (!text.isEmpty()) {
         QApplication::clipboard()->setText(text);
     }
+}
+
+QObject* OutcomeList::probe()
+{
+    if (m_probe == nullptr) {
+        m_probe = new OutcomeListProbe(this);
+    }
+    return m_probe;
 }
 
 void OutcomeList::keyPressEvent(QKeyEvent* event)

@@ -15,7 +15,6 @@ WaitIndicator::WaitIndicator(QWidget* parent)
     , m_caption(new QLabel(this))
     , m_bar(new QProgressBar(this))
 {
-    setProperty("zulProgress", true); // told apart by programs that do not link this code
     setFrameShape(QFrame::StyledPanel);
     setAutoFillBackground(true);
     setAttribute(Qt::WA_StyledBackground);

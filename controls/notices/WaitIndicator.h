@@ -15,7 +15,6 @@ class WaitIndicator : public QFrame
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption NOTIFY captionChanged)
     Q_PROPERTY(int value READ value WRITE setValue NOTIFY valueChanged)
-    Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
 
 public:
     explicit WaitIndicator(QWidget* parent = nullptr);

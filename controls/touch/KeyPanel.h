@@ -18,7 +18,6 @@ enum class IconId;
 class KeyPanel : public QFrame
 {
     Q_OBJECT
-    Q_PROPERTY(bool touchMode READ touchMode WRITE setTouchMode)
 
 public:
     static constexpr int fingerSize = 44; // pixels
@@ -27,7 +26,6 @@ public:
     explicit KeyPanel(QWidget* parent = nullptr);
 
     void setTouchMode(bool touch);
-    [[nodiscard]] bool touchMode() const { return m_touchMode; }
 
     /// The field that the keys work on, or null. It is not owned and may be destroyed at any time.
     [[nodiscard]] QWidget* attachedField() const { return m_field; }

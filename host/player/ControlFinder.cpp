@@ -58,6 +58,12 @@ QWidget* keyboardPart(QWidget* control)
     return control;
 }
 
+QObject* probeOf(const QWidget* control, const char* member)
+{
+    auto* probe = control->property("probe").value<QObject*>();
+    return probe != nullptr && probe->metaObject()->indexOfMethod(member) >= 0 ? probe : nullptr;
+}
+
 bool isShown(const QWidget* control)
 {
     for (const QWidget* at = control; !at->isWindow(); at = at->parentWidget()) {

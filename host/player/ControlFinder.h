@@ -3,6 +3,7 @@
 
 #include <QString>
 
+class QObject;
 class QWidget;
 
 namespace zul::host {
@@ -15,6 +16,10 @@ QWidget* findUsableControl(QWidget* window, const QString& name);
 
 /// The part of a control that takes the keyboard: the control itself, or what stands in for it.
 QWidget* keyboardPart(QWidget* control);
+
+/// The object in the control's property "probe", which answers for the control what Qt itself does not tell, if it
+/// has the member of that normalised signature; else null.
+QObject* probeOf(const QWidget* control, const char* member);
 
 /// Whether the control is shown as far as the form goes: a page that is merely not in front hides nothing, a page
 /// without a tab does.

@@ -120,12 +120,11 @@ QStringList listLines(const QWidget* control)
 {
     QStringList texts;
     int count = 0;
-    auto* object = const_cast<QWidget*>(control);
-    if (control->metaObject()->indexOfMethod("lineCount()") >= 0 &&
-        QMetaObject::invokeMethod(object, "lineCount", Qt::DirectConnection, Q_RETURN_ARG(int, count))) {
+    if (QObject* probe = probeOf(control, "lineCount()")) {
+        QMetaObject::invokeMethod(probe, "lineCount", Qt::DirectConnection, Q_RETURN_ARG(int, count));
         for (int i = 0; i < count; ++i) {
             QString text;
-            QMetaObject::invokeMethod(object, "lineText", Qt::DirectConnection, Q_RETURN_ARG(QString, text),
+            QMetaObject::invokeMethod(probe, "lineText", Qt::DirectConnection, Q_RETURN_ARG(QString, text),
                                       Q_ARG(int, i));
             texts.append(text);
         }

@@ -1,6 +1,7 @@
 #include "host/player/GridProbe.h"
 
 #include "host/player/CommandError.h"
+#include "host/player/ControlFinder.h"
 #include "host/player/ScenarioParser.h"
 
 #include <QMetaObject>
@@ -16,7 +17,7 @@ Result GridProbe::ask(const char* member, Arguments... arguments) const
     // Types by their run-time names: the usual macros would pass on the names of the template's parameters.
     Result result{};
     const bool answered = QMetaObject::invokeMethod(
-        m_grid, member, Qt::DirectConnection,
+        m_probe, member, Qt::DirectConnection,
         QReturnArgument<Result>(QMetaType::fromType<Result>().name(), result),
         QArgument<Arguments>(QMetaType::fromType<Arguments>().name(), arguments)...);
     if (!answered) {
@@ -27,15 +28,11 @@ Result GridProbe::ask(const char* member, Arguments... arguments) const
 
 GridProbe::GridProbe(QWidget* control)
     : m_grid(control)
+    , m_probe(probeOf(control, "rowCells(int)"))
 {
-    if (!isGrid(control)) {
+    if (m_probe == nullptr) {
         throw CommandError{u"\"%1\" is no grid"_s.arg(control->objectName())};
     }
-}
-
-bool GridProbe::isGrid(const QWidget* control)
-{
-    return control->property("reportGrid").toBool();
 }
 
 int GridProbe::rowCount() const
@@ -45,7 +42,7 @@ int GridProbe::rowCount() const
 
 int GridProbe::columnCount() const
 {
-    return m_grid->property("columnCount").toInt();
+    return ask<int>("columnCount");
 }
 
 void GridProbe::checkRow(int row) const
@@ -135,7 +132,7 @@ QWidget* GridProbe::groupBox() const
 
 void GridProbe::ungroupAll() const
 {
-    if (!QMetaObject::invokeMethod(m_grid, "ungroupAll", Qt::DirectConnection)) {
+    if (!QMetaObject::invokeMethod(m_probe, "ungroupAll", Qt::DirectConnection)) {
         throw CommandError{u"\"%1\" cannot be ungrouped"_s.arg(m_grid->objectName())};
     }
 }

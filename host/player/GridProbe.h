@@ -9,15 +9,13 @@
 class QWidget;
 
 namespace zul::host {
-/// A report grid, known only through the members that it offers to Qt's meta-object system; the host links nothing
-/// of the component. Rows are counted as they stand on the screen, group rows included; columns by their index in
+/// A report grid, known only through the members that its probe offers to Qt's meta-object system; the host links
+/// nothing of the component. Rows are counted as they stand on the screen, group rows included; columns by their index in
 /// the grid, hidden ones included. Throws CommandError when the control is no grid or a row or column is not there.
 class GridProbe
 {
 public:
     explicit GridProbe(QWidget* control);
-
-    static bool isGrid(const QWidget* control);
 
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] int columnCount() const;
@@ -47,5 +45,6 @@ private:
     void checkColumn(int column) const;
 
     QWidget* m_grid;
+    QObject* m_probe;
 };
 } // namespace zul::host

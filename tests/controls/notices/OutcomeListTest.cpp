@@ -1,4 +1,5 @@
 #include "controls/notices/OutcomeList.h"
+#include "controls/notices/OutcomeListProbe.h"
 
 #include "controls/look/CommonLook.h"
 
@@ -103,12 +104,16 @@ TEST_F(OutcomeListTest, TellsItsLinesBeforeTheyAreShown)
     EXPECT_EQ(list.count(), 2);
     int count = 0;
     QString text;
-    ASSERT_TRUE(QMetaObject::invokeMethod(&list, "lineCount", Q_RETURN_ARG(int, count)));
-    ASSERT_TRUE(QMetaObject::invokeMethod(&list, "lineText", Q_RETURN_ARG(QString, text), Q_ARG(int, 1)));
+    EXPECT_EQ(list.findChild<zul::OutcomeListProbe*>(), nullptr) << "made for nobody";
+    auto* probe = list.property("probe").value<QObject*>();
+    ASSERT_NE(probe, nullptr);
+    EXPECT_EQ(list.property("probe").value<QObject*>(), probe);
+    ASSERT_TRUE(QMetaObject::invokeMethod(probe, "lineCount", Q_RETURN_ARG(int, count)));
+    ASSERT_TRUE(QMetaObject::invokeMethod(probe, "lineText", Q_RETURN_ARG(QString, text), Q_ARG(int, 1)));
     EXPECT_EQ(count, 2);
     EXPECT_EQ(text, u"ERRORE - due"_s);
     list.clear();
-    EXPECT_EQ(list.lineCount(), 0);
+    EXPECT_EQ(list.count(), 0);
 }
 
 TEST_F(OutcomeListTest, IsMonospaced)

@@ -70,11 +70,6 @@ TEST_F(WaitIndicatorTest, KeepsAnyValueAndKeepsTheBarInItsRange)
     EXPECT_EQ(indicator.maximum(), 1);
 }
 
-TEST_F(WaitIndicatorTest, IsTakenForWhatItIsByItsProperty)
-{
-    EXPECT_TRUE(indicator.property("zulProgress").toBool());
-}
-
 TEST_F(WaitIndicatorTest, FollowsANewParent)
 {
     QWidget second(&window);

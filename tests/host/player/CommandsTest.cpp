@@ -76,16 +76,29 @@ private:
 };
 
 /// Lists as the shared outcome list does, and a folder tree.
-class Outcomes : public QWidget
+class OutcomesProbe : public QObject
 {
     Q_OBJECT
 
 public:
+    using QObject::QObject;
     Q_INVOKABLE int lineCount() const { return 2; }
     Q_INVOKABLE QString lineText(int index) const
     {
         return index == 0 ? u"       - ***"_s : u"OK     - Rossi \"M\" 😀"_s;
     }
+};
+
+class Outcomes : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QObject* probe READ probe)
+
+public:
+    QObject* probe() { return &m_probe; }
+
+private:
+    OutcomesProbe m_probe;
 };
 
 class Folders : public QWidget

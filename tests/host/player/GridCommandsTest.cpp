@@ -2,6 +2,7 @@
 #include "tests/host/player/PlayedSession.h"
 
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 
 #include <QDialog>
 #include <QVBoxLayout>
@@ -165,9 +166,9 @@ TEST_F(GridCommands, WidthAndMoveDragTheHeader)
                          [&](int kind) { kinds.append(kind); });
     };
     inspect = [](ReportGrid& grid) {
-        EXPECT_EQ(grid.headerRect(3).width(), 150);
-        EXPECT_EQ(grid.visiblePosition(4), 1);
-        EXPECT_EQ(grid.visiblePosition(2), 2);
+        EXPECT_EQ(probeOf(&grid)->headerRect(3).width(), 150);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(4), 1);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 2);
     };
     playInForm("width grdClienti 3 150\nmove grdClienti 4 1\n");
     EXPECT_TRUE(kinds.contains(ReportGrid::ColumnResized));
@@ -177,8 +178,8 @@ TEST_F(GridCommands, WidthAndMoveDragTheHeader)
 TEST_F(GridCommands, MoveGoesBothWays)
 {
     inspect = [](ReportGrid& grid) {
-        EXPECT_EQ(grid.visiblePosition(1), 3);
-        EXPECT_EQ(grid.visiblePosition(4), 0);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 3);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(4), 0);
     };
     playInForm("move grdClienti 4 0\nmove grdClienti 1 3\n");
 }
