@@ -137,15 +137,17 @@ int runProgram(int argc, char** argv)
         return exitUsage;
     }
     const auto& line = std::get<CommandLine>(parsed);
-    if (line.help) {
-        std::fputs(usage().toUtf8().constData(), stdout);
+    int programOnly = 1;
+    if (line.help || line.version) {
+        const QCoreApplication application(programOnly, argv);
+        const QString text = line.help ? usage() : u"zulhost %1\n"_s.arg(QStringLiteral(ZUL_VERSION));
+        std::fputs(text.toUtf8().constData(), stdout);
         return 0;
     }
 
     std::unique_ptr<QTemporaryDir> screen;
     choosePlatform(screen);
     qInstallMessageHandler(passMessage);
-    int programOnly = 1;
     QApplication application(programOnly, argv);
     QApplication::setApplicationName(u"zulhost"_s);
     QApplication::setQuitOnLastWindowClosed(false);

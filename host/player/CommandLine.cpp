@@ -1,10 +1,10 @@
 #include "host/player/CommandLine.h"
 
-#include <algorithm>
-#include <array>
-#include <functional>
+#include <QCommandLineParser>
+
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace zul::host {
 
@@ -31,6 +31,14 @@ QString notEmpty(const QString& text)
 {
     if (text.isEmpty()) {
         throw BadValue{u"a text that is not empty"_s};
+    }
+    return text;
+}
+
+QString webAddress(const QString& text)
+{
+    if (!text.startsWith(u"http://"_s) && !text.startsWith(u"https://"_s)) {
+        throw BadValue{u"an address that begins with http:// or https://"_s};
     }
     return text;
 }
@@ -72,79 +80,125 @@ StartWindow startWindow(const QString& text)
     throw BadValue{u"main, options or check"_s};
 }
 
-using Apply = std::function<void(CommandLine&, const QString&)>;
-
-/// An option that takes a value.
-struct Option
+/// An option that takes a value, and what the value does.
+struct ValueOption
 {
-    QString name;
-    Apply apply;
+    QCommandLineOption option;
+    void (*apply)(CommandLine& line, const QString& value);
 };
 
-const std::array<Option, 12>& options()
+const std::vector<ValueOption>& valueOptions()
 {
-    static const std::array<Option, 12> table{{
-        {u"--database"_s, [](CommandLine& line, const QString& v) { line.database = notEmpty(v); }},
-        {u"--create-demo"_s,
+    static const std::vector<ValueOption> table{
+        {{u"database"_s,
+          u"An SQLite file, or an ODBC connection string (it contains \"=\"); default: the demo database in "
+          "the user's data folder."_s,
+          u"X"_s},
+         [](CommandLine& line, const QString& v) { line.database = notEmpty(v); }},
+        {{u"create-demo"_s, u"Make the database with N customers, and stop."_s, u"N"_s},
          [](CommandLine& line, const QString& v) { line.createDemo = wholeNumber(v, 0); }},
-        {u"--app-dir"_s, [](CommandLine& line, const QString& v) { line.appDir = notEmpty(v); }},
-        {u"--user"_s, [](CommandLine& line,
-                         const QString& v) { line.user = wholeNumber(v, std::numeric_limits<int>::min()); }},
-        {u"--user-name"_s, [](CommandLine& line, const QString& v) { line.userName = v; }},
-        {u"--show"_s,
+        {{u"app-dir"_s, u"The host application's folder; default: the folder of zulhost."_s, u"DIR"_s},
+         [](CommandLine& line, const QString& v) { line.appDir = notEmpty(v); }},
+        {{u"user"_s, u"The operator's id; default: 1."_s, u"N"_s},
+         [](CommandLine& line, const QString& v) {
+             line.user = wholeNumber(v, std::numeric_limits<int>::min());
+         }},
+        {{u"user-name"_s, u"The operator's name; default: demo."_s, u"TEXT"_s},
+         [](CommandLine& line, const QString& v) { line.userName = v; }},
+        {{u"show"_s, u"Of sms,mail,push, or none: the message kinds to offer; default: all."_s, u"LIST"_s},
          [](CommandLine& line, const QString& v) {
              flags(v, u"a list of sms, mail and push joined by commas, or none"_s,
                    {{u"sms"_s, &line.showSms}, {u"mail"_s, &line.showMail}, {u"push"_s, &line.showPush}});
          }},
-        {u"--search"_s,
+        {{u"search"_s, u"Of ricorrenze,classificazioni, or none; default: both."_s, u"LIST"_s},
          [](CommandLine& line, const QString& v) {
              flags(v, u"a list of ricorrenze and classificazioni joined by a comma, or none"_s,
                    {{u"ricorrenze"_s, &line.searchRicorrenze},
                     {u"classificazioni"_s, &line.searchClassificazioni}});
          }},
-        {u"--window"_s, [](CommandLine& line, const QString& v) { line.window = startWindow(v); }},
-        {u"--scenario"_s, [](CommandLine& line, const QString& v) { line.scenario = notEmpty(v); }},
-        {u"--journal"_s, [](CommandLine& line, const QString& v) { line.journal = notEmpty(v); }},
-        {u"--component"_s, [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
-        {u"--app-url"_s,
-         [](CommandLine& line, const QString& v) {
-             if (!v.startsWith(u"http://"_s) && !v.startsWith(u"https://"_s)) {
-                 throw BadValue{u"an address that begins with http:// or https://"_s};
-             }
-             line.appUrl = v;
-         }},
-    }};
+        {{u"window"_s, u"main, options or check; default: main."_s, u"W"_s},
+         [](CommandLine& line, const QString& v) { line.window = startWindow(v); }},
+        {{u"scenario"_s, u"Play FILE (\"-\": standard input)."_s, u"FILE"_s},
+         [](CommandLine& line, const QString& v) { line.scenario = notEmpty(v); }},
+        {{u"journal"_s, u"Write every database operation to FILE."_s, u"FILE"_s},
+         [](CommandLine& line, const QString& v) { line.journal = notEmpty(v); }},
+        {{u"component"_s, u"The component's library; default: the one beside zulhost."_s, u"FILE"_s},
+         [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
+        {{u"app-url"_s, u"Where push notifications are posted; default: the table appOutbox."_s, u"URL"_s},
+         [](CommandLine& line, const QString& v) { line.appUrl = webAddress(v); }},
+    };
     return table;
+}
+
+struct Switches
+{
+    QCommandLineOption touch{u"touch"_s, u"Touch mode."_s};
+    // The parser's own would offer Qt's options too, which zulhost does not take.
+    QCommandLineOption help{{u"h"_s, u"help"_s}, u"Print this text, and stop."_s};
+    QCommandLineOption version{{u"v"_s, u"version"_s}, u"Print the version, and stop."_s};
+};
+
+const Switches& switches()
+{
+    static const Switches table;
+    return table;
+}
+
+void describe(QCommandLineParser& parser)
+{
+    for (const ValueOption& known : valueOptions()) {
+        parser.addOption(known.option);
+    }
+    for (const QCommandLineOption& known : {switches().touch, switches().help, switches().version}) {
+        parser.addOption(known);
+    }
+}
+
+CommandLineError unknown(const QString& word)
+{
+    return {u"unknown option \"%1\"; --help lists the options"_s.arg(word)};
+}
+
+/// Why the parser did not take the arguments.
+CommandLineError refusal(const QCommandLineParser& parser, const QStringList& arguments)
+{
+    const QStringList names = parser.unknownOptionNames();
+    if (!names.isEmpty()) {
+        return unknown((names.first().size() == 1 ? u"-"_s : u"--"_s) + names.first());
+    }
+    // A value can be missing behind the last word only; the other reason is a value where none belongs.
+    for (const ValueOption& known : valueOptions()) {
+        if (arguments.last() == u"--"_s + known.option.names().first()) {
+            return {u"%1 needs a value"_s.arg(arguments.last())};
+        }
+    }
+    return {parser.errorText()};
 }
 } // namespace
 
 std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& arguments)
 {
+    QCommandLineParser parser;
+    describe(parser);
+    if (!parser.parse(QStringList(u"zulhost"_s) + arguments)) {
+        return refusal(parser, arguments);
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        return unknown(parser.positionalArguments().first());
+    }
     CommandLine line;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString& word = arguments[i];
-        if (word == u"--touch"_s) {
-            line.touch = true;
-            continue;
-        }
-        if (word == u"--help"_s) {
-            line.help = true;
-            continue;
-        }
-        const auto& table = options();
-        const auto* option =
-            std::find_if(table.begin(), table.end(), [&](const Option& o) { return word == o.name; });
-        if (option == table.end()) {
-            return CommandLineError{u"unknown option \"%1\"; --help lists the options"_s.arg(word)};
-        }
-        if (i + 1 == arguments.size()) {
-            return CommandLineError{u"%1 needs a value"_s.arg(word)};
-        }
-        const QString& value = arguments[++i];
-        try {
-            option->apply(line, value);
-        } catch (const BadValue& bad) {
-            return CommandLineError{u"%1 takes %2, not \"%3\""_s.arg(word, bad.wanted, value)};
+    line.touch = parser.isSet(switches().touch);
+    line.help = parser.isSet(switches().help);
+    line.version = parser.isSet(switches().version);
+    for (const ValueOption& known : valueOptions()) {
+        const QStringList values = parser.values(known.option);
+        for (const QString& value : values) {
+            try {
+                known.apply(line, value);
+            } catch (const BadValue& bad) {
+                return CommandLineError{
+                    u"--%1 takes %2, not \"%3\""_s.arg(known.option.names().first(), bad.wanted, value)};
+            }
         }
     }
     return line;
@@ -152,21 +206,8 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
 
 QString usage()
 {
-    return u"zulhost [options]\n"
-           u"  --database X       an SQLite file, or an ODBC connection string (it contains \"=\");\n"
-           u"                     default: the demo database in the user's data folder\n"
-           u"  --create-demo N    make the database with N customers, and stop\n"
-           u"  --app-dir DIR      the host application's folder; default: the folder of zulhost\n"
-           u"  --user N           the operator's id; default: 1\n"
-           u"  --user-name TEXT   the operator's name; default: demo\n"
-           u"  --show LIST        of sms,mail,push, or none: the message kinds to offer; default: all\n"
-           u"  --search LIST      of ricorrenze,classificazioni, or none; default: both\n"
-           u"  --touch            touch mode\n"
-           u"  --window W         main, options or check; default: main\n"
-           u"  --scenario FILE    play FILE (\"-\": standard input)\n"
-           u"  --journal FILE     write every database operation to FILE\n"
-           u"  --component FILE   the component's library; default: the one beside zulhost\n"
-           u"  --app-url URL      where push notifications are posted; default: the table appOutbox\n"
-           u"  --help             this text\n"_s;
+    QCommandLineParser parser;
+    describe(parser);
+    return parser.helpText();
 }
 } // namespace zul::host

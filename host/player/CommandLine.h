@@ -42,8 +42,9 @@ struct CommandLine
     QString component;
     /// Where the app connector posts push notifications; empty: the table appOutbox.
     QString appUrl;
-    /// Print the usage and stop.
+    /// Print the usage, or the program's version, and stop.
     bool help = false;
+    bool version = false;
 };
 
 /// Why a command line is not taken: one line for the person who typed it.
@@ -55,6 +56,6 @@ struct CommandLineError
 /// Reads the arguments (without the program's own name). An option that stands twice counts as it stands last.
 std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& arguments);
 
-/// The text of --help.
+/// The text of --help. Names the program as it was started, which a QCoreApplication has to tell.
 QString usage();
 } // namespace zul::host

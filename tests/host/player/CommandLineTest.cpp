@@ -120,6 +120,7 @@ TEST(CommandLine, RefusesUnknownOptionsAndBadValues)
              {"--database", ""},
              {"--scenario", ""},
              {"--app-url", "ftp://x"},
+             {"--user", "--touch"},
          }) {
         const QString message = refused(arguments);
         EXPECT_TRUE(message.startsWith(arguments[0])) << message.toStdString();
@@ -127,11 +128,58 @@ TEST(CommandLine, RefusesUnknownOptionsAndBadValues)
     }
 }
 
+TEST(CommandLine, RefusesOtherWaysToWriteAnOption)
+{
+    const std::pair<QStringList, QString> cases[] = {
+        {{"-touch"}, u"unknown option \"-t\"; --help lists the options"_s},
+        {{"--Touch"}, u"unknown option \"--Touch\"; --help lists the options"_s},
+        {{"--touch=1"}, u"Unexpected value after '--touch'."_s},
+        {{"--touch=1", "--user", "2"}, u"Unexpected value after '--touch'."_s},
+        {{"--user", "1", "--scenario"}, u"--scenario needs a value"_s},
+        {{"--touch", "--", "--touch"}, u"unknown option \"--touch\"; --help lists the options"_s},
+        {{"-"}, u"unknown option \"-\"; --help lists the options"_s},
+        {{""}, u"unknown option \"\"; --help lists the options"_s},
+        {{"--create-demo", "1", "2"}, u"unknown option \"2\"; --help lists the options"_s},
+    };
+    for (const auto& [arguments, message] : cases) {
+        EXPECT_EQ(refused(arguments), message) << arguments.join(u' ').toStdString();
+    }
+}
+
+TEST(CommandLine, TakesAValueAsItStands)
+{
+    EXPECT_EQ(taken({"--user-name", ""}).userName, QString());
+    EXPECT_EQ(taken({"--user-name", "--help"}).userName, u"--help"_s);
+    EXPECT_FALSE(taken({"--user-name", "--help"}).help);
+    EXPECT_EQ(taken({"--database", "a=b=c"}).database, u"a=b=c"_s);
+    EXPECT_EQ(taken({"--database=Driver=FreeTDS;Server=x"}).database, u"Driver=FreeTDS;Server=x"_s);
+    EXPECT_EQ(taken({"--user", "-2147483648"}).user, -2147483647 - 1);
+    EXPECT_EQ(taken({"--user-name", u"Zoë 😀 \"50%\""_s}).userName, u"Zoë 😀 \"50%\""_s);
+}
+
+TEST(CommandLine, TheLastOfAnOptionCountsAndEveryOneIsRead)
+{
+    EXPECT_EQ(taken({"--user", "1", "--user", "2"}).user, 2);
+    EXPECT_EQ(refused({"--user", "x", "--user", "2"}),
+              u"--user takes a whole number of 32 bits, not \"x\""_s);
+    const CommandLine lists = taken({"--show", "sms", "--show", "mail"});
+    EXPECT_TRUE(!lists.showSms && lists.showMail && !lists.showPush);
+}
+
+TEST(CommandLine, HelpAndVersion)
+{
+    EXPECT_TRUE(taken({"--help"}).help);
+    EXPECT_TRUE(taken({"-h"}).help);
+    EXPECT_FALSE(taken({"--help"}).version);
+    EXPECT_TRUE(taken({"--version", "--touch"}).version);
+    EXPECT_TRUE(refused({"--help", "--nonsense"}).contains(u"--nonsense"_s));
+}
+
 TEST(CommandLine, NamesEveryOptionInItsUsage)
 {
-    for (const char* option :
-         {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show", "--search",
-          "--touch", "--window", "--scenario", "--journal", "--component", "--app-url"}) {
+    for (const char* option : {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show",
+                               "--search", "--touch", "--window", "--scenario", "--journal", "--component",
+                               "--app-url", "--help", "--version"}) {
         EXPECT_TRUE(zul::host::usage().contains(QLatin1String(option))) << option;
     }
 }
