@@ -16,7 +16,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <iostream>
 #include <memory>
 
 namespace {
@@ -63,22 +62,6 @@ void passMessage(QtMsgType type, const QMessageLogContext& context, const QStrin
     std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, text).toUtf8().constData());
 }
 
-int playScenario(const CommandLine& line, EventPrinter& printer, HostSession& session, WindowWatcher& windows)
-{
-    std::ifstream file;
-    std::istream* stream = &std::cin;
-    if (line.scenario != u"-"_s) {
-        file.open(line.scenario.toStdString());
-        if (!file) {
-            complain(u"the scenario \"%1\" cannot be read"_s.arg(line.scenario));
-            return exitUsage;
-        }
-        stream = &file;
-    }
-    LineSource source(*stream);
-    return ScenarioPlayer(source, printer, windows, session).play();
-}
-
 /// What the connection is opened on. A file's path is made absolute: it stands in the connection string, which
 /// programs that the component starts in other folders are given.
 std::string databaseOf(const CommandLine& line)
@@ -97,7 +80,9 @@ int run(const CommandLine& line)
                    *line.createDemo);
         return 0;
     }
+    // Before anything is made or loaded for it.
     const bool plays = !line.scenario.isEmpty();
+    const std::unique_ptr<std::istream> scenario = plays ? openScenario(line.scenario) : nullptr;
     EventPrinter printer(plays ? EventPrinter::Sink() : EventPrinter::Sink([](const QString&) {}));
     WindowWatcher windows(printer);
 
@@ -115,7 +100,10 @@ int run(const CommandLine& line)
     {
         HostSession session(printer, line, database);
         if (plays) {
-            code = playScenario(line, printer, session, windows);
+            // Who writes to standard input ends it.
+            const bool standardInput = line.scenario == u"-"_s;
+            LineSource source(*scenario, {.text = standardInput ? LineLimits::none : LineLimits().text});
+            code = ScenarioPlayer(source, printer, windows, session).play();
         } else {
             session.show(line.window);
         }
@@ -151,7 +139,12 @@ int runProgram(int argc, char** argv)
     QApplication application(programOnly, argv);
     QApplication::setApplicationName(u"zulhost"_s);
     QApplication::setQuitOnLastWindowClosed(false);
-    return run(line);
+    try {
+        return run(line);
+    } catch (const ScenarioError& error) {
+        complain(error.why);
+        return exitUsage;
+    }
 }
 } // namespace
 

@@ -155,6 +155,9 @@ bool ScenarioPlayer::runNextCommand()
     for (;;) {
         const std::optional<QString> line = m_source.next();
         if (!line) {
+            if (!m_source.error().isEmpty()) {
+                fail(m_source.number(), m_source.error());
+            }
             return false;
         }
         const int number = m_source.number();

@@ -40,7 +40,8 @@ public:
                    ErrorSink errors = {});
     ~ScenarioPlayer() override;
 
-    /// Plays to the end and closes what is open. 0, or 2 when a command could not be done.
+    /// Plays to the end and closes what is open. 0, or 2 when a command could not be done or the scenario
+    /// could not be read to its end.
     int play();
 
     bool event(QEvent* event) override;
