@@ -4,6 +4,7 @@
 // ZUL_BENCH_ROWS sets the number of rows (a million when it is not set).
 #include "bench/OrdinaryModel.h"
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "grid/ColumnStore.h"
 
 #include <QApplication>
@@ -223,7 +224,7 @@ void firstPaint(benchmark::State& state)
     for (auto _ : state) {
         grid.store().setInteger(0, 0, 1); // so that populate has all to do
         grid.populate();
-        grid.bodyViewport()->repaint();
+        probeOf(&grid)->bodyViewport()->repaint();
     }
 }
 
@@ -236,7 +237,7 @@ void sortGrid(benchmark::State& state)
         forgetRanks(grid);
         state.ResumeTiming();
         grid.sortBy(column, false);
-        grid.bodyViewport()->repaint();
+        probeOf(&grid)->bodyViewport()->repaint();
     }
 }
 
@@ -246,7 +247,7 @@ void turnGrid(benchmark::State& state)
     bool descending = false;
     for (auto _ : state) {
         grid.sortBy(static_cast<int>(state.range(0)), descending = !descending);
-        grid.bodyViewport()->repaint();
+        probeOf(&grid)->bodyViewport()->repaint();
     }
 }
 
@@ -291,7 +292,7 @@ void groupGrid(benchmark::State& state)
         forgetRanks(grid);
         state.ResumeTiming();
         grid.groupBy(static_cast<int>(state.range(0)));
-        grid.bodyViewport()->repaint();
+        probeOf(&grid)->bodyViewport()->repaint();
     }
     grid.ungroupAll();
 }
@@ -301,7 +302,7 @@ void tickAll(benchmark::State& state)
     ReportGrid& grid = filledGrid();
     for (auto _ : state) {
         grid.setAllChecked(true);
-        grid.bodyViewport()->repaint();
+        probeOf(&grid)->bodyViewport()->repaint();
     }
 }
 

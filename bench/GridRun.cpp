@@ -2,6 +2,7 @@
 #include "bench/Measure.h"
 #include "bench/OrdinaryModel.h"
 #include "bench/Runs.h"
+#include "controls/report/ReportGridProbe.h"
 #include "selection/ResultGridQuery.h"
 
 #include <QApplication>
@@ -34,10 +35,10 @@ void runGrid(const std::string& database)
     grid.resize(1000, 600);
     grid.show();
     QApplication::processEvents();
-    grid.bodyViewport()->repaint();
+    probeOf(&grid)->bodyViewport()->repaint();
     const auto paint = [&grid] {
         QApplication::processEvents();
-        grid.bodyViewport()->repaint();
+        probeOf(&grid)->bodyViewport()->repaint();
     };
     const Times start = now();
     loaded.search();

@@ -16,10 +16,11 @@
 
 #include <cstdio>
 #include <fstream>
-#include <iostream>
 #include <memory>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using namespace zul::host;
 
 constexpr int exitFailed = 1;
@@ -30,7 +31,7 @@ void complain(const QString& why)
     std::fprintf(stderr, "zulhost: %s\n", why.toUtf8().constData());
 }
 
-// Without a display the windows live in memory, on a screen of a usual size.
+/// Without a display the windows live in memory, on a screen of a usual size.
 void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
 {
     const bool display =
@@ -41,7 +42,7 @@ void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
     QByteArray platform = "offscreen";
     keep = std::make_unique<QTemporaryDir>();
     if (keep->isValid()) {
-        const std::string file = keep->filePath(QStringLiteral("screens.json")).toStdString();
+        const std::string file = keep->filePath(u"screens.json"_s).toStdString();
         std::ofstream(file)
             << R"({"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1920, "height": 1080,)"
             << R"( "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1.0}]})";
@@ -50,41 +51,25 @@ void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
     qputenv("QT_QPA_PLATFORM", platform);
 }
 
-// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
-// cannot raise or size.
+/// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
+/// cannot raise or size.
 void passMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    if (text.startsWith(QLatin1String("This plugin does not support ")) ||
-        text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))) {
+    if (text.startsWith(u"This plugin does not support "_s) ||
+        text.startsWith(u"QStandardPaths: XDG_RUNTIME_DIR not set"_s)) {
         return;
     }
     std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, text).toUtf8().constData());
 }
 
-int playScenario(const CommandLine& line, EventPrinter& printer, HostSession& session, WindowWatcher& windows)
-{
-    std::ifstream file;
-    std::istream* stream = &std::cin;
-    if (line.scenario != QLatin1String("-")) {
-        file.open(line.scenario.toStdString());
-        if (!file) {
-            complain(QStringLiteral("the scenario \"%1\" cannot be read").arg(line.scenario));
-            return exitUsage;
-        }
-        stream = &file;
-    }
-    LineSource source(*stream);
-    return ScenarioPlayer(source, printer, windows, session).play();
-}
-
-// What the connection is opened on. A file's path is made absolute: it stands in the connection string, which
-// programs that the component starts in other folders are given.
+/// What the connection is opened on. A file's path is made absolute: it stands in the connection string, which
+/// programs that the component starts in other folders are given.
 std::string databaseOf(const CommandLine& line)
 {
     if (line.database.isEmpty()) {
         return ensureDemoDatabase().toStdString();
     }
-    const bool isFile = !line.database.contains(QLatin1Char('='));
+    const bool isFile = !line.database.contains(u'=');
     return (isFile ? QFileInfo(line.database).absoluteFilePath() : line.database).toStdString();
 }
 
@@ -95,7 +80,9 @@ int run(const CommandLine& line)
                    *line.createDemo);
         return 0;
     }
+    // Before anything is made or loaded for it.
     const bool plays = !line.scenario.isEmpty();
+    const std::unique_ptr<std::istream> scenario = plays ? openScenario(line.scenario) : nullptr;
     EventPrinter printer(plays ? EventPrinter::Sink() : EventPrinter::Sink([](const QString&) {}));
     WindowWatcher windows(printer);
 
@@ -105,16 +92,18 @@ int run(const CommandLine& line)
     options.journalPath = line.journal.toStdString();
     options.appUrl = line.appUrl.toStdString();
     options.programStarted = [&printer](const std::string& path, const std::string& parameters) {
-        printer.line(
-            QStringLiteral("started %1 %2")
-                .arg(quoted(QString::fromStdString(path)), quoted(QString::fromStdString(parameters))));
+        printer.line(u"started %1 %2"_s.arg(quoted(QString::fromStdString(path)),
+                                            quoted(QString::fromStdString(parameters))));
     };
     const HostDatabase database(options);
     int code = 0;
     {
         HostSession session(printer, line, database);
         if (plays) {
-            code = playScenario(line, printer, session, windows);
+            // Who writes to standard input ends it.
+            const bool standardInput = line.scenario == u"-"_s;
+            LineSource source(*scenario, {.text = standardInput ? LineLimits::none : LineLimits().text});
+            code = ScenarioPlayer(source, printer, windows, session).play();
         } else {
             session.show(line.window);
         }
@@ -136,19 +125,26 @@ int runProgram(int argc, char** argv)
         return exitUsage;
     }
     const auto& line = std::get<CommandLine>(parsed);
-    if (line.help) {
-        std::fputs(usage().toUtf8().constData(), stdout);
+    int programOnly = 1;
+    if (line.help || line.version) {
+        const QCoreApplication application(programOnly, argv);
+        const QString text = line.help ? usage() : u"zulhost %1\n"_s.arg(QStringLiteral(ZUL_VERSION));
+        std::fputs(text.toUtf8().constData(), stdout);
         return 0;
     }
 
     std::unique_ptr<QTemporaryDir> screen;
     choosePlatform(screen);
     qInstallMessageHandler(passMessage);
-    int programOnly = 1;
     QApplication application(programOnly, argv);
-    QApplication::setApplicationName(QStringLiteral("zulhost"));
+    QApplication::setApplicationName(u"zulhost"_s);
     QApplication::setQuitOnLastWindowClosed(false);
-    return run(line);
+    try {
+        return run(line);
+    } catch (const ScenarioError& error) {
+        complain(error.why);
+        return exitUsage;
+    }
 }
 } // namespace
 

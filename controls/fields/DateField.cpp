@@ -17,9 +17,11 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-// The dates that the database can hold.
+/// The dates that the database can hold.
 const QDate earliestDate(1753, 1, 1);
 const QDate latestDate(9999, 12, 31);
 
@@ -35,12 +37,11 @@ DateField::DateField(QWidget* parent)
     : QWidget(parent)
     , m_textBox(new QLineEdit(this))
 {
-    m_textBox->setObjectName(QStringLiteral("textBox"));
+    m_textBox->setObjectName(u"textBox"_s);
     m_textBox->setPlaceholderText(datePlaceholder(locale()));
     m_textBox->setProperty("joinedField", true);
     m_textBox->installEventFilter(this);
-    QToolButton* button =
-        makeFieldButton(this, IconId::Calendar, QStringLiteral("calendarButton"), tr("Calendario"));
+    QToolButton* button = makeFieldButton(this, IconId::Calendar, u"calendarButton"_s, u"Calendario"_s);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -94,14 +95,15 @@ bool DateField::eventFilter(QObject* watched, QEvent* event)
 void DateField::openCalendar()
 {
     m_textBox->setFocus(Qt::PopupFocusReason);
-    if (m_popup)
+    if (m_popup) {
         return;
+    }
     m_popup = new QFrame(this, Qt::Popup);
-    m_popup->setObjectName(QStringLiteral("calendarPopup"));
+    m_popup->setObjectName(u"calendarPopup"_s);
     m_popup->setAttribute(Qt::WA_DeleteOnClose);
     m_popup->setFrameShape(QFrame::StyledPanel);
     auto* calendar = new QCalendarWidget(m_popup);
-    calendar->setObjectName(QStringLiteral("calendar"));
+    calendar->setObjectName(u"calendar"_s);
     calendar->setLocale(locale());
     calendar->setDateRange(earliestDate, latestDate);
     calendar->setFirstDayOfWeek(locale().firstDayOfWeek());
@@ -118,8 +120,9 @@ void DateField::openCalendar()
 
     const auto take = [this](const QDate& picked) {
         setDate(picked);
-        if (m_popup)
+        if (m_popup) {
             m_popup->close();
+        }
         m_textBox->setFocus(Qt::PopupFocusReason);
     };
     connect(calendar, &QCalendarWidget::clicked, this, take);
@@ -129,8 +132,9 @@ void DateField::openCalendar()
     QPoint at = mapToGlobal(QPoint(0, height()));
     if (const QScreen* where = screen()) {
         const QRect room = where->availableGeometry();
-        if (at.y() + m_popup->height() > room.bottom())
+        if (at.y() + m_popup->height() > room.bottom()) {
             at.setY(mapToGlobal(QPoint(0, 0)).y() - m_popup->height());
+        }
         at.setX(qBound(room.left(), at.x(), qMax(room.left(), room.right() - m_popup->width())));
         at.setY(qMax(room.top(), at.y()));
     }
@@ -141,8 +145,9 @@ void DateField::openCalendar()
 
 void DateField::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::LocaleChange)
+    if (event->type() == QEvent::LocaleChange) {
         m_textBox->setPlaceholderText(datePlaceholder(locale()));
+    }
     QWidget::changeEvent(event);
 }
 

@@ -10,9 +10,9 @@ class QLineEdit;
 
 namespace zul {
 
-// The value is the text as typed: the field accepts any text and judges it only when asked. It is empty at
-// first and may be emptied again. Numbers and order of a date follow the widget's locale, see LocaleInput.h.
-// Keys: F4 or Alt+Down open the calendar.
+/// The value is the text as typed: the field accepts any text and judges it only when asked. It is empty at
+/// first and may be emptied again. Numbers and order of a date follow the widget's locale, see LocaleInput.h.
+/// Keys: F4 or Alt+Down open the calendar.
 class DateField : public QWidget
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     void setDate(const QDate& date); // an invalid date empties the field
 
     [[nodiscard]] bool isDate() const;
-    // The date that the text tells, or an invalid one.
+    /// The date that the text tells, or an invalid one.
     [[nodiscard]] QDate date() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,7 +35,7 @@ public:
     void openCalendar();
 
 Q_SIGNALS:
-    // After every change of the text, whoever made it.
+    /// After every change of the text, whoever made it.
     void valueChanged();
 
 protected:

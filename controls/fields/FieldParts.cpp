@@ -28,12 +28,14 @@ void lendAccessibleName(const QWidget* field, QLineEdit* textBox)
     if (name.isEmpty()) {
         const auto labels = field->window()->findChildren<QLabel*>();
         for (const QLabel* label : labels) {
-            if (label->buddy() == field)
-                name = label->text().remove(QLatin1Char('&'));
+            if (label->buddy() == field) {
+                name = label->text().remove(u'&');
+            }
         }
     }
-    if (!name.isEmpty())
+    if (!name.isEmpty()) {
         textBox->setAccessibleName(name);
+    }
     textBox->setAccessibleDescription(field->toolTip());
 }
 

@@ -18,8 +18,9 @@ constexpr int selectedLength = 100;
 QWidget* textBoxOf(QWidget* input)
 {
     QWidget* box = input;
-    while (box->focusProxy() != nullptr)
+    while (box->focusProxy() != nullptr) {
         box = box->focusProxy();
+    }
     return box;
 }
 
@@ -34,12 +35,13 @@ QTextCursor firstCharacters(const QTextDocument& document, QTextCursor cursor)
 void selectFirst(QWidget* input)
 {
     QWidget* box = textBoxOf(input);
-    if (auto* line = qobject_cast<QLineEdit*>(box))
+    if (auto* line = qobject_cast<QLineEdit*>(box)) {
         line->setSelection(0, selectedLength);
-    else if (auto* text = qobject_cast<QPlainTextEdit*>(box))
+    } else if (auto* text = qobject_cast<QPlainTextEdit*>(box)) {
         text->setTextCursor(firstCharacters(*text->document(), text->textCursor()));
-    else if (auto* rich = qobject_cast<QTextEdit*>(box))
+    } else if (auto* rich = qobject_cast<QTextEdit*>(box)) {
         rich->setTextCursor(firstCharacters(*rich->document(), rich->textCursor()));
+    }
 }
 
 bool hasSelection(QWidget* input)
@@ -52,11 +54,13 @@ bool hasSelection(QWidget* input)
 
 void paintFocusIn(QWidget* input, FocusSelect select)
 {
-    if (input == nullptr)
+    if (input == nullptr) {
         return;
+    }
     setBackground(input, focusedInputColor());
-    if (select == FocusSelect::First100)
+    if (select == FocusSelect::First100) {
         selectFirst(input);
+    }
 }
 
 void paintFocusOut(QWidget* input)
@@ -72,8 +76,9 @@ FocusPaint::FocusPaint(QObject* parent)
 
 void FocusPaint::watch(QWidget* input, FocusSelect select, Paint paint)
 {
-    if (input == nullptr)
+    if (input == nullptr) {
         return;
+    }
     for (Input& known : m_inputs) {
         if (known.widget == input) {
             known.select = select;
@@ -93,8 +98,9 @@ QWidget* FocusPaint::current() const
 const FocusPaint::Input* FocusPaint::find(const QWidget* widget) const
 {
     for (const Input& input : m_inputs) {
-        if (widget != nullptr && input.widget == widget)
+        if (widget != nullptr && input.widget == widget) {
             return &input;
+        }
     }
     return nullptr;
 }
@@ -102,10 +108,12 @@ const FocusPaint::Input* FocusPaint::find(const QWidget* widget) const
 const FocusPaint::Input* FocusPaint::findAround(QWidget* widget) const
 {
     for (QWidget* around = widget; around != nullptr; around = around->parentWidget()) {
-        if (const Input* input = find(around))
+        if (const Input* input = find(around)) {
             return input;
-        if (around->isWindow())
+        }
+        if (around->isWindow()) {
             break;
+        }
     }
     return nullptr;
 }
@@ -115,37 +123,44 @@ void FocusPaint::leaveCurrent()
     QWidget* leaving = m_current;
     m_current.clear();
     m_mouseEntry = false;
-    if (leaving == nullptr)
+    if (leaving == nullptr) {
         return;
+    }
     const Input* input = find(leaving);
-    if (input != nullptr && input->paint == Paint::Yes)
+    if (input != nullptr && input->paint == Paint::Yes) {
         paintFocusOut(leaving);
+    }
     Q_EMIT left(leaving);
 }
 
 void FocusPaint::focusChanged(QWidget* now)
 {
-    if (now == nullptr)
+    if (now == nullptr) {
         return; // the program lost the focus; the input gets it back
+    }
     const Input* found = findAround(now);
     if (found == nullptr) {
-        if (m_current && now->window() == m_current->window())
+        if (m_current && now->window() == m_current->window()) {
             leaveCurrent();
+        }
         return;
     }
-    if (found->widget == m_current)
+    if (found->widget == m_current) {
         return;
+    }
     const Input entering = *found;
     leaveCurrent();
-    if (!entering.widget)
+    if (!entering.widget) {
         return; // somebody who heard of the leaving destroyed it
+    }
     m_current = entering.widget;
     m_mouseEntry =
         entering.select == FocusSelect::First100 && (QGuiApplication::mouseButtons() & Qt::LeftButton) != 0;
-    if (entering.paint == Paint::Yes)
+    if (entering.paint == Paint::Yes) {
         paintFocusIn(entering.widget, entering.select);
-    else if (entering.select == FocusSelect::First100)
+    } else if (entering.select == FocusSelect::First100) {
         selectFirst(entering.widget);
+    }
     Q_EMIT entered(entering.widget);
 }
 
@@ -155,8 +170,9 @@ bool FocusPaint::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::MouseButtonRelease && m_mouseEntry && m_current &&
         watched == textBoxOf(m_current)) {
         m_mouseEntry = false;
-        if (!hasSelection(m_current))
+        if (!hasSelection(m_current)) {
             selectFirst(m_current);
+        }
     }
     return QObject::eventFilter(watched, event);
 }

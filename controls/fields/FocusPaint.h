@@ -25,12 +25,12 @@ enum class FocusSelect
     First100 // the selection becomes start 0, length 100
 };
 
-// The two halves by hand, for a form that paints outside of a focus change.
+/// The two halves by hand, for a form that paints outside of a focus change.
 void paintFocusIn(QWidget* input, FocusSelect select = FocusSelect::Nothing);
 void paintFocusOut(QWidget* input);
 
-// Watches the inputs of one form. An input is entered when it gets the focus and left when another control of
-// the same window gets it; a menu, a message box or another program in between changes nothing.
+/// Watches the inputs of one form. An input is entered when it gets the focus and left when another control of
+/// the same window gets it; a menu, a message box or another program in between changes nothing.
 class FocusPaint : public QObject
 {
     Q_OBJECT
@@ -44,10 +44,10 @@ public:
         Yes
     };
 
-    // The input is not owned and may be destroyed at any time. Watching it again changes its settings.
+    /// The input is not owned and may be destroyed at any time. Watching it again changes its settings.
     void watch(QWidget* input, FocusSelect select = FocusSelect::Nothing, Paint paint = Paint::Yes);
 
-    // The watched input that has the focus of the form, or null.
+    /// The watched input that has the focus of the form, or null.
     [[nodiscard]] QWidget* current() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;

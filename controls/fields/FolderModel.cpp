@@ -27,8 +27,9 @@ struct FolderModel::Folder
         child->parent = this;
         Folder* added = child.get();
         children.insert(children.begin() + static_cast<std::ptrdiff_t>(at), std::move(child));
-        for (std::size_t i = at; i < children.size(); ++i)
+        for (std::size_t i = at; i < children.size(); ++i) {
             children[i]->row = static_cast<int>(i);
+        }
         return added;
     }
 };
@@ -43,7 +44,7 @@ QCollator folderOrder()
     return order;
 }
 
-// The visible sub-folders in the order in which a person looks for them.
+/// The visible sub-folders in the order in which a person looks for them.
 std::vector<QString> subFolders(const QString& path)
 {
     std::vector<std::pair<QCollatorSortKey, QString>> found;
@@ -59,8 +60,9 @@ std::vector<QString> subFolders(const QString& path)
     });
     std::vector<QString> names;
     names.reserve(found.size());
-    for (auto& entry : found)
+    for (auto& entry : found) {
         names.push_back(std::move(entry.second));
+    }
     return names;
 }
 
@@ -69,7 +71,7 @@ QString joined(const QString& folder, const QString& name)
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
 }
 
-// The part of a path below a root, or nothing when it lies elsewhere.
+/// The part of a path below a root, or nothing when it lies elsewhere.
 bool isBelow(const QString& path, const QString& root)
 {
     return path == root || path.startsWith(root.endsWith(u'/') ? root : root + u'/');
@@ -90,8 +92,9 @@ FolderModel::~FolderModel() = default;
 void FolderModel::addRoot(const QString& path, const QString& caption)
 {
     const QString clean = QDir::cleanPath(QDir::fromNativeSeparators(path));
-    if (clean.isEmpty() || !QDir(clean).exists())
+    if (clean.isEmpty() || !QDir(clean).exists()) {
         return;
+    }
     const int row = static_cast<int>(m_top->children.size());
     beginInsertRows({}, row, row);
     m_top->add(m_top->children.size(), clean)->caption = caption;
@@ -105,43 +108,52 @@ QString FolderModel::path(const QModelIndex& index) const
 
 QString FolderModel::pathOf(const Folder& folder)
 {
-    if (folder.parent->parent == nullptr)
+    if (folder.parent->parent == nullptr) {
         return folder.name;
+    }
     return joined(pathOf(*folder.parent), folder.name);
 }
 
 QModelIndex FolderModel::find(const QString& path)
 {
-    if (path.isEmpty())
+    if (path.isEmpty()) {
         return {};
+    }
     const QString wanted = QDir::cleanPath(QDir::fromNativeSeparators(path));
-    if (!QDir::isAbsolutePath(wanted) || !QDir(wanted).exists())
+    if (!QDir::isAbsolutePath(wanted) || !QDir(wanted).exists()) {
         return {};
+    }
     Folder* folder = nullptr;
     for (const auto& root : m_top->children) {
-        if (isBelow(wanted, root->name) && (folder == nullptr || root->name.size() > folder->name.size()))
+        if (isBelow(wanted, root->name) && (folder == nullptr || root->name.size() > folder->name.size())) {
             folder = root.get();
+        }
     }
-    if (folder == nullptr)
+    if (folder == nullptr) {
         return {};
+    }
     const QStringList names = wanted.mid(folder->name.size()).split(u'/', Qt::SkipEmptyParts);
-    for (const QString& name : names)
+    for (const QString& name : names) {
         folder = childNamed(*folder, name);
+    }
     return indexOf(*folder);
 }
 
 FolderModel::Folder* FolderModel::childNamed(Folder& parent, const QString& name)
 {
     const QModelIndex parentIndex = indexOf(parent);
-    if (canFetchMore(parentIndex))
+    if (canFetchMore(parentIndex)) {
         fetchMore(parentIndex);
+    }
     const QCollator order = folderOrder();
     std::size_t at = parent.children.size();
     for (std::size_t i = 0; i < parent.children.size(); ++i) {
-        if (parent.children[i]->name == name)
+        if (parent.children[i]->name == name) {
             return parent.children[i].get();
-        if (at == parent.children.size() && order.compare(name, parent.children[i]->name) < 0)
+        }
+        if (at == parent.children.size() && order.compare(name, parent.children[i]->name) < 0) {
             at = i;
+        }
     }
     beginInsertRows(parentIndex, static_cast<int>(at), static_cast<int>(at));
     Folder* added = parent.add(at, name);
@@ -161,11 +173,13 @@ QModelIndex FolderModel::indexOf(const Folder& folder) const
 
 QModelIndex FolderModel::index(int row, int column, const QModelIndex& parent) const
 {
-    if (row < 0 || column != 0 || parent.column() > 0)
+    if (row < 0 || column != 0 || parent.column() > 0) {
         return {};
+    }
     const Folder* folder = folderOf(parent);
-    if (static_cast<std::size_t>(row) >= folder->children.size())
+    if (static_cast<std::size_t>(row) >= folder->children.size()) {
         return {};
+    }
     return createIndex(row, 0, folder->children[static_cast<std::size_t>(row)].get());
 }
 
@@ -187,8 +201,9 @@ int FolderModel::columnCount(const QModelIndex& parent) const
 
 QVariant FolderModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid())
+    if (!index.isValid()) {
         return {};
+    }
     switch (role) {
     case Qt::DisplayRole:
         return folderOf(index)->caption;
@@ -215,8 +230,9 @@ bool FolderModel::canFetchMore(const QModelIndex& parent) const
 void FolderModel::fetchMore(const QModelIndex& parent)
 {
     Folder* folder = folderOf(parent);
-    if (folder->fetched)
+    if (folder->fetched) {
         return;
+    }
     folder->fetched = true;
     const std::vector<QString> names = subFolders(pathOf(*folder));
     if (names.empty()) {
@@ -225,8 +241,9 @@ void FolderModel::fetchMore(const QModelIndex& parent)
     }
     beginInsertRows(parent, 0, static_cast<int>(names.size()) - 1);
     folder->children.reserve(names.size());
-    for (const QString& name : names)
+    for (const QString& name : names) {
         folder->add(folder->children.size(), name);
+    }
     endInsertRows();
 }
 

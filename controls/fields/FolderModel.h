@@ -9,8 +9,8 @@
 
 namespace zul {
 
-// A folder's sub-folders are read when it is opened for the first time, never before. A folder that cannot be
-// read has none. Hidden folders are left out until somebody names one of them.
+/// A folder's sub-folders are read when it is opened for the first time, never before. A folder that cannot be
+/// read has none. Hidden folders are left out until somebody names one of them.
 class FolderModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -19,15 +19,15 @@ public:
     explicit FolderModel(QObject* parent = nullptr);
     ~FolderModel() override;
 
-    // A root shown at the top of the tree. A path that is no folder is passed over.
+    /// A root shown at the top of the tree. A path that is no folder is passed over.
     void addRoot(const QString& path, const QString& caption);
 
-    // The absolute path of a folder, with '/', or empty for an invalid index.
+    /// The absolute path of a folder, with '/', or empty for an invalid index.
     [[nodiscard]] QString path(const QModelIndex& index) const;
 
-    // The folder's index, looked for under the root that is nearest to it; reads the folders on the way. Also
-    // finds folders that are hidden or were made after their parent was read. Invalid when there is no such
-    // folder.
+    /// The folder's index, looked for under the root that is nearest to it; reads the folders on the way. Also
+    /// finds folders that are hidden or were made after their parent was read. Invalid when there is no such
+    /// folder.
     [[nodiscard]] QModelIndex find(const QString& path);
 
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;

@@ -8,10 +8,12 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-// The tree makes its first row the current one when it gets the focus. The frame of a row that is current but
-// not selected would look like a choice that was made.
+/// The tree makes its first row the current one when it gets the focus. The frame of a row that is current but
+/// not selected would look like a choice that was made.
 class FolderDelegate : public QStyledItemDelegate
 {
 public:
@@ -21,8 +23,9 @@ protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
     {
         QStyledItemDelegate::initStyleOption(option, index);
-        if (!option->state.testFlag(QStyle::State_Selected))
+        if (!option->state.testFlag(QStyle::State_Selected)) {
             option->state.setFlag(QStyle::State_HasFocus, false);
+        }
     }
 };
 
@@ -33,12 +36,12 @@ FolderTree::FolderTree(QWidget* parent)
     , m_folders(new FolderModel(this))
 {
     const QString home = QDir::homePath();
-    m_folders->addRoot(home, tr("Cartella personale"));
+    m_folders->addRoot(home, u"Cartella personale"_s);
     const QFileInfoList drives = QDir::drives();
     for (const QFileInfo& drive : drives) {
         const QString path = drive.absoluteFilePath();
         m_folders->addRoot(path, path == QDir::rootPath() && drives.size() == 1
-                                     ? tr("File system")
+                                     ? u"File system"_s
                                      : QDir::toNativeSeparators(path));
     }
     setModel(m_folders);
@@ -47,7 +50,7 @@ FolderTree::FolderTree(QWidget* parent)
     setUniformRowHeights(true);
     setSelectionMode(QAbstractItemView::SingleSelection);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setAccessibleName(tr("Cartelle"));
+    setAccessibleName(u"Cartelle"_s);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { Q_EMIT selectedPathChanged(selectedPath()); });
 }
@@ -61,10 +64,12 @@ QString FolderTree::selectedPath() const
 bool FolderTree::selectPath(const QString& path)
 {
     const QModelIndex folder = m_folders->find(path);
-    if (!folder.isValid())
+    if (!folder.isValid()) {
         return false;
-    for (QModelIndex above = folder.parent(); above.isValid(); above = above.parent())
+    }
+    for (QModelIndex above = folder.parent(); above.isValid(); above = above.parent()) {
         expand(above);
+    }
     setCurrentIndex(folder);
     scrollTo(folder);
     return true;

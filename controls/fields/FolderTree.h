@@ -7,22 +7,22 @@ namespace zul {
 
 class FolderModel;
 
-// Shows the roots of the file system and the user's home folder. Nothing is selected at first.
+/// Shows the roots of the file system and the user's home folder. Nothing is selected at first.
 class FolderTree : public QTreeView
 {
     Q_OBJECT
-    Q_PROPERTY(QString selectedPath READ selectedPath NOTIFY selectedPathChanged)
 
 public:
     explicit FolderTree(QWidget* parent = nullptr);
 
-    // The absolute path of the selected folder, with '/', without one at its end (but for a file system's
-    // root); empty when no folder is selected.
+    /// The absolute path of the selected folder, with '/', without one at its end (but for a file system's
+    /// root); empty when no folder is selected.
     [[nodiscard]] QString selectedPath() const;
 
-    // Opens the tree down to the folder, selects it and scrolls to it. Takes '/' and the platform's own
-    // separator. False, and nothing changes, when there is no such folder.
-    Q_INVOKABLE bool selectPath(const QString& path);
+public Q_SLOTS:
+    /// Opens the tree down to the folder, selects it and scrolls to it. Takes '/' and the platform's own
+    /// separator. False, and nothing changes, when there is no such folder.
+    bool selectPath(const QString& path);
 
 Q_SIGNALS:
     void selectedPathChanged(const QString& path);

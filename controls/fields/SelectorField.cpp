@@ -10,16 +10,18 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 SelectorField::SelectorField(QWidget* parent)
     : QWidget(parent)
     , m_textBox(new QLineEdit(this))
 {
-    m_textBox->setObjectName(QStringLiteral("textBox"));
+    m_textBox->setObjectName(u"textBox"_s);
     m_textBox->setReadOnly(true);
     m_textBox->setProperty("joinedField", true);
     m_textBox->installEventFilter(this);
-    QToolButton* choose = makeFieldButton(this, IconId::Dots, QStringLiteral("chooseButton"), tr("Scegli…"));
-    QToolButton* clear = makeFieldButton(this, IconId::Clear, QStringLiteral("clearButton"), tr("Svuota"));
+    QToolButton* choose = makeFieldButton(this, IconId::Dots, u"chooseButton"_s, u"Scegli…"_s);
+    QToolButton* clear = makeFieldButton(this, IconId::Clear, u"clearButton"_s, u"Svuota"_s);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -62,12 +64,14 @@ void SelectorField::setSelection(int id, const QString& text)
 
 bool SelectorField::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != m_textBox)
+    if (watched != m_textBox) {
         return QWidget::eventFilter(watched, event);
+    }
     if (event->type() == QEvent::KeyPress && isEnabled()) {
         const auto* key = static_cast<QKeyEvent*>(event);
-        if (handleKey(key->key(), key->modifiers()))
+        if (handleKey(key->key(), key->modifiers())) {
             return true;
+        }
     }
     if (event->type() == QEvent::MouseButtonDblClick && isEnabled()) {
         Q_EMIT selectionRequested();

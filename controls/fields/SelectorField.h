@@ -8,14 +8,14 @@ class QToolButton;
 
 namespace zul {
 
-// A read-only text box with a choose button and a clear button. The field itself chooses nothing and clears
-// nothing: it asks for it, and the form that owns it writes the outcome into its two properties. Writing them
-// raises no signal, and each is independent of the other.
-// Keys: F4, Alt+Down, Space or Enter ask to choose; Delete or Backspace ask to clear.
+/// A read-only text box with a choose button and a clear button. The field itself chooses nothing and clears
+/// nothing: it asks for it, and the form that owns it writes the outcome into its two properties. Writing them
+/// raises no signal, and each is independent of the other.
+/// Keys: F4, Alt+Down, Space or Enter ask to choose; Delete or Backspace ask to clear.
 class SelectorField : public QWidget
 {
     Q_OBJECT
-    // The chosen record's id; less than 1 means that nothing is chosen.
+    /// The chosen record's id; less than 1 means that nothing is chosen.
     Q_PROPERTY(int selectedId READ selectedId WRITE setSelectedId)
     Q_PROPERTY(QString text READ text WRITE setText)
 
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] QString text() const;
     void setText(const QString& text);
 
-    // Both at once.
+    /// Both at once.
     void setSelection(int id, const QString& text);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -5,8 +5,8 @@
 
 namespace zul {
 
-// True for check boxes, option buttons and frames, told by the first letters of their name in any case:
-// "chk" or "opt" (three letters), or "frame" (five letters). A shorter name is never painted.
+/// True for check boxes, option buttons and frames, told by the first letters of their name in any case:
+/// "chk" or "opt" (three letters), or "frame" (five letters). A shorter name is never painted.
 [[nodiscard]] inline bool takesButtonFace(QStringView controlName)
 {
     return controlName.startsWith(u"chk", Qt::CaseInsensitive) ||

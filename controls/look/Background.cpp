@@ -7,13 +7,15 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr const char* colorProperty = "background";
 constexpr const char* paintedProperty = "zulPainted";
-const QString formMarker = QStringLiteral("/* painted */");
+const QString formMarker = u"/* painted */"_s;
 
-// Fields made of parts are painted where their text stands.
+/// Fields made of parts are painted where their text stands.
 QWidget* paintedPart(QWidget* widget)
 {
     QWidget* proxy = widget->focusProxy();
@@ -26,21 +28,22 @@ bool isTextInput(const QWidget* widget)
            widget->inherits("QPlainTextEdit") || widget->inherits("QComboBox");
 }
 
-// The style sheet of the one control: its selector names the control's own property, because a rule without
-// it would reach the control's children.
+/// The style sheet of the one control: its selector names the control's own property, because a rule without
+/// it would reach the control's children.
 QString paintRule(const QWidget* part, const QColor& color)
 {
-    const QString self = QStringLiteral("[zulPainted=\"true\"]");
+    const QString self = u"[zulPainted=\"true\"]"_s;
     const QString text = readableOn(color).name();
-    QString rule = QStringLiteral("%1 { background-color: %2; color: %3; }").arg(self, color.name(), text);
+    QString rule = u"%1 { background-color: %2; color: %3; }"_s.arg(self, color.name(), text);
     if (isTextInput(part) ||
-        readableOn(color) == readableOn(part->window()->palette().color(QPalette::Window)))
+        readableOn(color) == readableOn(part->window()->palette().color(QPalette::Window))) {
         return rule;
+    }
     // A light frame in a dark window, or the reverse: the captions upon it have to be readable, too.
-    for (const char* caption : {"QLabel", "QCheckBox", "QRadioButton"})
-        rule += QStringLiteral(" %1 %2 { color: %3; }").arg(self, QLatin1String(caption), text);
-    return rule +
-           QStringLiteral(" %1::title { color: %2; background-color: %3; }").arg(self, text, color.name());
+    for (const char* caption : {"QLabel", "QCheckBox", "QRadioButton"}) {
+        rule += u" %1 %2 { color: %3; }"_s.arg(self, QLatin1String(caption), text);
+    }
+    return rule + u" %1::title { color: %2; background-color: %3; }"_s.arg(self, text, color.name());
 }
 
 void paint(QWidget* part, const QColor& color)
@@ -49,18 +52,21 @@ void paint(QWidget* part, const QColor& color)
     part->setProperty(paintedProperty, true);
     part->setAttribute(Qt::WA_StyledBackground);
     // A form keeps the style sheet of the common look in front of its own rule.
-    if (part->isWindow())
+    if (part->isWindow()) {
         rule.prepend(part->styleSheet().section(formMarker, 0, 0) + formMarker);
-    if (part->styleSheet() != rule)
+    }
+    if (part->styleSheet() != rule) {
         part->setStyleSheet(rule);
+    }
 }
 
 } // namespace
 
 void setBackground(QWidget* widget, const QColor& color)
 {
-    if (widget == nullptr || !color.isValid())
+    if (widget == nullptr || !color.isValid()) {
         return;
+    }
     QWidget* part = paintedPart(widget);
     widget->setProperty(colorProperty, color);
     part->setProperty(colorProperty, color);
@@ -69,8 +75,9 @@ void setBackground(QWidget* widget, const QColor& color)
 
 void resetBackground(QWidget* widget)
 {
-    if (widget == nullptr)
+    if (widget == nullptr) {
         return;
+    }
     QWidget* part = paintedPart(widget);
     widget->setProperty(colorProperty, QVariant());
     part->setProperty(colorProperty, QVariant());
@@ -82,13 +89,15 @@ QColor effectiveBackground(const QWidget* widget)
 {
     for (const QWidget* around = widget; around != nullptr; around = around->parentWidget()) {
         const QVariant set = around->property(colorProperty);
-        if (set.isValid())
+        if (set.isValid()) {
             return set.value<QColor>();
+        }
         const QPalette::ColorRole role = around->backgroundRole();
         if (around->isWindow() || around->autoFillBackground() || role == QPalette::Base ||
             qobject_cast<const QPushButton*>(around) != nullptr ||
-            qobject_cast<const QToolButton*>(around) != nullptr)
+            qobject_cast<const QToolButton*>(around) != nullptr) {
             return around->palette().color(role);
+        }
     }
     return {};
 }

@@ -7,20 +7,20 @@ class QWidget;
 
 namespace zul {
 
-// Paints the background of one control (not of its children) and gives its text a colour that can be read on
-// it, also in a dark palette. A control made of parts (DateField, SelectorField) is painted in its text box.
-// The colour is also kept in the control's dynamic property "background" (a QColor), which is what a program
-// that does not link this code reads.
+/// Paints the background of one control (not of its children) and gives its text a colour that can be read on
+/// it, also in a dark palette. A control made of parts (DateField, SelectorField) is painted in its text box.
+/// The colour is also kept in the control's dynamic property "background" (a QColor), which is what a program
+/// that does not link this code reads.
 void setBackground(QWidget* widget, const QColor& color);
 
-// Gives the control back the background of the common look.
+/// Gives the control back the background of the common look.
 void resetBackground(QWidget* widget);
 
-// The colour behind the control's text: what setBackground was given, else what the palette paints, looked
-// for from the control outwards.
+/// The colour behind the control's text: what setBackground was given, else what the palette paints, looked
+/// for from the control outwards.
 [[nodiscard]] QColor effectiveBackground(const QWidget* widget);
 
-// Near black or near white, whichever can be read on the background.
+/// Near black or near white, whichever can be read on the background.
 [[nodiscard]] QColor readableOn(const QColor& background);
 
 } // namespace zul

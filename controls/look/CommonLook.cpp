@@ -18,9 +18,11 @@ static void loadLook()
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-// Every colour of the look, light and dark.
+/// Every colour of the look, light and dark.
 struct Colors
 {
     const char* window;
@@ -64,61 +66,63 @@ QColor named(const char* name)
 
 QString pixels(int size)
 {
-    return QString::number(size) + QStringLiteral("px");
+    return QString::number(size) + u"px"_s;
 }
 
 QString quoted(const QStringList& faces)
 {
-    return u'"' + faces.join(QStringLiteral("\", \"")) + u'"';
+    return u'"' + faces.join(u"\", \""_s) + u'"';
 }
 
 QString styleSheet(bool touch)
 {
     loadLook();
-    QFile file(QStringLiteral(":/zul/look.qss"));
-    if (!file.open(QIODevice::ReadOnly))
+    QFile file(u":/zul/look.qss"_s);
+    if (!file.open(QIODevice::ReadOnly)) {
         return {};
+    }
     QString sheet = QString::fromUtf8(file.readAll());
 
     const Colors& c = colors();
     const int height = touch ? look::touchButtonHeight : look::buttonHeight;
     const int indicator = touch ? 24 : 14;
     QVector<QPair<QString, QString>> words{
-        {QStringLiteral("@face"), u'"' + commonFont().family() + u'"'},
-        {QStringLiteral("@fixedFace"), quoted(fixedFont().families())},
-        {QStringLiteral("@window"), QLatin1String(c.window)},
-        {QStringLiteral("@panel"), QLatin1String(c.panel)},
-        {QStringLiteral("@base"), QLatin1String(c.base)},
-        {QStringLiteral("@text"), QLatin1String(c.text)},
-        {QStringLiteral("@quiet"), QLatin1String(c.quiet)},
-        {QStringLiteral("@disabledText"), QLatin1String(c.disabledText)},
-        {QStringLiteral("@button"), QLatin1String(c.button)},
-        {QStringLiteral("@disabledButton"), QLatin1String(c.disabledButton)},
-        {QStringLiteral("@hover"), QLatin1String(c.hover)},
-        {QStringLiteral("@pressed"), QLatin1String(c.pressed)},
-        {QStringLiteral("@frame"), QLatin1String(c.frame)},
-        {QStringLiteral("@mark"), QLatin1String(c.mark)},
-        {QStringLiteral("@scrollHandle"), QLatin1String(c.scrollHandle)},
-        {QStringLiteral("@accent"), QLatin1String(c.accent)},
-        {QStringLiteral("@accentHover"), QLatin1String(c.accentHover)},
-        {QStringLiteral("@accentPressed"), QLatin1String(c.accentPressed)},
-        {QStringLiteral("@focusOnAccent"), QLatin1String(c.focusOnAccent)},
-        {QStringLiteral("@tone"), &c == &darkColors ? QStringLiteral("dark") : QStringLiteral("light")},
+        {u"@face"_s, u'"' + commonFont().family() + u'"'},
+        {u"@fixedFace"_s, quoted(fixedFont().families())},
+        {u"@window"_s, QLatin1String(c.window)},
+        {u"@panel"_s, QLatin1String(c.panel)},
+        {u"@base"_s, QLatin1String(c.base)},
+        {u"@text"_s, QLatin1String(c.text)},
+        {u"@quiet"_s, QLatin1String(c.quiet)},
+        {u"@disabledText"_s, QLatin1String(c.disabledText)},
+        {u"@button"_s, QLatin1String(c.button)},
+        {u"@disabledButton"_s, QLatin1String(c.disabledButton)},
+        {u"@hover"_s, QLatin1String(c.hover)},
+        {u"@pressed"_s, QLatin1String(c.pressed)},
+        {u"@frame"_s, QLatin1String(c.frame)},
+        {u"@mark"_s, QLatin1String(c.mark)},
+        {u"@scrollHandle"_s, QLatin1String(c.scrollHandle)},
+        {u"@accent"_s, QLatin1String(c.accent)},
+        {u"@accentHover"_s, QLatin1String(c.accentHover)},
+        {u"@accentPressed"_s, QLatin1String(c.accentPressed)},
+        {u"@focusOnAccent"_s, QLatin1String(c.focusOnAccent)},
+        {u"@tone"_s, &c == &darkColors ? u"dark"_s : u"light"_s},
         // Sizes without a control's own border; its focus border is one pixel wider on both sides.
-        {QStringLiteral("@inner"), pixels(height - 2)},
-        {QStringLiteral("@innerFocus"), pixels(height - 4)},
-        {QStringLiteral("@fieldButton"), pixels(touch ? look::touchButtonHeight - 2 : 26)},
-        {QStringLiteral("@item"), pixels(touch ? 38 : 20)},
-        {QStringLiteral("@check"), pixels(touch ? 38 : 18)},
-        {QStringLiteral("@indicator"), pixels(indicator)},
-        {QStringLiteral("@indicatorRadius"), pixels(indicator / 2 + 1)},
-        {QStringLiteral("@scroll"), pixels(touch ? 20 : 12)},
+        {u"@inner"_s, pixels(height - 2)},
+        {u"@innerFocus"_s, pixels(height - 4)},
+        {u"@fieldButton"_s, pixels(touch ? look::touchButtonHeight - 2 : 26)},
+        {u"@item"_s, pixels(touch ? 38 : 20)},
+        {u"@check"_s, pixels(touch ? 38 : 18)},
+        {u"@indicator"_s, pixels(indicator)},
+        {u"@indicatorRadius"_s, pixels(indicator / 2 + 1)},
+        {u"@scroll"_s, pixels(touch ? 20 : 12)},
     };
     // The longest word first: some words begin like others.
     std::sort(words.begin(), words.end(),
               [](const auto& left, const auto& right) { return left.first.size() > right.first.size(); });
-    for (const auto& word : words)
+    for (const auto& word : words) {
         sheet.replace(word.first, word.second);
+    }
     return sheet;
 }
 
@@ -126,8 +130,9 @@ QString firstInstalled(const QStringList& faces)
 {
     const QStringList installed = QFontDatabase::families();
     for (const QString& face : faces) {
-        if (installed.contains(face, Qt::CaseInsensitive))
+        if (installed.contains(face, Qt::CaseInsensitive)) {
             return face;
+        }
     }
     return {};
 }
@@ -161,8 +166,9 @@ QPalette commonPalette()
     palette.setColor(QPalette::Midlight, named(c.hover));
     palette.setColor(QPalette::Mid, named(c.frame));
     palette.setColor(QPalette::Dark, named(c.mark));
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, named(c.disabledText));
+    }
     palette.setColor(QPalette::Disabled, QPalette::Base, named(c.disabledButton));
     palette.setColor(QPalette::Disabled, QPalette::Button, named(c.disabledButton));
     palette.setColor(QPalette::Disabled, QPalette::Highlight, named(c.mark));
@@ -173,9 +179,8 @@ QFont commonFont()
 {
     constexpr int points = 8;
     static const QString face =
-        firstInstalled({QStringLiteral("Tahoma"), QStringLiteral("Wine Tahoma"), QStringLiteral("Segoe UI"),
-                        QStringLiteral("DejaVu Sans Condensed"), QStringLiteral("Noto Sans"),
-                        QStringLiteral("Open Sans"), QStringLiteral("DejaVu Sans")});
+        firstInstalled({u"Tahoma"_s, u"Wine Tahoma"_s, u"Segoe UI"_s, u"DejaVu Sans Condensed"_s,
+                        u"Noto Sans"_s, u"Open Sans"_s, u"DejaVu Sans"_s});
     QFont font = face.isEmpty() ? QApplication::font() : QFont(face);
     font.setPointSize(points);
     return font;
@@ -184,8 +189,7 @@ QFont commonFont()
 QFont fixedFont()
 {
     constexpr int points = 10;
-    QFont font(QStringList{QStringLiteral("Courier New"), QStringLiteral("Liberation Mono"),
-                           QStringLiteral("Cousine"), QStringLiteral("DejaVu Sans Mono")},
+    QFont font(QStringList{u"Courier New"_s, u"Liberation Mono"_s, u"Cousine"_s, u"DejaVu Sans Mono"_s},
                points);
     font.setStyleHint(QFont::Monospace);
     font.setFixedPitch(true);

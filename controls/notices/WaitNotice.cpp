@@ -7,6 +7,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int margin = 16;
@@ -28,8 +30,9 @@ WaitNotice* WaitNotice::open(QWidget* owner, const QString& heading, const QStri
     QWidget* window = owner != nullptr ? owner->window() : nullptr;
     if (window != nullptr) {
         const auto earlier = window->findChildren<WaitNotice*>(QString(), Qt::FindDirectChildrenOnly);
-        for (WaitNotice* notice : earlier)
+        for (WaitNotice* notice : earlier) {
             notice->hide();
+        }
     }
     auto* notice = new WaitNotice(window);
     notice->setHeading(heading);
@@ -44,10 +47,11 @@ WaitNotice::WaitNotice(QWidget* parent)
     , m_heading(makeLabel(this))
     , m_text(makeLabel(this))
 {
-    setObjectName(QStringLiteral("waitNotice"));
+    setObjectName(u"waitNotice"_s);
     setProperty("zulNotice", true); // told apart by programs that do not link this code
-    if (parent == nullptr)
+    if (parent == nullptr) {
         setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+    }
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_StyledBackground);
     setFocusPolicy(Qt::NoFocus);
@@ -63,8 +67,9 @@ WaitNotice::WaitNotice(QWidget* parent)
     m_timer.setSingleShot(true);
     m_timer.setInterval(defaultDuration);
     connect(&m_timer, &QTimer::timeout, this, &QWidget::hide);
-    if (parent != nullptr)
+    if (parent != nullptr) {
         parent->installEventFilter(this);
+    }
     hide();
 }
 
@@ -92,8 +97,9 @@ void WaitNotice::setText(const QString& text)
 
 bool WaitNotice::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == parentWidget() && event->type() == QEvent::Resize)
+    if (watched == parentWidget() && event->type() == QEvent::Resize) {
         place();
+    }
     return QFrame::eventFilter(watched, event);
 }
 
@@ -116,8 +122,9 @@ void WaitNotice::showEvent(QShowEvent* event)
 void WaitNotice::hideEvent(QHideEvent* event)
 {
     QFrame::hideEvent(event);
-    if (event->spontaneous())
+    if (event->spontaneous()) {
         return; // only minimised
+    }
     m_timer.stop();
     deleteLater();
 }
@@ -125,8 +132,9 @@ void WaitNotice::hideEvent(QHideEvent* event)
 void WaitNotice::place()
 {
     const QWidget* around = parentWidget();
-    if (around == nullptr || isWindow() || !isVisible())
+    if (around == nullptr || isWindow() || !isVisible()) {
         return;
+    }
     const int width = qMin(widest, qMax(1, around->width() - 2 * margin));
     const int height = qMin(qMax(layout()->totalHeightForWidth(width), layout()->totalMinimumSize().height()),
                             around->height());

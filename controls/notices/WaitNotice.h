@@ -8,8 +8,8 @@ class QLabel;
 
 namespace zul {
 
-// A heading and a text at the lower edge of the window that owns the notice. It stops nothing, takes no focus
-// and goes away by itself, when it is clicked, or with its owner.
+/// A heading and a text at the lower edge of the window that owns the notice. It stops nothing, takes no focus
+/// and goes away by itself, when it is clicked, or with its owner.
 class WaitNotice : public QFrame
 {
     Q_OBJECT
@@ -19,8 +19,8 @@ class WaitNotice : public QFrame
 public:
     static constexpr int defaultDuration = 5000; // milliseconds
 
-    // Shows a notice over the owner's window, in the place of one that is still there. The notice belongs to
-    // that window and deletes itself when it has gone away.
+    /// Shows a notice over the owner's window, in the place of one that is still there. The notice belongs to
+    /// that window and deletes itself when it has gone away.
     static WaitNotice* open(QWidget* owner, const QString& heading, const QString& text,
                             int duration = defaultDuration);
 

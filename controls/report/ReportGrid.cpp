@@ -2,6 +2,7 @@
 
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridModel.h"
+#include "controls/report/ReportGridProbe.h"
 #include "controls/report/ReportGridView.h"
 #include "controls/report/ReportGroupBox.h"
 #include "controls/report/ReportHeader.h"
@@ -17,6 +18,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 struct ReportGrid::Parts
 {
     ReportGridModel* model = nullptr;
@@ -24,6 +27,7 @@ struct ReportGrid::Parts
     ReportGridView* view = nullptr;
     ReportHeader* header = nullptr;
     bool touch = false;
+    QObject* probe = nullptr;
 };
 
 ReportGrid::ReportGrid(QWidget* parent)
@@ -602,24 +606,24 @@ void ReportGrid::showMenu(int column, const QPoint& globalPosition)
     };
     const auto captionOf = [this](int own) {
         const QString caption = columnCaption(own).isEmpty() ? columnField(own) : columnCaption(own);
-        return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+        return QString(caption).replace(u'&', u"&&"_s);
     };
     if (column >= 0) {
-        menu->addAction(tr("Ordina in modo crescente"), this, [this, column, changed] {
+        menu->addAction(u"Ordina in modo crescente"_s, this, [this, column, changed] {
             sortBy(column, false);
             changed();
         });
-        menu->addAction(tr("Ordina in modo decrescente"), this, [this, column, changed] {
+        menu->addAction(u"Ordina in modo decrescente"_s, this, [this, column, changed] {
             sortBy(column, true);
             changed();
         });
-        menu->addAction(tr("Raggruppa per questa colonna"), this, [this, column, changed] {
+        menu->addAction(u"Raggruppa per questa colonna"_s, this, [this, column, changed] {
             groupBy(column);
             changed();
         });
     } else {
-        QMenu* sort = menu->addMenu(tr("Ordina per"));
-        QMenu* group = menu->addMenu(tr("Raggruppa per"));
+        QMenu* sort = menu->addMenu(u"Ordina per"_s);
+        QMenu* group = menu->addMenu(u"Raggruppa per"_s);
         for (int own = 0; own < columnCount(); ++own) {
             if (!m->model->isColumnShown(own)) {
                 continue;
@@ -642,13 +646,13 @@ void ReportGrid::showMenu(int column, const QPoint& globalPosition)
             with->setChecked(isGrouped(own));
         }
     }
-    menu->addAction(tr("Non raggruppare"), this, &ReportGrid::ungroupAll)->setEnabled(!groups.empty());
-    menu->addAction(tr("Apri tutti i gruppi"), this, [this] { m->model->setAllGroupsClosed(false); })
+    menu->addAction(u"Non raggruppare"_s, this, &ReportGrid::ungroupAll)->setEnabled(!groups.empty());
+    menu->addAction(u"Apri tutti i gruppi"_s, this, [this] { m->model->setAllGroupsClosed(false); })
         ->setEnabled(!groups.empty());
-    menu->addAction(tr("Chiudi tutti i gruppi"), this, [this] { m->model->setAllGroupsClosed(true); })
+    menu->addAction(u"Chiudi tutti i gruppi"_s, this, [this] { m->model->setAllGroupsClosed(true); })
         ->setEnabled(!groups.empty());
     menu->addSeparator();
-    QMenu* shown = menu->addMenu(tr("Colonne"));
+    QMenu* shown = menu->addMenu(u"Colonne"_s);
     int shownColumns = 0;
     for (int own = 0; own < columnCount(); ++own) {
         shownColumns += m->model->isColumnShown(own) && !isGrouped(own) ? 1 : 0;
@@ -670,109 +674,12 @@ void ReportGrid::showMenu(int column, const QPoint& globalPosition)
     menu->popup(globalPosition);
 }
 
-// --- For tools that drive the window
-
-QAbstractItemModel* ReportGrid::itemModel() const
+QObject* ReportGrid::probe()
 {
-    return m->model;
-}
-
-int ReportGrid::recordCountForTools() const
-{
-    return static_cast<int>(recordCount());
-}
-
-int ReportGrid::visibleRowCount() const
-{
-    return m->model->rowCount();
-}
-
-QRect ReportGrid::rowRect(int row)
-{
-    m->view->scrollToRow(row);
-    return m->view->rowRect(row);
-}
-
-QWidget* ReportGrid::bodyViewport() const
-{
-    return m->view->viewport();
-}
-
-QRect ReportGrid::checkRect(int row)
-{
-    m->view->scrollToRow(row);
-    m->view->scrollToColumn(checkColumn());
-    return m->view->checkRect(row);
-}
-
-QWidget* ReportGrid::headerViewport() const
-{
-    return m->header->viewport();
-}
-
-QRect ReportGrid::headerRect(int column)
-{
-    if (visiblePosition(column) < 0) {
-        return {};
+    if (m->probe == nullptr) {
+        m->probe = new ReportGridProbe(this);
     }
-    m->view->scrollToColumn(column);
-    return {m->header->sectionViewportPosition(column), 0, m->header->sectionSize(column),
-            m->header->viewport()->height()};
-}
-
-QWidget* ReportGrid::groupBoxWidget() const
-{
-    return m->groupBox;
-}
-
-int ReportGrid::visiblePosition(int column) const
-{
-    return m->header->visiblePosition(column);
-}
-
-QStringList ReportGrid::rowTexts(int row) const
-{
-    QStringList texts;
-    const int record = m->model->record(row);
-    for (int column = 0; record >= 0 && column < columnCount(); ++column) {
-        texts.append(store().text(static_cast<uint32_t>(record), column));
-    }
-    return texts;
-}
-
-QVariantList ReportGrid::rowCells(int row) const
-{
-    QVariantList cells;
-    const int record = m->model->record(row);
-    for (int column = 0; record >= 0 && column < columnCount(); ++column) {
-        const auto own = static_cast<uint32_t>(record);
-        cells.append(store().isNull(own, column) ? QVariant() : QVariant(store().text(own, column)));
-    }
-    return cells;
-}
-
-int ReportGrid::rowCheck(int row) const
-{
-    const int record = m->model->record(row);
-    if (record < 0 || checkColumn() < 0) {
-        return -1;
-    }
-    return isChecked(static_cast<uint32_t>(record)) ? 1 : 0;
-}
-
-bool ReportGrid::rowIsGroup(int row) const
-{
-    return m->model->isGroup(row);
-}
-
-QString ReportGrid::groupCaption(int row) const
-{
-    return m->model->groupCaption(row);
-}
-
-int ReportGrid::groupCount(int row) const
-{
-    return m->model->groupCount(row);
+    return m->probe;
 }
 
 } // namespace zul

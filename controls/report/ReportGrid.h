@@ -4,10 +4,6 @@
 #include "grid/ColumnStore.h"
 #include "grid/ReportColumn.h"
 
-#include <QAbstractItemModel>
-#include <QRect>
-#include <QStringList>
-#include <QVariantList>
 #include <QWidget>
 
 #include <cstdint>
@@ -28,14 +24,8 @@ namespace zul {
 class ReportGrid : public QWidget
 {
     Q_OBJECT
-    Q_PROPERTY(bool reportGrid READ isReportGrid CONSTANT)
-    Q_PROPERTY(QAbstractItemModel* model READ itemModel CONSTANT)
-    Q_PROPERTY(int recordCount READ recordCountForTools)
-    Q_PROPERTY(int columnCount READ columnCount)
-    Q_PROPERTY(int sortColumn READ sortColumn)
-    Q_PROPERTY(bool sortDescending READ isSortDescending)
-    Q_PROPERTY(QString textFilter READ textFilter WRITE setTextFilter)
-    Q_PROPERTY(bool touchMode READ isTouchMode WRITE setTouchMode)
+    /// What drives the window without linking it asks here, see ReportGridProbe.
+    Q_PROPERTY(QObject* probe READ probe)
 
 public:
     /// What a columnLayoutChanged is about. The numbers are the grid's event numbering: an owner saves the
@@ -84,7 +74,7 @@ public:
     // --- Checks
 
     /// The check column's index, -1 when there is none.
-    Q_INVOKABLE int checkColumn() const;
+    int checkColumn() const;
     bool isChecked(uint32_t record) const;
     void setChecked(uint32_t record, bool checked);
     /// Every record, those that the filter hides included. Nothing when there are no records.
@@ -112,6 +102,7 @@ public:
     std::vector<int> groupColumns() const;
     void groupBy(int column); ///< behind the columns that group already
     void ungroup(int column);
+    void ungroupAll(); ///< as the operator's own command does, which tells the change
     /// Only records of which a shown column contains the text, case disregarded; the empty text shows all.
     void setTextFilter(const QString& text);
     QString textFilter() const;
@@ -140,37 +131,7 @@ public:
     bool isTouchMode() const;
     void setTouchMode(bool touch); ///< rows and headers of 44 pixels, scrolling with the finger
 
-    // --- For tools that drive the window
-    //
-    // Rows are counted as they stand on the screen, from 0, group rows included. Rectangles are in the
-    // coordinates of the viewport named; asking for one scrolls it into view. Dropping a header on another
-    // column's header gives it that column's visible position; dropping it on the group box groups.
-
-    bool isReportGrid() const { return true; }
-    QAbstractItemModel* itemModel() const;
-    int recordCountForTools() const;
-    Q_INVOKABLE int visibleRowCount() const;
-    Q_INVOKABLE QRect rowRect(int row);
-    Q_INVOKABLE QWidget* bodyViewport() const;
-    /// The check box of a row; empty for group rows and when there is no visible check column.
-    Q_INVOKABLE QRect checkRect(int row);
-    Q_INVOKABLE QWidget* headerViewport() const;
-    /// Empty for hidden columns and columns that group.
-    Q_INVOKABLE QRect headerRect(int column);
-    Q_INVOKABLE QWidget* groupBoxWidget() const;
-    /// Among the columns that the header shows, from 0; -1 for the others.
-    Q_INVOKABLE int visiblePosition(int column) const;
-    /// All columns in the order in which they were added, hidden ones included; empty for a group row.
-    Q_INVOKABLE QStringList rowTexts(int row) const;
-    /// The same; NULL is an invalid variant.
-    Q_INVOKABLE QVariantList rowCells(int row) const;
-    /// 1 checked, 0 not, -1 for a group row or without a check column.
-    Q_INVOKABLE int rowCheck(int row) const;
-    Q_INVOKABLE bool rowIsGroup(int row) const;
-    /// Without the count: "Paese: Roma".
-    Q_INVOKABLE QString groupCaption(int row) const;
-    Q_INVOKABLE int groupCount(int row) const;
-    Q_INVOKABLE void ungroupAll();
+    QObject* probe(); ///< made at the first call and owned by the grid
 
 Q_SIGNALS:
     void columnLayoutChanged(int kind);

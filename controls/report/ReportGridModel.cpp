@@ -8,6 +8,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 ReportGridModel::ReportGridModel(QObject* parent)
     : QAbstractTableModel(parent)
 {}
@@ -358,10 +360,9 @@ QString ReportGridModel::captionOf(const Group& group) const
 {
     const int column = m_groupColumns[group.level].column;
     const uint32_t record = recordsInOrder()[group.first];
-    const QString value = column == m_checkColumn
-                              ? (isChecked(record) ? QStringLiteral("Sì") : QStringLiteral("No"))
-                              : m_store.text(record, column);
-    return m_columns[static_cast<size_t>(column)].caption + QLatin1String(": ") + value;
+    const QString value =
+        column == m_checkColumn ? (isChecked(record) ? u"Sì"_s : u"No"_s) : m_store.text(record, column);
+    return m_columns[static_cast<size_t>(column)].caption + u": "_s + value;
 }
 
 /// A group's caption after those of the groups around it: what tells it again after a new sort or filter.
@@ -555,13 +556,11 @@ QVariant ReportGridModel::groupData(int row, int column, int role) const
     case GroupClosedRole:
         return isGroupClosed(row);
     case Qt::DisplayRole:
-        return column == 0 ? QStringLiteral("%1 (%2)").arg(groupCaption(row)).arg(groupCount(row))
-                           : QVariant();
+        return column == 0 ? u"%1 (%2)"_s.arg(groupCaption(row)).arg(groupCount(row)) : QVariant();
     case Qt::AccessibleTextRole:
-        return QStringLiteral("%1 (%2), %3")
-            .arg(groupCaption(row))
+        return u"%1 (%2), %3"_s.arg(groupCaption(row))
             .arg(groupCount(row))
-            .arg(isGroupClosed(row) ? QStringLiteral("chiuso") : QStringLiteral("aperto"));
+            .arg(isGroupClosed(row) ? u"chiuso"_s : u"aperto"_s);
     default:
         return {};
     }
@@ -589,9 +588,9 @@ QVariant ReportGridModel::data(const QModelIndex& index, int role) const
         // Screen readers read cell by cell: each says what it is.
         const QString caption = m_columns[static_cast<size_t>(index.column())].caption;
         if (check) {
-            return isChecked(own) ? caption + QStringLiteral(": sì") : caption + QStringLiteral(": no");
+            return isChecked(own) ? caption + u": sì"_s : caption + u": no"_s;
         }
-        return caption + QLatin1String(": ") + m_store.text(own, index.column());
+        return caption + u": "_s + m_store.text(own, index.column());
     }
     case IsGroupRole:
         return false;

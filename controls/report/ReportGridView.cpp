@@ -15,6 +15,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int leastRowHeight = 24;
@@ -29,7 +31,7 @@ QString oneLine(QString text)
     text.truncate(longestShown);
     for (QChar& c : text) {
         if (c.unicode() < 0x20 || c == QChar::LineSeparator || c == QChar::ParagraphSeparator) {
-            c = QLatin1Char(' ');
+            c = u' ';
         }
     }
     return text;
@@ -50,7 +52,7 @@ ReportGridView::ReportGridView(ReportGridModel* grid, QWidget* parent)
     setTabKeyNavigation(false);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setAccessibleName(QStringLiteral("Elenco"));
+    setAccessibleName(u"Elenco"_s);
     connect(m_header, &QHeaderView::sectionResized, this, &ReportGridView::layoutChanged);
     connect(m_header, &QHeaderView::sectionMoved, viewport(), qOverload<>(&QWidget::update));
     connect(grid, &QAbstractItemModel::rowsRemoved, this, &ReportGridView::layoutChanged);
@@ -732,7 +734,7 @@ void ReportGridView::paintGroup(QPainter& painter, int row, const QRect& rect, b
     bold.setBold(true);
     const QRect text = rect.adjusted(expanderRect(row).right() + 4, 0, -4, 0);
     const QFontMetrics metrics(bold);
-    const QString count = QStringLiteral(" (%1)").arg(m_grid->groupCount(row));
+    const QString count = u" (%1)"_s.arg(m_grid->groupCount(row));
     const int countWidth = fontMetrics().horizontalAdvance(count) + 2;
     const QString caption =
         metrics.elidedText(oneLine(m_grid->groupCaption(row)), Qt::ElideRight, text.width() - countWidth);

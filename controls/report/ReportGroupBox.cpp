@@ -14,6 +14,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int margin = 6;
@@ -24,7 +26,7 @@ constexpr int chipGap = 6;
 
 QString quoted(const QString& caption)
 {
-    return QLatin1Char('"') + caption + QLatin1Char('"');
+    return u'"' + caption + u'"';
 }
 
 } // namespace
@@ -33,7 +35,7 @@ ReportGroupBox::ReportGroupBox(ReportGridModel* grid, QWidget* parent)
     : QWidget(parent)
     , m_grid(grid)
 {
-    setAccessibleName(QStringLiteral("Raggruppamento"));
+    setAccessibleName(u"Raggruppamento"_s);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     setMouseTracking(true);
 }
@@ -76,9 +78,9 @@ void ReportGroupBox::groupsChanged()
     for (const Chip& chip : all) {
         captions.append(m_grid->columns()[static_cast<size_t>(chip.column)].caption);
     }
-    QString description = captions.isEmpty() ? m_hint : captions.join(QLatin1String(", "));
+    QString description = captions.isEmpty() ? m_hint : captions.join(u", "_s);
     if (!sortCaption().isEmpty()) {
-        description += QLatin1String(". ") + sortCaption();
+        description += u". "_s + sortCaption();
     }
     setAccessibleDescription(description);
     update();
@@ -147,8 +149,8 @@ bool ReportGroupBox::event(QEvent* event)
             const QString caption = quoted(m_grid->columns()[static_cast<size_t>(chip.column)].caption);
             QToolTip::showText(help->globalPos(),
                                chip.cross.contains(help->pos())
-                                   ? QStringLiteral("Non raggruppare più per ") + caption
-                                   : QStringLiteral("Invertire l'ordine dei gruppi per ") + caption,
+                                   ? u"Non raggruppare più per "_s + caption
+                                   : u"Invertire l'ordine dei gruppi per "_s + caption,
                                this);
         } else {
             QToolTip::hideText();

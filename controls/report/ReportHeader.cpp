@@ -15,6 +15,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int leastShare = 72;
@@ -81,7 +83,7 @@ ReportHeader::ReportHeader(ReportGridModel* grid, QWidget* parent)
     setStretchLastSection(false);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setMouseTracking(true);
-    setAccessibleName(QStringLiteral("Intestazioni di colonna"));
+    setAccessibleName(u"Intestazioni di colonna"_s);
     connect(this, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         if (width > 0 && !m_showing && static_cast<size_t>(column) < m_widths.size()) {
             m_widths[static_cast<size_t>(column)] = width;

@@ -8,6 +8,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 KeyPanel::KeyPanel(QWidget* parent)
     : QFrame(parent)
 {
@@ -22,21 +24,25 @@ KeyPanel::KeyPanel(QWidget* parent)
 void KeyPanel::setTouchMode(bool touch)
 {
     m_touchMode = touch;
-    if (!touch && m_openedItself)
+    if (!touch && m_openedItself) {
         hide();
+    }
 }
 
 void KeyPanel::bind(QWidget* field)
 {
-    if (m_field)
+    if (m_field) {
         m_field->removeEventFilter(this);
-    if (m_window)
+    }
+    if (m_window) {
         m_window->removeEventFilter(this);
+    }
     m_field = field;
     m_awayWithField = false;
     m_window = field != nullptr ? field->window() : nullptr;
-    if (field == nullptr)
+    if (field == nullptr) {
         return;
+    }
     field->installEventFilter(this);
     m_window->installEventFilter(this);
     if (parentWidget() != m_window) {
@@ -56,21 +62,26 @@ void KeyPanel::bind(QWidget* field)
 void KeyPanel::detach()
 {
     bind(nullptr);
-    if (m_openedItself)
+    if (m_openedItself) {
         hide();
+    }
 }
 
 bool KeyPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_window && event->type() == QEvent::Resize)
+    if (watched == m_window && event->type() == QEvent::Resize) {
         placeNow();
+    }
     if (watched == m_field) {
-        if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+        if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
             placeNow();
-        if (event->type() == QEvent::Hide)
+        }
+        if (event->type() == QEvent::Hide) {
             fieldHidden();
-        if (event->type() == QEvent::Show)
+        }
+        if (event->type() == QEvent::Show) {
             fieldShown();
+        }
     }
     return QFrame::eventFilter(watched, event);
 }
@@ -80,15 +91,17 @@ void KeyPanel::fieldHidden()
     // Hidden by a page, not for itself, nor with the whole window.
     const bool withItsPage = !m_field->isHidden() && window()->isVisible();
     const bool away = isVisible() && !m_openedItself && withItsPage;
-    if (away || m_openedItself)
+    if (away || m_openedItself) {
         hide();
+    }
     m_awayWithField = away;
 }
 
 void KeyPanel::fieldShown()
 {
-    if (!m_awayWithField)
+    if (!m_awayWithField) {
         return;
+    }
     m_awayWithField = false;
     show();
     raise();
@@ -102,23 +115,27 @@ void KeyPanel::showEvent(QShowEvent* event)
 
 void KeyPanel::hideEvent(QHideEvent* event)
 {
-    if (!event->spontaneous())
+    if (!event->spontaneous()) {
         m_openedItself = false;
+    }
     QFrame::hideEvent(event);
 }
 
 void KeyPanel::focusChanged(QWidget* now)
 {
-    if (!m_openedItself || now == nullptr || now->window() != window())
+    if (!m_openedItself || now == nullptr || now->window() != window()) {
         return;
-    if (m_field == nullptr || (now != m_field && now != target() && !m_field->isAncestorOf(now)))
+    }
+    if (m_field == nullptr || (now != m_field && now != target() && !m_field->isAncestorOf(now))) {
         hide();
+    }
 }
 
 void KeyPanel::placeNow()
 {
-    if (!isVisible())
+    if (!isVisible()) {
         return;
+    }
     const QWidget* frame = window();
     const QRect field =
         m_field ? QRect(m_field->mapTo(frame, QPoint(0, 0)), m_field->size()) : QRect(0, 0, 0, 0);
@@ -149,8 +166,9 @@ QPushButton* KeyPanel::makeIconKey(const QString& name, IconId iconId, const QSt
 QWidget* KeyPanel::target() const
 {
     QWidget* widget = m_field;
-    while (widget != nullptr && widget->focusProxy() != nullptr)
+    while (widget != nullptr && widget->focusProxy() != nullptr) {
         widget = widget->focusProxy();
+    }
     return widget;
 }
 
@@ -158,20 +176,23 @@ void KeyPanel::sendKey(Qt::Key key, const QString& text, Qt::KeyboardModifiers m
 {
     // What a key does may destroy the field, or this panel with it.
     QPointer<QWidget> widget = target();
-    if (!widget)
+    if (!widget) {
         return;
+    }
     QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
     QCoreApplication::sendEvent(widget, &press);
-    if (!widget)
+    if (!widget) {
         return;
+    }
     QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
     QCoreApplication::sendEvent(widget, &release);
 }
 
 void KeyPanel::sendText(const QString& text)
 {
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         return;
+    }
     const QChar upper = text.at(0).toUpper();
     sendKey(text.size() == 1 && upper.unicode() < 0x100 ? static_cast<Qt::Key>(upper.unicode())
                                                         : Qt::Key_unknown,
@@ -181,9 +202,10 @@ void KeyPanel::sendText(const QString& text)
 void KeyPanel::clearField()
 {
     const QPointer<KeyPanel> self(this);
-    sendKey(Qt::Key_A, QStringLiteral("\u0001"), Qt::ControlModifier);
-    if (self)
+    sendKey(Qt::Key_A, u"\u0001"_s, Qt::ControlModifier);
+    if (self) {
         sendKey(Qt::Key_Delete);
+    }
 }
 
 } // namespace zul

@@ -11,14 +11,13 @@ namespace zul {
 
 enum class IconId;
 
-// A panel of keys inside a window, bound to one field of that window. Its keys never take the keyboard focus:
-// they send the field real key events. It begins hidden. In touch mode it opens by itself when a field is
-// attached and closes when the focus goes elsewhere; otherwise it only remembers the field, and whoever shows
-// it hides it. While another page covers the field's it is away, and comes back with the field.
+/// A panel of keys inside a window, bound to one field of that window. Its keys never take the keyboard focus:
+/// they send the field real key events. It begins hidden. In touch mode it opens by itself when a field is
+/// attached and closes when the focus goes elsewhere; otherwise it only remembers the field, and whoever shows
+/// it hides it. While another page covers the field's it is away, and comes back with the field.
 class KeyPanel : public QFrame
 {
     Q_OBJECT
-    Q_PROPERTY(bool touchMode READ touchMode WRITE setTouchMode)
 
 public:
     static constexpr int fingerSize = 44; // pixels
@@ -27,9 +26,8 @@ public:
     explicit KeyPanel(QWidget* parent = nullptr);
 
     void setTouchMode(bool touch);
-    [[nodiscard]] bool touchMode() const { return m_touchMode; }
 
-    // The field that the keys work on, or null. It is not owned and may be destroyed at any time.
+    /// The field that the keys work on, or null. It is not owned and may be destroyed at any time.
     [[nodiscard]] QWidget* attachedField() const { return m_field; }
     void detach();
 
@@ -40,18 +38,18 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
-    // Where the panel stands; field and window are in the window's coordinates.
+    /// Where the panel stands; field and window are in the window's coordinates.
     [[nodiscard]] virtual QRect placed(const QRect& field, const QRect& window) const = 0;
 
     QPushButton* makeKey(const QString& name, const QString& caption, const QString& accessibleName = {});
     QPushButton* makeIconKey(const QString& name, IconId icon, const QString& accessibleName);
 
-    // Key press and release at the field's text box.
+    /// Key press and release at the field's text box.
     void sendKey(Qt::Key key, const QString& text = {}, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void sendText(const QString& text);
     void clearField();
 
-    // Puts the panel where it belongs, if it is visible.
+    /// Puts the panel where it belongs, if it is visible.
     void placeNow();
 
 private:

@@ -10,6 +10,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 Keypad::Keypad(QWidget* parent)
     : KeyPanel(parent)
 {
@@ -18,17 +20,16 @@ Keypad::Keypad(QWidget* parent)
     keys->setSpacing(4);
     for (int digit = 0; digit <= 9; ++digit) {
         const QString caption = QString::number(digit);
-        QPushButton* key = makeKey(QStringLiteral("key") + caption, caption);
+        QPushButton* key = makeKey(u"key"_s + caption, caption);
         connect(key, &QPushButton::clicked, this, [this, caption] { sendText(caption); });
         keys->addWidget(key, digit == 0 ? 3 : 2 - (digit - 1) / 3, digit == 0 ? 1 : (digit - 1) % 3);
     }
-    QPushButton* minus = makeKey(QStringLiteral("keyMinus"), QStringLiteral("−"), tr("Meno"));
-    m_separator = makeKey(QStringLiteral("keySeparator"), {});
-    QPushButton* backspace =
-        makeIconKey(QStringLiteral("keyBackspace"), IconId::Backspace, tr("Cancella carattere"));
-    QPushButton* clear = makeKey(QStringLiteral("keyClear"), QStringLiteral("C"), tr("Svuota"));
-    QPushButton* next = makeIconKey(QStringLiteral("keyNext"), IconId::Next, tr("Campo successivo"));
-    QPushButton* close = makeIconKey(QStringLiteral("keyHide"), IconId::HideKeyboard, tr("Nascondi"));
+    QPushButton* minus = makeKey(u"keyMinus"_s, u"−"_s, u"Meno"_s);
+    m_separator = makeKey(u"keySeparator"_s, {});
+    QPushButton* backspace = makeIconKey(u"keyBackspace"_s, IconId::Backspace, u"Cancella carattere"_s);
+    QPushButton* clear = makeKey(u"keyClear"_s, u"C"_s, u"Svuota"_s);
+    QPushButton* next = makeIconKey(u"keyNext"_s, IconId::Next, u"Campo successivo"_s);
+    QPushButton* close = makeIconKey(u"keyHide"_s, IconId::HideKeyboard, u"Nascondi"_s);
     backspace->setAutoRepeat(true);
     keys->addWidget(minus, 3, 0);
     keys->addWidget(m_separator, 3, 2);
@@ -37,14 +38,15 @@ Keypad::Keypad(QWidget* parent)
     keys->addWidget(next, 2, 3);
     keys->addWidget(close, 3, 3);
     const auto everyKey = findChildren<QPushButton*>();
-    for (QPushButton* key : everyKey)
+    for (QPushButton* key : everyKey) {
         key->setMinimumSize(fingerSize, fingerSize);
+    }
 
-    connect(minus, &QPushButton::clicked, this, [this] { sendText(QStringLiteral("-")); });
+    connect(minus, &QPushButton::clicked, this, [this] { sendText(u"-"_s); });
     connect(m_separator, &QPushButton::clicked, this, [this] { sendText(m_separator->text()); });
     connect(backspace, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Backspace); });
     connect(clear, &QPushButton::clicked, this, [this] { clearField(); });
-    connect(next, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Tab, QStringLiteral("\t")); });
+    connect(next, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Tab, u"\t"_s); });
     connect(close, &QPushButton::clicked, this, &QWidget::hide);
     captionSeparator();
 }
@@ -70,15 +72,16 @@ QRect Keypad::placed(const QRect& field, const QRect& window) const
 
 void Keypad::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::LocaleChange)
+    if (event->type() == QEvent::LocaleChange) {
         captionSeparator();
+    }
     KeyPanel::changeEvent(event);
 }
 
 void Keypad::captionSeparator()
 {
-    m_separator->setText(m_date ? QStringLiteral("/") : locale().decimalPoint());
-    m_separator->setAccessibleName(m_date ? tr("Barra") : tr("Separatore decimale"));
+    m_separator->setText(m_date ? u"/"_s : locale().decimalPoint());
+    m_separator->setAccessibleName(m_date ? u"Barra"_s : u"Separatore decimale"_s);
 }
 
 } // namespace zul

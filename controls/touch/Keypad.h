@@ -5,9 +5,9 @@
 
 namespace zul {
 
-// Digits, the locale's decimal separator, minus, backspace, clear, next field and hide. For a date field the
-// decimal separator's key types "/". It opens beside its field, inside the window.
-// The keys are named key0 to key9, keySeparator, keyMinus, keyBackspace, keyClear, keyNext and keyHide.
+/// Digits, the locale's decimal separator, minus, backspace, clear, next field and hide. For a date field the
+/// decimal separator's key types "/". It opens beside its field, inside the window.
+/// The keys are named key0 to key9, keySeparator, keyMinus, keyBackspace, keyClear, keyNext and keyHide.
 class Keypad : public KeyPanel
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ class Keypad : public KeyPanel
 public:
     explicit Keypad(QWidget* parent = nullptr);
 
-    // Binds the keypad to a field; null binds it to none.
+    /// Binds the keypad to a field; null binds it to none.
     void attach(QWidget* field, bool date = false);
     [[nodiscard]] bool forDate() const { return m_date; }
 

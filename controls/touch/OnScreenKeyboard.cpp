@@ -11,9 +11,11 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-// A row of keys: what they type, what they type with shift, and on the page of symbols.
+/// A row of keys: what they type, what they type with shift, and on the page of symbols.
 struct Row
 {
     QStringView plain;
@@ -39,14 +41,16 @@ OnScreenKeyboard::OnScreenKeyboard(QWidget* parent)
     auto* keys = new QGridLayout(this);
     keys->setContentsMargins(4, 4, 4, 4);
     keys->setSpacing(4);
-    for (int column = 0; column < lastColumn; ++column)
+    for (int column = 0; column < lastColumn; ++column) {
         keys->setColumnStretch(column, 1);
+    }
     addCharacters(keys);
     addOthers(keys);
     captionKeys();
     const auto everyKey = findChildren<QPushButton*>();
-    for (QPushButton* key : everyKey)
+    for (QPushButton* key : everyKey) {
         key->setMinimumSize(24, 32);
+    }
 }
 
 void OnScreenKeyboard::attach(QWidget* field)
@@ -90,7 +94,7 @@ void OnScreenKeyboard::addCharacters(QGridLayout* keys)
         int column = row + 1 == rows.size() ? shiftWidth : 0;
         for (qsizetype i = 0; i < rows[row].plain.size(); ++i) {
             const QString plain(rows[row].plain[i]);
-            QPushButton* button = makeKey(QStringLiteral("key") + plain, plain);
+            QPushButton* button = makeKey(u"key"_s + plain, plain);
             addCharacter(keys, static_cast<int>(row), column,
                          {button, plain, QString(rows[row].shifted[i]), QString(rows[row].symbols[i])});
             column += columnsOfKey;
@@ -100,15 +104,14 @@ void OnScreenKeyboard::addCharacters(QGridLayout* keys)
 
 void OnScreenKeyboard::addOthers(QGridLayout* keys)
 {
-    QPushButton* backspace =
-        makeIconKey(QStringLiteral("keyBackspace"), IconId::Backspace, tr("Cancella carattere"));
-    QPushButton* enter = makeIconKey(QStringLiteral("keyEnter"), IconId::Enter, tr("Invio"));
-    QPushButton* space = makeKey(QStringLiteral("keySpace"), {}, tr("Spazio"));
-    QPushButton* left = makeIconKey(QStringLiteral("keyLeft"), IconId::Previous, tr("A sinistra"));
-    QPushButton* right = makeIconKey(QStringLiteral("keyRight"), IconId::Next, tr("A destra"));
-    QPushButton* close = makeIconKey(QStringLiteral("keyHide"), IconId::HideKeyboard, tr("Nascondi"));
-    m_shiftKey = makeIconKey(QStringLiteral("keyShift"), IconId::Shift, tr("Maiuscole"));
-    m_symbolsKey = makeKey(QStringLiteral("keySymbols"), QStringLiteral("#+="), tr("Simboli"));
+    QPushButton* backspace = makeIconKey(u"keyBackspace"_s, IconId::Backspace, u"Cancella carattere"_s);
+    QPushButton* enter = makeIconKey(u"keyEnter"_s, IconId::Enter, u"Invio"_s);
+    QPushButton* space = makeKey(u"keySpace"_s, {}, u"Spazio"_s);
+    QPushButton* left = makeIconKey(u"keyLeft"_s, IconId::Previous, u"A sinistra"_s);
+    QPushButton* right = makeIconKey(u"keyRight"_s, IconId::Next, u"A destra"_s);
+    QPushButton* close = makeIconKey(u"keyHide"_s, IconId::HideKeyboard, u"Nascondi"_s);
+    m_shiftKey = makeIconKey(u"keyShift"_s, IconId::Shift, u"Maiuscole"_s);
+    m_symbolsKey = makeKey(u"keySymbols"_s, u"#+="_s, u"Simboli"_s);
     m_shiftKey->setCheckable(true);
     m_symbolsKey->setCheckable(true);
     backspace->setAutoRepeat(true);
@@ -125,8 +128,8 @@ void OnScreenKeyboard::addOthers(QGridLayout* keys)
     keys->addWidget(close, 4, 22, 1, 4);
 
     connect(backspace, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Backspace); });
-    connect(enter, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Return, QStringLiteral("\r")); });
-    connect(space, &QPushButton::clicked, this, [this] { sendText(QStringLiteral(" ")); });
+    connect(enter, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Return, u"\r"_s); });
+    connect(space, &QPushButton::clicked, this, [this] { sendText(u" "_s); });
     connect(left, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Left); });
     connect(right, &QPushButton::clicked, this, [this] { sendKey(Qt::Key_Right); });
     connect(close, &QPushButton::clicked, this, &QWidget::hide);
@@ -136,8 +139,9 @@ void OnScreenKeyboard::addOthers(QGridLayout* keys)
 
 const QString& OnScreenKeyboard::captionOf(const CharacterKey& key) const
 {
-    if (m_symbols)
+    if (m_symbols) {
         return key.symbol;
+    }
     return m_shift == Shift::Off ? key.plain : key.shifted;
 }
 
@@ -179,11 +183,11 @@ void OnScreenKeyboard::captionKeys()
     for (const CharacterKey& key : m_characters) {
         const QString& caption = captionOf(key);
         // A single ampersand would be taken for the mark of a shortcut.
-        key.button->setText(caption == u"&" ? QStringLiteral("&&") : caption);
+        key.button->setText(caption == u"&" ? u"&&"_s : caption);
         key.button->setAccessibleName(caption);
     }
     m_shiftKey->setChecked(m_shift != Shift::Off);
-    m_shiftKey->setToolTip(m_shift == Shift::Locked ? tr("Maiuscole bloccate") : tr("Maiuscole"));
+    m_shiftKey->setToolTip(m_shift == Shift::Locked ? u"Maiuscole bloccate"_s : u"Maiuscole"_s);
     m_symbolsKey->setChecked(m_symbols);
 }
 

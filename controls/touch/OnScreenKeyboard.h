@@ -9,11 +9,11 @@ class QGridLayout;
 
 namespace zul {
 
-// Letters with the accented ones, digits, a page of symbols, space, backspace, enter, arrows and hide. Shift
-// holds for one key; pressed twice it stays until it is pressed again. It stands at the window's lower edge,
-// or at its upper edge when it would cover its field.
-// A character's key is named "key" and the small letter or sign on it (keya, key1, keyè); the others keyShift,
-// keySymbols, keySpace, keyBackspace, keyEnter, keyLeft, keyRight, keyHide.
+/// Letters with the accented ones, digits, a page of symbols, space, backspace, enter, arrows and hide. Shift
+/// holds for one key; pressed twice it stays until it is pressed again. It stands at the window's lower edge,
+/// or at its upper edge when it would cover its field.
+/// A character's key is named "key" and the small letter or sign on it (keya, key1, keyè); the others keyShift,
+/// keySymbols, keySpace, keyBackspace, keyEnter, keyLeft, keyRight, keyHide.
 class OnScreenKeyboard : public KeyPanel
 {
     Q_OBJECT
@@ -21,13 +21,13 @@ class OnScreenKeyboard : public KeyPanel
 public:
     explicit OnScreenKeyboard(QWidget* parent = nullptr);
 
-    // Binds the keyboard to a field (a line or a text of many lines); null binds it to none.
+    /// Binds the keyboard to a field (a line or a text of many lines); null binds it to none.
     void attach(QWidget* field);
 
     [[nodiscard]] QSize sizeHint() const override;
 
-    // Leaves room for the keyboard below what the window's layout holds, and makes the window at least as wide, so
-    // that in touch mode the keyboard covers nothing. Called once, before the window is shown.
+    /// Leaves room for the keyboard below what the window's layout holds, and makes the window at least as wide, so
+    /// that in touch mode the keyboard covers nothing. Called once, before the window is shown.
     void leaveRoomIn(QWidget* window) const;
 
 protected:

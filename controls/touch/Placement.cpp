@@ -25,14 +25,18 @@ QRect placeBeside(const QRect& field, QSize panel, const QRect& window)
     const int toRight = field.x() + field.width() + gap;
     const int toLeft = field.x() - gap - panel.width();
 
-    if (below + panel.height() <= bottom)
+    if (below + panel.height() <= bottom) {
         return {QPoint(x, below), panel};
-    if (above >= window.y())
+    }
+    if (above >= window.y()) {
         return {QPoint(x, above), panel};
-    if (toRight + panel.width() <= right)
+    }
+    if (toRight + panel.width() <= right) {
         return {QPoint(toRight, y), panel};
-    if (toLeft >= window.x())
+    }
+    if (toLeft >= window.x()) {
         return {QPoint(toLeft, y), panel};
+    }
     const bool fieldAbove = field.center().y() <= window.center().y();
     return {QPoint(x, fieldAbove ? bottom - panel.height() : window.y()), panel};
 }

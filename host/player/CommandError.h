@@ -4,8 +4,8 @@
 #include <QString>
 
 namespace zul::host {
-// Thrown by what carries out a command before it touches a window, and caught by the player alone: an exception
-// never passes through an event loop.
+/// Thrown by what carries out a command before it touches a window, and caught by the player alone: an exception
+/// never passes through an event loop.
 struct CommandError
 {
     QString why;

@@ -1,14 +1,17 @@
 #include "host/player/CommandLine.h"
 
-#include <algorithm>
-#include <array>
-#include <functional>
+#include <QCommandLineParser>
+
 #include <limits>
 #include <utility>
+#include <vector>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
-// Thrown by a value's reader and caught by parseCommandLine alone.
+/// Thrown by a value's reader and caught by parseCommandLine alone.
 struct BadValue
 {
     QString wanted;
@@ -19,8 +22,7 @@ int wholeNumber(const QString& text, int least)
     bool ok = false;
     const int number = text.toInt(&ok);
     if (!ok || number < least) {
-        throw BadValue{least == 0 ? QStringLiteral("a whole number from 0")
-                                  : QStringLiteral("a whole number of 32 bits")};
+        throw BadValue{least == 0 ? u"a whole number from 0"_s : u"a whole number of 32 bits"_s};
     }
     return number;
 }
@@ -28,21 +30,29 @@ int wholeNumber(const QString& text, int least)
 QString notEmpty(const QString& text)
 {
     if (text.isEmpty()) {
-        throw BadValue{QStringLiteral("a text that is not empty")};
+        throw BadValue{u"a text that is not empty"_s};
     }
     return text;
 }
 
-// A list of names joined by commas, or "none": every named flag becomes true, the others false.
+QString webAddress(const QString& text)
+{
+    if (!text.startsWith(u"http://"_s) && !text.startsWith(u"https://"_s)) {
+        throw BadValue{u"an address that begins with http:// or https://"_s};
+    }
+    return text;
+}
+
+/// A list of names joined by commas, or "none": every named flag becomes true, the others false.
 void flags(const QString& text, const QString& wanted, std::initializer_list<std::pair<QString, bool*>> known)
 {
     for (const auto& [name, flag] : known) {
         *flag = false;
     }
-    if (text == QLatin1String("none")) {
+    if (text == u"none"_s) {
         return;
     }
-    for (const QString& word : text.split(QLatin1Char(','))) {
+    for (const QString& word : text.split(u',')) {
         bool found = false;
         for (const auto& [name, flag] : known) {
             if (word == name) {
@@ -58,100 +68,137 @@ void flags(const QString& text, const QString& wanted, std::initializer_list<std
 
 StartWindow startWindow(const QString& text)
 {
-    if (text == QLatin1String("main")) {
+    if (text == u"main"_s) {
         return StartWindow::Main;
     }
-    if (text == QLatin1String("options")) {
+    if (text == u"options"_s) {
         return StartWindow::Options;
     }
-    if (text == QLatin1String("check")) {
+    if (text == u"check"_s) {
         return StartWindow::Check;
     }
-    throw BadValue{QStringLiteral("main, options or check")};
+    throw BadValue{u"main, options or check"_s};
 }
 
-using Apply = std::function<void(CommandLine&, const QString&)>;
-
-// An option that takes a value.
-struct Option
+/// An option that takes a value, and what the value does.
+struct ValueOption
 {
-    QLatin1String name;
-    Apply apply;
+    QCommandLineOption option;
+    void (*apply)(CommandLine& line, const QString& value);
 };
 
-const std::array<Option, 12>& options()
+const std::vector<ValueOption>& valueOptions()
 {
-    static const std::array<Option, 12> table{{
-        {QLatin1String("--database"),
+    static const std::vector<ValueOption> table{
+        {{u"database"_s,
+          u"An SQLite file, or an ODBC connection string (it contains \"=\"); default: the demo database in "
+          "the user's data folder."_s,
+          u"X"_s},
          [](CommandLine& line, const QString& v) { line.database = notEmpty(v); }},
-        {QLatin1String("--create-demo"),
+        {{u"create-demo"_s, u"Make the database with N customers, and stop."_s, u"N"_s},
          [](CommandLine& line, const QString& v) { line.createDemo = wholeNumber(v, 0); }},
-        {QLatin1String("--app-dir"), [](CommandLine& line, const QString& v) { line.appDir = notEmpty(v); }},
-        {QLatin1String("--user"),
+        {{u"app-dir"_s, u"The host application's folder; default: the folder of zulhost."_s, u"DIR"_s},
+         [](CommandLine& line, const QString& v) { line.appDir = notEmpty(v); }},
+        {{u"user"_s, u"The operator's id; default: 1."_s, u"N"_s},
          [](CommandLine& line, const QString& v) {
              line.user = wholeNumber(v, std::numeric_limits<int>::min());
          }},
-        {QLatin1String("--user-name"), [](CommandLine& line, const QString& v) { line.userName = v; }},
-        {QLatin1String("--show"),
+        {{u"user-name"_s, u"The operator's name; default: demo."_s, u"TEXT"_s},
+         [](CommandLine& line, const QString& v) { line.userName = v; }},
+        {{u"show"_s, u"Of sms,mail,push, or none: the message kinds to offer; default: all."_s, u"LIST"_s},
          [](CommandLine& line, const QString& v) {
-             flags(v, QStringLiteral("a list of sms, mail and push joined by commas, or none"),
-                   {{QStringLiteral("sms"), &line.showSms},
-                    {QStringLiteral("mail"), &line.showMail},
-                    {QStringLiteral("push"), &line.showPush}});
+             flags(v, u"a list of sms, mail and push joined by commas, or none"_s,
+                   {{u"sms"_s, &line.showSms}, {u"mail"_s, &line.showMail}, {u"push"_s, &line.showPush}});
          }},
-        {QLatin1String("--search"),
+        {{u"search"_s, u"Of ricorrenze,classificazioni, or none; default: both."_s, u"LIST"_s},
          [](CommandLine& line, const QString& v) {
-             flags(v, QStringLiteral("a list of ricorrenze and classificazioni joined by a comma, or none"),
-                   {{QStringLiteral("ricorrenze"), &line.searchRicorrenze},
-                    {QStringLiteral("classificazioni"), &line.searchClassificazioni}});
+             flags(v, u"a list of ricorrenze and classificazioni joined by a comma, or none"_s,
+                   {{u"ricorrenze"_s, &line.searchRicorrenze},
+                    {u"classificazioni"_s, &line.searchClassificazioni}});
          }},
-        {QLatin1String("--window"),
+        {{u"window"_s, u"main, options or check; default: main."_s, u"W"_s},
          [](CommandLine& line, const QString& v) { line.window = startWindow(v); }},
-        {QLatin1String("--scenario"),
+        {{u"scenario"_s, u"Play FILE (\"-\": standard input)."_s, u"FILE"_s},
          [](CommandLine& line, const QString& v) { line.scenario = notEmpty(v); }},
-        {QLatin1String("--journal"), [](CommandLine& line, const QString& v) { line.journal = notEmpty(v); }},
-        {QLatin1String("--component"),
+        {{u"journal"_s, u"Write every database operation to FILE."_s, u"FILE"_s},
+         [](CommandLine& line, const QString& v) { line.journal = notEmpty(v); }},
+        {{u"component"_s, u"The component's library; default: the one beside zulhost."_s, u"FILE"_s},
          [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
-        {QLatin1String("--app-url"),
-         [](CommandLine& line, const QString& v) {
-             if (!v.startsWith(QLatin1String("http://")) && !v.startsWith(QLatin1String("https://"))) {
-                 throw BadValue{QStringLiteral("an address that begins with http:// or https://")};
-             }
-             line.appUrl = v;
-         }},
-    }};
+        {{u"app-url"_s, u"Where push notifications are posted; default: the table appOutbox."_s, u"URL"_s},
+         [](CommandLine& line, const QString& v) { line.appUrl = webAddress(v); }},
+    };
     return table;
+}
+
+struct Switches
+{
+    QCommandLineOption touch{u"touch"_s, u"Touch mode."_s};
+    // The parser's own would offer Qt's options too, which zulhost does not take.
+    QCommandLineOption help{{u"h"_s, u"help"_s}, u"Print this text, and stop."_s};
+    QCommandLineOption version{{u"v"_s, u"version"_s}, u"Print the version, and stop."_s};
+};
+
+const Switches& switches()
+{
+    static const Switches table;
+    return table;
+}
+
+void describe(QCommandLineParser& parser)
+{
+    for (const ValueOption& known : valueOptions()) {
+        parser.addOption(known.option);
+    }
+    for (const QCommandLineOption& known : {switches().touch, switches().help, switches().version}) {
+        parser.addOption(known);
+    }
+}
+
+CommandLineError unknown(const QString& word)
+{
+    return {u"unknown option \"%1\"; --help lists the options"_s.arg(word)};
+}
+
+/// Why the parser did not take the arguments.
+CommandLineError refusal(const QCommandLineParser& parser, const QStringList& arguments)
+{
+    const QStringList names = parser.unknownOptionNames();
+    if (!names.isEmpty()) {
+        return unknown((names.first().size() == 1 ? u"-"_s : u"--"_s) + names.first());
+    }
+    // A value can be missing behind the last word only; the other reason is a value where none belongs.
+    for (const ValueOption& known : valueOptions()) {
+        if (arguments.last() == u"--"_s + known.option.names().first()) {
+            return {u"%1 needs a value"_s.arg(arguments.last())};
+        }
+    }
+    return {parser.errorText()};
 }
 } // namespace
 
 std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& arguments)
 {
+    QCommandLineParser parser;
+    describe(parser);
+    if (!parser.parse(QStringList(u"zulhost"_s) + arguments)) {
+        return refusal(parser, arguments);
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        return unknown(parser.positionalArguments().first());
+    }
     CommandLine line;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString& word = arguments[i];
-        if (word == QLatin1String("--touch")) {
-            line.touch = true;
-            continue;
-        }
-        if (word == QLatin1String("--help")) {
-            line.help = true;
-            continue;
-        }
-        const auto& table = options();
-        const auto* option =
-            std::find_if(table.begin(), table.end(), [&](const Option& o) { return word == o.name; });
-        if (option == table.end()) {
-            return CommandLineError{
-                QStringLiteral("unknown option \"%1\"; --help lists the options").arg(word)};
-        }
-        if (i + 1 == arguments.size()) {
-            return CommandLineError{QStringLiteral("%1 needs a value").arg(word)};
-        }
-        const QString& value = arguments[++i];
-        try {
-            option->apply(line, value);
-        } catch (const BadValue& bad) {
-            return CommandLineError{QStringLiteral("%1 takes %2, not \"%3\"").arg(word, bad.wanted, value)};
+    line.touch = parser.isSet(switches().touch);
+    line.help = parser.isSet(switches().help);
+    line.version = parser.isSet(switches().version);
+    for (const ValueOption& known : valueOptions()) {
+        const QStringList values = parser.values(known.option);
+        for (const QString& value : values) {
+            try {
+                known.apply(line, value);
+            } catch (const BadValue& bad) {
+                return CommandLineError{
+                    u"--%1 takes %2, not \"%3\""_s.arg(known.option.names().first(), bad.wanted, value)};
+            }
         }
     }
     return line;
@@ -159,22 +206,8 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
 
 QString usage()
 {
-    return QStringLiteral(
-        "zulhost [options]\n"
-        "  --database X       an SQLite file, or an ODBC connection string (it contains \"=\");\n"
-        "                     default: the demo database in the user's data folder\n"
-        "  --create-demo N    make the database with N customers, and stop\n"
-        "  --app-dir DIR      the host application's folder; default: the folder of zulhost\n"
-        "  --user N           the operator's id; default: 1\n"
-        "  --user-name TEXT   the operator's name; default: demo\n"
-        "  --show LIST        of sms,mail,push, or none: the message kinds to offer; default: all\n"
-        "  --search LIST      of ricorrenze,classificazioni, or none; default: both\n"
-        "  --touch            touch mode\n"
-        "  --window W         main, options or check; default: main\n"
-        "  --scenario FILE    play FILE (\"-\": standard input)\n"
-        "  --journal FILE     write every database operation to FILE\n"
-        "  --component FILE   the component's library; default: the one beside zulhost\n"
-        "  --app-url URL      where push notifications are posted; default: the table appOutbox\n"
-        "  --help             this text\n");
+    QCommandLineParser parser;
+    describe(parser);
+    return parser.helpText();
 }
 } // namespace zul::host

@@ -7,7 +7,7 @@
 #include <variant>
 
 namespace zul::host {
-// Which of the component's windows opens when no scenario is played.
+/// Which of the component's windows opens when no scenario is played.
 enum class StartWindow
 {
     Main,
@@ -15,15 +15,15 @@ enum class StartWindow
     Check
 };
 
-// What the command line asks for; the members' initial values are the defaults.
+/// What the command line asks for; the members' initial values are the defaults.
 struct CommandLine
 {
-    // An SQLite file or an ODBC connection string (it contains "="); empty: the demo database in the user's
-    // data folder.
+    /// An SQLite file or an ODBC connection string (it contains "="); empty: the demo database in the user's
+    /// data folder.
     QString database;
-    // Make the demo database with so many customers, and stop.
+    /// Make the demo database with so many customers, and stop.
     std::optional<int> createDemo;
-    // The host application's folder as the component gets it; empty: the folder of the program.
+    /// The host application's folder as the component gets it; empty: the folder of the program.
     QString appDir;
     int user = 1;
     QString userName = QStringLiteral("demo");
@@ -34,27 +34,28 @@ struct CommandLine
     bool searchClassificazioni = true;
     bool touch = false;
     StartWindow window = StartWindow::Main;
-    // A file, or "-" for standard input; empty: no scenario.
+    /// A file, or "-" for standard input; empty: no scenario.
     QString scenario;
-    // Where every database operation is written; empty: nowhere.
+    /// Where every database operation is written; empty: nowhere.
     QString journal;
-    // The component's library; empty: the one beside the program.
+    /// The component's library; empty: the one beside the program.
     QString component;
-    // Where the app connector posts push notifications; empty: the table appOutbox.
+    /// Where the app connector posts push notifications; empty: the table appOutbox.
     QString appUrl;
-    // Print the usage and stop.
+    /// Print the usage, or the program's version, and stop.
     bool help = false;
+    bool version = false;
 };
 
-// Why a command line is not taken: one line for the person who typed it.
+/// Why a command line is not taken: one line for the person who typed it.
 struct CommandLineError
 {
     QString message;
 };
 
-// Reads the arguments (without the program's own name). An option that stands twice counts as it stands last.
+/// Reads the arguments (without the program's own name). An option that stands twice counts as it stands last.
 std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& arguments);
 
-// The text of --help.
+/// The text of --help. Names the program as it was started, which a QCoreApplication has to tell.
 QString usage();
 } // namespace zul::host

@@ -24,13 +24,16 @@
 #include <algorithm>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 int wholeNumber(const Word& word)
 {
     bool ok = false;
     const int number = word.text.toInt(&ok);
     if (!ok) {
-        throw CommandError{QStringLiteral("%1 is no whole number").arg(quoted(word.text))};
+        throw CommandError{u"%1 is no whole number"_s.arg(quoted(word.text))};
     }
     return number;
 }
@@ -39,7 +42,7 @@ int positiveNumber(const Word& word)
 {
     const int number = wholeNumber(word);
     if (number <= 0) {
-        throw CommandError{QStringLiteral("%1 is no size").arg(number)};
+        throw CommandError{u"%1 is no size"_s.arg(number)};
     }
     return number;
 }
@@ -50,12 +53,12 @@ void reachAndClick(QWidget* widget, const QPoint& point, Qt::KeyboardModifiers m
     hands::click(widget, point, modifiers);
 }
 
-// Where a row is clicked: inside what is seen of it, and not on its check box.
+/// Where a row is clicked: inside what is seen of it, and not on its check box.
 QPoint rowPoint(const GridProbe& grid, int row)
 {
     const QRect seen = grid.rowRect(row) & grid.body()->rect();
     if (seen.isEmpty()) {
-        throw CommandError{QStringLiteral("row %1 cannot be brought into view").arg(row)};
+        throw CommandError{u"row %1 cannot be brought into view"_s.arg(row)};
     }
     const QRect check = grid.checkRectOrNothing(row);
     QPoint point = seen.center();
@@ -74,7 +77,7 @@ QTabBar* tabBarOf(QWidget* control)
     return qobject_cast<QTabBar*>(control);
 }
 
-// Brings a tab of a bar that is too narrow for all of them into view, as the bar's scroll buttons would.
+/// Brings a tab of a bar that is too narrow for all of them into view, as the bar's scroll buttons would.
 void showTab(QTabBar* bar, int index)
 {
     for (const char* name : {"ScrollRightButton", "ScrollLeftButton"}) {
@@ -92,13 +95,13 @@ QAbstractButton* buttonOf(QMessageBox* box, const QString& name)
     if (auto* named = box->findChild<QAbstractButton*>(name)) {
         return named;
     }
-    if (name == QLatin1String("ok")) {
+    if (name == u"ok"_s) {
         return box->button(QMessageBox::Ok);
     }
-    if (name == QLatin1String("yes")) {
+    if (name == u"yes"_s) {
         return box->button(QMessageBox::Yes);
     }
-    if (name == QLatin1String("no")) {
+    if (name == u"no"_s) {
         return box->button(QMessageBox::No);
     }
     return nullptr;
@@ -115,32 +118,32 @@ const Commands::Entry* Commands::find(const QString& name)
 {
     constexpr std::size_t any = static_cast<std::size_t>(-1);
     static const QHash<QString, Entry> table{
-        {QStringLiteral("call"), {&Commands::call, 1, any, false}},
-        {QStringLiteral("click"), {&Commands::click, 1, 1, false}},
-        {QStringLiteral("type"), {&Commands::type, 2, 2, false}},
-        {QStringLiteral("key"), {&Commands::key, 2, 2, false}},
-        {QStringLiteral("focus"), {&Commands::focus, 1, 1, false}},
-        {QStringLiteral("page"), {&Commands::page, 2, 2, false}},
-        {QStringLiteral("choose"), {&Commands::choose, 2, 2, false}},
-        {QStringLiteral("request"), {&Commands::request, 1, 1, false}},
-        {QStringLiteral("clear"), {&Commands::clear, 1, 1, false}},
-        {QStringLiteral("row"), {&Commands::row, 2, 3, false}},
-        {QStringLiteral("doubleclick"), {&Commands::doubleClick, 2, 2, false}},
-        {QStringLiteral("tick"), {&Commands::tick, 2, 2, false}},
-        {QStringLiteral("sort"), {&Commands::sort, 2, 2, false}},
-        {QStringLiteral("group"), {&Commands::group, 2, 2, false}},
-        {QStringLiteral("ungroup"), {&Commands::ungroup, 1, 1, false}},
-        {QStringLiteral("width"), {&Commands::width, 3, 3, false}},
-        {QStringLiteral("move"), {&Commands::move, 3, 3, false}},
-        {QStringLiteral("folder"), {&Commands::folder, 2, 2, false}},
-        {QStringLiteral("answer"), {&Commands::answer, 1, 1, true}},
-        {QStringLiteral("close"), {&Commands::close, 0, 0, false}},
-        {QStringLiteral("resize"), {&Commands::resize, 2, 2, false}},
-        {QStringLiteral("print"), {&Commands::print, 1, 1, true}},
-        {QStringLiteral("rows"), {&Commands::rows, 1, 3, true}},
-        {QStringLiteral("lines"), {&Commands::lines, 1, 1, true}},
-        {QStringLiteral("sql"), {&Commands::sql, 1, 1, true}},
-        {QStringLiteral("shot"), {&Commands::shot, 1, 1, true}},
+        {u"call"_s, {&Commands::call, 1, any, false}},
+        {u"click"_s, {&Commands::click, 1, 1, false}},
+        {u"type"_s, {&Commands::type, 2, 2, false}},
+        {u"key"_s, {&Commands::key, 2, 2, false}},
+        {u"focus"_s, {&Commands::focus, 1, 1, false}},
+        {u"page"_s, {&Commands::page, 2, 2, false}},
+        {u"choose"_s, {&Commands::choose, 2, 2, false}},
+        {u"request"_s, {&Commands::request, 1, 1, false}},
+        {u"clear"_s, {&Commands::clear, 1, 1, false}},
+        {u"row"_s, {&Commands::row, 2, 3, false}},
+        {u"doubleclick"_s, {&Commands::doubleClick, 2, 2, false}},
+        {u"tick"_s, {&Commands::tick, 2, 2, false}},
+        {u"sort"_s, {&Commands::sort, 2, 2, false}},
+        {u"group"_s, {&Commands::group, 2, 2, false}},
+        {u"ungroup"_s, {&Commands::ungroup, 1, 1, false}},
+        {u"width"_s, {&Commands::width, 3, 3, false}},
+        {u"move"_s, {&Commands::move, 3, 3, false}},
+        {u"folder"_s, {&Commands::folder, 2, 2, false}},
+        {u"answer"_s, {&Commands::answer, 1, 1, true}},
+        {u"close"_s, {&Commands::close, 0, 0, false}},
+        {u"resize"_s, {&Commands::resize, 2, 2, false}},
+        {u"print"_s, {&Commands::print, 1, 1, true}},
+        {u"rows"_s, {&Commands::rows, 1, 3, true}},
+        {u"lines"_s, {&Commands::lines, 1, 1, true}},
+        {u"sql"_s, {&Commands::sql, 1, 1, true}},
+        {u"shot"_s, {&Commands::shot, 1, 1, true}},
     };
     const auto found = table.constFind(name);
     return found == table.constEnd() ? nullptr : &found.value();
@@ -151,14 +154,14 @@ void Commands::run(const std::vector<Word>& words)
     const QString& name = words.front().text;
     const Entry* entry = find(name);
     if (entry == nullptr) {
-        throw CommandError{QStringLiteral("unknown command %1").arg(quoted(name))};
+        throw CommandError{u"unknown command %1"_s.arg(quoted(name))};
     }
     const Arguments arguments(words.begin() + 1, words.end());
     if (arguments.size() < entry->least || arguments.size() > entry->most) {
-        throw CommandError{QStringLiteral("%1 has the wrong number of words").arg(name)};
+        throw CommandError{u"%1 has the wrong number of words"_s.arg(name)};
     }
     if (m_windows.messageBox() != nullptr && !entry->besideMessage) {
-        throw CommandError{QStringLiteral("a message box is open")};
+        throw CommandError{u"a message box is open"_s};
     }
     (this->*entry->run)(arguments);
 }
@@ -195,12 +198,12 @@ void Commands::type(const Arguments& arguments)
         return; // the click closed the window
     }
     if (!part->hasFocus() && window->focusWidget() != part) {
-        throw CommandError{QStringLiteral("%1 does not take the keyboard").arg(quoted(arguments[0].text))};
+        throw CommandError{u"%1 does not take the keyboard"_s.arg(quoted(arguments[0].text))};
     }
-    hands::key(window, Qt::Key_A, Qt::ControlModifier, QStringLiteral("\x01"));
+    hands::key(window, Qt::Key_A, Qt::ControlModifier, u"\x01"_s);
     if (arguments[1].text.isEmpty()) {
         if (window) {
-            hands::key(window, Qt::Key_Delete, {}, QStringLiteral("\x7f"));
+            hands::key(window, Qt::Key_Delete, {}, u"\x7f"_s);
         }
         return;
     }
@@ -221,8 +224,7 @@ void Commands::key(const Arguments& arguments)
         }
         QWidget* focused = window->focusWidget();
         if (focused == nullptr || (focused != part && !part->isAncestorOf(focused))) {
-            throw CommandError{
-                QStringLiteral("%1 does not take the keyboard").arg(quoted(arguments[0].text))};
+            throw CommandError{u"%1 does not take the keyboard"_s.arg(quoted(arguments[0].text))};
         }
     }
     hands::key(window, press.key, press.modifiers, press.text);
@@ -232,17 +234,17 @@ void Commands::page(const Arguments& arguments)
 {
     QTabBar* bar = tabBarOf(usable(arguments[0]));
     if (bar == nullptr) {
-        throw CommandError{QStringLiteral("%1 is no tab control").arg(quoted(arguments[0].text))};
+        throw CommandError{u"%1 is no tab control"_s.arg(quoted(arguments[0].text))};
     }
     const int index = wholeNumber(arguments[1]);
     if (index < 0 || index >= bar->count()) {
-        throw CommandError{QStringLiteral("there is no page %1").arg(index)};
+        throw CommandError{u"there is no page %1"_s.arg(index)};
     }
     if (!bar->isTabVisible(index)) {
-        throw CommandError{QStringLiteral("page %1 is hidden").arg(index)};
+        throw CommandError{u"page %1 is hidden"_s.arg(index)};
     }
     if (!bar->isTabEnabled(index)) {
-        throw CommandError{QStringLiteral("page %1 is disabled").arg(index)};
+        throw CommandError{u"page %1 is disabled"_s.arg(index)};
     }
     showTab(bar, index);
     reachAndClick(bar, bar->tabRect(index).center());
@@ -252,31 +254,31 @@ void Commands::choose(const Arguments& arguments)
 {
     const QPointer<QComboBox> list = qobject_cast<QComboBox*>(usable(arguments[0]));
     if (!list) {
-        throw CommandError{QStringLiteral("%1 is no drop-down list").arg(quoted(arguments[0].text))};
+        throw CommandError{u"%1 is no drop-down list"_s.arg(quoted(arguments[0].text))};
     }
     const int entry = list->findText(arguments[1].text, Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (entry < 0) {
-        throw CommandError{QStringLiteral("there is no entry %1").arg(quoted(arguments[1].text))};
+        throw CommandError{u"there is no entry %1"_s.arg(quoted(arguments[1].text))};
     }
     reachAndClick(list, QPoint(list->width() - 8, list->height() / 2));
     const QPointer<QAbstractItemView> view = list ? list->view() : nullptr;
     if (!view || !view->isVisible()) {
-        throw CommandError{QStringLiteral("%1 does not open").arg(quoted(arguments[0].text))};
+        throw CommandError{u"%1 does not open"_s.arg(quoted(arguments[0].text))};
     }
     // The arrow keys walk to the entry, Return takes it: the mouse would have to wait until the list believes that
     // its opening click is over.
     view->setCurrentIndex(list->model()->index(entry, list->modelColumn(), list->rootModelIndex()));
-    hands::key(view->window(), Qt::Key_Return, {}, QStringLiteral("\r"));
+    hands::key(view->window(), Qt::Key_Return, {}, u"\r"_s);
 }
 
 void Commands::clickPart(const Word& name, const char* part)
 {
     auto* button = usable(name)->findChild<QWidget*>(QLatin1String(part));
     if (button == nullptr) {
-        throw CommandError{QStringLiteral("%1 is no selector field").arg(quoted(name.text))};
+        throw CommandError{u"%1 is no selector field"_s.arg(quoted(name.text))};
     }
     if (!button->isVisible() || !button->isEnabled()) {
-        throw CommandError{QStringLiteral("the button of %1 is hidden or disabled").arg(quoted(name.text))};
+        throw CommandError{u"the button of %1 is hidden or disabled"_s.arg(quoted(name.text))};
     }
     reachAndClick(button, button->rect().center());
 }
@@ -296,10 +298,10 @@ void Commands::row(const Arguments& arguments)
     Qt::KeyboardModifiers modifiers;
     if (arguments.size() == 3) {
         const QString& with = arguments[2].text;
-        if (with != QLatin1String("ctrl") && with != QLatin1String("shift")) {
-            throw CommandError{QStringLiteral("%1 is neither ctrl nor shift").arg(quoted(with))};
+        if (with != u"ctrl"_s && with != u"shift"_s) {
+            throw CommandError{u"%1 is neither ctrl nor shift"_s.arg(quoted(with))};
         }
-        modifiers = with == QLatin1String("ctrl") ? Qt::ControlModifier : Qt::ShiftModifier;
+        modifiers = with == u"ctrl"_s ? Qt::ControlModifier : Qt::ShiftModifier;
     }
     const GridProbe grid(usable(arguments[0]));
     const QPoint point = rowPoint(grid, wholeNumber(arguments[1]));
@@ -358,7 +360,7 @@ void Commands::move(const Arguments& arguments)
     const QRect from = grid.headerRect(column);
     const int there = grid.columnAt(position);
     if (there < 0) {
-        throw CommandError{QStringLiteral("there is no visible position %1").arg(position)};
+        throw CommandError{u"there is no visible position %1"_s.arg(position)};
     }
     if (there == column) {
         return;
@@ -376,12 +378,12 @@ void Commands::folder(const Arguments& arguments)
     QWidget* tree = usable(arguments[0]);
     bool selected = false;
     if (tree->metaObject()->indexOfMethod("selectPath(QString)") < 0) {
-        throw CommandError{QStringLiteral("%1 is no folder tree").arg(quoted(arguments[0].text))};
+        throw CommandError{u"%1 is no folder tree"_s.arg(quoted(arguments[0].text))};
     }
     QMetaObject::invokeMethod(tree, "selectPath", Qt::DirectConnection, Q_RETURN_ARG(bool, selected),
                               Q_ARG(QString, arguments[1].text));
     if (!selected) {
-        throw CommandError{QStringLiteral("there is no folder %1").arg(quoted(arguments[1].text))};
+        throw CommandError{u"there is no folder %1"_s.arg(quoted(arguments[1].text))};
     }
 }
 
@@ -389,11 +391,11 @@ void Commands::answer(const Arguments& arguments)
 {
     QMessageBox* box = m_windows.messageBox();
     if (box == nullptr) {
-        throw CommandError{QStringLiteral("no message box is open")};
+        throw CommandError{u"no message box is open"_s};
     }
     QAbstractButton* button = buttonOf(box, arguments[0].text);
     if (button == nullptr || !button->isVisible() || !button->isEnabled()) {
-        throw CommandError{QStringLiteral("the message box has no button %1").arg(quoted(arguments[0].text))};
+        throw CommandError{u"the message box has no button %1"_s.arg(quoted(arguments[0].text))};
     }
     reachAndClick(button, button->rect().center());
 }
@@ -402,10 +404,10 @@ void Commands::close(const Arguments& /*arguments*/)
 {
     QWidget* window = m_windows.topmost();
     if (window == nullptr) {
-        throw CommandError{QStringLiteral("no window is open")};
+        throw CommandError{u"no window is open"_s};
     }
     if (!window->isEnabled()) {
-        throw CommandError{QStringLiteral("%1 is disabled").arg(quoted(window->objectName()))};
+        throw CommandError{u"%1 is disabled"_s.arg(quoted(window->objectName()))};
     }
     window->windowHandle()->close();
 }
@@ -415,7 +417,7 @@ void Commands::resize(const Arguments& arguments)
     const QSize size(positiveNumber(arguments[0]), positiveNumber(arguments[1]));
     QWidget* window = m_windows.topmost();
     if (window == nullptr) {
-        throw CommandError{QStringLiteral("no window is open")};
+        throw CommandError{u"no window is open"_s};
     }
     window->resize(size);
 }
@@ -432,7 +434,7 @@ void Commands::rows(const Arguments& arguments)
     const int from = arguments.size() > 1 ? wholeNumber(arguments[1]) : 0;
     const int count = arguments.size() > 2 ? wholeNumber(arguments[2]) : all;
     if (from < 0 || count < 0) {
-        throw CommandError{QStringLiteral("rows are counted from 0")};
+        throw CommandError{u"rows are counted from 0"_s};
     }
     for (int row = from; row < all && row - from < count; ++row) {
         m_printer.line(grid.rowLine(row));
@@ -457,10 +459,10 @@ void Commands::shot(const Arguments& arguments)
 {
     QWidget* window = m_windows.topmost();
     if (window == nullptr) {
-        throw CommandError{QStringLiteral("no window is open")};
+        throw CommandError{u"no window is open"_s};
     }
     if (!window->grab().save(arguments[0].text, "PNG")) {
-        throw CommandError{QStringLiteral("%1 cannot be written").arg(quoted(arguments[0].text))};
+        throw CommandError{u"%1 cannot be written"_s.arg(quoted(arguments[0].text))};
     }
 }
 

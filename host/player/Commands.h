@@ -15,18 +15,18 @@ class EventPrinter;
 class HostPort;
 class WindowWatcher;
 
-// Carries out one command at a time on the windows as they are. Knows nothing of the order of commands.
+/// Carries out one command at a time on the windows as they are. Knows nothing of the order of commands.
 class Commands
 {
 public:
     Commands(EventPrinter& printer, WindowWatcher& windows, HostPort& host);
 
-    // Works until the handlers that the command started have returned; modal windows may come and go meanwhile.
-    // The first word is the command's name. Throws CommandError when it cannot be done.
+    /// Works until the handlers that the command started have returned; modal windows may come and go meanwhile.
+    /// The first word is the command's name. Throws CommandError when it cannot be done.
     void run(const std::vector<Word>& words);
 
-    // Closes the topmost window without a person's patience: a message box is answered, a disabled window is
-    // enabled first, and one that will not close is hidden. False when none is open.
+    /// Closes the topmost window without a person's patience: a message box is answered, a disabled window is
+    /// enabled first, and one that will not close is hidden. False when none is open.
     bool closeTopmost();
 
 private:

@@ -7,10 +7,13 @@
 #include <QWidget>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 QWidget* findControl(QWidget* window, const QString& name)
 {
     if (window == nullptr) {
-        throw CommandError{QStringLiteral("no window is open")};
+        throw CommandError{u"no window is open"_s};
     }
     if (window->objectName() == name) {
         return window;
@@ -29,10 +32,8 @@ QWidget* findControl(QWidget* window, const QString& name)
         }
     }
     if (found == nullptr) {
-        throw CommandError{QStringLiteral("no control \"%1\" in %2")
-                               .arg(name, window->objectName().isEmpty()
-                                              ? QStringLiteral("the topmost window")
-                                              : window->objectName())};
+        throw CommandError{u"no control \"%1\" in %2"_s.arg(
+            name, window->objectName().isEmpty() ? u"the topmost window"_s : window->objectName())};
     }
     return found;
 }
@@ -41,10 +42,10 @@ QWidget* findUsableControl(QWidget* window, const QString& name)
 {
     QWidget* control = findControl(window, name);
     if (!control->isVisible()) {
-        throw CommandError{QStringLiteral("\"%1\" is hidden").arg(name)};
+        throw CommandError{u"\"%1\" is hidden"_s.arg(name)};
     }
     if (!control->isEnabled()) {
-        throw CommandError{QStringLiteral("\"%1\" is disabled").arg(name)};
+        throw CommandError{u"\"%1\" is disabled"_s.arg(name)};
     }
     return control;
 }
@@ -55,6 +56,12 @@ QWidget* keyboardPart(QWidget* control)
         control = control->focusProxy();
     }
     return control;
+}
+
+QObject* probeOf(const QWidget* control, const char* member)
+{
+    auto* probe = control->property("probe").value<QObject*>();
+    return probe != nullptr && probe->metaObject()->indexOfMethod(member) >= 0 ? probe : nullptr;
 }
 
 bool isShown(const QWidget* control)

@@ -17,14 +17,17 @@
 #include <QToolButton>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
-// A caption as it reads on the screen, without the mark of its shortcut.
+/// A caption as it reads on the screen, without the mark of its shortcut.
 QString caption(const QString& text)
 {
     QString shown;
     shown.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] == QLatin1Char('&') && i + 1 < text.size()) {
+        if (text[i] == u'&' && i + 1 < text.size()) {
             ++i;
         }
         shown += text[i];
@@ -40,20 +43,19 @@ QString tabState(const QTabWidget* tabs)
             pages.append(caption(tabs->tabText(i)));
         }
     }
-    return QStringLiteral(" page=%1 pages=%2").arg(QString::number(tabs->currentIndex()), quotedList(pages));
+    return u" page=%1 pages=%2"_s.arg(QString::number(tabs->currentIndex()), quotedList(pages));
 }
 
 QString textState(const QString& text)
 {
-    return QStringLiteral(" text=") + quoted(text);
+    return u" text="_s + quoted(text);
 }
 
-// What a control of its kind holds.
+/// What a control of its kind holds.
 QString state(const QWidget* control)
 {
     if (control->isWindow()) {
-        return textState(control->windowTitle()) + QStringLiteral(" tag=") +
-               quoted(control->property("tag").toString());
+        return textState(control->windowTitle()) + u" tag="_s + quoted(control->property("tag").toString());
     }
     if (const auto* tabs = qobject_cast<const QTabWidget*>(control)) {
         return tabState(tabs);
@@ -61,14 +63,14 @@ QString state(const QWidget* control)
     if (const auto* button = qobject_cast<const QAbstractButton*>(control)) {
         const bool hasValue = qobject_cast<const QCheckBox*>(control) != nullptr ||
                               qobject_cast<const QRadioButton*>(control) != nullptr;
-        return (hasValue ? QStringLiteral(" value=%1").arg(button->isChecked() ? 1 : 0) : QString()) +
+        return (hasValue ? u" value=%1"_s.arg(button->isChecked() ? 1 : 0) : QString()) +
                textState(caption(button->text()));
     }
     if (const auto* group = qobject_cast<const QGroupBox*>(control)) {
         return textState(caption(group->title()));
     }
     if (const QVariant id = control->property("selectedId"); id.isValid()) {
-        return QStringLiteral(" id=%1").arg(id.toInt()) + textState(control->property("text").toString());
+        return u" id=%1"_s.arg(id.toInt()) + textState(control->property("text").toString());
     }
     if (const auto* list = qobject_cast<const QComboBox*>(control)) {
         return textState(list->currentText());
@@ -85,7 +87,7 @@ QString state(const QWidget* control)
     return {};
 }
 
-// The colour behind the control: its own, else what shines through from the next control that paints one.
+/// The colour behind the control: its own, else what shines through from the next control that paints one.
 QColor background(const QWidget* control)
 {
     for (const QWidget* around = control; around != nullptr; around = around->parentWidget()) {
@@ -108,22 +110,21 @@ QColor background(const QWidget* control)
 
 QString controlLine(const QWidget* control)
 {
-    return QStringLiteral("control %1 visible=%2 enabled=%3")
-               .arg(control->objectName(), QString::number(isShown(control) ? 1 : 0),
-                    QString::number(control->isEnabled() ? 1 : 0)) +
-           state(control) + QStringLiteral(" background=") + background(control).name();
+    return u"control %1 visible=%2 enabled=%3"_s.arg(control->objectName(),
+                                                     QString::number(isShown(control) ? 1 : 0),
+                                                     QString::number(control->isEnabled() ? 1 : 0)) +
+           state(control) + u" background="_s + background(control).name();
 }
 
 QStringList listLines(const QWidget* control)
 {
     QStringList texts;
     int count = 0;
-    auto* object = const_cast<QWidget*>(control);
-    if (control->metaObject()->indexOfMethod("lineCount()") >= 0 &&
-        QMetaObject::invokeMethod(object, "lineCount", Qt::DirectConnection, Q_RETURN_ARG(int, count))) {
+    if (QObject* probe = probeOf(control, "lineCount()")) {
+        QMetaObject::invokeMethod(probe, "lineCount", Qt::DirectConnection, Q_RETURN_ARG(int, count));
         for (int i = 0; i < count; ++i) {
             QString text;
-            QMetaObject::invokeMethod(object, "lineText", Qt::DirectConnection, Q_RETURN_ARG(QString, text),
+            QMetaObject::invokeMethod(probe, "lineText", Qt::DirectConnection, Q_RETURN_ARG(QString, text),
                                       Q_ARG(int, i));
             texts.append(text);
         }
@@ -136,12 +137,12 @@ QStringList listLines(const QWidget* control)
             texts.append(list->itemText(i));
         }
     } else {
-        throw CommandError{QStringLiteral("\"%1\" is no list").arg(control->objectName())};
+        throw CommandError{u"\"%1\" is no list"_s.arg(control->objectName())};
     }
     QStringList lines;
     lines.reserve(texts.size());
     for (int i = 0; i < texts.size(); ++i) {
-        lines.append(QStringLiteral("line %1 %2").arg(QString::number(i), quoted(texts[i])));
+        lines.append(u"line %1 %2"_s.arg(QString::number(i), quoted(texts[i])));
     }
     return lines;
 }

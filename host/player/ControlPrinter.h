@@ -7,9 +7,9 @@
 class QWidget;
 
 namespace zul::host {
-// "control NAME visible=… enabled=… … background=…".
+/// "control NAME visible=… enabled=… … background=…".
 QString controlLine(const QWidget* control);
 
-// "line N …" for every entry of a list; throws CommandError when the control is no list.
+/// "line N …" for every entry of a list; throws CommandError when the control is no list.
 QStringList listLines(const QWidget* control);
 } // namespace zul::host

@@ -13,7 +13,7 @@
 #include <QTextBoundaryFinder>
 #include <QWindow>
 
-// The doors by which Qt's test library delivers input past the platform plug-in.
+/// The doors by which Qt's test library delivers input past the platform plug-in.
 Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
                                       Qt::MouseButtons state, Qt::MouseButton button, QEvent::Type type,
                                       Qt::KeyboardModifiers mods, int timestamp);
@@ -21,9 +21,12 @@ Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key,
                                     const QString& text, bool autorep, ushort count);
 
 namespace zul::host::hands {
+
+using namespace Qt::StringLiterals;
+
 namespace {
-// The clock of the mouse, in milliseconds. It is not the wall's: two clicks in a row are never a double click,
-// however fast they are played, and a double click always is one.
+/// The clock of the mouse, in milliseconds. It is not the wall's: two clicks in a row are never a double click,
+/// however fast they are played, and a double click always is one.
 int& mouseClock()
 {
     static int clock = 0;
@@ -35,7 +38,7 @@ void pause()
     mouseClock() += 2 * QGuiApplication::styleHints()->mouseDoubleClickInterval();
 }
 
-// A point of a window; the window may be gone when it is used.
+/// A point of a window; the window may be gone when it is used.
 struct Place
 {
     QPointer<QWindow> window;
@@ -94,7 +97,7 @@ void scrollTo(QWidget* widget, const QPoint& point)
     }
 }
 
-// The key that makes a character; only Latin letters and digits have one of their own here.
+/// The key that makes a character; only Latin letters and digits have one of their own here.
 int keyOf(char32_t c)
 {
     if ((c >= U'a' && c <= U'z')) {
@@ -123,9 +126,8 @@ void reach(QWidget* widget, const QPoint& point)
         (there != widget && !widget->isAncestorOf(there) && !(letsThrough && there->isAncestorOf(widget)))) {
         const QString by = there == nullptr || there->objectName().isEmpty()
                                ? QString()
-                               : QStringLiteral(" (there is \"%1\")").arg(there->objectName());
-        throw CommandError{
-            QStringLiteral("\"%1\" cannot be reached by the mouse%2").arg(widget->objectName(), by)};
+                               : u" (there is \"%1\")"_s.arg(there->objectName());
+        throw CommandError{u"\"%1\" cannot be reached by the mouse%2"_s.arg(widget->objectName(), by)};
     }
 }
 
@@ -185,9 +187,9 @@ void type(QWidget* window, const QString& text)
         }
         const QString one = text.mid(from, end - from);
         from = end;
-        if (one == QLatin1String("\n") || one == QLatin1String("\r") || one == QLatin1String("\r\n")) {
-            key(to, Qt::Key_Return, {}, QStringLiteral("\r"));
-        } else if (one == QLatin1String("\t")) {
+        if (one == u"\n"_s || one == u"\r"_s || one == u"\r\n"_s) {
+            key(to, Qt::Key_Return, {}, u"\r"_s);
+        } else if (one == u"\t"_s) {
             key(to, Qt::Key_Tab, {}, one);
         } else {
             const bool single = one.size() == 1;

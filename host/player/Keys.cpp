@@ -6,21 +6,24 @@
 #include <QKeySequence>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 QString textOf(int key, Qt::KeyboardModifiers modifiers)
 {
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return QStringLiteral("\r");
+        return u"\r"_s;
     case Qt::Key_Escape:
-        return QStringLiteral("\x1b");
+        return u"\x1b"_s;
     case Qt::Key_Tab:
-        return QStringLiteral("\t");
+        return u"\t"_s;
     case Qt::Key_Backspace:
-        return QStringLiteral("\b");
+        return u"\b"_s;
     case Qt::Key_Delete:
-        return QStringLiteral("\x7f");
+        return u"\x7f"_s;
     default:
         break;
     }
@@ -39,7 +42,7 @@ KeyPress keyPress(const QString& name)
     const QKeySequence sequence = QKeySequence::fromString(name, QKeySequence::PortableText);
     const int key = sequence.count() == 1 ? sequence[0].key() : Qt::Key_unknown;
     if (key == Qt::Key_unknown || key == 0) {
-        throw CommandError{QStringLiteral("unknown key %1").arg(quoted(name))};
+        throw CommandError{u"unknown key %1"_s.arg(quoted(name))};
     }
     const Qt::KeyboardModifiers modifiers = sequence[0].keyboardModifiers();
     if (key == Qt::Key_Tab && modifiers.testFlag(Qt::ShiftModifier)) {

@@ -3,13 +3,16 @@
 #include <QStringList>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 bool isBlank(QChar c)
 {
-    return c == QLatin1Char(' ') || c == QLatin1Char('\t');
+    return c == u' ' || c == u'\t';
 }
 
-// The character that an escape stands for; a null character for an escape that there is not.
+/// The character that an escape stands for; a null character for an escape that there is not.
 QChar unescaped(QChar c)
 {
     switch (c.unicode()) {
@@ -17,11 +20,11 @@ QChar unescaped(QChar c)
     case u'\\':
         return c;
     case u'n':
-        return QLatin1Char('\n');
+        return u'\n';
     case u'r':
-        return QLatin1Char('\r');
+        return u'\r';
     case u't':
-        return QLatin1Char('\t');
+        return u'\t';
     default:
         return {};
     }
@@ -37,11 +40,11 @@ ParsedLine splitWords(const QString& line)
         while (at < end && isBlank(line[at])) {
             ++at;
         }
-        if (at == end || (words.empty() && line[at] == QLatin1Char('#'))) {
+        if (at == end || (words.empty() && line[at] == u'#')) {
             return words;
         }
         Word word;
-        if (line[at] != QLatin1Char('"')) {
+        if (line[at] != u'"') {
             const qsizetype from = at;
             while (at < end && !isBlank(line[at])) {
                 ++at;
@@ -54,24 +57,24 @@ ParsedLine splitWords(const QString& line)
         ++at;
         for (;;) {
             if (at == end) {
-                return ParseError{QStringLiteral("a quoted word does not end")};
+                return ParseError{u"a quoted word does not end"_s};
             }
             const QChar c = line[at++];
-            if (c == QLatin1Char('"')) {
+            if (c == u'"') {
                 break;
             }
-            if (c != QLatin1Char('\\')) {
+            if (c != u'\\') {
                 word.text += c;
                 continue;
             }
             const QChar meant = at == end ? QChar() : unescaped(line[at++]);
             if (meant.isNull()) {
-                return ParseError{QStringLiteral("an unknown escape in a quoted word")};
+                return ParseError{u"an unknown escape in a quoted word"_s};
             }
             word.text += meant;
         }
         if (at < end && !isBlank(line[at])) {
-            return ParseError{QStringLiteral("a quoted word is not followed by a blank")};
+            return ParseError{u"a quoted word is not followed by a blank"_s};
         }
         words.push_back(word);
     }
@@ -81,29 +84,29 @@ QString quoted(const QString& text)
 {
     QString result;
     result.reserve(text.size() + 2);
-    result += QLatin1Char('"');
+    result += u'"';
     for (const QChar c : text) {
         switch (c.unicode()) {
         case u'"':
-            result += QLatin1String("\\\"");
+            result += u"\\\""_s;
             break;
         case u'\\':
-            result += QLatin1String("\\\\");
+            result += u"\\\\"_s;
             break;
         case u'\n':
-            result += QLatin1String("\\n");
+            result += u"\\n"_s;
             break;
         case u'\r':
-            result += QLatin1String("\\r");
+            result += u"\\r"_s;
             break;
         case u'\t':
-            result += QLatin1String("\\t");
+            result += u"\\t"_s;
             break;
         default:
             result += c;
         }
     }
-    result += QLatin1Char('"');
+    result += u'"';
     return result;
 }
 
@@ -114,6 +117,6 @@ QString quotedList(const QStringList& texts)
     for (const QString& text : texts) {
         all.append(quoted(text));
     }
-    return all.join(QLatin1Char(','));
+    return all.join(u',');
 }
 } // namespace zul::host

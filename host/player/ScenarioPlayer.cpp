@@ -15,13 +15,16 @@
 #include <utility>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
-// How many times a zero timer fires, each behind what was queued before it, until a window counts as settled: its
-// handlers may queue handlers of their own.
+/// How many times a zero timer fires, each behind what was queued before it, until a window counts as settled: its
+/// handlers may queue handlers of their own.
 constexpr int settleRounds = 3;
 
-// How often an inactive window is given the chance to become active. Without a window manager, or when the person
-// at the display works in another program, it never does.
+/// How often an inactive window is given the chance to become active. Without a window manager, or when the person
+/// at the display works in another program, it never does.
 constexpr int activationRounds = 50;
 
 int currentLevel()
@@ -152,6 +155,9 @@ bool ScenarioPlayer::runNextCommand()
     for (;;) {
         const std::optional<QString> line = m_source.next();
         if (!line) {
+            if (!m_source.error().isEmpty()) {
+                fail(m_source.number(), m_source.error());
+            }
             return false;
         }
         const int number = m_source.number();
@@ -180,7 +186,7 @@ bool ScenarioPlayer::runNextCommand()
 void ScenarioPlayer::fail(int line, const QString& why)
 {
     m_printer.flush();
-    m_errors(QStringLiteral("line %1: %2").arg(QString::number(line), why));
+    m_errors(u"line %1: %2"_s.arg(QString::number(line), why));
     m_result = 2;
 }
 } // namespace zul::host

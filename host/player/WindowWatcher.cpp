@@ -15,6 +15,9 @@
 #include <memory>
 
 namespace zul::host {
+
+using namespace Qt::StringLiterals;
+
 namespace {
 bool isNotice(const QWidget* window)
 {
@@ -23,10 +26,10 @@ bool isNotice(const QWidget* window)
 
 bool isForm(const QWidget* window)
 {
-    return window->objectName().startsWith(QLatin1String("frm"));
+    return window->objectName().startsWith(u"frm"_s);
 }
 
-// Popups, tool tips and the like come and go with the control that they belong to.
+/// Popups, tool tips and the like come and go with the control that they belong to.
 bool isOrdinaryWindow(const QWidget* window)
 {
     switch (window->windowType()) {
@@ -49,15 +52,15 @@ QString iconName(const QMessageBox* box)
     }
     switch (box->icon()) {
     case QMessageBox::Information:
-        return QStringLiteral("information");
+        return u"information"_s;
     case QMessageBox::Warning:
-        return QStringLiteral("exclamation");
+        return u"exclamation"_s;
     case QMessageBox::Critical:
-        return QStringLiteral("critical");
+        return u"critical"_s;
     case QMessageBox::Question:
-        return QStringLiteral("question");
+        return u"question"_s;
     default:
-        return QStringLiteral("none");
+        return u"none"_s;
     }
 }
 
@@ -67,7 +70,7 @@ QString buttonsName(const QMessageBox* box)
     if (!told.isEmpty()) {
         return told;
     }
-    return box->standardButtons().testFlag(QMessageBox::Yes) ? QStringLiteral("yesno") : QStringLiteral("ok");
+    return box->standardButtons().testFlag(QMessageBox::Yes) ? u"yesno"_s : u"ok"_s;
 }
 
 QString toldOr(const QObject* object, const char* property, const QString& otherwise)
@@ -76,20 +79,20 @@ QString toldOr(const QObject* object, const char* property, const QString& other
     return told.isValid() ? told.toString() : otherwise;
 }
 
-// The button's word in a scenario.
+/// The button's word in a scenario.
 QString answerName(QMessageBox* box)
 {
     QAbstractButton* clicked = box->clickedButton();
     if (clicked == nullptr) {
-        return QStringLiteral("none");
+        return u"none"_s;
     }
     switch (box->standardButton(clicked)) {
     case QMessageBox::Ok:
-        return QStringLiteral("ok");
+        return u"ok"_s;
     case QMessageBox::Yes:
-        return QStringLiteral("yes");
+        return u"yes"_s;
     case QMessageBox::No:
-        return QStringLiteral("no");
+        return u"no"_s;
     default:
         return clicked->objectName();
     }
@@ -97,16 +100,15 @@ QString answerName(QMessageBox* box)
 
 QString noticeLine(const QWidget* notice)
 {
-    return QStringLiteral("notice shown heading=%1 text=%2")
-        .arg(quoted(notice->property("heading").toString()), quoted(notice->property("text").toString()));
+    return u"notice shown heading=%1 text=%2"_s.arg(quoted(notice->property("heading").toString()),
+                                                    quoted(notice->property("text").toString()));
 }
 
 QString progressLine(const QWidget* indicator)
 {
-    return QStringLiteral("progress visible=%1 caption=%2 value=%3")
-        .arg(QString::number(indicator->isVisible() ? 1 : 0),
-             quoted(indicator->property("caption").toString()),
-             QString::number(indicator->property("value").toInt()));
+    return u"progress visible=%1 caption=%2 value=%3"_s.arg(
+        QString::number(indicator->isVisible() ? 1 : 0), quoted(indicator->property("caption").toString()),
+        QString::number(indicator->property("value").toInt()));
 }
 } // namespace
 
@@ -181,7 +183,7 @@ bool WindowWatcher::eventFilter(QObject* watched, QEvent* event)
     if (widget == nullptr || event->spontaneous()) {
         return false;
     }
-    if (widget->objectName() == QLatin1String("WaitPlease")) {
+    if (widget->objectName() == u"WaitPlease"_s) {
         watchProgress(widget);
         deferProgress(widget);
     }
@@ -214,7 +216,7 @@ void WindowWatcher::noticeEvent(QWidget* notice, QEvent::Type type)
 void WindowWatcher::noticeGone(QWidget* notice)
 {
     if (m_notices.remove(notice)) {
-        m_printer.line(QStringLiteral("notice hidden"));
+        m_printer.line(u"notice hidden"_s);
     }
 }
 
@@ -225,7 +227,7 @@ void WindowWatcher::shown(QWidget* window)
     if (auto* box = qobject_cast<QMessageBox*>(window)) {
         messageShown(box);
     } else if (isForm(window)) {
-        m_printer.line(QStringLiteral("window %1 shown").arg(window->objectName()));
+        m_printer.line(u"window %1 shown"_s.arg(window->objectName()));
     }
     if (window->isModal()) {
         Q_EMIT modalShown();
@@ -248,19 +250,18 @@ void WindowWatcher::deferHidden(QWidget* window)
     // A dying window tells nothing any more: what its tag was is kept for that case.
     m_printer.defer(window, [name = window->objectName(), alive = QPointer<QWidget>(window),
                              kept = window->property("tag").toString()] {
-        return QStringLiteral("window %1 hidden tag=%2")
-            .arg(name, quoted(alive ? alive->property("tag").toString() : kept));
+        return u"window %1 hidden tag=%2"_s.arg(name,
+                                                quoted(alive ? alive->property("tag").toString() : kept));
     });
 }
 
 void WindowWatcher::messageShown(QMessageBox* box)
 {
-    m_printer.line(QStringLiteral("message icon=%1 title=%2 text=%3 buttons=%4")
-                       .arg(iconName(box), quoted(toldOr(box, "zulTitle", box->windowTitle())),
-                            quoted(toldOr(box, "zulText", box->text())), buttonsName(box)));
+    m_printer.line(u"message icon=%1 title=%2 text=%3 buttons=%4"_s.arg(
+        iconName(box), quoted(toldOr(box, "zulTitle", box->windowTitle())),
+        quoted(toldOr(box, "zulText", box->text())), buttonsName(box)));
     connect(
-        box, &QDialog::finished, this,
-        [this, box] { m_printer.line(QStringLiteral("answer %1").arg(answerName(box))); },
+        box, &QDialog::finished, this, [this, box] { m_printer.line(u"answer %1"_s.arg(answerName(box))); },
         Qt::SingleShotConnection);
 }
 

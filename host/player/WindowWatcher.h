@@ -15,12 +15,12 @@ class QWidget;
 namespace zul::host {
 class EventPrinter;
 
-// Watches every top-level window of the application from its construction on, and knows them only through Qt's
-// own interface and the dynamic properties that the windows carry:
-//  - a window whose name begins with "frm" prints "window NAME shown" and "window NAME hidden tag=…";
-//  - a QMessageBox prints "message …" when it is shown and "answer …" when it is answered;
-//  - a widget with the property zulNotice prints "notice …" and is no window for commands;
-//  - a widget named WaitPlease prints "progress …" when it is shown, hidden, or changes caption or value.
+/// Watches every top-level window of the application from its construction on, and knows them only through Qt's
+/// own interface and the dynamic properties that the windows carry:
+///  - a window whose name begins with "frm" prints "window NAME shown" and "window NAME hidden tag=…";
+///  - a QMessageBox prints "message …" when it is shown and "answer …" when it is answered;
+///  - a widget with the property zulNotice prints "notice …" and is no window for commands;
+///  - a widget named WaitPlease prints "progress …" when it is shown, hidden, or changes caption or value.
 class WindowWatcher : public QObject
 {
     Q_OBJECT
@@ -28,22 +28,22 @@ class WindowWatcher : public QObject
 public:
     explicit WindowWatcher(EventPrinter& printer, QObject* parent = nullptr);
 
-    // The window that a person's hands reach: the modal one opened last, else the window opened last; null when
-    // none is open. Message boxes count.
+    /// The window that a person's hands reach: the modal one opened last, else the window opened last; null when
+    /// none is open. Message boxes count.
     [[nodiscard]] QWidget* topmost() const;
-    // The same without message boxes.
+    /// The same without message boxes.
     [[nodiscard]] QWidget* topmostForm() const;
-    // The message box on top, null when another window is there, or none.
+    /// The message box on top, null when another window is there, or none.
     [[nodiscard]] QMessageBox* messageBox() const;
 
-    // QThread::loopLevel() as it was when the window was last shown: the window's own event loop, if it has
-    // one, runs one level above.
+    /// QThread::loopLevel() as it was when the window was last shown: the window's own event loop, if it has
+    /// one, runs one level above.
     [[nodiscard]] int levelWhenShown(const QWidget* window) const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
-    // A modal window or message box was shown; its event loop is not running yet.
+    /// A modal window or message box was shown; its event loop is not running yet.
     void modalShown();
 
 private Q_SLOTS:

@@ -1,6 +1,7 @@
 #include "lookup/frmRicercaGenerica.h"
 
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "hostlib/Error.h"
 #include "session/FormHelpers.h"
 #include "tests/support/ComponentTest.h"
@@ -68,7 +69,8 @@ protected:
 
     void select(int row)
     {
-        QTest::mouseClick(grid()->bodyViewport(), Qt::LeftButton, {}, grid()->rowRect(row).center());
+        QTest::mouseClick(probeOf(grid())->bodyViewport(), Qt::LeftButton, {},
+                          probeOf(grid())->rowRect(row).center());
     }
 
     ReportGrid* grid() { return find<ReportGrid>("grdRicerca"); }
@@ -190,19 +192,19 @@ TEST_F(RicercaGenericaTest, F6IsOkEscIsCancelAndF3IsTheQuickSearch)
     QTest::keyClick(quickSearch(), Qt::Key_F6);
     EXPECT_EQ(messages.size(), 1U) << "no row yet";
     quickSearch()->setText(u"mi"_s);
-    EXPECT_EQ(grid()->visibleRowCount(), 3) << "typing alone does not search";
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 3) << "typing alone does not search";
     QTest::keyClick(quickSearch(), Qt::Key_F3);
-    EXPECT_EQ(grid()->visibleRowCount(), 2);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 2);
     EXPECT_EQ(dialog.focusWidget(), quickSearch()) << "F3 leaves the focus where it is";
     select(0);
-    QTest::keyClick(grid()->bodyViewport(), Qt::Key_F6);
+    QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_F6);
     EXPECT_EQ(tag(), u"OK"_s);
     EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
 
     for (const bool inGrid : {false, true}) {
         setTag(&dialog, FormChoice::None);
         load();
-        QTest::keyClick(inGrid ? grid()->bodyViewport() : quickSearch(), Qt::Key_Escape);
+        QTest::keyClick(inGrid ? probeOf(grid())->bodyViewport() : quickSearch(), Qt::Key_Escape);
         EXPECT_EQ(tag(), u"ESC"_s);
         EXPECT_FALSE(dialog.isVisible());
     }
@@ -213,7 +215,7 @@ TEST_F(RicercaGenericaTest, EnterInTheQuickSearchSearchesAndMovesTheFocusToTheGr
     load();
     QTest::keyClicks(quickSearch(), u"rom"_s);
     QTest::keyClick(quickSearch(), Qt::Key_Return);
-    EXPECT_EQ(grid()->visibleRowCount(), 1);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 1);
     EXPECT_TRUE(dialog.focusWidget() == grid() || grid()->isAncestorOf(dialog.focusWidget()));
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(filler.requests.size(), 1U) << "no query runs again";
@@ -223,8 +225,9 @@ TEST_F(RicercaGenericaTest, EnterElsewhereDoesNothing)
 {
     load();
     select(0);
-    for (QWidget* place : {grid()->bodyViewport(), static_cast<QWidget*>(find<QPushButton>("cmdAnnulla")),
-                           static_cast<QWidget*>(find<QPushButton>("cmdOK"))}) {
+    for (QWidget* place :
+         {probeOf(grid())->bodyViewport(), static_cast<QWidget*>(find<QPushButton>("cmdAnnulla")),
+          static_cast<QWidget*>(find<QPushButton>("cmdOK"))}) {
         QTest::keyClick(place, Qt::Key_Return);
         QTest::keyClick(place, Qt::Key_Enter);
     }
@@ -239,7 +242,7 @@ TEST_F(RicercaGenericaTest, OtherKeysDoNothing)
     for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F2, Qt::Key_F5, Qt::Key_F7})
         QTest::keyClick(&dialog, key);
     EXPECT_TRUE(dialog.isVisible());
-    EXPECT_EQ(grid()->visibleRowCount(), 3);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 3);
 }
 
 TEST_F(RicercaGenericaTest, TheSearchButtonSearchesTheTextOfTheBox)
@@ -254,7 +257,7 @@ TEST_F(RicercaGenericaTest, TheSearchButtonSearchesTheTextOfTheBox)
                                      {u""_s, 4}}) {
         quickSearch()->setText(text);
         QTest::mouseClick(find<QPushButton>("cmdRicVeloce"), Qt::LeftButton);
-        EXPECT_EQ(grid()->visibleRowCount(), rows) << utf8(text);
+        EXPECT_EQ(probeOf(grid())->visibleRowCount(), rows) << utf8(text);
     }
 }
 
@@ -263,7 +266,7 @@ TEST_F(RicercaGenericaTest, APresetFilterWorksBeforeTheOperatorTypes)
     dialog.FiltroRicercaVeloce(u"mil"_s);
     load();
     EXPECT_EQ(quickSearch()->text(), u"mil"_s);
-    EXPECT_EQ(grid()->visibleRowCount(), 1);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 1);
 }
 
 TEST_F(RicercaGenericaTest, APresetFilterOfBlanksIsIgnored)
@@ -271,7 +274,7 @@ TEST_F(RicercaGenericaTest, APresetFilterOfBlanksIsIgnored)
     dialog.FiltroRicercaVeloce(u"   "_s);
     load();
     EXPECT_EQ(quickSearch()->text(), QString());
-    EXPECT_EQ(grid()->visibleRowCount(), 3);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 3);
 }
 
 TEST_F(RicercaGenericaTest, APresetFilterOfOtherWhiteSpaceIsAFilter)
@@ -291,7 +294,8 @@ TEST_F(RicercaGenericaTest, ADoubleClickOnARowConfirms)
 {
     load();
     select(1);
-    QTest::mouseDClick(grid()->bodyViewport(), Qt::LeftButton, {}, grid()->rowRect(1).center());
+    QTest::mouseDClick(probeOf(grid())->bodyViewport(), Qt::LeftButton, {},
+                       probeOf(grid())->rowRect(1).center());
     EXPECT_EQ(tag(), u"OK"_s);
     EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
 }
@@ -315,8 +319,9 @@ TEST_F(RicercaGenericaTest, ADoubleClickOnHeaderOrEmptyAreaDoesNotConfirm)
 {
     load();
     grid()->setCurrentRecord(0);
-    QTest::mouseDClick(grid()->headerViewport(), Qt::LeftButton, {}, grid()->headerRect(1).center());
-    QWidget* body = grid()->bodyViewport();
+    QTest::mouseDClick(probeOf(grid())->headerViewport(), Qt::LeftButton, {},
+                       probeOf(grid())->headerRect(1).center());
+    QWidget* body = probeOf(grid())->bodyViewport();
     const QPoint below(body->width() / 2, body->height() - 3);
     QTest::mouseClick(body, Qt::LeftButton, {}, below);
     QTest::mouseDClick(body, Qt::LeftButton, {}, below);

@@ -1,6 +1,7 @@
 #include "mainwindow/GridLoad.h"
 
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Error.h"
 #include "selection/ResultGridQuery.h"
@@ -54,7 +55,7 @@ TEST_P(GridLoadReaderTest, RunsTheQueryForwardOnlyAndShowsThirteenColumns)
                              "nascita|Telefono|Telefono2|MailCommerciale|MailAmministrazione"));
     EXPECT_EQ(grid.columnField(0), QStringLiteral("IdCLiente"));
     EXPECT_EQ(grid.checkColumn(), 1);
-    EXPECT_TRUE(grid.headerRect(0).isEmpty()) << "the id is hidden";
+    EXPECT_TRUE(probeOf(&grid)->headerRect(0).isEmpty()) << "the id is hidden";
     ASSERT_EQ(grid.recordCount(), 1U);
     EXPECT_EQ(grid.cellText(0, ColumnIdCliente), QStringLiteral("7"));
     EXPECT_EQ(grid.cellText(0, ColumnCliente), QStringLiteral("Rossi Mario"));

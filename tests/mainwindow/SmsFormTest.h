@@ -6,6 +6,7 @@
 #include "controls/look/Background.h"
 #include "controls/notices/OutcomeList.h"
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "controls/touch/Keypad.h"
 #include "controls/touch/OnScreenKeyboard.h"
 #include "mainwindow/frmSMS.h"
@@ -178,14 +179,15 @@ protected:
     void clickRow(int row, Qt::KeyboardModifiers modifiers = {})
     {
         // Beside the check box, which is a column of its own.
-        const QRect rect = grid()->rowRect(row);
-        const QRect check = grid()->checkRect(row);
-        QTest::mouseClick(grid()->bodyViewport(), Qt::LeftButton, modifiers,
+        const QRect rect = probeOf(grid())->rowRect(row);
+        const QRect check = probeOf(grid())->checkRect(row);
+        QTest::mouseClick(probeOf(grid())->bodyViewport(), Qt::LeftButton, modifiers,
                           QPoint(check.right() + 80, rect.center().y()));
     }
     void tick(int row)
     {
-        QTest::mouseClick(grid()->bodyViewport(), Qt::LeftButton, {}, grid()->checkRect(row).center());
+        QTest::mouseClick(probeOf(grid())->bodyViewport(), Qt::LeftButton, {},
+                          probeOf(grid())->checkRect(row).center());
     }
     QString marks()
     {

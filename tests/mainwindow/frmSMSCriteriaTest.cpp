@@ -658,21 +658,21 @@ TEST_F(SmsFormCriteriaTest, ALayoutIsSavedAtItsChangesAndAppliedToTheNextLoad)
     scriptCustomers({customer(1, "A", "", "")});
     search();
     EXPECT_FALSE(QFile::exists(layoutFile()));
-    const QRect header = grid()->headerRect(2);
-    QWidget* viewport = grid()->headerViewport();
+    const QRect header = probeOf(grid())->headerRect(2);
+    QWidget* viewport = probeOf(grid())->headerViewport();
     const QPoint edge(header.right(), header.center().y());
     QTest::mousePress(viewport, Qt::LeftButton, {}, edge);
     QTest::mouseMove(viewport, edge + QPoint(20, 0));
     QTest::mouseMove(viewport, edge + QPoint(37, 0));
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, edge + QPoint(37, 0));
-    const int width = grid()->headerRect(2).width();
+    const int width = probeOf(grid())->headerRect(2).width();
     ASSERT_NE(width, header.width());
     ASSERT_TRUE(QFile::exists(layoutFile()));
     EXPECT_TRUE(GridLayoutFile(layoutFile()).read(u"ZUL"_s).has_value());
 
     open();
     search();
-    EXPECT_EQ(grid()->headerRect(2).width(), width) << "in a new window, in the next search";
+    EXPECT_EQ(probeOf(grid())->headerRect(2).width(), width) << "in a new window, in the next search";
 }
 
 TEST_F(SmsFormCriteriaTest, SortingIsNoLayoutAndIsNotSaved)
@@ -680,7 +680,8 @@ TEST_F(SmsFormCriteriaTest, SortingIsNoLayoutAndIsNotSaved)
     open();
     scriptCustomers({customer(1, "A", "", "")});
     search();
-    QTest::mouseClick(grid()->headerViewport(), Qt::LeftButton, {}, grid()->headerRect(2).center());
+    QTest::mouseClick(probeOf(grid())->headerViewport(), Qt::LeftButton, {},
+                      probeOf(grid())->headerRect(2).center());
     EXPECT_EQ(grid()->sortColumn(), 2);
     Q_EMIT grid()->columnLayoutChanged(2);
     EXPECT_FALSE(QFile::exists(layoutFile()));
@@ -756,7 +757,7 @@ TEST_F(SmsFormCriteriaTest, EscapeAndEnterEndNothing)
 {
     open();
     for (QWidget* place : {static_cast<QWidget*>(form.get()), static_cast<QWidget*>(edit("txtANA_Eta_I")),
-                           static_cast<QWidget*>(grid()->bodyViewport())}) {
+                           static_cast<QWidget*>(probeOf(grid())->bodyViewport())}) {
         QTest::keyClick(place, Qt::Key_Escape);
         QTest::keyClick(place, Qt::Key_Return);
     }

@@ -378,7 +378,8 @@ TEST_F(SmsFormSendingTest, RowsAreHandledInTheOrderOfTheScreen)
     openWithCustomers();
     page("tab_Invio", 0);
     tick(1);
-    QTest::mouseClick(grid()->headerViewport(), Qt::LeftButton, {}, grid()->headerRect(2).center());
+    QTest::mouseClick(probeOf(grid())->headerViewport(), Qt::LeftButton, {},
+                      probeOf(grid())->headerRect(2).center());
     page("tab_Invio", 1);
     click("RBN_SoloSMS");
     selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
@@ -394,8 +395,8 @@ TEST_F(SmsFormSendingTest, RowsOfClosedGroupsAreHandledToo)
     page("tab_Invio", 0);
     click("cmdSelAll");
     grid()->groupBy(3);
-    QTest::keyClick(grid()->bodyViewport(), Qt::Key_Home);
-    QTest::keyClick(grid()->bodyViewport(), Qt::Key_Left);
+    QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_Home);
+    QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_Left);
     page("tab_Invio", 1);
     click("RBN_SoloSMS");
     selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);

@@ -2,6 +2,7 @@
 
 #include "controls/look/Background.h"
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "controls/touch/OnScreenKeyboard.h"
 #include "session/FormHelpers.h"
 #include "tests/ftp/ScriptedServer.h"
@@ -111,8 +112,8 @@ protected:
     QStringList shownRows()
     {
         QStringList rows;
-        for (int row = 0; row < grid()->visibleRowCount(); ++row)
-            rows.append(grid()->rowTexts(row).join(u'|'));
+        for (int row = 0; row < probeOf(grid())->visibleRowCount(); ++row)
+            rows.append(probeOf(grid())->rowTexts(row).join(u'|'));
         return rows;
     }
 
@@ -258,8 +259,8 @@ TEST_F(CheckSendErrorTest, TheReportIsFetchedAndItsCustomersAreListed)
     ASSERT_EQ(grid()->columnCount(), 2);
     EXPECT_EQ(grid()->columnCaption(0), u"Numero telefono"_s);
     EXPECT_EQ(grid()->columnCaption(1), u"Regione sociale"_s);
-    EXPECT_EQ(grid()->headerRect(0).width(), 250);
-    EXPECT_EQ(grid()->headerRect(1).width(), 300);
+    EXPECT_EQ(probeOf(grid())->headerRect(0).width(), 250);
+    EXPECT_EQ(probeOf(grid())->headerRect(1).width(), 300);
     // A transfer of text brings the line breaks of this system.
     EXPECT_EQ(readReport(), QByteArray("393331234567\n3287654321\n\n391\n000")) << "it stays on the disk";
 }
@@ -328,7 +329,7 @@ TEST_F(CheckSendErrorTest, ALine39EndsTheTestAndTheGridKeepsTheRowsSoFarUnshown)
                                     "procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
     EXPECT_EQ(host.operations("open"), Lines{query("222")});
     EXPECT_EQ(grid()->recordCount(), 1U);
-    EXPECT_EQ(grid()->visibleRowCount(), 0) << "without the final repopulation";
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 0) << "without the final repopulation";
 }
 
 TEST_F(CheckSendErrorTest, AQuoteInTheReportGoesIntoTheStatementAsItIs)

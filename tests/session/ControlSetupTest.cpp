@@ -2,6 +2,7 @@
 
 #include "controls/look/Background.h"
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QCheckBox>
@@ -89,10 +90,10 @@ TEST_F(ControlSetupTest, AGridGetsItsTextsAndItsFont)
     setupReportControl(&grid);
     grid.addColumn({.field = u"Cliente"_s, .caption = u"Ragione sociale"_s});
     grid.sortBy(0, false);
-    EXPECT_EQ(grid.groupBoxWidget()->accessibleDescription(),
+    EXPECT_EQ(probeOf(&grid)->groupBoxWidget()->accessibleDescription(),
               u"Trascinare qui l'intestazione di colonna per raggruppare per quella colonna. "
               "Ordina per: Ragione sociale"_s);
-    const QWidget* list = grid.bodyViewport()->parentWidget();
+    const QWidget* list = probeOf(&grid)->bodyViewport()->parentWidget();
     EXPECT_EQ(list->font().family(), u"Tahoma"_s);
     EXPECT_EQ(list->font().pointSize(), 8);
 

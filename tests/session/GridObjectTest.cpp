@@ -2,6 +2,7 @@
 
 #include "automation/ErrorInfo.h"
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 #include "tests/support/ComponentTest.h"
 #include "tests/support/LateBound.h"
 
@@ -67,13 +68,13 @@ TEST_F(GridObjectTest, AHostFillsAGridRowByRow)
     EXPECT_EQ(count, 2);
     EXPECT_EQ(object->get_ColumnCount(&count), S_OK);
     EXPECT_EQ(count, 2);
-    EXPECT_EQ(grid->visibleRowCount(), 2);
+    EXPECT_EQ(probeOf(grid.get())->visibleRowCount(), 2);
     EXPECT_EQ(grid->cellText(0, 0), u"7"_s);
     EXPECT_EQ(grid->cellText(0, 1), u"Roma"_s);
     EXPECT_EQ(grid->cellText(1, 1), QString());
     EXPECT_EQ(grid->columnField(1), u"Testo"_s);
     EXPECT_EQ(grid->columnCaption(1), u"L'à 😀"_s);
-    EXPECT_TRUE(grid->headerRect(0).isEmpty()) << "hidden";
+    EXPECT_TRUE(probeOf(grid.get())->headerRect(0).isEmpty()) << "hidden";
 }
 
 TEST_F(GridObjectTest, WhatIsAddedShowsAfterPopulate)
@@ -81,9 +82,9 @@ TEST_F(GridObjectTest, WhatIsAddedShowsAfterPopulate)
     addColumns(1);
     LONG record = -1;
     object->AddRecord(&record);
-    EXPECT_EQ(grid->visibleRowCount(), 0);
+    EXPECT_EQ(probeOf(grid.get())->visibleRowCount(), 0);
     object->Populate();
-    EXPECT_EQ(grid->visibleRowCount(), 1);
+    EXPECT_EQ(probeOf(grid.get())->visibleRowCount(), 1);
 }
 
 TEST_F(GridObjectTest, EveryTypeOfAutomationIsTaken)
@@ -180,8 +181,8 @@ TEST_P(GridFillTest, ARowSetFillsTheGridFieldsInOrder)
     EXPECT_EQ(object->FillFromRecordset(rows.get()), S_OK);
     EXPECT_EQ(object->Populate(), S_OK);
     ASSERT_EQ(grid->recordCount(), 2U);
-    EXPECT_EQ(grid->rowTexts(0), (QStringList{u"1"_s, u"L'à 😀"_s}));
-    EXPECT_EQ(grid->rowTexts(1), (QStringList{u"2"_s, QString()}));
+    EXPECT_EQ(probeOf(grid.get())->rowTexts(0), (QStringList{u"1"_s, u"L'à 😀"_s}));
+    EXPECT_EQ(probeOf(grid.get())->rowTexts(1), (QStringList{u"2"_s, QString()}));
 }
 
 TEST_P(GridFillTest, TheRowSetStaysTheHosts)
@@ -203,8 +204,8 @@ TEST_P(GridFillTest, FieldsPastTheLastColumnAreLeftOutAndMissingOnesAreEmpty)
         S_OK);
     EXPECT_EQ(object->FillFromRecordset(openRows({{"a"}, {{text("4")}}}).get()), S_OK);
     object->Populate();
-    EXPECT_EQ(grid->rowTexts(0), (QStringList{u"1"_s, u"2"_s}));
-    EXPECT_EQ(grid->rowTexts(1), (QStringList{u"4"_s, QString()}));
+    EXPECT_EQ(probeOf(grid.get())->rowTexts(0), (QStringList{u"1"_s, u"2"_s}));
+    EXPECT_EQ(probeOf(grid.get())->rowTexts(1), (QStringList{u"4"_s, QString()}));
 }
 
 TEST_P(GridFillTest, AFailingRowSetGivesItsOwnErrorAndKeepsTheRowsSoFar)

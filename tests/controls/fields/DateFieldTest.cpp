@@ -10,6 +10,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class DateFieldTest : public ::testing::Test
 {
 protected:
@@ -24,7 +26,7 @@ protected:
         ASSERT_NE(box, nullptr);
     }
 
-    QCalendarWidget* calendar() { return field.findChild<QCalendarWidget*>(QStringLiteral("calendar")); }
+    QCalendarWidget* calendar() { return field.findChild<QCalendarWidget*>(u"calendar"_s); }
 
     QWidget window;
     zul::DateField field{&window};
@@ -39,7 +41,7 @@ TEST_F(DateFieldTest, IsEmptyAtFirstAndShowsTheOrderOfADate)
     EXPECT_EQ(field.text(), QString());
     EXPECT_FALSE(field.isDate());
     EXPECT_FALSE(field.date().isValid());
-    EXPECT_EQ(box->placeholderText(), QStringLiteral("gg/mm/aaaa"));
+    EXPECT_EQ(box->placeholderText(), u"gg/mm/aaaa"_s);
 }
 
 TEST_F(DateFieldTest, ItsTextBoxCarriesTheFocus)
@@ -50,39 +52,39 @@ TEST_F(DateFieldTest, ItsTextBoxCarriesTheFocus)
 
 TEST_F(DateFieldTest, TellsEveryChangeOfATypedDate)
 {
-    QTest::keyClicks(box, QStringLiteral("25/12/2025"));
+    QTest::keyClicks(box, u"25/12/2025"_s);
     EXPECT_EQ(changed.count(), 10);
     EXPECT_TRUE(field.isDate());
     EXPECT_EQ(field.date(), QDate(2025, 12, 25));
-    EXPECT_EQ(field.text(), QStringLiteral("25/12/2025"));
+    EXPECT_EQ(field.text(), u"25/12/2025"_s);
 }
 
 TEST_F(DateFieldTest, IsADateOnTheWayToALongerOne)
 {
-    QTest::keyClicks(box, QStringLiteral("25/12/20"));
+    QTest::keyClicks(box, u"25/12/20"_s);
     EXPECT_EQ(field.date(), QDate(2020, 12, 25));
-    QTest::keyClicks(box, QStringLiteral("2"));
+    QTest::keyClicks(box, u"2"_s);
     EXPECT_FALSE(field.isDate());
-    QTest::keyClicks(box, QStringLiteral("5"));
+    QTest::keyClicks(box, u"5"_s);
     EXPECT_EQ(field.date(), QDate(2025, 12, 25));
 }
 
 TEST_F(DateFieldTest, KeepsAnyTextAsTyped)
 {
-    for (const QString& text : {QStringLiteral("domani"), QStringLiteral("'%\" à 😀"), QString(10000, u'1')}) {
+    for (const QString& text : {u"domani"_s, u"'%\" à 😀"_s, QString(10000, u'1')}) {
         field.setText(text);
         EXPECT_EQ(field.text(), text);
         EXPECT_FALSE(field.isDate());
     }
-    field.setText(QStringLiteral("1/2/26"));
+    field.setText(u"1/2/26"_s);
     QTest::keyClick(box, Qt::Key_Tab);
-    EXPECT_EQ(field.text(), QStringLiteral("1/2/26"));
+    EXPECT_EQ(field.text(), u"1/2/26"_s);
 }
 
 TEST_F(DateFieldTest, IsSetAndEmptiedByTheProgram)
 {
     field.setDate(QDate(2026, 2, 1));
-    EXPECT_EQ(field.property("text").toString(), QStringLiteral("01/02/2026"));
+    EXPECT_EQ(field.property("text").toString(), u"01/02/2026"_s);
     field.setEmpty();
     EXPECT_EQ(field.text(), QString());
     EXPECT_EQ(changed.count(), 2);
@@ -93,36 +95,36 @@ TEST_F(DateFieldTest, IsSetAndEmptiedByTheProgram)
 TEST_F(DateFieldTest, FollowsItsLocale)
 {
     field.setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
-    EXPECT_EQ(box->placeholderText(), QStringLiteral("mm/dd/yyyy"));
-    field.setText(QStringLiteral("12/25/2025"));
+    EXPECT_EQ(box->placeholderText(), u"mm/dd/yyyy"_s);
+    field.setText(u"12/25/2025"_s);
     EXPECT_EQ(field.date(), QDate(2025, 12, 25));
 }
 
 TEST_F(DateFieldTest, OpensACalendarOnItsDateByKeyAndTakesThePickedOne)
 {
-    field.setText(QStringLiteral("25/12/2025"));
+    field.setText(u"25/12/2025"_s);
     QTest::keyClick(box, Qt::Key_F4);
     ASSERT_NE(calendar(), nullptr);
     EXPECT_EQ(calendar()->selectedDate(), QDate(2025, 12, 25));
-    auto* days = calendar()->findChild<QWidget*>(QStringLiteral("qt_calendar_calendarview"));
+    auto* days = calendar()->findChild<QWidget*>(u"qt_calendar_calendarview"_s);
     ASSERT_NE(days, nullptr);
     QTest::keyClick(days, Qt::Key_Left);
     QTest::keyClick(days, Qt::Key_Return);
-    EXPECT_EQ(field.text(), QStringLiteral("24/12/2025"));
+    EXPECT_EQ(field.text(), u"24/12/2025"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return calendar() == nullptr; }));
 }
 
 TEST_F(DateFieldTest, OpensTheCalendarByItsButtonAndLeavesTheDateOnEscape)
 {
-    auto* button = field.findChild<QToolButton*>(QStringLiteral("calendarButton"));
+    auto* button = field.findChild<QToolButton*>(u"calendarButton"_s);
     ASSERT_NE(button, nullptr);
-    field.setText(QStringLiteral("abc"));
+    field.setText(u"abc"_s);
     QTest::mouseClick(button, Qt::LeftButton);
     ASSERT_NE(calendar(), nullptr);
     EXPECT_EQ(calendar()->selectedDate(), QDate::currentDate());
     QTest::keyClick(calendar()->window(), Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([this] { return calendar() == nullptr; }));
-    EXPECT_EQ(field.text(), QStringLiteral("abc"));
+    EXPECT_EQ(field.text(), u"abc"_s);
 }
 
 TEST_F(DateFieldTest, OpensTheCalendarByAltDown)

@@ -16,6 +16,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 const QColor yellow(255, 255, 0);
 const QColor white(255, 255, 255);
 
@@ -24,8 +26,9 @@ class FocusPaintTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        for (QWidget* widget : std::initializer_list<QWidget*>{&other, &first, &second, &date})
+        for (QWidget* widget : std::initializer_list<QWidget*>{&other, &first, &second, &date}) {
             column.addWidget(widget);
+        }
         zul::applyCommonLook(&form, false);
         painter.watch(&first, zul::FocusSelect::First100);
         painter.watch(&second);
@@ -70,17 +73,17 @@ TEST_F(FocusPaintTest, SelectsTheFirstHundredCharacters)
     first.setFocus(Qt::TabFocusReason);
     EXPECT_EQ(first.selectionStart(), 0);
     EXPECT_EQ(first.selectionLength(), 100);
-    first.setText(QStringLiteral("18"));
+    first.setText(u"18"_s);
     other.setFocus();
     first.setFocus(Qt::OtherFocusReason);
-    EXPECT_EQ(first.selectedText(), QStringLiteral("18"));
+    EXPECT_EQ(first.selectedText(), u"18"_s);
 }
 
 TEST_F(FocusPaintTest, TheSelectionOutlivesTheClickThatGaveTheFocus)
 {
-    first.setText(QStringLiteral("1234"));
+    first.setText(u"1234"_s);
     QTest::mouseClick(&first, Qt::LeftButton, {}, QPoint(20, first.height() / 2));
-    EXPECT_EQ(first.selectedText(), QStringLiteral("1234"));
+    EXPECT_EQ(first.selectedText(), u"1234"_s);
     QTest::mouseClick(&first, Qt::LeftButton, {}, QPoint(20, first.height() / 2));
     EXPECT_FALSE(first.hasSelectedText()) << "a second click places the cursor";
 }
@@ -108,7 +111,7 @@ TEST_F(FocusPaintTest, AMenuOrADialogInBetweenChangesNothing)
 {
     first.setFocus();
     QMenu menu;
-    menu.addAction(QStringLiteral("x"));
+    menu.addAction(u"x"_s);
     menu.popup(form.mapToGlobal(QPoint(0, 0)));
     EXPECT_EQ(zul::effectiveBackground(&first), yellow);
     menu.close();

@@ -10,13 +10,15 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class SelectorFieldTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
         auto* column = new QVBoxLayout(&window);
-        auto* label = new QLabel(QStringLiteral("&Comune"));
+        auto* label = new QLabel(u"&Comune"_s);
         label->setBuddy(&field);
         column->addWidget(label);
         column->addWidget(&other);
@@ -48,7 +50,7 @@ TEST_F(SelectorFieldTest, HoldsIdMinusOneAndNoTextAtFirst)
 
 TEST_F(SelectorFieldTest, SettingItsPropertiesRaisesNothingAndEachLeavesTheOther)
 {
-    const QString text = QStringLiteral("L'Aquila 100% \"à è\" € 😀");
+    const QString text = u"L'Aquila 100% \"à è\" € 😀"_s;
     field.setProperty("selectedId", 7);
     field.setProperty("text", text);
     EXPECT_EQ(field.selectedId(), 7);
@@ -64,7 +66,7 @@ TEST_F(SelectorFieldTest, SettingItsPropertiesRaisesNothingAndEachLeavesTheOther
 
 TEST_F(SelectorFieldTest, ItsButtonsAskAndChangeNothing)
 {
-    field.setSelection(3, QStringLiteral("Roma"));
+    field.setSelection(3, u"Roma"_s);
     ASSERT_NE(button("chooseButton"), nullptr);
     ASSERT_NE(button("clearButton"), nullptr);
     QTest::mouseClick(button("chooseButton"), Qt::LeftButton);
@@ -73,7 +75,7 @@ TEST_F(SelectorFieldTest, ItsButtonsAskAndChangeNothing)
     QTest::mouseClick(button("clearButton"), Qt::LeftButton);
     EXPECT_EQ(cleared.count(), 1);
     EXPECT_EQ(field.selectedId(), 3);
-    EXPECT_EQ(field.text(), QStringLiteral("Roma"));
+    EXPECT_EQ(field.text(), u"Roma"_s);
 }
 
 TEST_F(SelectorFieldTest, ItsButtonsBringTheFocusToTheField)
@@ -107,9 +109,9 @@ TEST_F(SelectorFieldTest, KeysAskToClear)
 
 TEST_F(SelectorFieldTest, CannotBeTypedInto)
 {
-    field.setText(QStringLiteral("Roma"));
-    QTest::keyClicks(box, QStringLiteral("xyz"));
-    EXPECT_EQ(field.text(), QStringLiteral("Roma"));
+    field.setText(u"Roma"_s);
+    QTest::keyClicks(box, u"xyz"_s);
+    EXPECT_EQ(field.text(), u"Roma"_s);
     EXPECT_EQ(chosen.count() + cleared.count(), 0);
 }
 
@@ -123,8 +125,8 @@ TEST_F(SelectorFieldTest, ADisabledFieldAsksNothing)
 
 TEST_F(SelectorFieldTest, CanBeReadAloud)
 {
-    EXPECT_EQ(box->accessibleName(), QStringLiteral("Comune"));
-    EXPECT_EQ(button("chooseButton")->toolTip(), QStringLiteral("Scegli…"));
+    EXPECT_EQ(box->accessibleName(), u"Comune"_s);
+    EXPECT_EQ(button("chooseButton")->toolTip(), u"Scegli…"_s);
     EXPECT_FALSE(button("chooseButton")->accessibleName().isEmpty());
     EXPECT_FALSE(button("clearButton")->accessibleName().isEmpty());
 }

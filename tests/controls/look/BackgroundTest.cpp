@@ -14,9 +14,11 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 const QColor yellow(255, 255, 0);
 
-// The colour that is really painted near the widget's left edge, inside its border.
+/// The colour that is really painted near the widget's left edge, inside its border.
 QColor paintedColor(QWidget* widget)
 {
     const QImage image = widget->grab().toImage();
@@ -60,7 +62,7 @@ TEST_F(BackgroundTest, PaintsAnInputAndTellsItsColourInAProperty)
     EXPECT_EQ(zul::effectiveBackground(&line), yellow);
     zul::setBackground(&line, Qt::white);
     EXPECT_EQ(paintedColor(&line), QColor(Qt::white));
-    EXPECT_EQ(zul::effectiveBackground(&line).name(), QStringLiteral("#ffffff"));
+    EXPECT_EQ(zul::effectiveBackground(&line).name(), u"#ffffff"_s);
 }
 
 TEST_F(BackgroundTest, PaintsAFieldMadeOfPartsInItsTextBox)

@@ -15,6 +15,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class CommonLookTest : public ::testing::Test
 {
 protected:
@@ -22,8 +24,9 @@ protected:
     {
         before = QApplication::palette();
         for (QWidget* widget :
-             std::initializer_list<QWidget*>{&label, &line, &button, &main, &selector, &date, &list})
+             std::initializer_list<QWidget*>{&label, &line, &button, &main, &selector, &date, &list}) {
             column.addWidget(widget);
+        }
         zul::setPrimary(&main);
         zul::applyCommonLook(&form, false);
         form.show();
@@ -47,10 +50,10 @@ protected:
     QPalette before;
     QWidget form;
     QVBoxLayout column{&form};
-    QLabel label{QStringLiteral("Testo"), &form};
+    QLabel label{u"Testo"_s, &form};
     QLineEdit line{&form};
-    QPushButton button{QStringLiteral("Cerca"), &form};
-    QPushButton main{QStringLiteral("Prosegui"), &form};
+    QPushButton button{u"Cerca"_s, &form};
+    QPushButton main{u"Prosegui"_s, &form};
     zul::SelectorField selector{&form};
     zul::DateField date{&form};
     QComboBox list{&form};
@@ -60,11 +63,13 @@ protected:
 
 TEST_F(CommonLookTest, ControlsShareOneHeightPerMode)
 {
-    for (QWidget* widget : std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list})
+    for (QWidget* widget : std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list}) {
         EXPECT_EQ(widget->sizeHint().height(), 28) << widget->metaObject()->className();
+    }
     zul::applyCommonLook(&form, true);
-    for (QWidget* widget : std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list})
+    for (QWidget* widget : std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list}) {
         EXPECT_EQ(widget->sizeHint().height(), 44) << widget->metaObject()->className();
+    }
     EXPECT_TRUE(form.property("touch").toBool());
 }
 
@@ -111,7 +116,7 @@ TEST_F(CommonLookTest, HasOneFontOfEightPoints)
 
 TEST_F(CommonLookTest, ReachesControlsThatAreAddedLater)
 {
-    auto* late = new QPushButton(QStringLiteral("Dopo"), &form);
+    auto* late = new QPushButton(u"Dopo"_s, &form);
     form.layout()->addWidget(late);
     late->show();
     EXPECT_EQ(late->sizeHint().height(), 28);
@@ -147,5 +152,5 @@ TEST_F(CommonLookTest, LabelsAreReadableInBothModes)
 TEST_F(CommonLookTest, LeavesNoWordOfTheStyleSheetUnreplaced)
 {
     EXPECT_FALSE(form.styleSheet().isEmpty());
-    EXPECT_FALSE(form.styleSheet().section(QStringLiteral("*/"), 1).contains(u'@'));
+    EXPECT_FALSE(form.styleSheet().section(u"*/"_s, 1).contains(u'@'));
 }

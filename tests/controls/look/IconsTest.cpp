@@ -16,8 +16,9 @@ bool isBlank(const QImage& image)
 {
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, y).alpha() > 100)
+            if (image.pixelColor(x, y).alpha() > 100) {
                 return false;
+            }
         }
     }
     return true;

@@ -15,6 +15,8 @@ using zul::OperatorMessage;
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class MessageSeamTest : public ::testing::Test
 {
 protected:
@@ -29,8 +31,9 @@ protected:
         QTimer watch;
         QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box == nullptr || worked)
+            if (box == nullptr || worked) {
                 return;
+            }
             worked = true;
             work(*box);
         });
@@ -50,10 +53,10 @@ protected:
     QWidget window;
 };
 
-const OperatorMessage question{QStringLiteral("Proseguire?"), MessageIcon::Information,
-                               QStringLiteral("Manager messaggi"), MessageButtons::YesNo};
-const OperatorMessage notice{QStringLiteral("Fatto."), MessageIcon::Exclamation,
-                             QStringLiteral("Manager messaggi"), MessageButtons::Ok};
+const OperatorMessage question{u"Proseguire?"_s, MessageIcon::Information, u"Manager messaggi"_s,
+                               MessageButtons::YesNo};
+const OperatorMessage notice{u"Fatto."_s, MessageIcon::Exclamation, u"Manager messaggi"_s,
+                             MessageButtons::Ok};
 
 } // namespace
 
@@ -66,7 +69,7 @@ TEST_F(MessageSeamTest, AnInstalledAnswererIsAskedInsteadOfTheOperator)
     });
     EXPECT_EQ(zul::ask(nullptr, question), Answer::No);
     EXPECT_EQ(zul::ask(&window, notice), Answer::Ok);
-    EXPECT_EQ(seen, (QStringList{QStringLiteral("Proseguire?"), QStringLiteral("Fatto.")}));
+    EXPECT_EQ(seen, (QStringList{u"Proseguire?"_s, u"Fatto."_s}));
 }
 
 TEST_F(MessageSeamTest, TheQuestionIsAnsweredByItsButtons)
@@ -89,22 +92,22 @@ TEST_F(MessageSeamTest, KeysAnswerEnterWithTheFirstButtonAndEscapeWithTheLast)
 TEST_F(MessageSeamTest, TheBoxSpeaksItalianAndTellsWhatItIs)
 {
     askWhile(question, [](QMessageBox& box) {
-        EXPECT_EQ(box.objectName(), QStringLiteral("messageBox"));
+        EXPECT_EQ(box.objectName(), u"messageBox"_s);
         EXPECT_EQ(box.textFormat(), Qt::PlainText);
         EXPECT_EQ(box.icon(), QMessageBox::Information);
-        EXPECT_EQ(box.windowTitle(), QStringLiteral("Manager messaggi"));
-        EXPECT_EQ(box.property("zulIcon").toString(), QStringLiteral("information"));
-        EXPECT_EQ(box.property("zulButtons").toString(), QStringLiteral("yesno"));
-        EXPECT_EQ(box.findChild<QPushButton*>(QStringLiteral("yes"))->text(), QStringLiteral("Sì"));
-        EXPECT_EQ(box.findChild<QPushButton*>(QStringLiteral("no"))->text(), QStringLiteral("No"));
-        EXPECT_TRUE(box.findChild<QPushButton*>(QStringLiteral("yes"))->isDefault());
-        EXPECT_EQ(box.accessibleDescription(), QStringLiteral("Proseguire?"));
+        EXPECT_EQ(box.windowTitle(), u"Manager messaggi"_s);
+        EXPECT_EQ(box.property("zulIcon").toString(), u"information"_s);
+        EXPECT_EQ(box.property("zulButtons").toString(), u"yesno"_s);
+        EXPECT_EQ(box.findChild<QPushButton*>(u"yes"_s)->text(), u"Sì"_s);
+        EXPECT_EQ(box.findChild<QPushButton*>(u"no"_s)->text(), u"No"_s);
+        EXPECT_TRUE(box.findChild<QPushButton*>(u"yes"_s)->isDefault());
+        EXPECT_EQ(box.accessibleDescription(), u"Proseguire?"_s);
         click(box, "no");
     });
     askWhile(notice, [](QMessageBox& box) {
-        EXPECT_EQ(box.property("zulIcon").toString(), QStringLiteral("exclamation"));
-        EXPECT_EQ(box.property("zulButtons").toString(), QStringLiteral("ok"));
-        EXPECT_EQ(box.findChild<QPushButton*>(QStringLiteral("ok"))->text(), QStringLiteral("OK"));
+        EXPECT_EQ(box.property("zulIcon").toString(), u"exclamation"_s);
+        EXPECT_EQ(box.property("zulButtons").toString(), u"ok"_s);
+        EXPECT_EQ(box.findChild<QPushButton*>(u"ok"_s)->text(), u"OK"_s);
         click(box, "ok");
     });
 }
@@ -117,7 +120,7 @@ TEST_F(MessageSeamTest, EveryIconHasItsName)
                                                          {MessageIcon::Critical, "critical"},
                                                          {MessageIcon::Question, "question"}};
     for (const auto& icon : icons) {
-        askWhile({QStringLiteral("x"), icon.first, {}, MessageButtons::Ok}, [&icon](QMessageBox& box) {
+        askWhile({u"x"_s, icon.first, {}, MessageButtons::Ok}, [&icon](QMessageBox& box) {
             EXPECT_EQ(box.property("zulIcon").toString(), QLatin1String(icon.second));
             click(box, "ok");
         });
@@ -126,18 +129,18 @@ TEST_F(MessageSeamTest, EveryIconHasItsName)
 
 TEST_F(MessageSeamTest, WithoutATitleTheApplicationsIsShown)
 {
-    askWhile({QStringLiteral("x"), MessageIcon::None, {}, MessageButtons::Ok}, [](QMessageBox& box) {
-        EXPECT_EQ(box.windowTitle(), QStringLiteral("Zul_MessageBuilder"));
-        EXPECT_EQ(box.property("zulTitle").toString(), QStringLiteral("Zul_MessageBuilder"));
+    askWhile({u"x"_s, MessageIcon::None, {}, MessageButtons::Ok}, [](QMessageBox& box) {
+        EXPECT_EQ(box.windowTitle(), u"Zul_MessageBuilder"_s);
+        EXPECT_EQ(box.property("zulTitle").toString(), u"Zul_MessageBuilder"_s);
         click(box, "ok");
     });
 }
 
 TEST_F(MessageSeamTest, LineBreaksAreShownAsSuchAndTheTextIsToldAsGiven)
 {
-    const QString text = QStringLiteral("Testo?\r\n\r\n<b>L'à</b> & 100% \"€\" 😀");
+    const QString text = u"Testo?\r\n\r\n<b>L'à</b> & 100% \"€\" 😀"_s;
     askWhile({text, MessageIcon::Question, {}, MessageButtons::Ok}, [&text](QMessageBox& box) {
-        EXPECT_EQ(box.text(), QStringLiteral("Testo?\n\n<b>L'à</b> & 100% \"€\" 😀"));
+        EXPECT_EQ(box.text(), u"Testo?\n\n<b>L'à</b> & 100% \"€\" 😀"_s);
         EXPECT_EQ(box.property("zulText").toString(), text);
         click(box, "ok");
     });
@@ -146,8 +149,9 @@ TEST_F(MessageSeamTest, LineBreaksAreShownAsSuchAndTheTextIsToldAsGiven)
 TEST_F(MessageSeamTest, AVeryLongTextIsScrolledAndTheButtonsStayInReach)
 {
     QString text;
-    while (text.size() < 10000)
-        text += QStringLiteral("parola ");
+    while (text.size() < 10000) {
+        text += u"parola "_s;
+    }
     askWhile({text, MessageIcon::Information, {}, MessageButtons::YesNo}, [](QMessageBox& box) {
         EXPECT_LT(box.height(), 600);
         EXPECT_LT(box.width(), 1024);

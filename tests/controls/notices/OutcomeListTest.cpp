@@ -1,4 +1,5 @@
 #include "controls/notices/OutcomeList.h"
+#include "controls/notices/OutcomeListProbe.h"
 
 #include "controls/look/CommonLook.h"
 
@@ -12,14 +13,17 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 bool showsColour(QWidget* widget, const QRect& area, const QColor& colour)
 {
     const QImage image = widget->grab(area).toImage();
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QColor pixel = image.pixelColor(x, y);
-            if (qAbs(pixel.hslHue() - colour.hslHue()) < 12 && pixel.hslSaturation() > 100)
+            if (qAbs(pixel.hslHue() - colour.hslHue()) < 12 && pixel.hslSaturation() > 100) {
                 return true;
+            }
         }
     }
     return false;
@@ -41,16 +45,18 @@ TEST(OutcomeStoreTest, GivesBackEveryLineAsItWas)
 {
     zul::OutcomeStore store;
     const QStringList lines{QString(),
-                            QStringLiteral("OK     - D'Amico \"100%\" à è € 😀"),
+                            u"OK     - D'Amico \"100%\" à è € 😀"_s,
                             QString(10000, u'x'),
-                            QStringLiteral("a\r\nb"),
+                            u"a\r\nb"_s,
                             QString(3000000, u'€'),
-                            QStringLiteral("fine")};
-    for (const QString& line : lines)
+                            u"fine"_s};
+    for (const QString& line : lines) {
         store.append(line);
+    }
     ASSERT_EQ(store.count(), lines.size());
-    for (int i = 0; i < store.count(); ++i)
+    for (int i = 0; i < store.count(); ++i) {
         EXPECT_EQ(store.line(i), lines[i]) << i;
+    }
     EXPECT_EQ(store.line(-1), QString());
     EXPECT_EQ(store.line(6), QString());
     store.clear();
@@ -63,12 +69,13 @@ TEST(OutcomeModelTest, AnnouncesLinesInBatches)
     zul::OutcomeModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     QSignalSpy inserted(&model, &QAbstractItemModel::rowsInserted);
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 1000; ++i) {
         model.append(QString::number(i));
+    }
     EXPECT_EQ(model.rowCount(), 0);
     EXPECT_TRUE(QTest::qWaitFor([&model] { return model.rowCount() == 1000; }));
     EXPECT_EQ(inserted.count(), 1);
-    EXPECT_EQ(model.index(999).data().toString(), QStringLiteral("999"));
+    EXPECT_EQ(model.index(999).data().toString(), u"999"_s);
     model.append(u"x");
     model.clear();
     EXPECT_EQ(model.rowCount(), 0);
@@ -92,22 +99,26 @@ protected:
 
 TEST_F(OutcomeListTest, TellsItsLinesBeforeTheyAreShown)
 {
-    list.append(QStringLiteral("OK     - uno"));
-    list.append(QStringLiteral("ERRORE - due"));
+    list.append(u"OK     - uno"_s);
+    list.append(u"ERRORE - due"_s);
     EXPECT_EQ(list.count(), 2);
     int count = 0;
     QString text;
-    ASSERT_TRUE(QMetaObject::invokeMethod(&list, "lineCount", Q_RETURN_ARG(int, count)));
-    ASSERT_TRUE(QMetaObject::invokeMethod(&list, "lineText", Q_RETURN_ARG(QString, text), Q_ARG(int, 1)));
+    EXPECT_EQ(list.findChild<zul::OutcomeListProbe*>(), nullptr) << "made for nobody";
+    auto* probe = list.property("probe").value<QObject*>();
+    ASSERT_NE(probe, nullptr);
+    EXPECT_EQ(list.property("probe").value<QObject*>(), probe);
+    ASSERT_TRUE(QMetaObject::invokeMethod(probe, "lineCount", Q_RETURN_ARG(int, count)));
+    ASSERT_TRUE(QMetaObject::invokeMethod(probe, "lineText", Q_RETURN_ARG(QString, text), Q_ARG(int, 1)));
     EXPECT_EQ(count, 2);
-    EXPECT_EQ(text, QStringLiteral("ERRORE - due"));
+    EXPECT_EQ(text, u"ERRORE - due"_s);
     list.clear();
-    EXPECT_EQ(list.lineCount(), 0);
+    EXPECT_EQ(list.count(), 0);
 }
 
 TEST_F(OutcomeListTest, IsMonospaced)
 {
-    EXPECT_EQ(list.font().family(), QStringLiteral("Courier New"));
+    EXPECT_EQ(list.font().family(), u"Courier New"_s);
     EXPECT_EQ(list.font().pointSize(), 10);
     EXPECT_EQ(list.fontMetrics().horizontalAdvance(u'i'), list.fontMetrics().horizontalAdvance(u'W'));
     zul::applyCommonLook(&list, false);
@@ -117,9 +128,9 @@ TEST_F(OutcomeListTest, IsMonospaced)
 
 TEST_F(OutcomeListTest, ColoursTheTags)
 {
-    list.append(QStringLiteral("OK     - uno"));
-    list.append(QStringLiteral("ERR    - due"));
-    list.append(QStringLiteral("       - tre"));
+    list.append(u"OK     - uno"_s);
+    list.append(u"ERR    - due"_s);
+    list.append(u"       - tre"_s);
     list.flush();
     QWidget* view = list.viewport();
     const auto row = [this](int index) { return list.visualRect(list.model()->index(index, 0)); };
@@ -131,14 +142,15 @@ TEST_F(OutcomeListTest, ColoursTheTags)
 
 TEST_F(OutcomeListTest, CopiesTheSelectedLinesInTheirOrder)
 {
-    for (int i = 0; i < 5; ++i)
-        list.append(QStringLiteral("riga %1 €").arg(i));
+    for (int i = 0; i < 5; ++i) {
+        list.append(u"riga %1 €"_s.arg(i));
+    }
     list.flush();
     const auto centre = [this](int row) { return list.visualRect(list.model()->index(row, 0)).center(); };
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, centre(3));
     QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::ControlModifier, centre(1));
     QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("riga 1 €\nriga 3 €\n"));
+    EXPECT_EQ(QApplication::clipboard()->text(), u"riga 1 €\nriga 3 €\n"_s);
     QTest::keyClick(&list, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text().count(u'\n'), 5);
@@ -146,7 +158,7 @@ TEST_F(OutcomeListTest, CopiesTheSelectedLinesInTheirOrder)
 
 TEST_F(OutcomeListTest, ScrollsALongLineSideways)
 {
-    list.append(QStringLiteral("corta"));
+    list.append(u"corta"_s);
     list.flush();
     QTest::qWait(0);
     EXPECT_EQ(list.horizontalScrollBar()->maximum(), 0);
@@ -160,14 +172,15 @@ TEST_F(OutcomeListTest, ScrollsALongLineSideways)
 
 TEST_F(OutcomeListTest, FollowsItsEndUntilTheReaderScrollsBack)
 {
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
         list.append(QString::number(i));
+    }
     list.flush();
     QTest::qWait(0);
     EXPECT_EQ(list.verticalScrollBar()->value(), list.verticalScrollBar()->maximum());
     EXPECT_GT(list.verticalScrollBar()->maximum(), 0);
     list.verticalScrollBar()->setValue(3);
-    list.append(QStringLiteral("ancora"));
+    list.append(u"ancora"_s);
     list.flush();
     QTest::qWait(0);
     EXPECT_EQ(list.verticalScrollBar()->value(), 3);
@@ -176,11 +189,12 @@ TEST_F(OutcomeListTest, FollowsItsEndUntilTheReaderScrollsBack)
 TEST_F(OutcomeListTest, HoldsAMillionLinesWhileItIsShown)
 {
     constexpr int million = 1000000;
-    const QString line = QStringLiteral("OK     - Rossi Mario - Creato correttamente. %1");
+    const QString line = u"OK     - Rossi Mario - Creato correttamente. %1"_s;
     for (int i = 0; i < million; ++i) {
         list.append(line.arg(i));
-        if (i % 50000 == 0)
+        if (i % 50000 == 0) {
             QCoreApplication::processEvents();
+        }
     }
     list.flush();
     EXPECT_EQ(list.model()->rowCount(), million);

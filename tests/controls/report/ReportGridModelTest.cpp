@@ -9,6 +9,7 @@
 #include <string>
 
 using namespace zul;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,11 +20,11 @@ class ReportGridModelTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        model.addColumn({QStringLiteral("Id"), QStringLiteral("Id"), 0, false, true, false});
-        model.addColumn({QStringLiteral("Selezione"), QStringLiteral("Selezione"), 0, true, true, true});
-        model.addColumn({QStringLiteral("Cliente"), QStringLiteral("Cliente"), 0, true, true, false});
-        model.addColumn({QStringLiteral("Paese"), QStringLiteral("Paese"), 0, true, true, false});
-        model.addColumn({QStringLiteral("Sesso"), QStringLiteral("Sesso"), 0, true, true, false});
+        model.addColumn({u"Id"_s, u"Id"_s, 0, false, true, false});
+        model.addColumn({u"Selezione"_s, u"Selezione"_s, 0, true, true, true});
+        model.addColumn({u"Cliente"_s, u"Cliente"_s, 0, true, true, false});
+        model.addColumn({u"Paese"_s, u"Paese"_s, 0, true, true, false});
+        model.addColumn({u"Sesso"_s, u"Sesso"_s, 0, true, true, false});
         add(10, "Rossi", "Roma", "M");
         add(11, "Bianchi", "Milano", "F");
         add(12, "Verdi", "Roma", "F");
@@ -55,14 +56,13 @@ protected:
     {
         QStringList rows;
         for (int row = 0; row < shown.rowCount(); ++row) {
-            rows << (shown.isGroup(row)
-                         ? QStringLiteral("%1 (%2)").arg(shown.groupCaption(row)).arg(shown.groupCount(row))
-                         : QString::number(shown.record(row)));
+            rows << (shown.isGroup(row) ? u"%1 (%2)"_s.arg(shown.groupCaption(row)).arg(shown.groupCount(row))
+                                        : QString::number(shown.record(row)));
         }
         return rows;
     }
 
-    static QStringList list(const char* text) { return QString::fromUtf8(text).split(QLatin1Char('|')); }
+    static QStringList list(const char* text) { return QString::fromUtf8(text).split(u'|'); }
 
     ReportGridModel model;
     QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
@@ -73,9 +73,9 @@ protected:
 TEST_F(ReportGridModelTest, ShowsRecordsInTheOrderTheyCame)
 {
     EXPECT_EQ(screen(), list("0|1|2|3|4|5"));
-    EXPECT_EQ(model.data(model.index(1, 2)).toString(), QStringLiteral("Bianchi"));
-    EXPECT_EQ(model.data(model.index(0, 0)).toString(), QStringLiteral("10"));
-    EXPECT_EQ(model.headerData(3, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Paese"));
+    EXPECT_EQ(model.data(model.index(1, 2)).toString(), u"Bianchi"_s);
+    EXPECT_EQ(model.data(model.index(0, 0)).toString(), u"10"_s);
+    EXPECT_EQ(model.headerData(3, Qt::Horizontal, Qt::DisplayRole).toString(), u"Paese"_s);
 }
 
 TEST_F(ReportGridModelTest, SortsUpAndDown)
@@ -146,17 +146,17 @@ TEST_F(ReportGridModelTest, GroupsStayClosedWhenTheOrderOrTheFilterChanges)
     model.setGroupClosed(0, true);
     model.setSorting({2, false});
     EXPECT_EQ(screen(), list("Sesso: F (2)|Sesso: M (4)|5|4|3|0"));
-    model.setTextFilter(QStringLiteral("ro"));
+    model.setTextFilter(u"ro"_s);
     EXPECT_EQ(screen(), list("Sesso: F (1)|Sesso: M (2)|4|0"));
 }
 
 TEST_F(ReportGridModelTest, FiltersByEveryShownColumn)
 {
-    model.setTextFilter(QStringLiteral("ROM"));
+    model.setTextFilter(u"ROM"_s);
     EXPECT_EQ(screen(), list("0|2|4"));
     model.setSorting({2, true});
     EXPECT_EQ(screen(), list("2|0|4"));
-    model.setTextFilter(QStringLiteral("13"));
+    model.setTextFilter(u"13"_s);
     EXPECT_EQ(model.rowCount(), 0) << "the id is hidden";
     model.setTextFilter(QString());
     EXPECT_EQ(screen(), list("2|0|3|4|5|1"));
@@ -165,7 +165,7 @@ TEST_F(ReportGridModelTest, FiltersByEveryShownColumn)
 
 TEST_F(ReportGridModelTest, AColumnThatTheOperatorHidIsNotSearched)
 {
-    model.setTextFilter(QStringLiteral("torino"));
+    model.setTextFilter(u"torino"_s);
     EXPECT_EQ(screen(), list("3"));
     model.setColumnShown(3, false);
     EXPECT_EQ(model.rowCount(), 0);
@@ -177,7 +177,7 @@ TEST_F(ReportGridModelTest, ResetsTheViewOnceForAChange)
 {
     QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
     model.setSorting({2, false});
-    model.setTextFilter(QStringLiteral("a"));
+    model.setTextFilter(u"a"_s);
     model.setGroupColumns({{3, false}});
     EXPECT_EQ(resets.count(), 3);
     model.populate();
@@ -223,7 +223,7 @@ TEST_F(ReportGridModelTest, TicksOneAllAndRanges)
 
 TEST_F(ReportGridModelTest, TicksHiddenByTheFilterToo)
 {
-    model.setTextFilter(QStringLiteral("torino"));
+    model.setTextFilter(u"torino"_s);
     model.setAllChecked(true);
     EXPECT_EQ(model.checkedCount(), 6U);
 }
@@ -247,10 +247,8 @@ TEST_F(ReportGridModelTest, EmptiesAndFillsAgain)
 TEST_F(ReportGridModelTest, TellsScreenReadersWhatACellIs)
 {
     model.setChecked(0, true);
-    EXPECT_EQ(model.data(model.index(0, 1), Qt::AccessibleTextRole).toString(),
-              QStringLiteral("Selezione: sì"));
-    EXPECT_EQ(model.data(model.index(0, 2), Qt::AccessibleTextRole).toString(),
-              QStringLiteral("Cliente: Rossi"));
+    EXPECT_EQ(model.data(model.index(0, 1), Qt::AccessibleTextRole).toString(), u"Selezione: sì"_s);
+    EXPECT_EQ(model.data(model.index(0, 2), Qt::AccessibleTextRole).toString(), u"Cliente: Rossi"_s);
 }
 
 TEST_F(ReportGridModelTest, GroupsManyRecordsAsALookAtEachDoes)
@@ -343,7 +341,7 @@ TEST_F(ReportGridModelTest, GroupsManyRecordsAsALookAtEachDoes)
     expectAsSetUpAtOnce("an inner group added");
     model.setGroupColumns(Sorts{{4, false}, {3, true}});
     expectAsSetUpAtOnce("groups changed places and directions");
-    model.setTextFilter(QStringLiteral("forl"));
+    model.setTextFilter(u"forl"_s);
     expectAsSetUpAtOnce("filtered");
     model.setGroupColumns(Sorts{{4, false}});
     expectAsSetUpAtOnce("a group taken away");

@@ -1,4 +1,5 @@
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 
 #include <QApplication>
 #include <QFile>
@@ -12,6 +13,7 @@
 #include <string>
 
 using namespace zul;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,12 +39,12 @@ protected:
 
     static void describeColumns(ReportGrid& target)
     {
-        target.addColumn({QStringLiteral("IdCLiente"), QStringLiteral("Id"), 0, false, true, false});
-        target.addColumn({QStringLiteral("Selezione"), QStringLiteral("Selezione"), 0, true, true, true});
-        target.addColumn({QStringLiteral("Cliente"), QStringLiteral("Cliente"), 200, true, true, false});
-        target.addColumn({QStringLiteral("Paese"), QStringLiteral("Paese"), 120, true, true, false});
-        target.addColumn({QStringLiteral("Eta"), QStringLiteral("Eta"), 80, true, true, false});
-        target.addColumn({QStringLiteral("Note"), QStringLiteral("Note"), 150, true, false, false});
+        target.addColumn({u"IdCLiente"_s, u"Id"_s, 0, false, true, false});
+        target.addColumn({u"Selezione"_s, u"Selezione"_s, 0, true, true, true});
+        target.addColumn({u"Cliente"_s, u"Cliente"_s, 200, true, true, false});
+        target.addColumn({u"Paese"_s, u"Paese"_s, 120, true, true, false});
+        target.addColumn({u"Eta"_s, u"Eta"_s, 80, true, true, false});
+        target.addColumn({u"Note"_s, u"Note"_s, 150, true, false, false});
     }
 
     void add(const std::string& name, const std::string& town, int age)
@@ -58,8 +60,9 @@ protected:
 
     void clickRow(int row, Qt::KeyboardModifiers keys = Qt::NoModifier)
     {
-        const QRect rect = grid.rowRect(row);
-        QTest::mouseClick(grid.bodyViewport(), Qt::LeftButton, keys, QPoint(300, rect.center().y()));
+        const QRect rect = probeOf(&grid)->rowRect(row);
+        QTest::mouseClick(probeOf(&grid)->bodyViewport(), Qt::LeftButton, keys,
+                          QPoint(300, rect.center().y()));
     }
 
     static void drag(QWidget* from, const QPoint& start, QWidget* to, const QPoint& end)
@@ -87,13 +90,14 @@ protected:
 
     void clickHeader(int column)
     {
-        QTest::mouseClick(grid.headerViewport(), Qt::LeftButton, {}, grid.headerRect(column).center());
+        QTest::mouseClick(probeOf(&grid)->headerViewport(), Qt::LeftButton, {},
+                          probeOf(&grid)->headerRect(column).center());
     }
 
     void group(int column)
     {
-        drag(grid.headerViewport(), grid.headerRect(column).center(), grid.groupBoxWidget(),
-             grid.groupBoxWidget()->rect().center());
+        drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(column).center(),
+             probeOf(&grid)->groupBoxWidget(), probeOf(&grid)->groupBoxWidget()->rect().center());
     }
 
     ReportGrid grid;
@@ -106,11 +110,11 @@ TEST_F(ReportGridTest, SortsByAClickOnTheHeaderAndTurnsAtTheNext)
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
     clickHeader(4);
     EXPECT_EQ(grid.sortColumn(), 4);
-    EXPECT_EQ(grid.rowTexts(0).at(4), QStringLiteral("20"));
+    EXPECT_EQ(probeOf(&grid)->rowTexts(0).at(4), u"20"_s);
     EXPECT_FALSE(grid.isSortDescending());
     clickHeader(4);
     EXPECT_TRUE(grid.isSortDescending());
-    EXPECT_EQ(grid.rowTexts(0).at(4), QStringLiteral("69"));
+    EXPECT_EQ(probeOf(&grid)->rowTexts(0).at(4), u"69"_s);
     clickHeader(2);
     EXPECT_EQ(grid.sortColumn(), 2);
     EXPECT_FALSE(grid.isSortDescending());
@@ -120,7 +124,7 @@ TEST_F(ReportGridTest, SortsByAClickOnTheHeaderAndTurnsAtTheNext)
 
 TEST_F(ReportGridTest, ADoubleClickOnTheHeaderSortsTwice)
 {
-    doubleClick(grid.headerViewport(), grid.headerRect(4).center());
+    doubleClick(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(4).center());
     EXPECT_EQ(grid.sortColumn(), 4);
     EXPECT_TRUE(grid.isSortDescending());
 }
@@ -128,16 +132,16 @@ TEST_F(ReportGridTest, ADoubleClickOnTheHeaderSortsTwice)
 TEST_F(ReportGridTest, MovesAColumnByDroppingItOnAnother)
 {
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
-    EXPECT_EQ(grid.visiblePosition(0), -1);
-    EXPECT_EQ(grid.visiblePosition(2), 1);
-    drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(),
-         grid.headerRect(4).center());
-    EXPECT_EQ(grid.visiblePosition(2), 3);
-    EXPECT_EQ(grid.visiblePosition(3), 1);
-    EXPECT_EQ(grid.visiblePosition(4), 2);
-    drag(grid.headerViewport(), grid.headerRect(5).center(), grid.headerViewport(),
-         grid.headerRect(1).center());
-    EXPECT_EQ(grid.visiblePosition(5), 0);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(0), -1);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 1);
+    drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(2).center(),
+         probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(4).center());
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 3);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), 1);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(4), 2);
+    drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(5).center(),
+         probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(1).center());
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(5), 0);
     ASSERT_EQ(changes.count(), 2);
     EXPECT_EQ(changes.at(0).at(0).toInt(), 1);
     EXPECT_EQ(grid.sortColumn(), -1) << "a drag is no click";
@@ -146,10 +150,10 @@ TEST_F(ReportGridTest, MovesAColumnByDroppingItOnAnother)
 TEST_F(ReportGridTest, SizesAColumnByItsEdgeToThePixel)
 {
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
-    const QRect before = grid.headerRect(3);
+    const QRect before = probeOf(&grid)->headerRect(3);
     const QPoint edge(before.right() - 1, before.center().y());
-    drag(grid.headerViewport(), edge, grid.headerViewport(), edge + QPoint(57, 0));
-    EXPECT_EQ(grid.headerRect(3).width(), before.width() + 57);
+    drag(probeOf(&grid)->headerViewport(), edge, probeOf(&grid)->headerViewport(), edge + QPoint(57, 0));
+    EXPECT_EQ(probeOf(&grid)->headerRect(3).width(), before.width() + 57);
     ASSERT_EQ(changes.count(), 1);
     EXPECT_EQ(changes.at(0).at(0).toInt(), 0);
     EXPECT_EQ(grid.sortColumn(), -1);
@@ -158,10 +162,10 @@ TEST_F(ReportGridTest, SizesAColumnByItsEdgeToThePixel)
 TEST_F(ReportGridTest, AColumnThatIsNotSizableKeepsItsWidth)
 {
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
-    const QRect before = grid.headerRect(5);
+    const QRect before = probeOf(&grid)->headerRect(5);
     const QPoint edge(before.right() - 1, before.center().y());
-    drag(grid.headerViewport(), edge, grid.headerViewport(), edge - QPoint(40, 0));
-    EXPECT_EQ(grid.headerRect(5).width(), before.width());
+    drag(probeOf(&grid)->headerViewport(), edge, probeOf(&grid)->headerViewport(), edge - QPoint(40, 0));
+    EXPECT_EQ(probeOf(&grid)->headerRect(5).width(), before.width());
     EXPECT_EQ(changes.count(), 0);
 }
 
@@ -170,18 +174,18 @@ TEST_F(ReportGridTest, GroupsByDroppingAHeaderOnTheBox)
     QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
     group(3);
     ASSERT_EQ(grid.groupColumns(), std::vector<int>{3});
-    EXPECT_EQ(grid.visibleRowCount(), 202);
-    EXPECT_TRUE(grid.rowIsGroup(0));
-    EXPECT_EQ(grid.groupCaption(0), QStringLiteral("Paese: Milano"));
-    EXPECT_EQ(grid.groupCount(0), 133);
-    EXPECT_EQ(grid.rowCheck(0), -1);
-    EXPECT_TRUE(grid.rowTexts(0).isEmpty());
-    EXPECT_TRUE(grid.headerRect(3).isEmpty()) << "the column has left the header";
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 202);
+    EXPECT_TRUE(probeOf(&grid)->rowIsGroup(0));
+    EXPECT_EQ(probeOf(&grid)->groupCaption(0), u"Paese: Milano"_s);
+    EXPECT_EQ(probeOf(&grid)->groupCount(0), 133);
+    EXPECT_EQ(probeOf(&grid)->rowCheck(0), -1);
+    EXPECT_TRUE(probeOf(&grid)->rowTexts(0).isEmpty());
+    EXPECT_TRUE(probeOf(&grid)->headerRect(3).isEmpty()) << "the column has left the header";
     EXPECT_EQ(changes.at(0).at(0).toInt(), 2);
     grid.ungroupAll();
-    EXPECT_EQ(grid.visibleRowCount(), 200);
-    EXPECT_FALSE(grid.headerRect(3).isEmpty());
-    EXPECT_EQ(grid.visiblePosition(3), 2);
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 200);
+    EXPECT_FALSE(probeOf(&grid)->headerRect(3).isEmpty());
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), 2);
 }
 
 TEST_F(ReportGridTest, TakesAGroupOutByDraggingItsChipAway)
@@ -189,11 +193,11 @@ TEST_F(ReportGridTest, TakesAGroupOutByDraggingItsChipAway)
     group(3);
     group(4);
     EXPECT_EQ(grid.groupColumns(), (std::vector<int>{3, 4}));
-    drag(grid.groupBoxWidget(), QPoint(20, 17), grid.bodyViewport(), QPoint(200, 100));
+    drag(probeOf(&grid)->groupBoxWidget(), QPoint(20, 17), probeOf(&grid)->bodyViewport(), QPoint(200, 100));
     EXPECT_EQ(grid.groupColumns(), std::vector<int>{4});
-    QTest::mouseClick(grid.groupBoxWidget(), Qt::LeftButton, {}, QPoint(20, 17));
-    EXPECT_EQ(grid.groupCaption(0), QStringLiteral("Eta: 69")) << "a click turns the order of the groups";
-    QTest::keyClick(grid.groupBoxWidget(), Qt::Key_Delete);
+    QTest::mouseClick(probeOf(&grid)->groupBoxWidget(), Qt::LeftButton, {}, QPoint(20, 17));
+    EXPECT_EQ(probeOf(&grid)->groupCaption(0), u"Eta: 69"_s) << "a click turns the order of the groups";
+    QTest::keyClick(probeOf(&grid)->groupBoxWidget(), Qt::Key_Delete);
     EXPECT_TRUE(grid.groupColumns().empty());
 }
 
@@ -202,12 +206,12 @@ TEST_F(ReportGridTest, OpensAndClosesGroupsByKey)
     group(3);
     clickRow(0);
     QTest::keyClick(grid.focusWidget(), Qt::Key_Left);
-    EXPECT_EQ(grid.visibleRowCount(), 69);
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 69);
     EXPECT_EQ(grid.recordsInScreenOrder().size(), 200U);
     QTest::keyClick(grid.focusWidget(), Qt::Key_Right);
-    EXPECT_EQ(grid.visibleRowCount(), 202);
-    doubleClick(grid.bodyViewport(), QPoint(300, grid.rowRect(0).center().y()));
-    EXPECT_EQ(grid.visibleRowCount(), 69);
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 202);
+    doubleClick(probeOf(&grid)->bodyViewport(), QPoint(300, probeOf(&grid)->rowRect(0).center().y()));
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 69);
 }
 
 TEST_F(ReportGridTest, TicksOneRowByAClickInItsCheckCell)
@@ -215,17 +219,18 @@ TEST_F(ReportGridTest, TicksOneRowByAClickInItsCheckCell)
     QSignalSpy ticks(&grid, &ReportGrid::checkChanged);
     QSignalSpy opened(&grid, &ReportGrid::recordDoubleClicked);
     clickRow(5);
-    QTest::mouseClick(grid.bodyViewport(), Qt::LeftButton, {}, grid.checkRect(2).center());
+    QTest::mouseClick(probeOf(&grid)->bodyViewport(), Qt::LeftButton, {},
+                      probeOf(&grid)->checkRect(2).center());
     EXPECT_TRUE(grid.isChecked(2));
-    EXPECT_EQ(grid.rowCheck(2), 1);
+    EXPECT_EQ(probeOf(&grid)->rowCheck(2), 1);
     EXPECT_EQ(grid.checkedCount(), 1U);
     EXPECT_EQ(grid.selectedRecords(), Records{5}) << "highlighted rows stay as they are";
     EXPECT_EQ(ticks.count(), 1);
-    doubleClick(grid.bodyViewport(), grid.checkRect(3).center());
+    doubleClick(probeOf(&grid)->bodyViewport(), probeOf(&grid)->checkRect(3).center());
     EXPECT_FALSE(grid.isChecked(3)) << "two quick clicks are two";
     EXPECT_EQ(opened.count(), 0);
-    const QPoint beside(grid.checkRect(4).left() - 5, grid.checkRect(4).center().y());
-    QTest::mouseClick(grid.bodyViewport(), Qt::LeftButton, {}, beside);
+    const QPoint beside(probeOf(&grid)->checkRect(4).left() - 5, probeOf(&grid)->checkRect(4).center().y());
+    QTest::mouseClick(probeOf(&grid)->bodyViewport(), Qt::LeftButton, {}, beside);
     EXPECT_TRUE(grid.isChecked(4)) << "the whole cell counts";
 }
 
@@ -265,18 +270,18 @@ TEST_F(ReportGridTest, TellsWhichRecordWasClicked)
     QSignalSpy released(&grid, &ReportGrid::mouseReleasedOn);
     QSignalSpy opened(&grid, &ReportGrid::recordDoubleClicked);
     grid.sortBy(0, true);
-    doubleClick(grid.bodyViewport(), QPoint(300, grid.rowRect(0).center().y()));
+    doubleClick(probeOf(&grid)->bodyViewport(), QPoint(300, probeOf(&grid)->rowRect(0).center().y()));
     ASSERT_GE(released.count(), 1);
     EXPECT_EQ(released.at(0).at(0).toLongLong(), 199);
     ASSERT_EQ(opened.count(), 1);
     EXPECT_EQ(opened.at(0).at(0).toUInt(), 199U);
     EXPECT_EQ(grid.currentRecord(), 199);
-    grid.setTextFilter(QStringLiteral("Cliente 199"));
+    grid.setTextFilter(u"Cliente 199"_s);
     released.clear();
-    QTest::mouseClick(grid.bodyViewport(), Qt::LeftButton, {}, QPoint(300, 200));
+    QTest::mouseClick(probeOf(&grid)->bodyViewport(), Qt::LeftButton, {}, QPoint(300, 200));
     ASSERT_EQ(released.count(), 1);
     EXPECT_EQ(released.at(0).at(0).toLongLong(), -1) << "below the last row";
-    doubleClick(grid.bodyViewport(), QPoint(300, 200));
+    doubleClick(probeOf(&grid)->bodyViewport(), QPoint(300, 200));
     EXPECT_EQ(opened.count(), 1);
 }
 
@@ -290,7 +295,7 @@ TEST_F(ReportGridTest, TellsKeysAndLeavesEscapeToTheWindow)
     EXPECT_EQ(grid.currentRecord(), 0);
     QTest::keyClick(grid.focusWidget(), Qt::Key_End);
     EXPECT_EQ(grid.currentRecord(), 199);
-    EXPECT_GE(grid.rowRect(199).top(), 0);
+    EXPECT_GE(probeOf(&grid)->rowRect(199).top(), 0);
     QTest::keyClick(grid.focusWidget(), Qt::Key_Home);
     QTest::keyClick(grid.focusWidget(), Qt::Key_PageDown);
     EXPECT_GT(grid.currentRecord(), 3);
@@ -299,8 +304,8 @@ TEST_F(ReportGridTest, TellsKeysAndLeavesEscapeToTheWindow)
 TEST_F(ReportGridTest, FindsARowByTypingItsBeginning)
 {
     grid.sortBy(3, false);
-    QTest::keyClicks(grid.focusWidget(), QStringLiteral("ro"));
-    EXPECT_EQ(grid.cellText(static_cast<uint32_t>(grid.currentRecord()), 3), QStringLiteral("Roma"));
+    QTest::keyClicks(grid.focusWidget(), u"ro"_s);
+    EXPECT_EQ(grid.cellText(static_cast<uint32_t>(grid.currentRecord()), 3), u"Roma"_s);
 }
 
 TEST_F(ReportGridTest, KeepsTheHighlightWhenTheOrderChanges)
@@ -310,7 +315,7 @@ TEST_F(ReportGridTest, KeepsTheHighlightWhenTheOrderChanges)
     grid.sortBy(0, true);
     EXPECT_EQ(grid.selectedRecords(), (Records{9, 7}));
     EXPECT_EQ(grid.currentRecord(), 9);
-    grid.setTextFilter(QStringLiteral("Cliente 7"));
+    grid.setTextFilter(u"Cliente 7"_s);
     EXPECT_EQ(grid.selectedRecords(), Records{7});
     grid.deleteRecords();
     EXPECT_FALSE(grid.hasSelection());
@@ -319,107 +324,116 @@ TEST_F(ReportGridTest, KeepsTheHighlightWhenTheOrderChanges)
 
 TEST_F(ReportGridTest, GivesCellsToTools)
 {
-    EXPECT_TRUE(grid.property("reportGrid").toBool());
-    const QVariantList cells = grid.rowCells(4);
+    EXPECT_EQ(grid.findChild<ReportGridProbe*>(), nullptr) << "made for nobody";
+    auto* probe = grid.property("probe").value<QObject*>();
+    ASSERT_EQ(probe, probeOf(&grid));
+    EXPECT_EQ(grid.findChildren<ReportGridProbe*>().size(), 1) << "asked twice";
+    int rows = 0;
+    ASSERT_TRUE(QMetaObject::invokeMethod(probe, "visibleRowCount", Q_RETURN_ARG(int, rows)));
+    EXPECT_EQ(rows, 200);
+    const QVariantList cells = probeOf(&grid)->rowCells(4);
     ASSERT_EQ(cells.size(), 6);
-    EXPECT_EQ(cells.at(0).toString(), QStringLiteral("4"));
+    EXPECT_EQ(cells.at(0).toString(), u"4"_s);
     EXPECT_TRUE(cells.at(1).isValid()) << "an empty text";
-    EXPECT_EQ(cells.at(2).toString(), QStringLiteral("Cliente 4"));
+    EXPECT_EQ(cells.at(2).toString(), u"Cliente 4"_s);
     EXPECT_FALSE(cells.at(5).isValid()) << "NULL";
-    EXPECT_EQ(grid.rowTexts(4).at(5), QString());
-    EXPECT_TRUE(grid.rowRect(-1).isNull());
-    EXPECT_TRUE(grid.rowRect(200).isNull());
-    EXPECT_TRUE(grid.headerRect(0).isNull());
-    EXPECT_TRUE(grid.headerRect(99).isNull());
-    EXPECT_TRUE(grid.bodyViewport()->rect().contains(grid.rowRect(150).center()));
-    EXPECT_TRUE(grid.rowCells(999).isEmpty());
+    EXPECT_EQ(probeOf(&grid)->rowTexts(4).at(5), QString());
+    EXPECT_TRUE(probeOf(&grid)->rowRect(-1).isNull());
+    EXPECT_TRUE(probeOf(&grid)->rowRect(200).isNull());
+    EXPECT_TRUE(probeOf(&grid)->headerRect(0).isNull());
+    EXPECT_TRUE(probeOf(&grid)->headerRect(99).isNull());
+    EXPECT_TRUE(probeOf(&grid)->bodyViewport()->rect().contains(probeOf(&grid)->rowRect(150).center()));
+    EXPECT_TRUE(probeOf(&grid)->rowCells(999).isEmpty());
 }
 
 TEST_F(ReportGridTest, SavesAndLoadsItsLayout)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("layout.ini"));
-    EXPECT_FALSE(grid.loadLayout(path, QStringLiteral("ZUL")));
-    drag(grid.headerViewport(), grid.headerRect(2).center(), grid.headerViewport(),
-         grid.headerRect(4).center());
-    const QPoint edge(grid.headerRect(3).right() - 1, 5);
-    drag(grid.headerViewport(), edge, grid.headerViewport(), edge + QPoint(33, 0));
-    ASSERT_TRUE(grid.saveLayout(path, QStringLiteral("ZUL")));
+    const QString path = folder.filePath(u"layout.ini"_s);
+    EXPECT_FALSE(grid.loadLayout(path, u"ZUL"_s));
+    drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(2).center(),
+         probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(4).center());
+    const QPoint edge(probeOf(&grid)->headerRect(3).right() - 1, 5);
+    drag(probeOf(&grid)->headerViewport(), edge, probeOf(&grid)->headerViewport(), edge + QPoint(33, 0));
+    ASSERT_TRUE(grid.saveLayout(path, u"ZUL"_s));
 
     ReportGrid other;
     other.resize(800, 400);
     describeColumns(other);
     QSignalSpy changes(&other, &ReportGrid::columnLayoutChanged);
-    ASSERT_TRUE(other.loadLayout(path, QStringLiteral("ZUL")));
+    ASSERT_TRUE(other.loadLayout(path, u"ZUL"_s));
     for (int column = 0; column < 6; ++column) {
-        EXPECT_EQ(other.visiblePosition(column), grid.visiblePosition(column)) << column;
-        EXPECT_EQ(other.headerRect(column).width(), grid.headerRect(column).width()) << column;
+        EXPECT_EQ(probeOf(&other)->visiblePosition(column), probeOf(&grid)->visiblePosition(column))
+            << column;
+        EXPECT_EQ(probeOf(&other)->headerRect(column).width(), probeOf(&grid)->headerRect(column).width())
+            << column;
     }
     EXPECT_EQ(changes.count(), 0) << "loading is no change to be saved";
-    EXPECT_EQ(other.visiblePosition(0), -1);
+    EXPECT_EQ(probeOf(&other)->visiblePosition(0), -1);
 }
 
 TEST_F(ReportGridTest, AHiddenColumnStaysHiddenWhateverTheLayoutSays)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("layout.ini"));
+    const QString path = folder.filePath(u"layout.ini"_s);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("[ZUL]\nLayout=1\nColumn1=0,90,1,IdCLiente\nColumn2=1,90,0,Paese\nColumn3=9,70,1,Foreign\n");
     file.close();
-    EXPECT_TRUE(grid.loadLayout(path, QStringLiteral("ZUL")));
-    EXPECT_EQ(grid.visiblePosition(0), -1);
-    EXPECT_EQ(grid.visiblePosition(3), -1) << "hidden by the operator";
-    EXPECT_EQ(grid.visiblePosition(2), 1);
+    EXPECT_TRUE(grid.loadLayout(path, u"ZUL"_s));
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(0), -1);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1) << "hidden by the operator";
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 1);
 }
 
 TEST_F(ReportGridTest, ALayoutThatIsNotOursChangesNothing)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("layout.ini"));
+    const QString path = folder.filePath(u"layout.ini"_s);
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("[ZUL]\nLayout=1\nColumn1=0,90,1,Foreign\n");
     file.close();
-    EXPECT_FALSE(grid.loadLayout(path, QStringLiteral("ZUL")));
-    EXPECT_EQ(grid.headerRect(2).width(), 200);
-    EXPECT_FALSE(grid.saveLayout(folder.filePath(QStringLiteral("no/such/file.ini")), QStringLiteral("ZUL")));
+    EXPECT_FALSE(grid.loadLayout(path, u"ZUL"_s));
+    EXPECT_EQ(probeOf(&grid)->headerRect(2).width(), 200);
+    EXPECT_FALSE(grid.saveLayout(folder.filePath(u"no/such/file.ini"_s), u"ZUL"_s));
 }
 
 TEST_F(ReportGridTest, SharesFreeWidthAmongColumnsWithoutOne)
 {
     ReportGrid shared;
     shared.resize(602, 300);
-    shared.addColumn({QStringLiteral("id"), QStringLiteral("Id"), 0, false, true, false});
-    shared.addColumn({QStringLiteral("a"), QStringLiteral("A"), 0, true, true, false});
-    shared.addColumn({QStringLiteral("b"), QStringLiteral("B"), 200, true, true, false});
-    shared.addColumn({QStringLiteral("c"), QStringLiteral("C"), 0, true, true, false});
+    shared.addColumn({u"id"_s, u"Id"_s, 0, false, true, false});
+    shared.addColumn({u"a"_s, u"A"_s, 0, true, true, false});
+    shared.addColumn({u"b"_s, u"B"_s, 200, true, true, false});
+    shared.addColumn({u"c"_s, u"C"_s, 0, true, true, false});
     shared.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&shared));
-    EXPECT_EQ(shared.headerRect(1), QRect(0, 0, 200, shared.headerViewport()->height()));
-    EXPECT_EQ(shared.headerRect(3).width(), 200);
+    EXPECT_EQ(probeOf(&shared)->headerRect(1),
+              QRect(0, 0, 200, probeOf(&shared)->headerViewport()->height()));
+    EXPECT_EQ(probeOf(&shared)->headerRect(3).width(), 200);
     shared.resize(802, 300);
-    EXPECT_EQ(shared.headerRect(1).width(), 300);
-    EXPECT_EQ(shared.headerRect(2).width(), 200);
+    EXPECT_EQ(probeOf(&shared)->headerRect(1).width(), 300);
+    EXPECT_EQ(probeOf(&shared)->headerRect(2).width(), 200);
     shared.groupBy(1);
-    EXPECT_EQ(shared.headerRect(3).width(), 600);
+    EXPECT_EQ(probeOf(&shared)->headerRect(3).width(), 600);
     shared.ungroupAll();
-    EXPECT_EQ(shared.headerRect(1).width(), 300);
+    EXPECT_EQ(probeOf(&shared)->headerRect(1).width(), 300);
     // The first drag of an edge sizes its column, and ends the sharing.
-    const QRect before = shared.headerRect(1);
+    const QRect before = probeOf(&shared)->headerRect(1);
     const QPoint edge(before.right() - 1, before.center().y());
-    drag(shared.headerViewport(), edge, shared.headerViewport(), edge - QPoint(40, 0));
-    EXPECT_EQ(shared.headerRect(1).width(), 260);
-    EXPECT_EQ(shared.headerRect(3).width(), 300);
+    drag(probeOf(&shared)->headerViewport(), edge, probeOf(&shared)->headerViewport(), edge - QPoint(40, 0));
+    EXPECT_EQ(probeOf(&shared)->headerRect(1).width(), 260);
+    EXPECT_EQ(probeOf(&shared)->headerRect(3).width(), 300);
     shared.resize(602, 300);
-    EXPECT_EQ(shared.headerRect(1).width(), 260);
+    EXPECT_EQ(probeOf(&shared)->headerRect(1).width(), 260);
 }
 
 TEST_F(ReportGridTest, TakesCallsWithoutColumnsOrRecords)
 {
     ReportGrid empty;
     empty.populate();
-    empty.setTextFilter(QStringLiteral("x"));
+    empty.setTextFilter(u"x"_s);
     empty.sortBy(3, true);
     empty.groupBy(0);
     empty.ungroupAll();
@@ -429,8 +443,8 @@ TEST_F(ReportGridTest, TakesCallsWithoutColumnsOrRecords)
     empty.resize(300, 200);
     empty.show();
     QTest::keyClick(empty.focusWidget() != nullptr ? empty.focusWidget() : &empty, Qt::Key_Down);
-    QTest::mouseClick(empty.bodyViewport(), Qt::LeftButton, {}, QPoint(10, 10));
-    EXPECT_EQ(empty.visibleRowCount(), 0);
+    QTest::mouseClick(probeOf(&empty)->bodyViewport(), Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_EQ(probeOf(&empty)->visibleRowCount(), 0);
     EXPECT_EQ(empty.checkColumn(), -1);
     EXPECT_EQ(empty.cellText(0, 0), QString());
     EXPECT_FALSE(empty.cellIsNumeric(0, 0));
@@ -440,17 +454,17 @@ TEST_F(ReportGridTest, TakesCallsWithoutColumnsOrRecords)
 TEST_F(ReportGridTest, ShowsNothingNewBeforePopulate)
 {
     add("New", "Roma", 1);
-    EXPECT_EQ(grid.visibleRowCount(), 200);
-    grid.bodyViewport()->repaint();
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 200);
+    probeOf(&grid)->bodyViewport()->repaint();
     grid.populate();
-    EXPECT_EQ(grid.visibleRowCount(), 201);
+    EXPECT_EQ(probeOf(&grid)->visibleRowCount(), 201);
 }
 
 TEST_F(ReportGridTest, RowsAreTallerInTouchMode)
 {
     grid.setTouchMode(true);
-    EXPECT_EQ(grid.rowRect(0).height(), 44);
-    EXPECT_GE(grid.headerRect(2).height(), 44);
+    EXPECT_EQ(probeOf(&grid)->rowRect(0).height(), 44);
+    EXPECT_GE(probeOf(&grid)->headerRect(2).height(), 44);
     grid.setTouchMode(false);
-    EXPECT_LT(grid.rowRect(0).height(), 30);
+    EXPECT_LT(probeOf(&grid)->rowRect(0).height(), 30);
 }

@@ -9,6 +9,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class KeypadTest : public ::testing::Test
 {
 protected:
@@ -88,11 +90,12 @@ TEST_F(KeypadTest, TypesANumberAndNeverTakesTheFocus)
     keypad.setTouchMode(true);
     keypad.attach(&line);
     for (const char* key : {"keyMinus", "key1", "key2", "key3", "key4", "key5", "key6", "key7", "key8",
-                            "key9", "key0", "keySeparator", "key5"})
+                            "key9", "key0", "keySeparator", "key5"}) {
         press(key);
-    EXPECT_EQ(line.text(), QStringLiteral("-1234567890,5"));
+    }
+    EXPECT_EQ(line.text(), u"-1234567890,5"_s);
     press("keyBackspace");
-    EXPECT_EQ(line.text(), QStringLiteral("-1234567890,"));
+    EXPECT_EQ(line.text(), u"-1234567890,"_s);
     EXPECT_TRUE(line.hasFocus());
     press("keyClear");
     EXPECT_EQ(line.text(), QString());
@@ -101,12 +104,12 @@ TEST_F(KeypadTest, TypesANumberAndNeverTakesTheFocus)
 
 TEST_F(KeypadTest, ReplacesTheSelectionAsAKeyDoes)
 {
-    line.setText(QStringLiteral("99"));
+    line.setText(u"99"_s);
     line.selectAll();
     keypad.setTouchMode(true);
     keypad.attach(&line);
     press("key7");
-    EXPECT_EQ(line.text(), QStringLiteral("7"));
+    EXPECT_EQ(line.text(), u"7"_s);
 }
 
 TEST_F(KeypadTest, TypesSlashesIntoADateField)
@@ -114,13 +117,14 @@ TEST_F(KeypadTest, TypesSlashesIntoADateField)
     keypad.setTouchMode(true);
     date.setFocus();
     keypad.attach(&date, true);
-    for (const char* key : {"key1", "keySeparator", "key2", "keySeparator", "key2", "key6"})
+    for (const char* key : {"key1", "keySeparator", "key2", "keySeparator", "key2", "key6"}) {
         press(key);
-    EXPECT_EQ(date.text(), QStringLiteral("1/2/26"));
+    }
+    EXPECT_EQ(date.text(), u"1/2/26"_s);
     EXPECT_TRUE(date.isDate());
     keypad.attach(&line);
     press("keySeparator");
-    EXPECT_EQ(line.text(), QStringLiteral(","));
+    EXPECT_EQ(line.text(), u","_s);
 }
 
 TEST_F(KeypadTest, FollowsTheLocalesDecimalSeparator)
@@ -129,7 +133,7 @@ TEST_F(KeypadTest, FollowsTheLocalesDecimalSeparator)
     keypad.attach(&line);
     keypad.setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
     press("keySeparator");
-    EXPECT_EQ(line.text(), QStringLiteral("."));
+    EXPECT_EQ(line.text(), u"."_s);
 }
 
 TEST_F(KeypadTest, NextGoesToTheFollowingField)

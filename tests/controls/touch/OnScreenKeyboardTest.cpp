@@ -11,6 +11,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 class OnScreenKeyboardTest : public ::testing::Test
 {
 protected:
@@ -27,15 +29,16 @@ protected:
 
     void press(const QString& key)
     {
-        auto* found = keyboard.findChild<QPushButton*>(QStringLiteral("key") + key);
+        auto* found = keyboard.findChild<QPushButton*>(u"key"_s + key);
         ASSERT_NE(found, nullptr) << key.toStdString();
         QTest::mouseClick(found, Qt::LeftButton);
     }
 
     void pressAll(const QString& characters)
     {
-        for (const QChar character : characters)
+        for (const QChar character : characters) {
             press(character);
+        }
     }
 
     void openOn(QWidget* field)
@@ -67,77 +70,77 @@ TEST_F(OnScreenKeyboardTest, BeginsHiddenAndStandsAtTheWindowsLowerEdge)
 TEST_F(OnScreenKeyboardTest, TypesLettersDigitsAndAccents)
 {
     openOn(&line);
-    pressAll(QStringLiteral("perch"));
-    press(QStringLiteral("é"));
-    press(QStringLiteral("Space"));
-    pressAll(QStringLiteral("1234567890'àèìòù.,-+@"));
-    EXPECT_EQ(line.text(), QStringLiteral("perché 1234567890'àèìòù.,-+@"));
+    pressAll(u"perch"_s);
+    press(u"é"_s);
+    press(u"Space"_s);
+    pressAll(u"1234567890'àèìòù.,-+@"_s);
+    EXPECT_EQ(line.text(), u"perché 1234567890'àèìòù.,-+@"_s);
     EXPECT_TRUE(line.hasFocus());
-    press(QStringLiteral("Backspace"));
+    press(u"Backspace"_s);
     EXPECT_TRUE(line.text().endsWith(u'+'));
 }
 
 TEST_F(OnScreenKeyboardTest, ShiftHoldsForOneKeyAndTwiceForAll)
 {
     openOn(&line);
-    press(QStringLiteral("Shift"));
-    pressAll(QStringLiteral("ro"));
-    EXPECT_EQ(line.text(), QStringLiteral("Ro"));
-    press(QStringLiteral("Shift"));
-    press(QStringLiteral("Shift"));
-    pressAll(QStringLiteral("mà"));
-    press(QStringLiteral("Shift"));
-    pressAll(QStringLiteral("x"));
-    EXPECT_EQ(line.text(), QStringLiteral("RoMÀx"));
+    press(u"Shift"_s);
+    pressAll(u"ro"_s);
+    EXPECT_EQ(line.text(), u"Ro"_s);
+    press(u"Shift"_s);
+    press(u"Shift"_s);
+    pressAll(u"mà"_s);
+    press(u"Shift"_s);
+    pressAll(u"x"_s);
+    EXPECT_EQ(line.text(), u"RoMÀx"_s);
 }
 
 TEST_F(OnScreenKeyboardTest, HasAPageOfSymbols)
 {
     openOn(&line);
-    press(QStringLiteral("Symbols"));
-    pressAll(QStringLiteral("qwertyuiopè"));
-    EXPECT_EQ(line.text(), QStringLiteral("!\"£$%&/()=?"));
+    press(u"Symbols"_s);
+    pressAll(u"qwertyuiopè"_s);
+    EXPECT_EQ(line.text(), u"!\"£$%&/()=?"_s);
     line.clear();
-    pressAll(QStringLiteral("asdfghjkl"));
-    EXPECT_EQ(line.text(), QStringLiteral("@#€[]{}<>"));
-    press(QStringLiteral("Symbols"));
+    pressAll(u"asdfghjkl"_s);
+    EXPECT_EQ(line.text(), u"@#€[]{}<>"_s);
+    press(u"Symbols"_s);
     line.clear();
-    pressAll(QStringLiteral("q"));
-    EXPECT_EQ(line.text(), QStringLiteral("q"));
+    pressAll(u"q"_s);
+    EXPECT_EQ(line.text(), u"q"_s);
 }
 
 TEST_F(OnScreenKeyboardTest, ShowsAnAmpersandAsItself)
 {
     openOn(&line);
-    press(QStringLiteral("Symbols"));
-    auto* key = keyboard.findChild<QPushButton*>(QStringLiteral("keyy"));
+    press(u"Symbols"_s);
+    auto* key = keyboard.findChild<QPushButton*>(u"keyy"_s);
     ASSERT_NE(key, nullptr);
-    EXPECT_EQ(key->text(), QStringLiteral("&&"));
-    EXPECT_EQ(key->accessibleName(), QStringLiteral("&"));
+    EXPECT_EQ(key->text(), u"&&"_s);
+    EXPECT_EQ(key->accessibleName(), u"&"_s);
 }
 
 TEST_F(OnScreenKeyboardTest, EnterBreaksTheLineOfATextAndReturnsFromALine)
 {
     openOn(&text);
-    press(QStringLiteral("a"));
-    press(QStringLiteral("Enter"));
-    press(QStringLiteral("b"));
-    EXPECT_EQ(text.toPlainText(), QStringLiteral("a\nb"));
+    press(u"a"_s);
+    press(u"Enter"_s);
+    press(u"b"_s);
+    EXPECT_EQ(text.toPlainText(), u"a\nb"_s);
     QSignalSpy returned(&line, &QLineEdit::returnPressed);
     openOn(&line);
-    press(QStringLiteral("Enter"));
+    press(u"Enter"_s);
     EXPECT_EQ(returned.count(), 1);
 }
 
 TEST_F(OnScreenKeyboardTest, ArrowsMoveTheCursor)
 {
     openOn(&line);
-    pressAll(QStringLiteral("ac"));
-    press(QStringLiteral("Left"));
-    press(QStringLiteral("b"));
-    press(QStringLiteral("Right"));
-    press(QStringLiteral("d"));
-    EXPECT_EQ(line.text(), QStringLiteral("abcd"));
+    pressAll(u"ac"_s);
+    press(u"Left"_s);
+    press(u"b"_s);
+    press(u"Right"_s);
+    press(u"d"_s);
+    EXPECT_EQ(line.text(), u"abcd"_s);
 }
 
 TEST_F(OnScreenKeyboardTest, WritesIntoARichText)
@@ -146,8 +149,8 @@ TEST_F(OnScreenKeyboardTest, WritesIntoARichText)
     rich.setGeometry(400, 60, 200, 80);
     rich.show();
     openOn(&rich);
-    pressAll(QStringLiteral("ciao"));
-    EXPECT_EQ(rich.toPlainText(), QStringLiteral("ciao"));
+    pressAll(u"ciao"_s);
+    EXPECT_EQ(rich.toPlainText(), u"ciao"_s);
 }
 
 TEST_F(OnScreenKeyboardTest, OnceShownByTheProgramItStaysWhenTheFocusGoes)
@@ -155,10 +158,10 @@ TEST_F(OnScreenKeyboardTest, OnceShownByTheProgramItStaysWhenTheFocusGoes)
     openOn(&line);
     button.setFocus();
     EXPECT_TRUE(keyboard.isVisible());
-    press(QStringLiteral("x"));
-    EXPECT_EQ(line.text(), QStringLiteral("x"));
+    press(u"x"_s);
+    EXPECT_EQ(line.text(), u"x"_s);
     EXPECT_TRUE(button.hasFocus());
-    press(QStringLiteral("Hide"));
+    press(u"Hide"_s);
     EXPECT_FALSE(keyboard.isVisible());
 }
 
@@ -203,7 +206,7 @@ TEST_F(OnScreenKeyboardTest, FitsIntoASmallWindow)
     window.resize(420, 300);
     openOn(&line);
     EXPECT_TRUE(window.rect().contains(keyboard.geometry()));
-    auto* key = keyboard.findChild<QPushButton*>(QStringLiteral("keyp"));
+    auto* key = keyboard.findChild<QPushButton*>(u"keyp"_s);
     ASSERT_NE(key, nullptr);
     EXPECT_TRUE(keyboard.rect().contains(key->geometry()));
 }
@@ -212,6 +215,6 @@ TEST_F(OnScreenKeyboardTest, LeavesAReadOnlyFieldAlone)
 {
     line.setReadOnly(true);
     openOn(&line);
-    press(QStringLiteral("a"));
+    press(u"a"_s);
     EXPECT_EQ(line.text(), QString());
 }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using zul::host::CommandLine;
 using zul::host::CommandLineError;
 using zul::host::parseCommandLine;
@@ -21,7 +23,7 @@ QString refused(const QStringList& arguments)
 {
     const auto parsed = parseCommandLine(arguments);
     const auto* error = std::get_if<CommandLineError>(&parsed);
-    EXPECT_NE(error, nullptr) << arguments.join(QLatin1Char(' ')).toStdString();
+    EXPECT_NE(error, nullptr) << arguments.join(u' ').toStdString();
     return error == nullptr ? QString() : error->message;
 }
 
@@ -32,7 +34,7 @@ TEST(CommandLine, HasDefaults)
     EXPECT_FALSE(line.createDemo.has_value());
     EXPECT_TRUE(line.appDir.isEmpty());
     EXPECT_EQ(line.user, 1);
-    EXPECT_EQ(line.userName, QStringLiteral("demo"));
+    EXPECT_EQ(line.userName, u"demo"_s);
     EXPECT_TRUE(line.showSms && line.showMail && line.showPush);
     EXPECT_TRUE(line.searchRicorrenze && line.searchClassificazioni);
     EXPECT_FALSE(line.touch);
@@ -70,11 +72,11 @@ TEST(CommandLine, TakesEveryOption)
                                     "c.so",
                                     "--app-url",
                                     "http://127.0.0.1:1/x"});
-    EXPECT_EQ(line.database, QStringLiteral("DRIVER=FreeTDS;SERVER=x"));
+    EXPECT_EQ(line.database, u"DRIVER=FreeTDS;SERVER=x"_s);
     EXPECT_EQ(line.createDemo, 0);
-    EXPECT_EQ(line.appDir, QStringLiteral("C:\\App"));
+    EXPECT_EQ(line.appDir, u"C:\\App"_s);
     EXPECT_EQ(line.user, -7);
-    EXPECT_EQ(line.userName, QStringLiteral("D'Amico"));
+    EXPECT_EQ(line.userName, u"D'Amico"_s);
     EXPECT_TRUE(line.showSms);
     EXPECT_FALSE(line.showMail);
     EXPECT_TRUE(line.showPush);
@@ -82,10 +84,10 @@ TEST(CommandLine, TakesEveryOption)
     EXPECT_FALSE(line.searchClassificazioni);
     EXPECT_TRUE(line.touch);
     EXPECT_EQ(line.window, StartWindow::Check);
-    EXPECT_EQ(line.scenario, QStringLiteral("-"));
-    EXPECT_EQ(line.journal, QStringLiteral("j.txt"));
-    EXPECT_EQ(line.component, QStringLiteral("c.so"));
-    EXPECT_EQ(line.appUrl, QStringLiteral("http://127.0.0.1:1/x"));
+    EXPECT_EQ(line.scenario, u"-"_s);
+    EXPECT_EQ(line.journal, u"j.txt"_s);
+    EXPECT_EQ(line.component, u"c.so"_s);
+    EXPECT_EQ(line.appUrl, u"http://127.0.0.1:1/x"_s);
 }
 
 TEST(CommandLine, ReadsLists)
@@ -100,9 +102,9 @@ TEST(CommandLine, ReadsLists)
 
 TEST(CommandLine, RefusesUnknownOptionsAndBadValues)
 {
-    EXPECT_TRUE(refused({"--databse", "x"}).contains(QStringLiteral("--databse")));
-    EXPECT_TRUE(refused({"scenario.txt"}).contains(QStringLiteral("scenario.txt")));
-    EXPECT_TRUE(refused({"--user"}).contains(QStringLiteral("needs a value")));
+    EXPECT_TRUE(refused({"--databse", "x"}).contains(u"--databse"_s));
+    EXPECT_TRUE(refused({"scenario.txt"}).contains(u"scenario.txt"_s));
+    EXPECT_TRUE(refused({"--user"}).contains(u"needs a value"_s));
     for (const QStringList& arguments : QList<QStringList>{
              {"--user", "one"},
              {"--user", "2147483648"},
@@ -118,19 +120,66 @@ TEST(CommandLine, RefusesUnknownOptionsAndBadValues)
              {"--database", ""},
              {"--scenario", ""},
              {"--app-url", "ftp://x"},
+             {"--user", "--touch"},
          }) {
         const QString message = refused(arguments);
         EXPECT_TRUE(message.startsWith(arguments[0])) << message.toStdString();
-        EXPECT_TRUE(message.contains(QLatin1Char('"') + arguments[1] + QLatin1Char('"')))
-            << message.toStdString();
+        EXPECT_TRUE(message.contains(u'"' + arguments[1] + u'"')) << message.toStdString();
     }
+}
+
+TEST(CommandLine, RefusesOtherWaysToWriteAnOption)
+{
+    const std::pair<QStringList, QString> cases[] = {
+        {{"-touch"}, u"unknown option \"-t\"; --help lists the options"_s},
+        {{"--Touch"}, u"unknown option \"--Touch\"; --help lists the options"_s},
+        {{"--touch=1"}, u"Unexpected value after '--touch'."_s},
+        {{"--touch=1", "--user", "2"}, u"Unexpected value after '--touch'."_s},
+        {{"--user", "1", "--scenario"}, u"--scenario needs a value"_s},
+        {{"--touch", "--", "--touch"}, u"unknown option \"--touch\"; --help lists the options"_s},
+        {{"-"}, u"unknown option \"-\"; --help lists the options"_s},
+        {{""}, u"unknown option \"\"; --help lists the options"_s},
+        {{"--create-demo", "1", "2"}, u"unknown option \"2\"; --help lists the options"_s},
+    };
+    for (const auto& [arguments, message] : cases) {
+        EXPECT_EQ(refused(arguments), message) << arguments.join(u' ').toStdString();
+    }
+}
+
+TEST(CommandLine, TakesAValueAsItStands)
+{
+    EXPECT_EQ(taken({"--user-name", ""}).userName, QString());
+    EXPECT_EQ(taken({"--user-name", "--help"}).userName, u"--help"_s);
+    EXPECT_FALSE(taken({"--user-name", "--help"}).help);
+    EXPECT_EQ(taken({"--database", "a=b=c"}).database, u"a=b=c"_s);
+    EXPECT_EQ(taken({"--database=Driver=FreeTDS;Server=x"}).database, u"Driver=FreeTDS;Server=x"_s);
+    EXPECT_EQ(taken({"--user", "-2147483648"}).user, -2147483647 - 1);
+    EXPECT_EQ(taken({"--user-name", u"Zoë 😀 \"50%\""_s}).userName, u"Zoë 😀 \"50%\""_s);
+}
+
+TEST(CommandLine, TheLastOfAnOptionCountsAndEveryOneIsRead)
+{
+    EXPECT_EQ(taken({"--user", "1", "--user", "2"}).user, 2);
+    EXPECT_EQ(refused({"--user", "x", "--user", "2"}),
+              u"--user takes a whole number of 32 bits, not \"x\""_s);
+    const CommandLine lists = taken({"--show", "sms", "--show", "mail"});
+    EXPECT_TRUE(!lists.showSms && lists.showMail && !lists.showPush);
+}
+
+TEST(CommandLine, HelpAndVersion)
+{
+    EXPECT_TRUE(taken({"--help"}).help);
+    EXPECT_TRUE(taken({"-h"}).help);
+    EXPECT_FALSE(taken({"--help"}).version);
+    EXPECT_TRUE(taken({"--version", "--touch"}).version);
+    EXPECT_TRUE(refused({"--help", "--nonsense"}).contains(u"--nonsense"_s));
 }
 
 TEST(CommandLine, NamesEveryOptionInItsUsage)
 {
-    for (const char* option :
-         {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show", "--search",
-          "--touch", "--window", "--scenario", "--journal", "--component", "--app-url"}) {
+    for (const char* option : {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show",
+                               "--search", "--touch", "--window", "--scenario", "--journal", "--component",
+                               "--app-url", "--help", "--version"}) {
         EXPECT_TRUE(zul::host::usage().contains(QLatin1String(option))) << option;
     }
 }

@@ -26,6 +26,8 @@
 #include <QVBoxLayout>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using zul::host::test::Outcome;
 using zul::host::test::play;
 using zul::host::test::ScriptedHost;
@@ -38,7 +40,7 @@ Widget* named(const char* name, Arguments&&... arguments)
     return widget;
 }
 
-// A field made of parts, as the shared selector field is: text box, choose and clear button.
+/// A field made of parts, as the shared selector field is: text box, choose and clear button.
 class Selector : public QWidget
 {
     Q_OBJECT
@@ -49,7 +51,7 @@ public:
     Selector()
         : m_text(named<QLineEdit>("textBox"))
     {
-        setObjectName(QStringLiteral("cntrMessaggio(0)"));
+        setObjectName(u"cntrMessaggio(0)"_s);
         auto* row = new QHBoxLayout(this);
         auto* choose = named<QToolButton>("chooseButton");
         auto* clear = named<QToolButton>("clearButton");
@@ -59,7 +61,7 @@ public:
         setFocusProxy(m_text);
         connect(choose, &QToolButton::clicked, this, [this] {
             m_id = 7;
-            m_text->setText(QStringLiteral("D'Amico \"50%\""));
+            m_text->setText(u"D'Amico \"50%\""_s);
         });
         connect(clear, &QToolButton::clicked, this, [this] {
             m_id = -1;
@@ -73,17 +75,30 @@ private:
     QLineEdit* m_text;
 };
 
-// Lists as the shared outcome list does, and a folder tree.
-class Outcomes : public QWidget
+/// Lists as the shared outcome list does, and a folder tree.
+class OutcomesProbe : public QObject
 {
     Q_OBJECT
 
 public:
+    using QObject::QObject;
     Q_INVOKABLE int lineCount() const { return 2; }
     Q_INVOKABLE QString lineText(int index) const
     {
-        return index == 0 ? QStringLiteral("       - ***") : QStringLiteral("OK     - Rossi \"M\" 😀");
+        return index == 0 ? u"       - ***"_s : u"OK     - Rossi \"M\" 😀"_s;
     }
+};
+
+class Outcomes : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QObject* probe READ probe)
+
+public:
+    QObject* probe() { return &m_probe; }
+
+private:
+    OutcomesProbe m_probe;
 };
 
 class Folders : public QWidget
@@ -94,7 +109,7 @@ public:
     QString selected;
     Q_INVOKABLE bool selectPath(const QString& path)
     {
-        if (path != QLatin1String("C:\\Sender")) {
+        if (path != u"C:\\Sender"_s) {
             return false;
         }
         selected = path;
@@ -102,7 +117,7 @@ public:
     }
 };
 
-// One window with every kind of control.
+/// One window with every kind of control.
 class Form : public QDialog
 {
     Q_OBJECT
@@ -110,10 +125,10 @@ class Form : public QDialog
 public:
     QLineEdit* field = named<QLineEdit>("txtANA_Eta_I");
     QPlainTextEdit* memo = named<QPlainTextEdit>("txtTestoMessaggio(0)");
-    QCheckBox* check = named<QCheckBox>("chkANA_Eta", QStringLiteral("&Età && oltre"));
-    QRadioButton* one = named<QRadioButton>("RBN_SoloSMS", QStringLiteral("Invia solo SMS"));
-    QRadioButton* two = named<QRadioButton>("RBN_SoloEMAIL", QStringLiteral("Invia solo EMAIL"));
-    QPushButton* button = named<QPushButton>("cmdElabora", QStringLiteral("Ricerca"));
+    QCheckBox* check = named<QCheckBox>("chkANA_Eta", u"&Età && oltre"_s);
+    QRadioButton* one = named<QRadioButton>("RBN_SoloSMS", u"Invia solo SMS"_s);
+    QRadioButton* two = named<QRadioButton>("RBN_SoloEMAIL", u"Invia solo EMAIL"_s);
+    QPushButton* button = named<QPushButton>("cmdElabora", u"Ricerca"_s);
     QComboBox* list = named<QComboBox>("cbbPeriodo");
     QTabWidget* tabs = named<QTabWidget>("tab_Invio");
     Folders* folders = named<Folders>("FolderTreeview1");
@@ -121,8 +136,8 @@ public:
 
     Form()
     {
-        setObjectName(QStringLiteral("frmSMS"));
-        setWindowTitle(QStringLiteral("Zul_MessageBuilder"));
+        setObjectName(u"frmSMS"_s);
+        setWindowTitle(u"Zul_MessageBuilder"_s);
         auto* column = new QVBoxLayout(this);
         column->addWidget(field);
         column->addWidget(memo);
@@ -136,8 +151,7 @@ public:
         column->addWidget(named<Outcomes>("List_INFO"));
         column->addWidget(tabs);
         folders->setMinimumHeight(10);
-        list->addItems(
-            {QStringLiteral("(nessuno)"), QStringLiteral("Ultimo mese"), QStringLiteral("Ultimo anno")});
+        list->addItems({u"(nessuno)"_s, u"Ultimo mese"_s, u"Ultimo anno"_s});
         for (const char* page : {"Ricerca destinatari", "Tipo di invio", "Prepara per invio"}) {
             auto* sheet = new QWidget;
             auto* inside = new QVBoxLayout(sheet);
@@ -146,15 +160,15 @@ public:
         }
         tabs->setTabVisible(2, false);
         field->installEventFilter(this);
-        connect(button, &QPushButton::clicked, this, [this] { log.append(QStringLiteral("click")); });
+        connect(button, &QPushButton::clicked, this, [this] { log.append(u"click"_s); });
         connect(list, &QComboBox::activated, this,
-                [this](int index) { log.append(QStringLiteral("activated %1").arg(index)); });
+                [this](int index) { log.append(u"activated %1"_s.arg(index)); });
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (event->type() == QEvent::KeyPress) {
-            log.append(QStringLiteral("field key %1").arg(static_cast<QKeyEvent*>(event)->key()));
+            log.append(u"field key %1"_s.arg(static_cast<QKeyEvent*>(event)->key()));
         } else if (event->type() == QEvent::FocusIn) {
             field->setProperty("background", QColor(Qt::yellow));
         } else if (event->type() == QEvent::FocusOut) {
@@ -165,7 +179,7 @@ public:
 
     void keyPressEvent(QKeyEvent* event) override
     {
-        log.append(QStringLiteral("form key %1").arg(event->key()));
+        log.append(u"form key %1"_s.arg(event->key()));
         event->accept();
     }
 };
@@ -179,7 +193,7 @@ protected:
 
     void SetUp() override
     {
-        host.opens(QStringLiteral("show"), [this] {
+        host.opens(u"show"_s, [this] {
             Form form;
             prepare(form);
             form.exec();
@@ -201,11 +215,11 @@ protected:
     {
         const Outcome outcome = play(host, "call show\n" + command + "\ncall show\n");
         EXPECT_EQ(outcome.result, 2) << command;
-        EXPECT_EQ(outcome.lines.last(), QStringLiteral("return show empty")) << command;
-        EXPECT_EQ(outcome.lines.count(QStringLiteral("return show empty")), 1) << command;
+        EXPECT_EQ(outcome.lines.last(), u"return show empty"_s) << command;
+        EXPECT_EQ(outcome.lines.count(u"return show empty"_s), 1) << command;
         EXPECT_EQ(outcome.errors.size(), 1) << command;
         const QString error = outcome.errors.value(0);
-        EXPECT_TRUE(error.startsWith(QStringLiteral("line 2: "))) << error.toStdString();
+        EXPECT_TRUE(error.startsWith(u"line 2: "_s)) << error.toStdString();
         return error.mid(8);
     }
 };
@@ -235,7 +249,7 @@ TEST_F(Commands, TwoClicksInARowAreNoDoubleClick)
 TEST_F(Commands, TypeReplacesTheTextWithWhatAPersonWouldType)
 {
     const std::string text = "D'Amico \\\"50%\\\" à è € 😀 C:\\\\x";
-    prepare = [](Form& form) { form.field->setText(QStringLiteral("earlier")); };
+    prepare = [](Form& form) { form.field->setText(u"earlier"_s); };
     const QStringList lines = playInForm("type txtANA_Eta_I \"" + text +
                                          "\"\nprint txtANA_Eta_I\n"
                                          "type txtANA_Eta_I \"\"\nprint txtANA_Eta_I\n");
@@ -253,16 +267,15 @@ TEST_F(Commands, TypeBreaksLines)
 
 TEST_F(Commands, TypeTakesTenThousandCharacters)
 {
-    inspect = [](Form& form) { EXPECT_EQ(form.field->text(), QString(10000, QLatin1Char('x'))); };
+    inspect = [](Form& form) { EXPECT_EQ(form.field->text(), QString(10000, u'x')); };
     playInForm("type txtANA_Eta_I \"" + std::string(10000, 'x') + "\"\n");
 }
 
 TEST_F(Commands, KeyGoesToTheControlOrTheWindow)
 {
     inspect = [](Form& form) {
-        EXPECT_EQ(form.log, (QStringList{QStringLiteral("field key %1").arg(Qt::Key_F3),
-                                         QStringLiteral("form key %1").arg(Qt::Key_F3),
-                                         QStringLiteral("form key %1").arg(Qt::Key_F6)}));
+        EXPECT_EQ(form.log, (QStringList{u"field key %1"_s.arg(Qt::Key_F3), u"form key %1"_s.arg(Qt::Key_F3),
+                                         u"form key %1"_s.arg(Qt::Key_F6)}));
     };
     playInForm("key txtANA_Eta_I F3\nfocus chkANA_Eta\nkey frmSMS F6\n");
 }
@@ -292,7 +305,7 @@ TEST_F(Commands, PageIndexesCountHiddenPages)
     const QStringList lines = playInForm("page tab_Invio 2\nprint tab_Invio\n");
     EXPECT_TRUE(lines[0].contains(" page=2 pages=\"Ricerca destinatari\",\"Prepara per invio\" "))
         << lines[0].toStdString();
-    EXPECT_EQ(refusal("page tab_Invio 1"), QStringLiteral("page 1 is hidden"));
+    EXPECT_EQ(refusal("page tab_Invio 1"), u"page 1 is hidden"_s);
 }
 
 TEST_F(Commands, ChooseTakesAnEntryOfTheList)
@@ -318,19 +331,18 @@ TEST_F(Commands, RequestAndClearPressTheSelectorsButtons)
 
 TEST_F(Commands, FolderSelectsInTheTree)
 {
-    inspect = [](Form& form) { EXPECT_EQ(form.folders->selected, QStringLiteral("C:\\Sender")); };
+    inspect = [](Form& form) { EXPECT_EQ(form.folders->selected, u"C:\\Sender"_s); };
     playInForm("folder FolderTreeview1 \"C:\\\\Sender\"\n");
     inspect = [](Form& form) { EXPECT_TRUE(form.folders->selected.isEmpty()); };
-    EXPECT_EQ(refusal("folder FolderTreeview1 \"C:\\\\Gone\""),
-              QStringLiteral("there is no folder \"C:\\\\Gone\""));
-    EXPECT_EQ(refusal("folder cmdElabora C:"), QStringLiteral("\"cmdElabora\" is no folder tree"));
+    EXPECT_EQ(refusal("folder FolderTreeview1 \"C:\\\\Gone\""), u"there is no folder \"C:\\\\Gone\""_s);
+    EXPECT_EQ(refusal("folder cmdElabora C:"), u"\"cmdElabora\" is no folder tree"_s);
 }
 
 TEST_F(Commands, LinesPrintsAList)
 {
     EXPECT_EQ(playInForm("lines List_INFO\n"),
               (QStringList{"line 0 \"       - ***\"", "line 1 \"OK     - Rossi \\\"M\\\" 😀\""}));
-    EXPECT_EQ(refusal("lines cmdElabora"), QStringLiteral("\"cmdElabora\" is no list"));
+    EXPECT_EQ(refusal("lines cmdElabora"), u"\"cmdElabora\" is no list"_s);
 }
 
 TEST_F(Commands, PrintTellsAWindowsCaptionAndTag)
@@ -345,7 +357,7 @@ TEST_F(Commands, PrintTellsAWindowsCaptionAndTag)
 TEST_F(Commands, PrintTellsAGroupBoxsCaption)
 {
     prepare = [](Form& form) {
-        form.layout()->addWidget(named<QGroupBox>("frameRicorrenze", QStringLiteral("Ricorrenze")));
+        form.layout()->addWidget(named<QGroupBox>("frameRicorrenze", u"Ricorrenze"_s));
     };
     EXPECT_TRUE(playInForm("print frameRicorrenze\n")[0].contains(" text=\"Ricorrenze\" "));
 }
@@ -368,18 +380,18 @@ TEST_F(Commands, PrintWorksOnHiddenAndDisabledControlsAndOtherPages)
 TEST_F(Commands, ResizeAndShot)
 {
     QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("à shot.png"));
+    const QString file = folder.filePath(u"à shot.png"_s);
     playInForm(("resize 640 700\nshot \"" + file + "\"\n").toStdString());
     EXPECT_EQ(QImage(file).size(), QSize(640, 700));
     EXPECT_TRUE(refusal(("shot \"" + folder.filePath("no/such/x.png") + "\"").toStdString())
                     .endsWith("cannot be written"));
-    EXPECT_EQ(refusal("resize 0 10"), QStringLiteral("0 is no size"));
+    EXPECT_EQ(refusal("resize 0 10"), u"0 is no size"_s);
 }
 
 TEST_F(Commands, CloseUsesTheCloseButton)
 {
     const Outcome outcome = play(host, "call show\nclose\ncall show\n");
-    EXPECT_EQ(outcome.lines.count(QStringLiteral("window frmSMS hidden tag=\"\"")), 2) << outcome.text();
+    EXPECT_EQ(outcome.lines.count(u"window frmSMS hidden tag=\"\""_s), 2) << outcome.text();
 }
 
 TEST_F(Commands, TheTagThatAHandlerSetsAfterHidingIsPrinted)
@@ -391,17 +403,16 @@ TEST_F(Commands, TheTagThatAHandlerSetsAfterHidingIsPrinted)
         });
     };
     const Outcome outcome = play(host, "call show\nclick cmdElabora\n");
-    EXPECT_EQ(outcome.lines[1], QStringLiteral("window frmSMS hidden tag=\"ESC\"")) << outcome.text();
+    EXPECT_EQ(outcome.lines[1], u"window frmSMS hidden tag=\"ESC\""_s) << outcome.text();
 }
 
 TEST_F(Commands, AnswerPressesTheBoxsButton)
 {
     prepare = [](Form& form) {
         QObject::connect(form.button, &QPushButton::clicked, &form, [&form] {
-            QMessageBox box(QMessageBox::Warning, QStringLiteral("Manager messaggi"),
-                            QStringLiteral("Procedere?\r\n\"sì\""), QMessageBox::Yes | QMessageBox::No,
-                            &form);
-            form.log.append(box.exec() == QMessageBox::Yes ? QStringLiteral("yes") : QStringLiteral("no"));
+            QMessageBox box(QMessageBox::Warning, u"Manager messaggi"_s, u"Procedere?\r\n\"sì\""_s,
+                            QMessageBox::Yes | QMessageBox::No, &form);
+            form.log.append(box.exec() == QMessageBox::Yes ? u"yes"_s : u"no"_s);
         });
     };
     inspect = [](Form& form) { EXPECT_EQ(form.log, (QStringList{"click", "no", "click", "yes"})); };
@@ -419,13 +430,13 @@ TEST_F(Commands, ABoxOfItsOwnWordsIsReadFromItsProperties)
     prepare = [](Form& form) {
         QObject::connect(form.button, &QPushButton::clicked, &form, [&form] {
             QMessageBox box(&form);
-            box.setText(QStringLiteral("a\nb"));
-            box.setProperty("zulText", QStringLiteral("a\r\nb"));
-            box.setProperty("zulTitle", QStringLiteral("T"));
-            box.setProperty("zulIcon", QStringLiteral("question"));
-            box.setProperty("zulButtons", QStringLiteral("yesno"));
-            box.addButton(QStringLiteral("Sì"), QMessageBox::YesRole)->setObjectName("yes");
-            box.addButton(QStringLiteral("No"), QMessageBox::NoRole)->setObjectName("no");
+            box.setText(u"a\nb"_s);
+            box.setProperty("zulText", u"a\r\nb"_s);
+            box.setProperty("zulTitle", u"T"_s);
+            box.setProperty("zulIcon", u"question"_s);
+            box.setProperty("zulButtons", u"yesno"_s);
+            box.addButton(u"Sì"_s, QMessageBox::YesRole)->setObjectName("yes");
+            box.addButton(u"No"_s, QMessageBox::NoRole)->setObjectName("no");
             box.exec();
         });
     };
@@ -437,9 +448,8 @@ TEST_F(Commands, ABoxOfItsOwnWordsIsReadFromItsProperties)
 TEST_F(Commands, WhileABoxIsOpenOnlyLookingIsAllowed)
 {
     prepare = [](Form& form) {
-        QObject::connect(form.button, &QPushButton::clicked, &form, [&form] {
-            QMessageBox::information(&form, QStringLiteral("T"), QStringLiteral("x"));
-        });
+        QObject::connect(form.button, &QPushButton::clicked, &form,
+                         [&form] { QMessageBox::information(&form, u"T"_s, u"x"_s); });
     };
     host.sqlLines = QStringList{"sql \"1\" NULL"};
     QTemporaryDir folder;
@@ -458,11 +468,10 @@ TEST_F(Commands, WhileABoxIsOpenOnlyLookingIsAllowed)
 
 TEST_F(Commands, AnswerNeedsABoxAndItsButton)
 {
-    EXPECT_EQ(refusal("answer ok"), QStringLiteral("no message box is open"));
+    EXPECT_EQ(refusal("answer ok"), u"no message box is open"_s);
     prepare = [](Form& form) {
-        QObject::connect(form.button, &QPushButton::clicked, &form, [&form] {
-            QMessageBox::information(&form, QStringLiteral("T"), QStringLiteral("x"));
-        });
+        QObject::connect(form.button, &QPushButton::clicked, &form,
+                         [&form] { QMessageBox::information(&form, u"T"_s, u"x"_s); });
     };
     const Outcome outcome = play(host, "call show\nclick cmdElabora\nanswer yes\n");
     EXPECT_EQ(outcome.errors, QStringList{"line 3: the message box has no button \"yes\""});
@@ -474,25 +483,25 @@ TEST_F(Commands, WhatCannotBeDoneIsSaid)
         form.one->setEnabled(false);
         form.two->hide();
     };
-    EXPECT_EQ(refusal("click cmdNone"), QStringLiteral("no control \"cmdNone\" in frmSMS"));
-    EXPECT_EQ(refusal("click cmdelabora"), QStringLiteral("no control \"cmdelabora\" in frmSMS"));
-    EXPECT_EQ(refusal("print cmdNone"), QStringLiteral("no control \"cmdNone\" in frmSMS"));
-    EXPECT_EQ(refusal("click RBN_SoloSMS"), QStringLiteral("\"RBN_SoloSMS\" is disabled"));
-    EXPECT_EQ(refusal("click RBN_SoloEMAIL"), QStringLiteral("\"RBN_SoloEMAIL\" is hidden"));
-    EXPECT_EQ(refusal("click \"Tipo di invio\""), QStringLiteral("\"Tipo di invio\" is hidden"));
-    EXPECT_EQ(refusal("page tab_Invio 2"), QStringLiteral("page 2 is hidden"));
-    EXPECT_EQ(refusal("page tab_Invio 9"), QStringLiteral("there is no page 9"));
-    EXPECT_EQ(refusal("page cmdElabora 0"), QStringLiteral("\"cmdElabora\" is no tab control"));
-    EXPECT_EQ(refusal("page tab_Invio one"), QStringLiteral("\"one\" is no whole number"));
-    EXPECT_EQ(refusal("choose cbbPeriodo Domani"), QStringLiteral("there is no entry \"Domani\""));
-    EXPECT_EQ(refusal("choose cmdElabora x"), QStringLiteral("\"cmdElabora\" is no drop-down list"));
-    EXPECT_EQ(refusal("request cmdElabora"), QStringLiteral("\"cmdElabora\" is no selector field"));
-    EXPECT_EQ(refusal("row cmdElabora 0"), QStringLiteral("\"cmdElabora\" is no grid"));
-    EXPECT_EQ(refusal("key txtANA_Eta_I F99"), QStringLiteral("unknown key \"F99\""));
-    EXPECT_EQ(refusal("dance"), QStringLiteral("unknown command \"dance\""));
-    EXPECT_EQ(refusal("click"), QStringLiteral("click has the wrong number of words"));
-    EXPECT_EQ(refusal("click a b"), QStringLiteral("click has the wrong number of words"));
-    EXPECT_EQ(refusal("type txtANA_Eta_I \"x"), QStringLiteral("a quoted word does not end"));
+    EXPECT_EQ(refusal("click cmdNone"), u"no control \"cmdNone\" in frmSMS"_s);
+    EXPECT_EQ(refusal("click cmdelabora"), u"no control \"cmdelabora\" in frmSMS"_s);
+    EXPECT_EQ(refusal("print cmdNone"), u"no control \"cmdNone\" in frmSMS"_s);
+    EXPECT_EQ(refusal("click RBN_SoloSMS"), u"\"RBN_SoloSMS\" is disabled"_s);
+    EXPECT_EQ(refusal("click RBN_SoloEMAIL"), u"\"RBN_SoloEMAIL\" is hidden"_s);
+    EXPECT_EQ(refusal("click \"Tipo di invio\""), u"\"Tipo di invio\" is hidden"_s);
+    EXPECT_EQ(refusal("page tab_Invio 2"), u"page 2 is hidden"_s);
+    EXPECT_EQ(refusal("page tab_Invio 9"), u"there is no page 9"_s);
+    EXPECT_EQ(refusal("page cmdElabora 0"), u"\"cmdElabora\" is no tab control"_s);
+    EXPECT_EQ(refusal("page tab_Invio one"), u"\"one\" is no whole number"_s);
+    EXPECT_EQ(refusal("choose cbbPeriodo Domani"), u"there is no entry \"Domani\""_s);
+    EXPECT_EQ(refusal("choose cmdElabora x"), u"\"cmdElabora\" is no drop-down list"_s);
+    EXPECT_EQ(refusal("request cmdElabora"), u"\"cmdElabora\" is no selector field"_s);
+    EXPECT_EQ(refusal("row cmdElabora 0"), u"\"cmdElabora\" is no grid"_s);
+    EXPECT_EQ(refusal("key txtANA_Eta_I F99"), u"unknown key \"F99\""_s);
+    EXPECT_EQ(refusal("dance"), u"unknown command \"dance\""_s);
+    EXPECT_EQ(refusal("click"), u"click has the wrong number of words"_s);
+    EXPECT_EQ(refusal("click a b"), u"click has the wrong number of words"_s);
+    EXPECT_EQ(refusal("type txtANA_Eta_I \"x"), u"a quoted word does not end"_s);
 }
 
 TEST_F(Commands, WithoutAWindowThereIsNothingToWorkOn)
@@ -507,14 +516,14 @@ TEST_F(Commands, WithoutAWindowThereIsNothingToWorkOn)
 TEST_F(Commands, ACoveredControlCannotBeClicked)
 {
     prepare = [](Form& form) {
-        QWidget* cover = named<QPushButton>("cmdCover", QStringLiteral("cover"));
+        QWidget* cover = named<QPushButton>("cmdCover", u"cover"_s);
         cover->setParent(&form);
         cover->setGeometry(0, 0, 4000, 4000);
         cover->raise();
         cover->show();
     };
     EXPECT_EQ(refusal("click cmdElabora"),
-              QStringLiteral("\"cmdElabora\" cannot be reached by the mouse (there is \"cmdCover\")"));
+              u"\"cmdElabora\" cannot be reached by the mouse (there is \"cmdCover\")"_s);
 }
 
 TEST_F(Commands, AControlInAScrollAreaIsScrolledTo)
@@ -524,7 +533,7 @@ TEST_F(Commands, AControlInAScrollAreaIsScrolledTo)
         auto* sheet = new QWidget;
         auto* column = new QVBoxLayout(sheet);
         column->addSpacing(3000);
-        auto* deep = named<QPushButton>("cmdDeep", QStringLiteral("deep"));
+        auto* deep = named<QPushButton>("cmdDeep", u"deep"_s);
         column->addWidget(deep);
         area->setWidget(sheet);
         area->setFixedHeight(60);
@@ -540,9 +549,9 @@ TEST_F(Commands, CallPassesQuotedAndBareValues)
     host.members.insert("idUtente", [](const std::vector<zul::host::Word>& values) {
         QStringList texts;
         for (const zul::host::Word& value : values) {
-            texts.append((value.quoted ? QStringLiteral("text:") : QStringLiteral("bare:")) + value.text);
+            texts.append((value.quoted ? u"text:"_s : u"bare:"_s) + value.text);
         }
-        return texts.join(QLatin1Char('|'));
+        return texts.join(u'|');
     });
     const Outcome outcome = play(host, "call idUtente 7 \"7\" true\ncall Nothing\n");
     EXPECT_EQ(outcome.lines,
@@ -568,13 +577,13 @@ TEST_F(Commands, ANoticeIsNoWindowAndAProgressPrintsAtEachChange)
         QObject::connect(form.button, &QPushButton::clicked, &form, [&form] {
             auto* notice = named<QFrame>("waitNotice", &form);
             notice->setProperty("zulNotice", true);
-            notice->setProperty("heading", QStringLiteral("Caricamento avviato..."));
-            notice->setProperty("text", QStringLiteral("Attendere"));
+            notice->setProperty("heading", u"Caricamento avviato..."_s);
+            notice->setProperty("text", u"Attendere"_s);
             notice->show();
             auto* wait = named<QFrame>("WaitPlease", &form);
             for (int i = 1; i <= 2; ++i) {
                 wait->show();
-                wait->setProperty("caption", QStringLiteral("Invio notifica %1 di 2").arg(i));
+                wait->setProperty("caption", u"Invio notifica %1 di 2"_s.arg(i));
                 wait->setProperty("value", i * 50);
                 QCoreApplication::processEvents();
                 QCoreApplication::processEvents();

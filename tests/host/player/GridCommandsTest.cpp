@@ -2,6 +2,7 @@
 #include "tests/host/player/PlayedSession.h"
 
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridProbe.h"
 
 #include <QDialog>
 #include <QVBoxLayout>
@@ -9,6 +10,8 @@
 #include <cstring>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using zul::ReportGrid;
 using zul::host::test::Outcome;
 using zul::host::test::play;
@@ -65,11 +68,11 @@ protected:
 
     void SetUp() override
     {
-        host.opens(QStringLiteral("show"), [this] {
+        host.opens(u"show"_s, [this] {
             QDialog form;
-            form.setObjectName(QStringLiteral("frmSMS"));
+            form.setObjectName(u"frmSMS"_s);
             auto* grid = new ReportGrid;
-            grid->setObjectName(QStringLiteral("grdClienti"));
+            grid->setObjectName(u"grdClienti"_s);
             grid->setGroupBoxVisible(true);
             (new QVBoxLayout(&form))->addWidget(grid);
             form.resize(800, 500);
@@ -150,9 +153,9 @@ TEST_F(GridCommands, GroupAndUngroup)
 {
     const QStringList lines =
         playInForm("group grdClienti 3\nrows grdClienti\nungroup grdClienti\nrows grdClienti 0 1\n");
-    EXPECT_EQ(lines.filter(QStringLiteral("group ")).size(), 3) << lines.join('\n').toStdString();
-    EXPECT_TRUE(lines.contains(QStringLiteral("group \"Paese: Roma\" 2"))) << lines.join('\n').toStdString();
-    EXPECT_TRUE(lines.last().startsWith(QStringLiteral("row 0 "))) << lines.last().toStdString();
+    EXPECT_EQ(lines.filter(u"group "_s).size(), 3) << lines.join('\n').toStdString();
+    EXPECT_TRUE(lines.contains(u"group \"Paese: Roma\" 2"_s)) << lines.join('\n').toStdString();
+    EXPECT_TRUE(lines.last().startsWith(u"row 0 "_s)) << lines.last().toStdString();
 }
 
 TEST_F(GridCommands, WidthAndMoveDragTheHeader)
@@ -163,9 +166,9 @@ TEST_F(GridCommands, WidthAndMoveDragTheHeader)
                          [&](int kind) { kinds.append(kind); });
     };
     inspect = [](ReportGrid& grid) {
-        EXPECT_EQ(grid.headerRect(3).width(), 150);
-        EXPECT_EQ(grid.visiblePosition(4), 1);
-        EXPECT_EQ(grid.visiblePosition(2), 2);
+        EXPECT_EQ(probeOf(&grid)->headerRect(3).width(), 150);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(4), 1);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 2);
     };
     playInForm("width grdClienti 3 150\nmove grdClienti 4 1\n");
     EXPECT_TRUE(kinds.contains(ReportGrid::ColumnResized));
@@ -175,21 +178,21 @@ TEST_F(GridCommands, WidthAndMoveDragTheHeader)
 TEST_F(GridCommands, MoveGoesBothWays)
 {
     inspect = [](ReportGrid& grid) {
-        EXPECT_EQ(grid.visiblePosition(1), 3);
-        EXPECT_EQ(grid.visiblePosition(4), 0);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 3);
+        EXPECT_EQ(probeOf(&grid)->visiblePosition(4), 0);
     };
     playInForm("move grdClienti 4 0\nmove grdClienti 1 3\n");
 }
 
 TEST_F(GridCommands, WhatIsNotThereIsSaid)
 {
-    EXPECT_EQ(refusal("row grdClienti 4"), QStringLiteral("line 2: \"grdClienti\" has no row 4"));
-    EXPECT_EQ(refusal("tick grdClienti -1"), QStringLiteral("line 2: \"grdClienti\" has no row -1"));
-    EXPECT_EQ(refusal("sort grdClienti 0"), QStringLiteral("line 2: column 0 of \"grdClienti\" is hidden"));
-    EXPECT_EQ(refusal("width grdClienti 9 10"), QStringLiteral("line 2: \"grdClienti\" has no column 9"));
-    EXPECT_EQ(refusal("move grdClienti 2 9"), QStringLiteral("line 2: there is no visible position 9"));
-    EXPECT_EQ(refusal("row grdClienti 0 alt"), QStringLiteral("line 2: \"alt\" is neither ctrl nor shift"));
+    EXPECT_EQ(refusal("row grdClienti 4"), u"line 2: \"grdClienti\" has no row 4"_s);
+    EXPECT_EQ(refusal("tick grdClienti -1"), u"line 2: \"grdClienti\" has no row -1"_s);
+    EXPECT_EQ(refusal("sort grdClienti 0"), u"line 2: column 0 of \"grdClienti\" is hidden"_s);
+    EXPECT_EQ(refusal("width grdClienti 9 10"), u"line 2: \"grdClienti\" has no column 9"_s);
+    EXPECT_EQ(refusal("move grdClienti 2 9"), u"line 2: there is no visible position 9"_s);
+    EXPECT_EQ(refusal("row grdClienti 0 alt"), u"line 2: \"alt\" is neither ctrl nor shift"_s);
     prepare = [](ReportGrid& grid) { grid.setGroupBoxVisible(false); };
-    EXPECT_EQ(refusal("group grdClienti 3"), QStringLiteral("line 2: \"grdClienti\" shows no group box"));
+    EXPECT_EQ(refusal("group grdClienti 3"), u"line 2: \"grdClienti\" shows no group box"_s);
 }
 } // namespace

@@ -16,7 +16,7 @@
 #include <sstream>
 
 namespace zul::host::test {
-// "call NAME" runs the function of that name; any other member fails as an unknown one does.
+/// "call NAME" runs the function of that name; any other member fails as an unknown one does.
 class ScriptedHost : public HostPort
 {
 public:
@@ -44,7 +44,7 @@ public:
         return sqlLines;
     }
 
-    // A member that opens a modal dialog and returns when it has closed.
+    /// A member that opens a modal dialog and returns when it has closed.
     void opens(const QString& member, std::function<void()> show)
     {
         members.insert(member, [show = std::move(show)](const std::vector<Word>&) {

@@ -7,6 +7,8 @@
 #include <sstream>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using zul::host::ParseError;
 using zul::host::splitWords;
 using zul::host::Word;
@@ -21,38 +23,36 @@ std::vector<Word> words(const QString& line)
 
 TEST(ScenarioParser, SeparatesWordsByBlanks)
 {
-    const std::vector<Word> expected{{QStringLiteral("row"), false},
-                                     {QStringLiteral("grdClienti"), false},
-                                     {QStringLiteral("0"), false},
-                                     {QStringLiteral("ctrl"), false}};
-    EXPECT_EQ(words(QStringLiteral("row grdClienti 0 ctrl")), expected);
-    EXPECT_EQ(words(QStringLiteral("  row\t grdClienti   0 ctrl  ")), expected);
+    const std::vector<Word> expected{
+        {u"row"_s, false}, {u"grdClienti"_s, false}, {u"0"_s, false}, {u"ctrl"_s, false}};
+    EXPECT_EQ(words(u"row grdClienti 0 ctrl"_s), expected);
+    EXPECT_EQ(words(u"  row\t grdClienti   0 ctrl  "_s), expected);
 }
 
 TEST(ScenarioParser, SkipsBlankLinesAndComments)
 {
     EXPECT_TRUE(words(QString()).empty());
-    EXPECT_TRUE(words(QStringLiteral(" \t ")).empty());
-    EXPECT_TRUE(words(QStringLiteral("# type x \"")).empty());
-    EXPECT_EQ(words(QStringLiteral("click #1")).size(), 2U);
+    EXPECT_TRUE(words(u" \t "_s).empty());
+    EXPECT_TRUE(words(u"# type x \""_s).empty());
+    EXPECT_EQ(words(u"click #1"_s).size(), 2U);
 }
 
 TEST(ScenarioParser, UnderstandsEveryEscape)
 {
-    const auto found = words(QStringLiteral(R"(type f "a \"b\" \\ c\nd\re\tf")"));
+    const auto found = words(uR"(type f "a \"b\" \\ c\nd\re\tf")"_s);
     ASSERT_EQ(found.size(), 3U);
-    EXPECT_EQ(found[2].text, QStringLiteral("a \"b\" \\ c\nd\re\tf"));
+    EXPECT_EQ(found[2].text, u"a \"b\" \\ c\nd\re\tf"_s);
     EXPECT_TRUE(found[2].quoted);
 }
 
 TEST(ScenarioParser, KeepsBackslashesOutsideQuotes)
 {
-    EXPECT_EQ(words(QStringLiteral(R"(shot C:\new\tour.png)"))[1].text, QStringLiteral(R"(C:\new\tour.png)"));
+    EXPECT_EQ(words(uR"(shot C:\new\tour.png)"_s)[1].text, uR"(C:\new\tour.png)"_s);
 }
 
 TEST(ScenarioParser, TellsAQuotedNumberFromANumber)
 {
-    const auto found = words(QStringLiteral("call idUtente 7 \"7\" \"\""));
+    const auto found = words(u"call idUtente 7 \"7\" \"\""_s);
     ASSERT_EQ(found.size(), 5U);
     EXPECT_FALSE(found[2].quoted);
     EXPECT_TRUE(found[3].quoted);
@@ -71,18 +71,17 @@ TEST(ScenarioParser, RefusesWhatItCannotRead)
 
 TEST(ScenarioParser, QuotesWhatItReadsBack)
 {
-    const QString text = QStringLiteral("D'Amico \"50%\" C:\\x\r\n\tà è € 😀 %1");
-    EXPECT_EQ(words(QStringLiteral("type f ") + zul::host::quoted(text))[2].text, text);
-    EXPECT_EQ(zul::host::quoted(QStringLiteral("a\"b\\c\r\n\t")), QStringLiteral(R"("a\"b\\c\r\n\t")"));
-    EXPECT_EQ(zul::host::quotedList({QStringLiteral("id"), QStringLiteral("Testo SMS")}),
-              QStringLiteral("\"id\",\"Testo SMS\""));
+    const QString text = u"D'Amico \"50%\" C:\\x\r\n\tà è € 😀 %1"_s;
+    EXPECT_EQ(words(u"type f "_s + zul::host::quoted(text))[2].text, text);
+    EXPECT_EQ(zul::host::quoted(u"a\"b\\c\r\n\t"_s), uR"("a\"b\\c\r\n\t")"_s);
+    EXPECT_EQ(zul::host::quotedList({u"id"_s, u"Testo SMS"_s}), u"\"id\",\"Testo SMS\""_s);
     EXPECT_EQ(zul::host::quotedList({}), QString());
 }
 
 TEST(ScenarioParser, ReadsALongWord)
 {
-    const QString text(10000, QLatin1Char('x'));
-    EXPECT_EQ(words(QStringLiteral("type f \"%1\"").arg(text))[2].text, text);
+    const QString text(10000, u'x');
+    EXPECT_EQ(words(u"type f \"%1\""_s.arg(text))[2].text, text);
 }
 
 TEST(LineSource, CountsLinesAndTakesEveryLineEnd)
@@ -90,12 +89,12 @@ TEST(LineSource, CountsLinesAndTakesEveryLineEnd)
     std::istringstream stream("\xEF\xBB\xBF"
                               "one\r\n\ntwo à\nthree");
     zul::host::LineSource source(stream);
-    EXPECT_EQ(source.next(), QStringLiteral("one"));
+    EXPECT_EQ(source.next(), u"one"_s);
     EXPECT_EQ(source.number(), 1);
     EXPECT_EQ(source.next(), QString());
-    EXPECT_EQ(source.next(), QStringLiteral("two à"));
+    EXPECT_EQ(source.next(), u"two à"_s);
     EXPECT_EQ(source.number(), 3);
-    EXPECT_EQ(source.next(), QStringLiteral("three"));
+    EXPECT_EQ(source.next(), u"three"_s);
     EXPECT_EQ(source.next(), std::nullopt);
 }
 } // namespace

@@ -14,16 +14,18 @@
 #include <QVBoxLayout>
 
 namespace {
+
+using namespace Qt::StringLiterals;
 using zul::host::test::Outcome;
 using zul::host::test::play;
 using zul::host::test::ScriptedHost;
 
 QString answerOf(QMessageBox::StandardButton button)
 {
-    return button == QMessageBox::Yes ? QStringLiteral("yes") : QStringLiteral("no");
+    return button == QMessageBox::Yes ? u"yes"_s : u"no"_s;
 }
 
-// A window with a button "cmdGo" and a label "lblLog".
+/// A window with a button "cmdGo" and a label "lblLog".
 class TestDialog : public QDialog
 {
 public:
@@ -31,12 +33,12 @@ public:
     {
         setObjectName(name);
         auto* column = new QVBoxLayout(this);
-        auto* button = new QPushButton(QStringLiteral("Go"));
-        button->setObjectName(QStringLiteral("cmdGo"));
-        auto* second = new QPushButton(QStringLiteral("Close"));
-        second->setObjectName(QStringLiteral("cmdClose"));
+        auto* button = new QPushButton(u"Go"_s);
+        button->setObjectName(u"cmdGo"_s);
+        auto* second = new QPushButton(u"Close"_s);
+        second->setObjectName(u"cmdClose"_s);
         auto* log = new QLabel;
-        log->setObjectName(QStringLiteral("lblLog"));
+        log->setObjectName(u"lblLog"_s);
         column->addWidget(button);
         column->addWidget(second);
         column->addWidget(log);
@@ -52,14 +54,14 @@ public:
     }
     void log(const QString& text)
     {
-        auto* label = findChild<QLabel*>(QStringLiteral("lblLog"));
+        auto* label = findChild<QLabel*>(u"lblLog"_s);
         label->setText(label->text() + text);
     }
 };
 
 void message(const QString& text)
 {
-    QMessageBox box(QMessageBox::Information, QStringLiteral("T"), text, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Information, u"T"_s, text, QMessageBox::Ok);
     box.exec();
 }
 
@@ -67,16 +69,16 @@ TEST(Sequencing, AHandlerThatYieldsLetsNothingRun)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog& self) {
+        TestDialog dialog(u"frmA"_s, [](TestDialog& self) {
             for (int i = 0; i < 20; ++i) {
                 QCoreApplication::processEvents();
             }
-            self.log(QStringLiteral("done"));
-            message(QStringLiteral("after yielding"));
+            self.log(u"done"_s);
+            message(u"after yielding"_s);
             for (int i = 0; i < 20; ++i) {
                 QCoreApplication::processEvents();
             }
-            self.log(QStringLiteral(" and done"));
+            self.log(u" and done"_s);
         });
         dialog.exec();
     });
@@ -84,43 +86,43 @@ TEST(Sequencing, AHandlerThatYieldsLetsNothingRun)
     EXPECT_TRUE(outcome.errors.isEmpty()) << outcome.errors.join('\n').toStdString();
     EXPECT_EQ(outcome.result, 0);
     ASSERT_EQ(outcome.lines.size(), 7) << outcome.text();
-    EXPECT_EQ(outcome.lines[0], QStringLiteral("window frmA shown"));
-    EXPECT_TRUE(outcome.lines[1].startsWith(QStringLiteral("message "))) << outcome.text();
-    EXPECT_TRUE(outcome.lines[2].contains(QStringLiteral("text=\"done\""))) << outcome.text();
-    EXPECT_EQ(outcome.lines[3], QStringLiteral("answer ok"));
-    EXPECT_TRUE(outcome.lines[4].contains(QStringLiteral("text=\"done and done\""))) << outcome.text();
-    EXPECT_EQ(outcome.lines[5], QStringLiteral("window frmA hidden tag=\"\""));
-    EXPECT_EQ(outcome.lines[6], QStringLiteral("return show empty"));
+    EXPECT_EQ(outcome.lines[0], u"window frmA shown"_s);
+    EXPECT_TRUE(outcome.lines[1].startsWith(u"message "_s)) << outcome.text();
+    EXPECT_TRUE(outcome.lines[2].contains(u"text=\"done\""_s)) << outcome.text();
+    EXPECT_EQ(outcome.lines[3], u"answer ok"_s);
+    EXPECT_TRUE(outcome.lines[4].contains(u"text=\"done and done\""_s)) << outcome.text();
+    EXPECT_EQ(outcome.lines[5], u"window frmA hidden tag=\"\""_s);
+    EXPECT_EQ(outcome.lines[6], u"return show empty"_s);
 }
 
 TEST(Sequencing, AHandlerThatWaitsInALoopOfItsOwnLetsNothingRun)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog& self) {
+        TestDialog dialog(u"frmA"_s, [](TestDialog& self) {
             QEventLoop loop;
             QTimer::singleShot(60, &loop, &QEventLoop::quit);
             loop.exec();
-            self.log(QStringLiteral("done"));
+            self.log(u"done"_s);
         });
         dialog.exec();
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nprint lblLog\n");
-    EXPECT_TRUE(outcome.lines[1].contains(QStringLiteral("text=\"done\""))) << outcome.text();
+    EXPECT_TRUE(outcome.lines[1].contains(u"text=\"done\""_s)) << outcome.text();
 }
 
 TEST(Sequencing, DialogsNestThreeDeep)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog first(QStringLiteral("frmA"), [](TestDialog& a) {
-            TestDialog second(QStringLiteral("frmB"), [](TestDialog& b) {
-                TestDialog third(QStringLiteral("frmC"), [](TestDialog&) {});
+        TestDialog first(u"frmA"_s, [](TestDialog& a) {
+            TestDialog second(u"frmB"_s, [](TestDialog& b) {
+                TestDialog third(u"frmC"_s, [](TestDialog&) {});
                 third.exec();
-                b.log(QStringLiteral("back in B"));
+                b.log(u"back in B"_s);
             });
             second.exec();
-            a.log(QStringLiteral("back in A"));
+            a.log(u"back in A"_s);
         });
         first.exec();
     });
@@ -135,27 +137,25 @@ TEST(Sequencing, DialogsNestThreeDeep)
                                        "call other\n");
     EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
     ASSERT_EQ(outcome.lines.size(), 10) << outcome.text();
-    EXPECT_EQ(outcome.lines[2], QStringLiteral("window frmC shown"));
-    EXPECT_EQ(outcome.lines[3], QStringLiteral("window frmC hidden tag=\"OK\""));
-    EXPECT_TRUE(outcome.lines[4].contains(QStringLiteral("\"back in B\""))) << outcome.text();
-    EXPECT_EQ(outcome.lines[5], QStringLiteral("window frmB hidden tag=\"OK\""));
-    EXPECT_TRUE(outcome.lines[6].contains(QStringLiteral("\"back in A\""))) << outcome.text();
-    EXPECT_EQ(outcome.lines[7], QStringLiteral("window frmA hidden tag=\"\""));
-    EXPECT_EQ(outcome.lines[8], QStringLiteral("return show empty"));
-    EXPECT_EQ(outcome.lines[9], QStringLiteral("failed other 0x80020006"));
+    EXPECT_EQ(outcome.lines[2], u"window frmC shown"_s);
+    EXPECT_EQ(outcome.lines[3], u"window frmC hidden tag=\"OK\""_s);
+    EXPECT_TRUE(outcome.lines[4].contains(u"\"back in B\""_s)) << outcome.text();
+    EXPECT_EQ(outcome.lines[5], u"window frmB hidden tag=\"OK\""_s);
+    EXPECT_TRUE(outcome.lines[6].contains(u"\"back in A\""_s)) << outcome.text();
+    EXPECT_EQ(outcome.lines[7], u"window frmA hidden tag=\"\""_s);
+    EXPECT_EQ(outcome.lines[8], u"return show empty"_s);
+    EXPECT_EQ(outcome.lines[9], u"failed other 0x80020006"_s);
 }
 
 TEST(Sequencing, ABoxOpensFromAnotherBoxsHandler)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog& self) {
-            QMessageBox outer(QMessageBox::Question, QStringLiteral("T"), QStringLiteral("first"),
-                              QMessageBox::Yes | QMessageBox::No);
-            QObject::connect(&outer, &QMessageBox::buttonClicked, &outer,
-                             [] { message(QStringLiteral("second")); });
+        TestDialog dialog(u"frmA"_s, [](TestDialog& self) {
+            QMessageBox outer(QMessageBox::Question, u"T"_s, u"first"_s, QMessageBox::Yes | QMessageBox::No);
+            QObject::connect(&outer, &QMessageBox::buttonClicked, &outer, [] { message(u"second"_s); });
             self.log(answerOf(static_cast<QMessageBox::StandardButton>(outer.exec())));
-            message(QStringLiteral("third"));
+            message(u"third"_s);
         });
         dialog.exec();
     });
@@ -164,7 +164,7 @@ TEST(Sequencing, ABoxOpensFromAnotherBoxsHandler)
     EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
     QStringList kinds;
     for (const QString& line : outcome.lines) {
-        kinds.append(line.section(QLatin1Char(' '), 0, 0));
+        kinds.append(line.section(u' ', 0, 0));
     }
     const QStringList expected{"window",  "message", "message", "answer", "answer", "message",
                                "control", "answer",  "control", "window", "return"};
@@ -177,18 +177,18 @@ TEST(Sequencing, AWindowThatItsHandlerClosesFirstLetsTheHandlerEnd)
     ScriptedHost host;
     QStringList order;
     host.opens("show", [&] {
-        TestDialog dialog(QStringLiteral("frmA"), [&](TestDialog& self) {
+        TestDialog dialog(u"frmA"_s, [&](TestDialog& self) {
             self.hide();
             QCoreApplication::processEvents();
-            message(QStringLiteral("farewell"));
-            order.append(QStringLiteral("handler"));
+            message(u"farewell"_s);
+            order.append(u"handler"_s);
         });
         dialog.exec();
-        order.append(QStringLiteral("show"));
+        order.append(u"show"_s);
     });
     host.members.insert("mark", [&](const auto&) {
-        order.append(QStringLiteral("mark"));
-        return QStringLiteral("empty");
+        order.append(u"mark"_s);
+        return u"empty"_s;
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nanswer ok\ncall mark\n");
     EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
@@ -199,33 +199,33 @@ TEST(Sequencing, HandlersThatAWindowQueuesRunBeforeTheNextCommand)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog& self) {
+        TestDialog dialog(u"frmA"_s, [](TestDialog& self) {
             QTimer::singleShot(0, &self, [&self] {
                 QCoreApplication::processEvents();
-                self.log(QStringLiteral("queued"));
+                self.log(u"queued"_s);
             });
         });
         dialog.exec();
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nprint lblLog\n");
-    EXPECT_TRUE(outcome.lines[1].contains(QStringLiteral("text=\"queued\""))) << outcome.text();
+    EXPECT_TRUE(outcome.lines[1].contains(u"text=\"queued\""_s)) << outcome.text();
 }
 
 TEST(Sequencing, ABoxOfAQueuedHandlerIsAnsweredAndTheSessionGoesOn)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog& self) {
+        TestDialog dialog(u"frmA"_s, [](TestDialog& self) {
             QTimer::singleShot(0, &self, [&self] {
-                message(QStringLiteral("late"));
-                self.log(QStringLiteral("answered"));
+                message(u"late"_s);
+                self.log(u"answered"_s);
             });
         });
         dialog.exec();
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nanswer ok\nprint lblLog\nclick cmdClose\n");
     EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
-    EXPECT_TRUE(outcome.lines[3].contains(QStringLiteral("text=\"answered\""))) << outcome.text();
+    EXPECT_TRUE(outcome.lines[3].contains(u"text=\"answered\""_s)) << outcome.text();
 }
 
 TEST(Sequencing, AWindowThatIsModalWithoutALoopTakesCommandsToo)
@@ -233,8 +233,8 @@ TEST(Sequencing, AWindowThatIsModalWithoutALoopTakesCommandsToo)
     ScriptedHost host;
     QPointer<TestDialog> inner;
     host.opens("show", [&] {
-        TestDialog dialog(QStringLiteral("frmA"), [&](TestDialog& self) {
-            inner = new TestDialog(QStringLiteral("frmB"));
+        TestDialog dialog(u"frmA"_s, [&](TestDialog& self) {
+            inner = new TestDialog(u"frmB"_s);
             inner->setParent(&self, inner->windowFlags());
             inner->setAttribute(Qt::WA_DeleteOnClose);
             inner->open();
@@ -243,16 +243,16 @@ TEST(Sequencing, AWindowThatIsModalWithoutALoopTakesCommandsToo)
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nprint frmB\nclose\nprint frmA\nclose\n");
     EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
-    EXPECT_TRUE(outcome.lines[2].startsWith(QStringLiteral("control frmB "))) << outcome.text();
-    EXPECT_TRUE(outcome.lines[4].startsWith(QStringLiteral("control frmA "))) << outcome.text();
+    EXPECT_TRUE(outcome.lines[2].startsWith(u"control frmB "_s)) << outcome.text();
+    EXPECT_TRUE(outcome.lines[4].startsWith(u"control frmA "_s)) << outcome.text();
 }
 
 TEST(Sequencing, TheEndClosesWhatIsOpen)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog first(QStringLiteral("frmA"), [](TestDialog&) {
-            TestDialog second(QStringLiteral("frmB"), [](TestDialog&) { message(QStringLiteral("open")); });
+        TestDialog first(u"frmA"_s, [](TestDialog&) {
+            TestDialog second(u"frmB"_s, [](TestDialog&) { message(u"open"_s); });
             second.exec();
         });
         first.exec();
@@ -268,13 +268,13 @@ TEST(Sequencing, TheEndClosesAWindowThatAHandlerLeftDisabled)
 {
     ScriptedHost host;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog& self) { self.setEnabled(false); });
+        TestDialog dialog(u"frmA"_s, [](TestDialog& self) { self.setEnabled(false); });
         dialog.exec();
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nprint frmA\n");
     EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
-    EXPECT_TRUE(outcome.lines[1].contains(QStringLiteral("enabled=0"))) << outcome.text();
-    EXPECT_EQ(outcome.lines[2], QStringLiteral("window frmA hidden tag=\"\""));
+    EXPECT_TRUE(outcome.lines[1].contains(u"enabled=0"_s)) << outcome.text();
+    EXPECT_EQ(outcome.lines[2], u"window frmA hidden tag=\"\""_s);
 }
 
 TEST(Sequencing, TheEndClosesAWindowThatRefuses)
@@ -285,15 +285,15 @@ TEST(Sequencing, TheEndClosesAWindowThatRefuses)
         using TestDialog::TestDialog;
         void closeEvent(QCloseEvent* event) override
         {
-            message(QStringLiteral("no"));
+            message(u"no"_s);
             event->ignore();
         }
     };
     ScriptedHost host;
-    host.opens("show", [] { Stubborn(QStringLiteral("frmA")).exec(); });
+    host.opens("show", [] { Stubborn(u"frmA"_s).exec(); });
     const Outcome outcome = play(host, "call show\n");
     EXPECT_EQ(outcome.result, 0);
-    EXPECT_EQ(outcome.lines.last(), QStringLiteral("return show empty"));
+    EXPECT_EQ(outcome.lines.last(), u"return show empty"_s);
 }
 
 TEST(Sequencing, AFailedCommandClosesWhatIsOpenAndEndsThePlay)
@@ -301,18 +301,18 @@ TEST(Sequencing, AFailedCommandClosesWhatIsOpenAndEndsThePlay)
     ScriptedHost host;
     bool ran = false;
     host.opens("show", [] {
-        TestDialog dialog(QStringLiteral("frmA"), [](TestDialog&) { message(QStringLiteral("open")); });
+        TestDialog dialog(u"frmA"_s, [](TestDialog&) { message(u"open"_s); });
         dialog.exec();
     });
     host.members.insert("mark", [&](const auto&) {
         ran = true;
-        return QStringLiteral("empty");
+        return u"empty"_s;
     });
     const Outcome outcome = play(host, "# a comment\n\ncall show\nclick cmdGo\nclick cmdGo\ncall mark\n");
     EXPECT_EQ(outcome.result, 2);
     EXPECT_EQ(outcome.errors, QStringList{"line 5: a message box is open"});
     EXPECT_FALSE(ran);
-    EXPECT_EQ(outcome.lines.last(), QStringLiteral("return show empty"));
+    EXPECT_EQ(outcome.lines.last(), u"return show empty"_s);
 }
 
 TEST(Sequencing, AThousandCommandsDoNotPileUp)
@@ -323,7 +323,7 @@ TEST(Sequencing, AThousandCommandsDoNotPileUp)
     host.members.insert("mark", [&](const auto&) {
         ++count;
         deepest = std::max(deepest, QThread::currentThread()->loopLevel());
-        return QStringLiteral("empty");
+        return u"empty"_s;
     });
     std::string script;
     for (int i = 0; i < 1000; ++i) {
