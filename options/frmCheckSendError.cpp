@@ -190,6 +190,7 @@ void frmCheckSendError::showFailedNumbers(const QStringList& lines)
     const ado::Connection connection = session().connection().connection();
     ColumnStore& store = m_ui->grid_result->store();
     for (const QString& line : lines) {
+        waitWhile(m_database);
         const QString number = searchedNumber(line);
         ado::Recordset customers =
             connection.open(customersQuery(number), ado::Cursor::Static, ado::Lock::ReadOnly);
@@ -224,8 +225,10 @@ void frmCheckSendError::cmdSMS_ClearAccount_Click()
         const uint32_t count = m_ui->grid_result->recordCount();
         if (count > 0) {
             const ado::Connection connection = session().connection().connection();
-            for (uint32_t record = 0; record < count; ++record)
+            for (uint32_t record = 0; record < count; ++record) {
+                waitWhile(m_database);
                 connection.execute(disableStatement(m_ui->grid_result->cellText(record, 0)));
+            }
         }
         removeAll();
     });

@@ -382,6 +382,27 @@ TEST_F(CheckSendErrorTest, DisableWithAnEmptyGridRunsNothingAndTakesTheColumnsAw
     EXPECT_TRUE(logged().isEmpty());
 }
 
+TEST_F(CheckSendErrorTest, EveryStatementWaitsForADatabaseObjectThatIsStillExecuting)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    writeReport("222\n333\n");
+    open();
+    fill(u"127.0.0.1"_s, closedPort());
+    // Busy for one question before each statement.
+    QStringList asked;
+    form->setDatabaseObject([&] {
+        asked.append(QString::number(host.operations().size()));
+        return asked.size() % 2 == 1;
+    });
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(asked, (QStringList{u"0"_s, u"0"_s, u"1"_s, u"1"_s}));
+    asked.clear();
+    host.forgetOperations();
+    click("cmdSMS_ClearAccount");
+    EXPECT_EQ(asked, (QStringList{u"0"_s, u"0"_s}));
+    EXPECT_EQ(host.operations("execute").size(), 1U);
+}
+
 TEST_F(CheckSendErrorTest, AFailingDisableKeepsTheGridAndWhatWasDone)
 {
     customer("222", {{number(1), text("222"), text("Uno")}});
