@@ -34,7 +34,7 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
     , m_filler(filler)
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setUpForm(this);
     Form_Load();
 }
 

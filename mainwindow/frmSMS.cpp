@@ -47,8 +47,7 @@ frmSMS::frmSMS()
     : m_ui(std::make_unique<Ui::frmSMS>())
 {
     m_ui->setupUi(this);
-    restoreIndexedNames(this);
-    setTag(this, QString());
+    setUpForm(this);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_criteria = new CriteriaFields(*m_ui, this);

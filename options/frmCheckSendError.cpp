@@ -50,7 +50,7 @@ frmCheckSendError::frmCheckSendError()
     : m_ui(std::make_unique<Ui::frmCheckSendError>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setUpForm(this);
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
     m_ui->grid_result->setTouchMode(session().ShowTouchMode);

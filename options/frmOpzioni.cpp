@@ -59,7 +59,7 @@ frmOpzioni::frmOpzioni()
     : m_ui(std::make_unique<Ui::frmOpzioni>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setUpForm(this);
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();

@@ -25,7 +25,7 @@ frmShowPath::frmShowPath(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmShowPath>())
 {
     m_ui->setupUi(this);
-    setTag(this, QString());
+    setUpForm(this);
     applyCommonLook(this, session().ShowTouchMode);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmShowPath::cmdOK_Click);
     connect(m_ui->cmdCancella, &QPushButton::clicked, this, &frmShowPath::cmdCancella_Click);

@@ -477,6 +477,18 @@ TEST_F(SmsFormSendingTest, APushModelSendsTheDisplayTextOfTheSelector)
     EXPECT_EQ(host.operations("push"), Lines{"push a@b.it|Modello\nsu due righe<Rossi Mario,>"});
 }
 
+TEST_F(SmsFormSendingTest, ALongPushModelIsSentWhole)
+{
+    const QString longText(40000, u'é');
+    openWithCustomers();
+    page("TabControlTipo", 1);
+    filler.rows = {{u"12"_s, longText}};
+    lookupOk();
+    choose("cntrMessaggio(1)");
+    prepare();
+    EXPECT_EQ(host.operations("push"), Lines{"push a@b.it|" + utf8(longText) + "<Rossi Mario,>"});
+}
+
 TEST_F(SmsFormSendingTest, ARefusedPushTellsNoEnd)
 {
     openWithCustomers();

@@ -198,6 +198,16 @@ TEST_F(CheckSendErrorTest, EveryCloseStoresTheFieldsInTheirOrder)
     EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "p");
 }
 
+TEST_F(CheckSendErrorTest, LongSettingsComeThroughOpeningAndClosingWhole)
+{
+    const std::string longText(40000, 'x');
+    host.settings() = {{"SMS_CHECK_FTP_SERVER", longText}, {"SMS_CHECK_FTP_Password", longText}};
+    open();
+    click("cmdChiudi");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_SERVER"], longText);
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], longText);
+}
+
 TEST_F(CheckSendErrorTest, EscapeLeavesItOpen)
 {
     open();

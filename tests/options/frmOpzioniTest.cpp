@@ -253,6 +253,20 @@ TEST_F(OpzioniTest, SaveWritesTheSettingsInTheirOrderAndThenTheRegistry)
     EXPECT_EQ(storedFolder(), u"C:\\Digitata"_s) << "as typed, without a backslash added";
 }
 
+TEST_F(OpzioniTest, LongSettingsComeThroughOpeningAndSavingWhole)
+{
+    const std::string longText(40000, 'x');
+    for (const QString& key : keys.mid(2))
+        host.settings()[utf8(key)] = longText;
+    storeFolder(QString(40000, u'y'));
+    open();
+    EXPECT_EQ(text(u"txtSMS_Prov_User"_s).size(), 40000);
+    click(u"cmdSalva"_s);
+    for (const QString& key : keys.mid(2))
+        EXPECT_EQ(host.settings()[utf8(key)], longText) << utf8(key);
+    EXPECT_EQ(storedFolder().size(), 40000);
+}
+
 TEST_F(OpzioniTest, AFailingWriteDoesNotRollBackTheOthers)
 {
     open();
