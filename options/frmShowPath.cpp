@@ -13,6 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int ImageConfirm = 9; ///< numbers of the shared image list
+constexpr int ImageCancel = 1;
+
 Procedure procedure(const QString& name)
 {
     return formProcedure(u"frmShowPath"_s, name);
@@ -42,8 +45,8 @@ QString frmShowPath::selectedPath() const
 void frmShowPath::Form_Load()
 {
     trapped(procedure(u"Form_Load"_s), [&] {
-        m_ui->cmdOK->setIcon(icon(IconId::Confirm, IconTone::OnAccent));
-        m_ui->cmdCancella->setIcon(icon(IconId::Cancel));
+        m_ui->cmdOK->setIcon(imageListIcon(ImageConfirm, IconTone::OnAccent));
+        m_ui->cmdCancella->setIcon(imageListIcon(ImageCancel));
         SetupControlsAppearance(this);
     });
 }
