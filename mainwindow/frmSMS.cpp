@@ -330,8 +330,11 @@ void frmSMS::GrdAllSelectedValue(bool value)
 void frmSMS::saveLayout(int kind)
 {
     trapped(smsProcedure(u"grdClienti_ColumnOrderChanged"_s), [&] {
-        if (kind != ReportGrid::SortChanged)
-            m_ui->grdClienti->saveLayout(layoutFile(), QString::fromLatin1(LayoutSection));
+        if (kind == ReportGrid::SortChanged)
+            return;
+        constexpr long PathOrFileAccess = 75;
+        if (!m_ui->grdClienti->saveLayout(layoutFile(), QString::fromLatin1(LayoutSection)))
+            throw Error(PathOrFileAccess, u"Path/File access error: "_s + layoutFile());
     });
 }
 

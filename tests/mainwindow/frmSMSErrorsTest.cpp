@@ -3,8 +3,7 @@
 #include "hostlib/Error.h"
 #include "tests/mainwindow/SmsFormTest.h"
 
-#include <QProxyStyle>
-#include <QStackedWidget>
+#include <QDir>
 #include <gtest/gtest.h>
 
 namespace zul {
@@ -29,20 +28,6 @@ public:
 
 private:
     QEvent::Type m_type;
-};
-
-/// Fails while tabs are laid out.
-class FailingStyle : public QProxyStyle
-{
-public:
-    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
-    {
-        if (fails)
-            throw Error(RunTime::InvalidCall);
-        return QProxyStyle::pixelMetric(metric, option, widget);
-    }
-
-    bool fails = false;
 };
 
 class SmsFormErrorsTest : public SmsFormTest
@@ -132,25 +117,20 @@ TEST_F(SmsFormErrorsTest, TheFocusThatLeavesThePushText)
     expectLogged(u"txtTestoMessaggio_LostFocus"_s);
 }
 
-TEST_F(SmsFormErrorsTest, AChangeOfPage)
+TEST_F(SmsFormErrorsTest, ALayoutThatCannotBeSaved)
 {
     open();
-    click("cmdProsegui1");
-    page("TabControlTipo", 1);
-    click("optApp_TuttiRegistrati");
-    click("RBN_Push");
-    freeText(1)->setPlainText(u"Ciao"_s);
-    click("cmdProsegui2");
-    ASSERT_EQ(tabs("tab_Invio")->currentIndex(), 2);
-    FailingStyle style;
-    tabs("tab_Invio")->tabBar()->setStyle(&style);
-    // The pages turn first, then the handlers hear of it.
-    QObject::connect(tabs("tab_Invio")->findChild<QStackedWidget*>(), &QStackedWidget::currentChanged,
-                     [&style] { style.fails = true; });
-    QObject::connect(tabs("tab_Invio"), &QTabWidget::currentChanged, [&style] { style.fails = false; });
-    tabs("tab_Invio")->setCurrentIndex(0);
-    expectLogged(u"tab_Invio_SelectedChanged"_s);
-    tabs("tab_Invio")->tabBar()->setStyle(nullptr);
+    scriptCustomers({customer(1, "A", "", "")});
+    search();
+    ASSERT_TRUE(QDir().mkpath(layoutFile())) << "a folder stands where the file should";
+    Q_EMIT grid()->columnLayoutChanged(ReportGrid::ColumnMoved);
+    Q_EMIT grid()->columnLayoutChanged(ReportGrid::SortChanged);
+    QDir().rmdir(layoutFile());
+    ASSERT_EQ(logged().size(), 1) << "an order is no layout";
+    EXPECT_EQ(logged().first(), u"grdClienti_ColumnOrderChanged | Error 75 (Path/File access error: "_s +
+                                    layoutFile() +
+                                    u") in procedure grdClienti_ColumnOrderChanged of Form frmSMS | "_s);
+    EXPECT_TRUE(messages.empty());
 }
 
 } // namespace
