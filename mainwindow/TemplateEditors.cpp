@@ -87,6 +87,7 @@ void TemplateEditors::showSmsEditor(bool show)
         return;
     }
     showKeyboard(m_ui.txtTestoMessaggio_0_);
+    m_ui.txtTestoMessaggio_0_->setFocus();
 }
 
 void TemplateEditors::showKeyboard(QWidget* field)

@@ -9,6 +9,7 @@
 #include "hostlib/Ado.h"
 #include "options/FailedNumbers.h"
 #include "session/ControlSetup.h"
+#include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
 #include "session/Session.h"
@@ -51,6 +52,7 @@ frmCheckSendError::frmCheckSendError()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
     m_ui->grid_result->setTouchMode(session().ShowTouchMode);
@@ -94,12 +96,6 @@ void frmCheckSendError::Form_Load()
         m_ui->txtFTP_User->setText(getDbValue(settings::CheckFtpUser));
         m_ui->txtFTP_Password->setText(getDbValue(settings::CheckFtpPassword));
     });
-}
-
-void frmCheckSendError::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    Form_Activate();
 }
 
 void frmCheckSendError::Form_Activate()

@@ -8,6 +8,7 @@
 #include "options/ProviderOptions.h"
 #include "options/frmShowPath.h"
 #include "session/ControlSetup.h"
+#include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
 #include "session/Session.h"
@@ -60,6 +61,7 @@ frmOpzioni::frmOpzioni()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();
@@ -140,12 +142,6 @@ void frmOpzioni::loadSettings()
     const QString proposed = defaultSenderFolder(session().PathMainApplication);
     const bool stored = !readSenderFolder(proposed).isEmpty();
     m_ui->txtPathSMSSender->setText(stored ? readSenderFolder(proposed) : proposed);
-}
-
-void frmOpzioni::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    Form_Activate();
 }
 
 void frmOpzioni::Form_Activate()

@@ -528,6 +528,15 @@ TEST_F(SmsFormSendingTest, TheFirstClickOpensTheSmsEditorWithTheKeyboardBoundToI
     EXPECT_EQ(picture(button("cmdNuovoTestoSMS(0)")->icon()), newText) << "restored when the editor closes";
 }
 
+TEST_F(SmsFormSendingTest, WhatIsTypedAfterTheFirstClickStandsInTheEditor)
+{
+    openWithCustomers();
+    click("cmdNuovoTestoSMS(0)");
+    ASSERT_EQ(QApplication::focusWidget(), freeText(0));
+    QTest::keyClicks(QApplication::focusWidget(), u"Auguri"_s);
+    EXPECT_EQ(freeText(0)->toPlainText(), u"Auguri"_s);
+}
+
 TEST_F(SmsFormSendingTest, TheSecondClickSavesTheTextAndShowsItInTheSelector)
 {
     openWithCustomers();

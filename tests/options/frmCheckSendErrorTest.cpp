@@ -198,6 +198,22 @@ TEST_F(CheckSendErrorTest, EveryCloseStoresTheFieldsInTheirOrder)
     EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "p");
 }
 
+TEST_F(CheckSendErrorTest, EachActivationAppliesTheCommonAppearance)
+{
+    open();
+    auto* group = find<QGroupBox>("GroupBox2");
+    EXPECT_TRUE(group->autoFillBackground());
+    group->setAutoFillBackground(false);
+    QWidget other;
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(group->autoFillBackground());
+    other.close();
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    EXPECT_TRUE(group->autoFillBackground());
+}
+
 TEST_F(CheckSendErrorTest, LongSettingsComeThroughOpeningAndClosingWhole)
 {
     const std::string longText(40000, 'x');
