@@ -19,13 +19,13 @@ SendPages::SendPages(Ui::frmSMS& ui, QWidget* form)
     , m_ui(ui)
     , m_form(form)
 {
-    m_ui.tab_Invio->setTabVisible(PagePrepara, false);
+    m_ui.tab_Invio->setPageShown(PagePrepara, false);
     m_ui.tab_Invio->setCurrentIndex(PageRicerca);
     m_ui.optApp_SoloSelezionati->setChecked(true);
     connect(m_ui.tab_Invio, &QTabWidget::currentChanged, this, [this](int page) {
         trapped(smsProcedure(u"tab_Invio_SelectedChanged"_s), [&] {
             if (page != PagePrepara)
-                m_ui.tab_Invio->setTabVisible(PagePrepara, false);
+                m_ui.tab_Invio->setPageShown(PagePrepara, false);
         });
     });
     connect(m_ui.cmdProsegui1, &QPushButton::clicked, this, [this] {
@@ -43,14 +43,14 @@ SendPages::SendPages(Ui::frmSMS& ui, QWidget* form)
 void SendPages::InitTipoMessaggio(bool showSendSms, bool showSendMail, bool showPushNotify)
 {
     trapped(smsProcedure(u"InitTipoMessaggio"_s), [&] {
-        QTabWidget* tab = m_ui.TabControlTipo;
+        PageTabs* tab = m_ui.TabControlTipo;
         tab->setCurrentIndex(PageSmsMail);
-        tab->setTabVisible(PagePush, showPushNotify);
+        tab->setPageShown(PagePush, showPushNotify);
         m_ui.grpCosaNotificare->setVisible(showPushNotify);
         m_ui.grpAChi->setVisible(showPushNotify);
         if (!showSendSms && !showSendMail) {
             // With push off as well the send page offers nothing, without a word.
-            tab->setTabVisible(PageSmsMail, false);
+            tab->setPageShown(PageSmsMail, false);
             tab->setCurrentIndex(PagePush);
             return;
         }
@@ -103,8 +103,8 @@ bool SendPages::somebodyIsMarked() const
 void SendPages::cmdProsegui2_Click()
 {
     trapped(smsProcedure(u"cmdProsegui2_Click"_s), [&] {
-        QTabWidget* pages = m_ui.tab_Invio;
-        pages->setTabVisible(PagePrepara, false);
+        PageTabs* pages = m_ui.tab_Invio;
+        pages->setPageShown(PagePrepara, false);
         const SendChoices chosen = choices();
         std::optional<SendFailure> failure;
         if (!chosen.optApp_TuttiRegistrati)
@@ -120,7 +120,7 @@ void SendPages::cmdProsegui2_Click()
                 pages->setCurrentIndex(*failure->page);
             return;
         }
-        pages->setTabVisible(PagePrepara, true);
+        pages->setPageShown(PagePrepara, true);
         pages->setCurrentIndex(PagePrepara);
         m_ui.List_INFO->clear();
     });
