@@ -6,6 +6,7 @@
 #include "controls/report/ReportGrid.h"
 #include "lookup/LookupModes.h"
 #include "session/ControlSetup.h"
+#include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"
 #include "ui_frmRicercaGenerica.h"
@@ -35,7 +36,8 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
     , m_filler(filler)
 {
     m_ui->setupUi(this);
-    setTag(this, FormChoice::None);
+    setUpForm(this);
+    new FormActivation(this, [this] { Form_Activate(); });
     Form_Load();
 }
 
@@ -193,12 +195,6 @@ void frmRicercaGenerica::keyPressEvent(QKeyEvent* event)
         event->ignore();
         break;
     }
-}
-
-void frmRicercaGenerica::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    Form_Activate();
 }
 
 void frmRicercaGenerica::Form_Activate()

@@ -1,10 +1,9 @@
-// The main window: criteria, customers found, send type, preparation. It holds its controls and one handler
-// per control event; what a handler decides or builds stands beside it, in selection/ and messages/.
+// The main window: criteria, customers found, send type, preparation. It holds its controls and the handlers of
+// the search; what else its controls do stands in files of their own beside it, and what a handler decides or
+// builds in selection/ and messages/.
 #pragma once
 
 #include "hostlib/Host.h"
-#include "messages/Recipients.h"
-#include "messages/SendChoices.h"
 #include "selection/Criteria.h"
 #include "session/ComponentObject.h"
 
@@ -17,8 +16,10 @@ class frmSMS;
 
 namespace zul {
 
-class DateField;
-class SelectorField;
+class CriteriaFields;
+class GridCommands;
+class LookupFields;
+class SendPages;
 
 class frmSMS : public QDialog
 {
@@ -28,7 +29,7 @@ public:
     frmSMS();
     ~frmSMS() override;
 
-    /// The object that showed the form: asked for the user id and for filling lookup grids.
+    /// The object that showed the form: asked for the user id and for filling lookup grids; not owned.
     void setRefToClass(ComponentObject* object);
 
     /// Which message kinds the send page offers.
@@ -49,7 +50,6 @@ public:
     void done(int result) override;
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -57,13 +57,9 @@ private:
     // Set-up.
     void Form_Load();
     void Form_Resize();
-    void arrangeGridCommands();
     void setupLook();
-    void connectCriteria();
-    void connectSending();
-    void connectLookup(SelectorField* field, const QString& control, const QString& table, bool takesId,
-                       bool exactOk);
-    void LoadPeriodoAcq_Auto();
+    void connectSearch();
+    void addLookupFields();
 
     // Search.
     Criteria criteria() const;
@@ -74,35 +70,14 @@ private:
     void saveLayout(int kind);
     void cmd_Ricerca_Avanzata_Click();
 
-    // Lookup fields.
-    void requestSelection(SelectorField* field, const QString& table, bool takesId, bool exactOk);
-    void clearSelection(SelectorField* field, bool takesId);
-
-    // Sending.
-    SendChoices choices() const;
-    bool somebodyIsMarked() const;
-    void cmdProsegui2_Click();
-    void PreparaInvioMessaggi();
-    /// False when a run broke off, or failed and is in the log.
-    bool CreateSMS(bool clearMarks);
-    bool CreateMAIL(bool clearMarks);
-    bool preparePush();
-    void cmdNuovoTestoSMS_Click(int index);
-    void toggleSmsEditor();
-    void savePushTemplate();
-    void showSmsEditor(bool show);
-    void showKeyboard(QWidget* field);
-
     std::unique_ptr<Ui::frmSMS> m_ui;
-    ComponentObject* m_SmsCreator = nullptr;
+    // Each works on the controls that its name says; all are children of the form.
+    CriteriaFields* m_criteria;
+    LookupFields* m_lookups;
+    GridCommands* m_gridCommands;
+    SendPages* m_sendPages;
     std::unique_ptr<hostlib::AdvancedSearch> m_frmRicercaAvanzata; ///< created on first use
     QString m_parametriRicercaAvanzata;
-    bool m_showRicorrenze = true;
-    bool m_showClassificazioni = true;
-    bool m_showSms = true;
-    bool m_showMail = true;
-    std::size_t m_gridCommandColumns = 0; ///< 0: not arranged yet
-    bool m_somethingPrepared = false;     ///< a preparation of this showing ended well
 };
 
 } // namespace zul

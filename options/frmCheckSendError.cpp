@@ -9,6 +9,7 @@
 #include "hostlib/Ado.h"
 #include "options/FailedNumbers.h"
 #include "session/ControlSetup.h"
+#include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
 #include "session/Session.h"
@@ -50,7 +51,8 @@ frmCheckSendError::frmCheckSendError()
     : m_ui(std::make_unique<Ui::frmCheckSendError>())
 {
     m_ui->setupUi(this);
-    setTag(this, FormChoice::None);
+    setUpForm(this);
+    new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
     m_ui->grid_result->setTouchMode(session().ShowTouchMode);
@@ -95,12 +97,6 @@ void frmCheckSendError::Form_Load()
         m_ui->txtFTP_User->setText(store.getDbValue(settings::CheckFtpUser));
         m_ui->txtFTP_Password->setText(store.getDbValue(settings::CheckFtpPassword));
     });
-}
-
-void frmCheckSendError::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    Form_Activate();
 }
 
 void frmCheckSendError::Form_Activate()
@@ -187,6 +183,7 @@ void frmCheckSendError::showFailedNumbers(const QStringList& lines)
     const ado::Connection connection = session().connection().connection();
     ColumnStore& store = m_ui->grid_result->store();
     for (const QString& line : lines) {
+        waitWhile(m_database);
         const QString number = searchedNumber(line);
         ado::Recordset customers =
             connection.open(customersQuery(number), ado::Cursor::Static, ado::Lock::ReadOnly);
@@ -221,8 +218,10 @@ void frmCheckSendError::cmdSMS_ClearAccount_Click()
         const uint32_t count = m_ui->grid_result->recordCount();
         if (count > 0) {
             const ado::Connection connection = session().connection().connection();
-            for (uint32_t record = 0; record < count; ++record)
+            for (uint32_t record = 0; record < count; ++record) {
+                waitWhile(m_database);
                 connection.execute(disableStatement(m_ui->grid_result->cellText(record, 0)));
+            }
         }
         removeAll();
     });

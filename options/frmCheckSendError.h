@@ -2,8 +2,11 @@
 // and disables the numbers.
 #pragma once
 
+#include "options/DatabaseWait.h"
+
 #include <QDialog>
 #include <memory>
+#include <utility>
 
 namespace Ui {
 class frmCheckSendError;
@@ -23,12 +26,16 @@ public:
     frmCheckSendError();
     ~frmCheckSendError() override;
 
+    /// A database object that runs the statements of this form asynchronously: each of them waits until it has
+    /// stopped executing. Without one, as the form is shown by the component, a statement has ended when its
+    /// call returns.
+    void setDatabaseObject(StillExecuting database) { m_database = std::move(database); }
+
 public Q_SLOTS:
     /// Escape leaves the dialog open: only its buttons end it.
     void reject() override;
 
 protected:
-    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -44,6 +51,7 @@ private:
     void removeAll();
 
     std::unique_ptr<Ui::frmCheckSendError> m_ui;
+    StillExecuting m_database;
 };
 
 } // namespace zul

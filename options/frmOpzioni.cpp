@@ -8,6 +8,7 @@
 #include "options/ProviderOptions.h"
 #include "options/frmShowPath.h"
 #include "session/ControlSetup.h"
+#include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
 #include "session/Registry.h"
@@ -60,7 +61,8 @@ frmOpzioni::frmOpzioni()
     : m_ui(std::make_unique<Ui::frmOpzioni>())
 {
     m_ui->setupUi(this);
-    setTag(this, FormChoice::None);
+    setUpForm(this);
+    new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();
@@ -142,12 +144,6 @@ void frmOpzioni::loadSettings()
     const QString proposed = defaultSenderFolder(session().PathMainApplication);
     const bool stored = !readSenderFolder(proposed).isEmpty();
     m_ui->txtPathSMSSender->setText(stored ? readSenderFolder(proposed) : proposed);
-}
-
-void frmOpzioni::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    Form_Activate();
 }
 
 void frmOpzioni::Form_Activate()

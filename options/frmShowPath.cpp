@@ -13,6 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int ImageConfirm = 9; ///< numbers of the shared image list
+constexpr int ImageCancel = 1;
+
 Procedure procedure(const QString& name)
 {
     return formProcedure(u"frmShowPath"_s, name);
@@ -25,7 +28,7 @@ frmShowPath::frmShowPath(QWidget* parent)
     , m_ui(std::make_unique<Ui::frmShowPath>())
 {
     m_ui->setupUi(this);
-    setTag(this, FormChoice::None);
+    setUpForm(this);
     applyCommonLook(this, session().ShowTouchMode);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmShowPath::cmdOK_Click);
     connect(m_ui->cmdCancella, &QPushButton::clicked, this, &frmShowPath::cmdCancella_Click);
@@ -42,8 +45,8 @@ QString frmShowPath::selectedPath() const
 void frmShowPath::Form_Load()
 {
     trapped(procedure(u"Form_Load"_s), [&] {
-        m_ui->cmdOK->setIcon(icon(IconId::Confirm, IconTone::OnAccent));
-        m_ui->cmdCancella->setIcon(icon(IconId::Cancel));
+        m_ui->cmdOK->setIcon(imageListIcon(ImageConfirm, IconTone::OnAccent));
+        m_ui->cmdCancella->setIcon(imageListIcon(ImageCancel));
         SetupControlsAppearance(this);
     });
 }

@@ -5,11 +5,10 @@
 #include "controls/report/ReportGrid.h"
 #include "session/modLogger.h"
 
-#include <QAbstractButton>
+#include <QCheckBox>
 #include <QFrame>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QWidget>
+#include <QGroupBox>
+#include <QRadioButton>
 
 namespace zul {
 
@@ -24,6 +23,21 @@ void makeFlat(QWidget* control)
     if (auto* frame = qobject_cast<QFrame*>(control);
         frame != nullptr && frame->frameShadow() != QFrame::Plain)
         frame->setFrameShadow(QFrame::Plain);
+}
+
+/// Only check boxes, option buttons and group boxes can let shine through what lies behind them; a label has no
+/// such thing.
+bool canBeTransparent(const QWidget* control)
+{
+    return qobject_cast<const QCheckBox*>(control) != nullptr ||
+           qobject_cast<const QRadioButton*>(control) != nullptr ||
+           qobject_cast<const QGroupBox*>(control) != nullptr;
+}
+
+void makeOpaque(QWidget* control)
+{
+    if (canBeTransparent(control))
+        control->setAutoFillBackground(true);
 }
 
 } // namespace
@@ -50,6 +64,7 @@ void SetupControlsAppearance(const QList<QWidget*>& controls) noexcept
     for (QWidget* control : controls) {
         try {
             makeFlat(control);
+            makeOpaque(control);
             if (takesButtonFace(control->objectName()))
                 setBackground(control, control->palette().color(QPalette::Button));
         } catch (...) {

@@ -1,8 +1,10 @@
 #include "session/FormHelpers.h"
 
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QRegularExpression>
 #include <QWidget>
+#include <limits>
 
 namespace zul {
 
@@ -14,6 +16,13 @@ constexpr const char* TagProperty = "tag";
 
 } // namespace
 
+void setUpForm(QWidget* form)
+{
+    restoreIndexedNames(form);
+    setTag(form, FormChoice::None);
+    liftTextLimits(form);
+}
+
 void restoreIndexedNames(QWidget* form)
 {
     static const QRegularExpression indexed(u"^(.+)_(\\d+)_$"_s);
@@ -23,6 +32,13 @@ void restoreIndexedNames(QWidget* form)
         if (match.hasMatch())
             child->setObjectName(match.captured(1) + u'(' + match.captured(2) + u')');
     }
+}
+
+void liftTextLimits(QWidget* form)
+{
+    const QList<QLineEdit*> fields = form->findChildren<QLineEdit*>();
+    for (QLineEdit* field : fields)
+        field->setMaxLength(std::numeric_limits<int>::max());
 }
 
 void tellOperator(QWidget* owner, const QString& text, MessageIcon icon)

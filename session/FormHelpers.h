@@ -12,9 +12,16 @@ class QWidget;
 
 namespace zul {
 
+/// What every form needs first, once its controls are there: the names of indexed controls, an empty tag, and
+/// text fields without a limit.
+void setUpForm(QWidget* form);
+
 /// Designer's compiler cannot keep the parentheses of an indexed control's name: gives "cntrMessaggio_0_" its
 /// name "cntrMessaggio(0)" back, and so on, for every child of the form.
 void restoreIndexedNames(QWidget* form);
+
+/// No field has a limit of its own: a text from the database comes back from its field as long as it was.
+void liftTextLimits(QWidget* form);
 
 /// Shows an operator message with one OK button and the title "Manager messaggi".
 void tellOperator(QWidget* owner, const QString& text, MessageIcon icon = MessageIcon::Information);

@@ -144,18 +144,18 @@ QIcon icon(IconId id, IconTone tone)
     return QIcon(new LineIconEngine(id, tone));
 }
 
-QIcon imageListIcon(int number)
+QIcon imageListIcon(int number, IconTone tone)
 {
     constexpr int cancelImage = 1;
     constexpr int newTextImage = 3;
     constexpr int confirmImage = 9;
     switch (number) {
     case cancelImage:
-        return icon(IconId::Cancel);
+        return icon(IconId::Cancel, tone);
     case newTextImage:
-        return icon(IconId::NewText);
+        return icon(IconId::NewText, tone);
     case confirmImage:
-        return icon(IconId::Confirm);
+        return icon(IconId::Confirm, tone);
     default:
         return {};
     }

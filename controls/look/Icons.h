@@ -47,6 +47,6 @@ enum class IconTone
 
 /// The icons under their numbers in the shared image list: 1 cancel, 3 new text, 9 confirm. A null icon for
 /// any other number.
-[[nodiscard]] QIcon imageListIcon(int number);
+[[nodiscard]] QIcon imageListIcon(int number, IconTone tone = IconTone::Text);
 
 } // namespace zul

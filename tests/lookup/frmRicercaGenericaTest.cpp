@@ -269,6 +269,23 @@ TEST_F(RicercaGenericaTest, APresetFilterWorksBeforeTheOperatorTypes)
     EXPECT_EQ(probeOf(grid())->visibleRowCount(), 1);
 }
 
+TEST_F(RicercaGenericaTest, EachActivationBringsTheFocusBackAndThePresetFilter)
+{
+    dialog.FiltroRicercaVeloce(u"mil"_s);
+    load();
+    quickSearch()->setText(u"altro"_s);
+    grid()->setFocus();
+    QWidget other;
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    other.close();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    EXPECT_EQ(dialog.focusWidget(), quickSearch());
+    EXPECT_EQ(quickSearch()->text(), u"mil"_s);
+    EXPECT_EQ(grid()->visibleRowCount(), 1);
+}
+
 TEST_F(RicercaGenericaTest, APresetFilterOfBlanksIsIgnored)
 {
     dialog.FiltroRicercaVeloce(u"   "_s);

@@ -1,4 +1,5 @@
 // The pages "Tipo di invio" and "Prepara per invio": what is offered, checks, preparation, templates.
+#include "controls/look/Icons.h"
 #include "controls/notices/WaitIndicator.h"
 #include "hostlib/Error.h"
 #include "session/Platform.h"
@@ -61,6 +62,8 @@ protected:
                                                     .buttons = MessageButtons::Ok}));
         messages.clear();
     }
+
+    static QImage picture(const QIcon& icon) { return icon.pixmap(16, 16).toImage(); }
 
     bool isShown(const char* name) { return !find<QWidget>(QLatin1String(name))->isHidden(); }
 };
@@ -478,6 +481,18 @@ TEST_F(SmsFormSendingTest, APushModelSendsTheDisplayTextOfTheSelector)
     EXPECT_EQ(host.operations("push"), Lines{"push a@b.it|Modello\nsu due righe<Rossi Mario,>"});
 }
 
+TEST_F(SmsFormSendingTest, ALongPushModelIsSentWhole)
+{
+    const QString longText(40000, u'é');
+    openWithCustomers();
+    page("TabControlTipo", 1);
+    filler.rows = {{u"12"_s, longText}};
+    lookupOk();
+    choose("cntrMessaggio(1)");
+    prepare();
+    EXPECT_EQ(host.operations("push"), Lines{"push a@b.it|" + utf8(longText) + "<Rossi Mario,>"});
+}
+
 TEST_F(SmsFormSendingTest, ARefusedPushTellsNoEnd)
 {
     openWithCustomers();
@@ -497,16 +512,30 @@ TEST_F(SmsFormSendingTest, ARefusedPushTellsNoEnd)
 TEST_F(SmsFormSendingTest, TheFirstClickOpensTheSmsEditorWithTheKeyboardBoundToIt)
 {
     openWithCustomers();
-    const qint64 before = button("cmdNuovoTestoSMS(0)")->icon().cacheKey();
+    const QImage newText = picture(imageListIcon(3));
+    const QImage confirm = picture(imageListIcon(9));
+    ASSERT_NE(newText, confirm);
+    EXPECT_EQ(picture(button("cmdNuovoTestoSMS(0)")->icon()), newText);
     click("cmdNuovoTestoSMS(0)");
     EXPECT_TRUE(isShown("txtTestoMessaggio(0)"));
     EXPECT_FALSE(isShown("cntrMessaggio(0)"));
     auto* keyboard = find<OnScreenKeyboard>(u"Virtual_Keyboard"_s);
     EXPECT_TRUE(keyboard->isVisible());
     EXPECT_EQ(keyboard->attachedField(), freeText(0));
-    EXPECT_NE(button("cmdNuovoTestoSMS(0)")->icon().cacheKey(), before);
+    EXPECT_EQ(picture(button("cmdNuovoTestoSMS(0)")->icon()), confirm);
     EXPECT_TRUE(messages.empty());
     EXPECT_TRUE(host.operations().empty());
+    click("cmdNuovoTestoSMS(0)");
+    EXPECT_EQ(picture(button("cmdNuovoTestoSMS(0)")->icon()), newText) << "restored when the editor closes";
+}
+
+TEST_F(SmsFormSendingTest, WhatIsTypedAfterTheFirstClickStandsInTheEditor)
+{
+    openWithCustomers();
+    click("cmdNuovoTestoSMS(0)");
+    ASSERT_EQ(QApplication::focusWidget(), freeText(0));
+    QTest::keyClicks(QApplication::focusWidget(), u"Auguri"_s);
+    EXPECT_EQ(freeText(0)->toPlainText(), u"Auguri"_s);
 }
 
 TEST_F(SmsFormSendingTest, TheSecondClickSavesTheTextAndShowsItInTheSelector)

@@ -199,6 +199,32 @@ TEST_F(CheckSendErrorTest, EveryCloseStoresTheFieldsInTheirOrder)
     EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "p");
 }
 
+TEST_F(CheckSendErrorTest, EachActivationAppliesTheCommonAppearance)
+{
+    open();
+    auto* group = find<QGroupBox>("GroupBox2");
+    EXPECT_TRUE(group->autoFillBackground());
+    group->setAutoFillBackground(false);
+    QWidget other;
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(group->autoFillBackground());
+    other.close();
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    EXPECT_TRUE(group->autoFillBackground());
+}
+
+TEST_F(CheckSendErrorTest, LongSettingsComeThroughOpeningAndClosingWhole)
+{
+    const std::string longText(40000, 'x');
+    host.settings() = {{"SMS_CHECK_FTP_SERVER", longText}, {"SMS_CHECK_FTP_Password", longText}};
+    open();
+    click("cmdChiudi");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_SERVER"], longText);
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], longText);
+}
+
 TEST_F(CheckSendErrorTest, EscapeLeavesItOpen)
 {
     open();
@@ -381,6 +407,27 @@ TEST_F(CheckSendErrorTest, DisableWithAnEmptyGridRunsNothingAndTakesTheColumnsAw
     EXPECT_EQ(grid()->columnCount(), 0);
     click("cmdSMS_ClearAccount");
     EXPECT_TRUE(logged().isEmpty());
+}
+
+TEST_F(CheckSendErrorTest, EveryStatementWaitsForADatabaseObjectThatIsStillExecuting)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    writeReport("222\n333\n");
+    open();
+    fill(u"127.0.0.1"_s, closedPort());
+    // Busy for one question before each statement.
+    QStringList asked;
+    form->setDatabaseObject([&] {
+        asked.append(QString::number(host.operations().size()));
+        return asked.size() % 2 == 1;
+    });
+    click("cmdSMS_TestSMS");
+    EXPECT_EQ(asked, (QStringList{u"0"_s, u"0"_s, u"1"_s, u"1"_s}));
+    asked.clear();
+    host.forgetOperations();
+    click("cmdSMS_ClearAccount");
+    EXPECT_EQ(asked, (QStringList{u"0"_s, u"0"_s}));
+    EXPECT_EQ(host.operations("execute").size(), 1U);
 }
 
 TEST_F(CheckSendErrorTest, AFailingDisableKeepsTheGridAndWhatWasDone)

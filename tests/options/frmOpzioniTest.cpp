@@ -57,6 +57,13 @@ protected:
     bool ticked(const QString& name) { return find<QCheckBox>(name)->isChecked(); }
     void click(const QString& name) { QTest::mouseClick(find<QPushButton>(name), Qt::LeftButton); }
 
+    /// What a window manager does when the window over the form has gone.
+    void comeBack()
+    {
+        form->activateWindow();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return QApplication::activeWindow() == form.get(); }));
+    }
+
     static void storeFolder(const QString& folder)
     {
         saveRegistry(QString::fromLatin1(RegistryKey), u"Options"_s, u"PathCartellaSMSSender"_s, folder);
@@ -220,6 +227,33 @@ TEST_F(OpzioniTest, InTouchModeTheKeyboardCoversNothing)
     EXPECT_LE(form->height(), 768 - 40) << "with its title bar it stands on a small screen";
 }
 
+TEST_F(OpzioniTest, EachActivationGivesTheUserNameTheFocusAndItsColour)
+{
+    open();
+    auto* user = field(u"txtSMS_Prov_User"_s);
+    field(u"txtSMS_Prov_Soggetto"_s)->setFocus();
+    ASSERT_EQ(effectiveBackground(user), white);
+    onWindow(u"frmShowPath"_s,
+             [](QWidget* chooser) { chooser->findChild<QPushButton*>(u"cmdCancella"_s)->click(); });
+    click(u"cmdSelezionaPath"_s);
+    comeBack();
+    EXPECT_EQ(form->focusWidget(), user);
+    EXPECT_EQ(effectiveBackground(user), yellow);
+    EXPECT_EQ(find<OnScreenKeyboard>(u"keybT"_s)->attachedField(), user);
+}
+
+TEST_F(OpzioniTest, AnotherProgramInFrontForAWhileLeavesTheFocusWhereItWas)
+{
+    open();
+    auto* password = field(u"txtSMS_Prov_Pwd"_s);
+    password->setFocus();
+    QApplication::setActiveWindow(nullptr);
+    QApplication::setActiveWindow(form.get());
+    ASSERT_TRUE(form->isActiveWindow());
+    EXPECT_EQ(form->focusWidget(), password);
+    EXPECT_EQ(effectiveBackground(password), yellow);
+}
+
 TEST_F(OpzioniTest, TheSixProviderFieldsTurnYellowWithTheFocusAndWhiteWithoutIt)
 {
     open();
@@ -255,6 +289,20 @@ TEST_F(OpzioniTest, SaveWritesTheSettingsInTheirOrderAndThenTheRegistry)
                      "set Valore=''", "set Valore=''", "set Valore=''", "set Valore='22432'"}));
     EXPECT_EQ(openedKeys(), keys);
     EXPECT_EQ(storedFolder(), u"C:\\Digitata"_s) << "as typed, without a backslash added";
+}
+
+TEST_F(OpzioniTest, LongSettingsComeThroughOpeningAndSavingWhole)
+{
+    const std::string longText(40000, 'x');
+    for (const QString& key : keys.mid(2))
+        host.settings()[utf8(key)] = longText;
+    storeFolder(QString(40000, u'y'));
+    open();
+    EXPECT_EQ(text(u"txtSMS_Prov_User"_s).size(), 40000);
+    click(u"cmdSalva"_s);
+    for (const QString& key : keys.mid(2))
+        EXPECT_EQ(host.settings()[utf8(key)], longText) << utf8(key);
+    EXPECT_EQ(storedFolder().size(), 40000);
 }
 
 TEST_F(OpzioniTest, AFailingWriteDoesNotRollBackTheOthers)

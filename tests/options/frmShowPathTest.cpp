@@ -1,6 +1,7 @@
 #include "options/frmShowPath.h"
 
 #include "controls/fields/FolderTree.h"
+#include "controls/look/Icons.h"
 #include "session/FormHelpers.h"
 #include "tests/support/ComponentTest.h"
 
@@ -34,7 +35,11 @@ TEST_F(ShowPathTest, ItsCaptionAndItsButtons)
 {
     EXPECT_EQ(chooser.windowTitle(), u"Selezionare la cartella desiderata..."_s);
     EXPECT_EQ(chooser.findChild<QPushButton*>(u"cmdCancella"_s)->text(), u"Annulla"_s);
-    EXPECT_FALSE(chooser.findChild<QPushButton*>(u"cmdOK"_s)->icon().isNull());
+    const auto picture = [](const QIcon& icon) { return icon.pixmap(16, 16).toImage(); };
+    EXPECT_EQ(picture(chooser.findChild<QPushButton*>(u"cmdOK"_s)->icon()),
+              picture(imageListIcon(9, IconTone::OnAccent)));
+    EXPECT_EQ(picture(chooser.findChild<QPushButton*>(u"cmdCancella"_s)->icon()), picture(imageListIcon(1)));
+    EXPECT_NE(picture(imageListIcon(9)), picture(imageListIcon(1)));
     EXPECT_FALSE(chooser.findChild<QPushButton*>(u"cmdOK"_s)->accessibleName().isEmpty());
 }
 

@@ -7,6 +7,7 @@
 
 #include <QCheckBox>
 #include <QFrame>
+#include <QGroupBox>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -57,6 +58,36 @@ TEST_F(ControlSetupTest, FramesBecomeFlat)
     frame->setFrameStyle(static_cast<int>(QFrame::Panel) | static_cast<int>(QFrame::Raised));
     SetupControlsAppearance(&form);
     EXPECT_EQ(frame->frameShadow(), QFrame::Plain);
+}
+
+TEST_F(ControlSetupTest, NothingShinesThroughACheckBoxAnOptionButtonOrAGroupBox)
+{
+    // On a green panel, named so that no colour of their own reaches them.
+    QWidget panel(&form);
+    panel.resize(400, 200);
+    panel.setStyleSheet(u".QWidget { background-color: #00ff00; } QGroupBox { border: none; }"_s);
+    QCheckBox check(&panel);
+    QRadioButton option(&panel);
+    QGroupBox group(&panel);
+    QLabel label(u"Etichetta"_s, &panel);
+    int top = 0;
+    const QList<QWidget*> controls{&check, &option, &group, &label};
+    for (QWidget* control : controls) {
+        control->setGeometry(0, top, 300, 40);
+        top += 50;
+    }
+    const auto behind = [&panel](const QWidget& control) {
+        return panel.grab().toImage().pixelColor(control.geometry().center() + QPoint(100, 0));
+    };
+    for (const QWidget* control : controls)
+        ASSERT_EQ(behind(*control), QColor(0, 255, 0)) << control->metaObject()->className();
+    SetupControlsAppearance(controls);
+    const QColor own = form.palette().color(QPalette::Window);
+    EXPECT_EQ(behind(check), own);
+    EXPECT_EQ(behind(option), own);
+    EXPECT_EQ(behind(group), own);
+    EXPECT_EQ(behind(label), QColor(0, 255, 0)) << "a label has no such property";
+    EXPECT_FALSE(label.autoFillBackground());
 }
 
 TEST_F(ControlSetupTest, ChosenControlsAloneAreTouched)

@@ -1,8 +1,11 @@
 #include "session/FormHelpers.h"
 
+#include "controls/fields/DateField.h"
+#include "controls/fields/SelectorField.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QWidget>
 #include <gtest/gtest.h>
 
@@ -28,6 +31,24 @@ TEST_F(FormHelpersTest, IndexedControlsGetTheirParenthesesBack)
     EXPECT_EQ(first.objectName(), u"cntrMessaggio(0)"_s);
     EXPECT_EQ(nested.objectName(), u"cmdNuovoTestoSMS(12)"_s);
     EXPECT_EQ(other.objectName(), u"Cmd_DeselezionaEvidenziati"_s);
+}
+
+TEST_F(FormHelpersTest, AFieldTakesATextOfAnyLength)
+{
+    QWidget form;
+    QLineEdit field(&form);
+    SelectorField parts(&form);
+    DateField date(&form);
+    const QString text = QString(99999, u'à') + u"😀"_s;
+    field.setText(text);
+    ASSERT_NE(field.text(), text) << "this is what it is for";
+    setUpForm(&form);
+    field.setText(text);
+    parts.setText(text);
+    date.setText(text);
+    EXPECT_EQ(field.text(), text);
+    EXPECT_EQ(parts.text(), text);
+    EXPECT_EQ(date.text(), text);
 }
 
 TEST_F(FormHelpersTest, TagsAreTextsAndEmptyAtFirst)

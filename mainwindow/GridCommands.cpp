@@ -1,0 +1,62 @@
+#include "mainwindow/GridCommands.h"
+
+#include "mainwindow/Pages.h"
+#include "ui_frmSMS.h"
+
+#include <QEvent>
+#include <algorithm>
+#include <array>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+GridCommands::GridCommands(Ui::frmSMS& ui, QObject* parent)
+    : QObject(parent)
+    , m_ui(ui)
+{
+    m_ui.gridPanel->installEventFilter(this);
+}
+
+void GridCommands::arrange()
+{
+    const std::array<QPushButton*, 4> commands{m_ui.cmdSelAll, m_ui.cmdDeSelAll, m_ui.cmdSelezionaEvidenziati,
+                                               m_ui.Cmd_DeselezionaEvidenziati};
+    QGridLayout* grid = m_ui.gridSelezione;
+    const QMargins margins = m_ui.gridPanel->layout()->contentsMargins();
+    const int room = m_ui.gridPanel->width() - margins.left() - margins.right();
+    const auto widthIn = [&](std::size_t columns) {
+        int width = columns > 1 ? m_ui.cmdProsegui1->sizeHint().width() : -grid->horizontalSpacing();
+        for (std::size_t column = 0; column < columns; ++column) {
+            int widest = 0;
+            for (std::size_t i = column; i < commands.size(); i += columns)
+                widest = std::max(widest, commands[i]->sizeHint().width());
+            width += widest + grid->horizontalSpacing();
+        }
+        return width;
+    };
+    // Without this the captions of a whole row would be what the splitter cannot go below.
+    m_ui.gridPanel->setMinimumWidth(widthIn(1) + margins.left() + margins.right());
+    const std::size_t columns = widthIn(4) <= room ? 4 : widthIn(2) <= room ? 2 : 1;
+    if (columns == m_columns)
+        return;
+    m_columns = columns;
+    const int all = grid->columnCount();
+    for (std::size_t i = 0; i < commands.size(); ++i)
+        grid->addWidget(commands[i], static_cast<int>(i / columns), static_cast<int>(i % columns), 1,
+                        columns > 1 ? 1 : all);
+    const int rows = static_cast<int>(commands.size() / columns);
+    if (columns > 1)
+        grid->addWidget(m_ui.cmdProsegui1, rows - 1, all - 1);
+    else
+        grid->addWidget(m_ui.cmdProsegui1, rows, 0, 1, all, Qt::AlignRight);
+}
+
+bool GridCommands::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_ui.gridPanel && event->type() == QEvent::Resize)
+        trapped(smsProcedure(u"gridPanel_Resize"_s), [&] { arrange(); });
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace zul

@@ -1,0 +1,30 @@
+// The commands under the result grid.
+#pragma once
+
+#include <QObject>
+
+namespace Ui {
+class frmSMS;
+}
+
+namespace zul {
+
+/// They stand in one row, in two, or one below the other: as many in a row as have their whole captions. They
+/// are arranged anew when their panel changes its size.
+class GridCommands : public QObject
+{
+    Q_OBJECT
+
+public:
+    GridCommands(Ui::frmSMS& ui, QObject* parent);
+
+    void arrange();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    Ui::frmSMS& m_ui;
+    std::size_t m_columns = 0; ///< 0: not arranged yet
+};
+
+} // namespace zul

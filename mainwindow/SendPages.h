@@ -1,0 +1,52 @@
+// The pages "Tipo di invio" and "Prepara per invio" of the main window: what is offered, the checks before
+// preparation, and the run itself.
+#pragma once
+
+#include "messages/SendChoices.h"
+
+#include <QObject>
+
+class QWidget;
+
+namespace Ui {
+class frmSMS;
+}
+
+namespace zul {
+
+class ComponentObject;
+
+class SendPages : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param form owner of the messages
+    SendPages(Ui::frmSMS& ui, QWidget* form);
+
+    /// The object that showed the form: asked for the user id; not owned.
+    void setRefToClass(ComponentObject* object) { m_SmsCreator = object; }
+
+    /// Which message kinds the send page offers.
+    void InitTipoMessaggio(bool showSendSms, bool showSendMail, bool showPushNotify);
+
+    /// Whether a preparation of this showing ended well: its closing message was shown.
+    bool somethingPrepared() const { return m_somethingPrepared; }
+
+private:
+    SendChoices choices() const;
+    bool somebodyIsMarked() const;
+    void cmdProsegui2_Click();
+    void PreparaInvioMessaggi();
+    /// False when a run broke off, or failed and is in the log.
+    bool CreateSMS(bool clearMarks);
+    bool CreateMAIL(bool clearMarks);
+    bool preparePush();
+
+    Ui::frmSMS& m_ui;
+    QWidget* m_form;
+    ComponentObject* m_SmsCreator = nullptr;
+    bool m_somethingPrepared = false;
+};
+
+} // namespace zul
