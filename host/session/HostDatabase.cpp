@@ -2,9 +2,9 @@
 
 #include "base/DateText.h"
 #include "host/database/Decimal.h"
-#include "host/database/OdbcEngine.h"
 #include "host/database/Recordset.h"
-#include "host/database/SqliteEngine.h"
+#include "host/database/odbc/OdbcEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 #include "host/demo/DemoData.h"
 #include "host/services/SqlConnection.h"
 

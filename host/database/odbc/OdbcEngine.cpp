@@ -1,11 +1,11 @@
-#include "host/database/OdbcEngine.h"
+#include "host/database/odbc/OdbcEngine.h"
 
 #include "base/DateText.h"
 #include "host/database/Decimal.h"
 #include "host/database/Names.h"
-#include "host/database/OdbcConnection.h"
 #include "host/database/OwnTransaction.h"
 #include "host/database/Schema.h"
+#include "host/database/odbc/OdbcConnection.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,7 +2,7 @@
 // The embedded engine: SQLite behind the seam, with the Transact-SQL of the component read by the dialect
 // layer. Begin takes the write lock at once, so that a transaction never fails half-way for want of it.
 #include "host/database/Engine.h"
-#include "host/database/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteDatabase.h"
 #include "host/dialect/Dialect.h"
 
 namespace zul::host {

@@ -1,8 +1,8 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include "host/database/Schema.h"
-#include "host/database/SqliteDatabase.h"
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteEngine.h"
 
 #include <filesystem>
 #include <fstream>

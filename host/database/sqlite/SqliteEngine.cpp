@@ -1,4 +1,4 @@
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 
 #include "host/database/Names.h"
 #include "host/database/Schema.h"

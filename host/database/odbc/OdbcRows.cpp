@@ -1,11 +1,11 @@
 // Rows by ODBC: blocks of rows into bound arrays where every value has a bounded size, one value after another
 // where a row holds long texts.
-#include "host/database/OdbcConnection.h"
+#include "host/database/odbc/OdbcConnection.h"
 
 #include "base/DateText.h"
 #include "host/database/Decimal.h"
 #include "host/database/RowStore.h"
-#include "host/database/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteDatabase.h"
 
 #include <algorithm>
 #include <array>

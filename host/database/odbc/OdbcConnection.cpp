@@ -1,4 +1,4 @@
-#include "host/database/OdbcConnection.h"
+#include "host/database/odbc/OdbcConnection.h"
 
 #include "base/DateText.h"
 #include "host/database/Names.h"

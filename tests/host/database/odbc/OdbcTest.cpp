@@ -2,7 +2,7 @@
 #include "tests/host/database/Backends.h"
 #include "tests/host/database/PostgresServer.h"
 
-#include "host/database/OdbcEngine.h"
+#include "host/database/odbc/OdbcEngine.h"
 #include "host/demo/DemoData.h"
 
 using namespace zul::host;

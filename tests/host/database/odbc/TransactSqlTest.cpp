@@ -5,9 +5,9 @@
 #include "tests/host/tds/StandIn.h"
 
 #include "base/DateText.h"
-#include "host/database/OdbcEngine.h"
 #include "host/database/Recordset.h"
 #include "host/database/Session.h"
+#include "host/database/odbc/OdbcEngine.h"
 
 #include "automation/Variant.h"
 

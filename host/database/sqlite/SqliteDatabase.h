@@ -4,8 +4,8 @@
 // A connection belongs to one thread; it was opened without the library's own locks. Texts are UTF-8.
 #include "host/database/Engine.h"
 #include "host/database/EngineError.h"
-#include "host/database/TextColumn.h"
 #include "host/database/Value.h"
+#include "host/database/sqlite/TextColumn.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,4 +1,4 @@
-#include "host/database/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteDatabase.h"
 
 #include "base/DateText.h"
 
