@@ -2,6 +2,7 @@
 
 #include "host/database/Names.h"
 #include "host/database/VariantValue.h"
+#include "host/database/products/Product.h"
 
 #include <algorithm>
 
@@ -228,18 +229,18 @@ HRESULT Recordset::FieldName(LONG index, BSTR* name)
 
 Variant Recordset::currentValue(std::size_t column) const
 {
-    const ColumnType type = m_columns[column].type;
+    const ColumnInfo& info = m_columns[column];
     for (const Pending& pending : m_pending) {
         if (pending.column == column)
-            return variantOf(pending.stored, type);
+            return variantOf(pending.stored, info);
     }
     if (m_adding)
         return Variant::null();
     if (m_onAddedRow)
-        return variantOf(m_added[column], type);
+        return variantOf(m_added[column], info);
     if (m_cells == nullptr)
         throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end and has no current row");
-    return variantOf(m_cells[column], type);
+    return variantOf(m_cells[column], info);
 }
 
 HRESULT Recordset::get_Value(VARIANT field, VARIANT* value)
@@ -351,14 +352,14 @@ const std::string& Recordset::insertStatement()
         columns.push_back(pending.column);
     if (!m_insertSql.empty() && columns == m_insertColumns)
         return m_insertSql;
-    const Engine& engine = *m_session->engine;
+    const Product& product = m_session->engine->product();
     std::string names;
     std::string marks;
     for (const std::size_t column : columns) {
-        names += (names.empty() ? "" : ", ") + engine.quotedName(m_columns[column].baseName);
+        names += (names.empty() ? "" : ", ") + product.quotedName(m_columns[column].baseName);
         marks += marks.empty() ? "?" : ", ?";
     }
-    m_insertSql = "INSERT INTO " + engine.tableName(m_source.table);
+    m_insertSql = "INSERT INTO " + product.tableName(m_source.table);
     m_insertSql += columns.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + marks + ")";
     m_insertColumns = std::move(columns);
     return m_insertSql;
@@ -389,11 +390,11 @@ const RowIdentity& Recordset::identity()
 
 void Recordset::updatePending()
 {
-    const Engine& engine = *m_session->engine;
+    const Product& product = m_session->engine->product();
     std::vector<Value> parameters;
-    std::string sql = "UPDATE " + engine.tableName(m_source.table) + " SET ";
+    std::string sql = "UPDATE " + product.tableName(m_source.table) + " SET ";
     for (std::size_t i = 0; i < m_pending.size(); ++i) {
-        sql += (i > 0 ? ", " : "") + engine.quotedName(m_columns[m_pending[i].column].baseName) + " = ?";
+        sql += (i > 0 ? ", " : "") + product.quotedName(m_columns[m_pending[i].column].baseName) + " = ?";
         parameters.push_back(m_pending[i].stored);
     }
     // The row is found by its key when the row set has all of it, else by the hidden column, else by everything
@@ -418,13 +419,13 @@ void Recordset::updatePending()
     }
     for (std::size_t i = 0; i < where.size(); ++i) {
         const ColumnInfo& column = m_columns[where[i]];
-        const std::string name = engine.quotedName(column.baseName);
+        const std::string name = product.quotedName(column.baseName);
         sql += i == 0 ? " WHERE " : " AND ";
-        Value old = valueOf(m_cells[where[i]], column.type);
+        Value old = valueOf(m_cells[where[i]], column);
         if (std::holds_alternative<std::monostate>(old)) {
             sql += name + " IS NULL";
         } else {
-            sql += byKey ? name + " = ?" : engine.sameValue(column);
+            sql += byKey ? name + " = ?" : product.sameValue(column);
             parameters.push_back(std::move(old));
         }
     }

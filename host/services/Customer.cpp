@@ -1,6 +1,7 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
+#include "host/database/Cell.h"
 #include "host/services/CustomerData.h"
 #include "host/services/Services.h"
 
@@ -12,14 +13,7 @@ constexpr std::u16string_view sourceName = u"Zul_Host.Customer";
 
 std::u16string textOf(const ZulCell& cell)
 {
-    if (cell.Kind != CellText)
-        return {};
-    return utf16FromUtf8({reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)});
-}
-
-std::int64_t numberOf(const ZulCell& cell)
-{
-    return cell.Kind == CellInteger || cell.Kind == CellBoolean ? std::int64_t{cell.Integer} : 0;
+    return utf16FromUtf8(cellText(cell));
 }
 
 class Customer final : public ComObject<Dispatching<ICustomer>>
@@ -143,9 +137,9 @@ std::optional<CustomerData> readCustomer(Engine& engine, std::int64_t id)
     data.email = textOf(cells[5]);
     if (cells[6].Kind == CellDate)
         data.birth = cells[6].Real;
-    data.smsConsent = numberOf(cells[7]) != 0;
-    data.emailConsent = numberOf(cells[8]) != 0;
-    data.classification = numberOf(cells[9]);
+    data.smsConsent = cellNumber(cells[7]) != 0;
+    data.emailConsent = cellNumber(cells[8]) != 0;
+    data.classification = cellNumber(cells[9]);
     return data;
 }
 

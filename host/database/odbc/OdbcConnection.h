@@ -1,19 +1,8 @@
 #pragma once
-// Handles, diagnostics, parameters and row-array fetching of ODBC. Private to OdbcEngine.
+// A connection of ODBC. Private to OdbcEngine.
 #include "host/database/Engine.h"
-
-// The automation types stand already. Away from Windows, ODBC's headers bring stand-ins of their own, of which
-// one is of another size; it gets another name here.
-#ifdef _WIN32
-#include <windows.h>
-#else
-#define ULONG ODBC_ULONG
-#endif
-#include <sql.h>
-#include <sqlext.h>
-#ifndef _WIN32
-#undef ULONG
-#endif
+#include "host/database/odbc/OdbcApi.h"
+#include "host/database/odbc/OdbcStatement.h"
 
 #include <chrono>
 #include <functional>
@@ -24,60 +13,7 @@
 
 namespace zul::host {
 
-class OdbcConnection;
-
-/// A number as ODBC takes the values of attributes: in the place of a pointer.
-inline SQLPOINTER attributeValue(SQLULEN value)
-{
-    return reinterpret_cast<SQLPOINTER>(value); // NOLINT(performance-no-int-to-ptr)
-}
-
-/// A statement handle, freed with its cursor.
-class OdbcStatement
-{
-public:
-    explicit OdbcStatement(OdbcConnection& connection);
-    ~OdbcStatement();
-    OdbcStatement(const OdbcStatement&) = delete;
-    OdbcStatement& operator=(const OdbcStatement&) = delete;
-
-    SQLHSTMT handle() const { return m_handle; }
-    OdbcConnection& connection() const { return m_connection; }
-
-    /// Sends a text without parameters, to the letter.
-    void executeDirect(std::string_view sql);
-
-    /// Takes a text with "?" parameters; executePrepared() runs it, as often as wanted. Transact-SQL is sent with
-    /// its parameters in one call each time: the server keeps the plan by itself, while drivers prepare such a
-    /// statement anew whenever a parameter is bound.
-    void prepare(std::string_view sql);
-    void executePrepared(std::span<const Value> parameters);
-
-    /// Columns of the current result, 0 when it is no rows.
-    int columnCount();
-
-    /// Goes on from results without rows to the next with rows; false when none is left. `affected` grows by
-    /// the rows that the results on the way touched.
-    bool moveToRows(std::int64_t& affected);
-
-    /// Reads what results are left, so that the errors of later statements of a batch show, and closes the
-    /// cursor.
-    void finish(std::int64_t& affected);
-    void closeCursor() noexcept;
-
-    /// Throws what the driver notes of the last call, whatever the call returned, when it is an error and no note.
-    void failAsDiagnosed();
-
-    /// Throws EngineError unless the code is a success. "No data" is one.
-    void check(SQLRETURN code);
-
-private:
-    bool hasMoreResults();
-
-    OdbcConnection& m_connection;
-    SQLHSTMT m_handle = SQL_NULL_HSTMT;
-    std::string m_direct; // empty: prepared by the driver
-};
+class Product;
 
 /// The rows of a running statement; see OdbcRows.cpp.
 class OdbcRows;
@@ -91,7 +27,7 @@ public:
     OdbcConnection& operator=(const OdbcConnection&) = delete;
 
     SQLHDBC handle() const { return m_connection; }
-    Product product() const { return m_product; }
+    const Product& product() const { return *m_product; }
 
     /// How long a server may be silent before it counts as lost; 0: without end.
     std::chrono::seconds patience() const { return m_patience; }
@@ -131,7 +67,7 @@ private:
         std::shared_ptr<OdbcStatement> statement;
     };
 
-    void limitWaiting();
+    void greet();
     void disconnect() noexcept;
 
     std::chrono::seconds m_patience{0};
@@ -141,7 +77,7 @@ private:
     bool m_inTransaction = false;
     bool m_lost = false;
     bool m_closed = false;
-    Product m_product = Product::TransactSql;
+    const Product* m_product;
     OdbcRows* m_streaming = nullptr;
     std::list<Prepared> m_prepared; // the one used last in front
 };

@@ -5,7 +5,7 @@
 #include "base/DateText.h"
 #include "host/database/Decimal.h"
 #include "host/database/RowStore.h"
-#include "host/database/sqlite/SqliteDatabase.h"
+#include "host/database/products/Product.h"
 
 #include <algorithm>
 #include <array>
@@ -78,19 +78,23 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
         result.column.cType = cType;
         result.column.width = width;
     };
+    const auto whole = [&](int bytes) {
+        fixed(ColumnType::Integer, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        result.info.integerBytes = bytes;
+    };
     switch (type) {
     case SQL_BIT:
-        fixed(ColumnType::Boolean, SQL_C_BIT, 1);
+        fixed(ColumnType::Bit, SQL_C_BIT, 1);
         break;
     case SQL_TINYINT:
     case SQL_SMALLINT:
-        fixed(ColumnType::SmallInt, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        whole(2);
         break;
     case SQL_INTEGER:
-        fixed(ColumnType::Integer, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        whole(4);
         break;
     case SQL_BIGINT:
-        fixed(ColumnType::BigInt, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        whole(8);
         break;
     case SQL_REAL:
     case SQL_FLOAT:
@@ -113,9 +117,9 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
                              size > 0 && size <= longestBoundText;
         // Drivers count characters, bytes, or one too few of either: four bytes each, and some room.
         result.column.width = bounded ? static_cast<std::size_t>(size) * 4 + 32 : 0;
-        // SQLite's driver has no decimals; the declaration that it repeats does.
-        if (statement.connection().product() == Product::Sqlite &&
-            columnTypeOf(attributeText(statement.handle(), index, SQL_DESC_TYPE_NAME)) == ColumnType::Decimal)
+        if (statement.connection().product().hidesDecimals() &&
+            dialect::columnTypeOf(attributeText(statement.handle(), index, SQL_DESC_TYPE_NAME)) ==
+                ColumnType::Decimal)
             fixed(ColumnType::Decimal, SQL_C_CHAR, 64);
     }
     }

@@ -6,6 +6,7 @@
 #include "automation/ErrorInfo.h"
 #include "automation/Variant.h"
 #include "base/DateText.h"
+#include "host/database/Cell.h"
 #include "host/database/EngineError.h"
 
 #include <Zul_Host.h>
@@ -85,8 +86,7 @@ public:
                 row += "d" + formatDate(cell.Real);
                 break;
             default:
-                row += "t" + std::string(reinterpret_cast<const char*>(cell.Text),
-                                         static_cast<std::size_t>(cell.Length));
+                row += "t" + std::string(cellText(cell));
             }
         }
         rows.push_back(std::move(row));

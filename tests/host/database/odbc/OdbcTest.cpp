@@ -2,17 +2,13 @@
 #include "tests/host/database/Backends.h"
 #include "tests/host/database/PostgresServer.h"
 
+#include "host/database/Cell.h"
 #include "host/database/odbc/OdbcEngine.h"
 #include "host/demo/DemoData.h"
 
 using namespace zul::host;
 
 namespace {
-
-std::string textOf(const ZulCell& cell)
-{
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
-}
 
 class PostgresTest : public ::testing::Test
 {
@@ -118,7 +114,7 @@ TEST_F(PostgresTest, GoesOnWithAStreamWhileOtherStatementsRun)
         m_engine->execute("UPDATE t SET b = 'x' WHERE a = 1", Language::Native);
         EXPECT_EQ(rows->cells()[0].Integer, 1500);
         if (rows->columns().size() > 1) {
-            EXPECT_EQ(textOf(rows->cells()[1]), "riga 1500");
+            EXPECT_EQ(cellText(rows->cells()[1]), "riga 1500");
         }
         const auto second = m_engine->query(sql, Language::Native);
         ASSERT_TRUE(second->next());
@@ -154,7 +150,7 @@ TEST_F(PostgresTest, TakesTextsWithWhatOdbcReadsAsEscapes)
     m_engine->execute("INSERT INTO t VALUES ('{Cliente} {d ''2024-01-01''} ? {fn now()}')", Language::Native);
     const auto rows = m_engine->query("SELECT a FROM t", Language::Native);
     ASSERT_TRUE(rows->next());
-    EXPECT_EQ(textOf(rows->cells()[0]), "{Cliente} {d '2024-01-01'} ? {fn now()}");
+    EXPECT_EQ(cellText(rows->cells()[0]), "{Cliente} {d '2024-01-01'} ? {fn now()}");
 }
 
 TEST_F(PostgresTest, HoldsTheDemonstrationToo)
@@ -197,7 +193,7 @@ TEST_F(SqliteOdbcTest, ReadsOnWhereTheDriverSaysTooSmallASize)
     for (int i = 1; i <= 20; ++i) {
         ASSERT_TRUE(rows->next());
         EXPECT_EQ(rows->cells()[0].Integer, i);
-        EXPECT_EQ(textOf(rows->cells()[1]), i < 15 ? std::string("à") : std::string(5000, 'x'));
+        EXPECT_EQ(cellText(rows->cells()[1]), i < 15 ? std::string("à") : std::string(5000, 'x'));
     }
     EXPECT_FALSE(rows->next());
 }
