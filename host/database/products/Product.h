@@ -27,6 +27,8 @@ public:
 
     /// A column's name as it stands in a native statement.
     virtual std::string quotedName(std::string_view name) const = 0;
+    /// The same in a statement of the component's.
+    virtual std::string nameInSource(std::string_view name) const { return quotedName(name); }
     /// A table's name, as it stands in the component's statement, as it stands in a native one.
     virtual std::string tableName(std::string_view asWritten) const { return std::string(asWritten); }
     /// A value as it stands in a statement.

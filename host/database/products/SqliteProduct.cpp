@@ -84,6 +84,9 @@ public:
 class EmbeddedSqliteProduct final : public SqliteProduct
 {
 public:
+    // The dialect layer reads it.
+    std::string nameInSource(std::string_view name) const override { return enclosed(name, '[', ']'); }
+
     // One statement, so that it is atomic on its own and within a transaction alike.
     std::string raiseCounter(std::string_view table, std::string_view key) const override
     {
