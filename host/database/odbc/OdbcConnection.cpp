@@ -44,6 +44,7 @@ OdbcConnection::OdbcConnection(const std::string& connectionString, std::chrono:
         // FreeTDS speaks to servers of Transact-SQL only, whatever they call themselves.
         if (!namesFreeTds(full))
             m_product = &productNamed(info(SQL_DBMS_NAME));
+        SQLGetInfo(m_connection, SQL_GETDATA_EXTENSIONS, &m_readAgain, sizeof m_readAgain, nullptr);
         if (m_product->limitsSilence())
             m_patience = patience;
         greet();

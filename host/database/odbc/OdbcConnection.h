@@ -5,7 +5,6 @@
 #include "host/database/odbc/OdbcStatement.h"
 
 #include <chrono>
-#include <functional>
 #include <list>
 #include <memory>
 #include <string>
@@ -35,6 +34,11 @@ public:
     /// A text of SQLGetInfo, empty when the driver has none.
     std::string info(SQLUSMALLINT what) const;
     SQLUSMALLINT shortInfo(SQLUSMALLINT what) const;
+
+    /// Whether the driver gives a value again, from its beginning, that it brought into a place that was too small for
+    /// it; and whether also in a block of several rows.
+    bool readsBoundValues() const { return (m_readAgain & SQL_GD_BOUND) != 0; }
+    bool readsWithinBlocks() const { return (m_readAgain & SQL_GD_BLOCK) != 0; }
 
     /// Undoes an open transaction and takes no more statements. The handles stay until nobody holds on to
     /// statements: the driver manager does not survive a call on a statement whose connection was taken away.
@@ -78,14 +82,13 @@ private:
     bool m_lost = false;
     bool m_closed = false;
     const Product* m_product;
+    SQLUINTEGER m_readAgain = 0; // SQL_GETDATA_EXTENSIONS
     OdbcRows* m_streaming = nullptr;
     std::list<Prepared> m_prepared; // the one used last in front
 };
 
-/// Opens the rows of a statement that was run and stands on a result with rows. `repeat` runs it again, for
-/// values that turn out longer than the driver said.
-std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement,
-                                        std::function<void()> repeat);
+/// Opens the rows of a statement that was run and stands on a result with rows.
+std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement);
 
 /// The rest of a stream, read into memory; called by OdbcConnection.
 void bufferOdbcRows(OdbcRows& rows);

@@ -60,11 +60,7 @@ Outcome OdbcEngine::run(std::string_view sql, Language)
     Outcome outcome;
     if (!statement->moveToRows(outcome.affected))
         return outcome;
-    outcome.rows = openOdbcRows(statement, [handle = statement.get(), text = std::string(sql)] {
-        std::int64_t ignored = 0;
-        handle->executeDirect(text);
-        handle->moveToRows(ignored);
-    });
+    outcome.rows = openOdbcRows(statement);
     return outcome;
 }
 
@@ -84,10 +80,7 @@ std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language lang
         std::int64_t ignored = 0;
         if (!statement->moveToRows(ignored))
             throw EngineError(ErrorCode::Statement, "the statement gives no rows");
-        return openOdbcRows(statement, [handle = statement.get(),
-                                        values = std::vector<Value>(parameters.begin(), parameters.end())] {
-            handle->executePrepared(values);
-        });
+        return openOdbcRows(statement);
     } catch (...) {
         m_connection->forget(*statement);
         throw;
@@ -214,7 +207,7 @@ bool OdbcEngine::readCatalogueKey(std::string_view table, std::vector<std::strin
             statement->check(code);
         return false;
     }
-    const auto rows = openOdbcRows(statement, [] {});
+    const auto rows = openOdbcRows(statement);
     while (rows->next())
         columns.emplace_back(cellText(rows->cells()[3]));
     return true;
@@ -257,7 +250,7 @@ bool OdbcEngine::hasTable(std::string_view name)
     if (code == SQL_NO_DATA)
         return false;
     // The name is a pattern to the driver, in which "_" stands for any character.
-    const auto rows = openOdbcRows(statement, [] {});
+    const auto rows = openOdbcRows(statement);
     while (rows->next()) {
         if (sameName(cellText(rows->cells()[2]), wanted))
             return true;

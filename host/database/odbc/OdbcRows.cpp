@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <functional>
 #include <optional>
 
 namespace zul::host {
@@ -131,10 +130,9 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
 class OdbcRows final : public RowStream
 {
 public:
-    OdbcRows(std::shared_ptr<OdbcStatement> statement, std::function<void()> repeat)
+    explicit OdbcRows(std::shared_ptr<OdbcStatement> statement)
         : m_connection(statement->connection())
         , m_statement(std::move(statement))
-        , m_repeat(std::move(repeat))
     {
         const int count = m_statement->columnCount();
         for (int i = 1; i <= count; ++i) {
@@ -145,8 +143,13 @@ public:
         m_cells.resize(m_columns.size());
         const bool bounded =
             std::all_of(m_data.begin(), m_data.end(), [](const Column& column) { return column.width > 0; });
+        const bool hasTexts = std::any_of(m_data.begin(), m_data.end(),
+                                          [](const Column& column) { return column.cType == SQL_C_CHAR; });
+        // A driver that gives a cut value again, but not within a block, is not asked for blocks.
+        if (hasTexts && m_connection.readsBoundValues() && !m_connection.readsWithinBlocks())
+            m_largestBlock = 1;
         if (bounded)
-            bindBlock(firstBlock);
+            bindBlock(std::min(firstBlock, m_largestBlock));
         m_connection.setStreaming(this);
     }
 
@@ -212,7 +215,6 @@ private:
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
         m_statement.reset();
-        m_repeat = nullptr;
     }
 
     void bindBlock(std::size_t atMost)
@@ -258,7 +260,7 @@ private:
             ++m_row;
         } else {
             if (m_delivered == firstBlock && m_blockRows == firstBlock)
-                bindBlock(largestBlock);
+                bindBlock(m_largestBlock);
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());
@@ -270,10 +272,8 @@ private:
             m_statement->check(code);
         }
         for (std::size_t i = 0; i < m_data.size(); ++i) {
-            if (!readBound(i)) {
-                readOnByValue();
-                return fetchByValue();
-            }
+            if (!readBound(i))
+                readWhole(i);
         }
         ++m_delivered;
         return true;
@@ -331,17 +331,34 @@ private:
         }
     }
 
-    // The driver said too small a size. The statement is run again, its rows are read value by value, and those
-    // that were delivered already are passed over.
-    void readOnByValue()
+    // The driver said too small a size: the value is read once more, where it stands. Running the statement again would
+    // do again what else it does, and bring its rows in any order.
+    void readWhole(std::size_t index)
     {
-        m_statement->closeCursor();
-        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
-        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
-        m_blockRows = 0;
-        m_repeat();
-        for (std::size_t i = 0; i < m_delivered; ++i)
-            m_statement->check(SQLFetch(m_statement->handle()));
+        Column& column = m_data[index];
+        const bool inBlock = m_blockRows > 1;
+        if (!m_connection.readsBoundValues() || (inBlock && !m_connection.readsWithinBlocks()))
+            failToRead(index);
+        if (inBlock)
+            m_statement->check(SQLSetPos(m_statement->handle(), m_row + 1, SQL_POSITION, SQL_LOCK_NO_CHANGE));
+        readValue(index);
+        // What came must be this value.
+        const SQLLEN length = column.lengths[m_row];
+        const char* const cut = column.data.data() + column.width * m_row;
+        const bool isSame =
+            m_cells[index].Kind != CellNull && column.text.size() >= column.width - 1 &&
+            (length == SQL_NO_TOTAL || column.text.size() == static_cast<std::size_t>(length)) &&
+            std::memcmp(column.text.data(), cut, column.width - 1) == 0;
+        if (!isSame)
+            failToRead(index);
+    }
+
+    [[noreturn]] void failToRead(std::size_t index) const
+    {
+        throw EngineError(
+            ErrorCode::Unspecified,
+            "a value of the column " + m_columns[index].name +
+                " is longer than the driver says of the column, and the driver gives only its beginning");
     }
 
     bool fetchByValue()
@@ -399,10 +416,10 @@ private:
 
     OdbcConnection& m_connection;
     std::shared_ptr<OdbcStatement> m_statement; // null once the rows are at their end or in memory
-    std::function<void()> m_repeat;
     std::vector<ColumnInfo> m_columns;
     std::vector<Column> m_data;
     std::vector<ZulCell> m_cells;
+    std::size_t m_largestBlock = largestBlock;
     std::size_t m_blockRows = 0; // 0: value by value
     SQLULEN m_fetched = 0;
     SQLULEN m_row = 0;
@@ -413,10 +430,9 @@ private:
     std::size_t m_bufferRow = 0;
 };
 
-std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement,
-                                        std::function<void()> repeat)
+std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement)
 {
-    return std::make_unique<OdbcRows>(std::move(statement), std::move(repeat));
+    return std::make_unique<OdbcRows>(std::move(statement));
 }
 
 void bufferOdbcRows(OdbcRows& rows)

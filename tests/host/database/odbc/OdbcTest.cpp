@@ -182,6 +182,34 @@ TEST_F(PostgresTest, HoldsTheDemonstrationToo)
     EXPECT_EQ(one("SELECT COUNT(*) FROM tabClienti"), "300");
 }
 
+TEST_F(PostgresTest, ReadsAValueThatIsLongerThanTheDriverSaysWithoutRunningTheStatementAgain)
+{
+    m_engine->execute("CREATE TABLE t (a int)", Language::Native);
+    // The values stand in blocks of rows, short ones beside long ones; the rows have no order.
+    const Outcome outcome = m_engine->run("INSERT INTO t SELECT n FROM generate_series(1, 3000) AS n;"
+                                          " SELECT a, CAST(CASE WHEN a % 7 = 0 THEN repeat('è', 2500) || a "
+                                          "ELSE 'breve ' || a END AS varchar) AS b,"
+                                          " a AS c FROM t",
+                                          Language::Native);
+    ASSERT_TRUE(outcome.rows);
+    int rows = 0;
+    std::string expected;
+    while (outcome.rows->next()) {
+        const std::int64_t a = outcome.rows->cells()[0].Integer;
+        expected.clear();
+        for (int i = 0; a % 7 == 0 && i < 2500; ++i)
+            expected += "è";
+        expected += (a % 7 == 0 ? "" : "breve ") + std::to_string(a);
+        ASSERT_EQ(cellText(outcome.rows->cells()[1]), expected);
+        ASSERT_EQ(outcome.rows->cells()[2].Integer, a);
+        ++rows;
+    }
+    EXPECT_EQ(rows, 3000);
+    const auto count = m_engine->query("SELECT COUNT(*) FROM t", Language::Native);
+    ASSERT_TRUE(count->next());
+    EXPECT_EQ(cellNumber(count->cells()[0]), 3000);
+}
+
 TEST_F(SqliteOdbcTest, ReadsOnWhereTheDriverSaysTooSmallASize)
 {
     m_engine->execute("CREATE TABLE t (a int, b varchar(3))", Language::Native);
@@ -196,6 +224,19 @@ TEST_F(SqliteOdbcTest, ReadsOnWhereTheDriverSaysTooSmallASize)
         EXPECT_EQ(cellText(rows->cells()[1]), i < 15 ? std::string("à") : std::string(5000, 'x'));
     }
     EXPECT_FALSE(rows->next());
+    // With a parameter, and while another statement runs, too.
+    const std::vector<Value> from{std::int64_t{14}};
+    const auto some = m_engine->query("SELECT b, a FROM t WHERE a >= ? ORDER BY a", Language::Native, from);
+    for (int i = 14; i <= 20; ++i) {
+        ASSERT_TRUE(some->next());
+        EXPECT_EQ(cellText(some->cells()[0]).size(), i < 15 ? 2U : 5000U);
+        if (i == 15) {
+            EXPECT_EQ(m_engine->execute("UPDATE t SET b = 'y' WHERE a > 15", Language::Native), 5);
+        }
+        EXPECT_EQ(cellText(some->cells()[0]).size(), i < 15 ? 2U : 5000U);
+        EXPECT_EQ(some->cells()[1].Integer, i);
+    }
+    EXPECT_FALSE(some->next());
 }
 
 TEST(OdbcConnection, SaysWhyItCannotConnect)
