@@ -16,21 +16,14 @@ std::u16string textOf(const ZulCell& cell)
     return utf16FromUtf8(cellText(cell));
 }
 
-class Customer final : public ComObject<Dispatching<ICustomer>>
+class Customer final : public ComObject<Dispatching<ICustomer>, ICustomerData>
 {
 public:
     explicit Customer(SessionPtr session)
         : m_session(std::move(session))
     {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override
-    {
-        if (object != nullptr && riid == customerDataId) {
-            *object = &m_data;
-            return S_OK;
-        }
-        return ComObject::QueryInterface(riid, object);
-    }
+    const CustomerData& STDMETHODCALLTYPE customerData() const override { return m_data; }
 
     HRESULT STDMETHODCALLTYPE Init(LONG idCliente, _SqlConnection* connection) override
     {
@@ -112,9 +105,6 @@ private:
 };
 
 } // namespace
-
-// {7A1F6D0C-52E5-4C7E-9B0B-0E5A3C7D41B2}
-const GUID customerDataId = {0x7a1f6d0c, 0x52e5, 0x4c7e, {0x9b, 0x0b, 0x0e, 0x5a, 0x3c, 0x7d, 0x41, 0xb2}};
 
 std::optional<CustomerData> readCustomer(Engine& engine, std::int64_t id)
 {
