@@ -1,5 +1,7 @@
 #include "automation/ConnectionPoints.h"
 
+#include "automation/Enumerator.h"
+
 #include <algorithm>
 #include <new>
 
@@ -7,80 +9,20 @@ namespace zul {
 
 namespace {
 
-// An enumerator over a list that was copied when it was made.
-template <typename Interface, typename Item, typename Raw, void (*HandOut)(const Item&, Raw&)>
-class Enumerator final : public ComObject<Interface>
-{
-public:
-    explicit Enumerator(std::vector<Item> items, std::size_t position = 0)
-        : m_items(std::move(items))
-        , m_position(position)
-    {}
-
-    HRESULT STDMETHODCALLTYPE Next(ULONG count, Raw* items, ULONG* fetched) override
-    {
-        if (fetched != nullptr) {
-            *fetched = 0;
-        }
-        if (items == nullptr || (fetched == nullptr && count != 1)) {
-            return E_POINTER;
-        }
-        ULONG given = 0;
-        for (; given < count && m_position < m_items.size(); ++given) {
-            HandOut(m_items[m_position++], items[given]);
-        }
-        if (fetched != nullptr) {
-            *fetched = given;
-        }
-        return given == count ? S_OK : S_FALSE;
-    }
-
-    HRESULT STDMETHODCALLTYPE Skip(ULONG count) override
-    {
-        const std::size_t left = m_items.size() - m_position;
-        m_position += std::min<std::size_t>(count, left);
-        return count <= left ? S_OK : S_FALSE;
-    }
-
-    HRESULT STDMETHODCALLTYPE Reset() override
-    {
-        m_position = 0;
-        return S_OK;
-    }
-
-    HRESULT STDMETHODCALLTYPE Clone(Interface** copy) override
-    {
-        if (copy == nullptr) {
-            return E_POINTER;
-        }
-        *copy = nullptr;
-        try {
-            *copy = makeCom<Enumerator>(m_items, m_position).detach();
-            return S_OK;
-        } catch (...) {
-            return E_OUTOFMEMORY;
-        }
-    }
-
-private:
-    std::vector<Item> m_items;
-    std::size_t m_position;
-};
-
 struct AdvisedSink
 {
     DWORD cookie;
     ComPtr<IUnknown> sink;
 };
 
-void handOutPoint(const ComPtr<IConnectionPoint>& point, IConnectionPoint*& raw)
+HRESULT handOutPoint(const ComPtr<IConnectionPoint>& point, IConnectionPoint*& raw)
 {
-    point.copyTo(&raw);
+    return point.copyTo(&raw);
 }
-void handOutSink(const AdvisedSink& advised, CONNECTDATA& raw)
+HRESULT handOutSink(const AdvisedSink& advised, CONNECTDATA& raw)
 {
     raw.dwCookie = advised.cookie;
-    advised.sink.copyTo(&raw.pUnk);
+    return advised.sink.copyTo(&raw.pUnk);
 }
 
 using PointEnumerator =

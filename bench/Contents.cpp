@@ -1,6 +1,6 @@
 #include "bench/Contents.h"
 
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 #include "host/session/HostDatabase.h"
 
 #include <array>

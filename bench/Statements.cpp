@@ -1,7 +1,7 @@
 #include "bench/LoadedGrid.h"
 #include "bench/Runs.h"
 #include "controls/notices/OutcomeList.h"
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 #include "mainwindow/FormAdapters.h"
 #include "messages/CreateMAIL.h"
 #include "messages/CreateSMS.h"

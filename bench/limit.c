@@ -9,6 +9,8 @@
 // Prints one line a run: "wall NANOSECONDS cpu NANOSECONDS rows NUMBER", and "peak KIBIBYTES" at the end.
 #include "bench/limit.h"
 
+#include "host/database/sqlite/ConnectionSettings.h"
+
 #include <inttypes.h>
 #include <sqlite3.h>
 #include <stdbool.h>
@@ -141,13 +143,8 @@ static void openDatabase(const char* path)
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     if (sqlite3_open_v2(path, &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, NULL) != SQLITE_OK)
         fail(path);
-    run("PRAGMA journal_mode=WAL");
-    run("PRAGMA synchronous=NORMAL");
-    run("PRAGMA foreign_keys=OFF");
-    run("PRAGMA cache_size=-65536");
-    run("PRAGMA temp_store=MEMORY");
-    run("PRAGMA mmap_size=268435456");
-    run("PRAGMA wal_autocheckpoint=4096");
+    for (const char* const* setting = zulConnectionSettings; *setting != NULL; ++setting)
+        run(*setting);
     if (limitRegisterFunctions(database) != SQLITE_OK)
         fail("functions");
 }

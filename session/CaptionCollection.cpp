@@ -1,5 +1,6 @@
 #include "session/CaptionCollection.h"
 
+#include "automation/Enumerator.h"
 #include "automation/ErrorInfo.h"
 #include "base/CaseFold.h"
 
@@ -32,54 +33,13 @@ Variant plain(const VARIANT* argument)
     return value;
 }
 
-/// Enumerates copies of the values as they stood when it was made.
-class ValueEnumerator final : public ComObject<IEnumVARIANT>
+HRESULT handOutCopy(const Variant& value, VARIANT& raw)
 {
-public:
-    explicit ValueEnumerator(std::vector<Variant> values, std::size_t next = 0)
-        : m_values(std::move(values))
-        , m_next(next)
-    {}
+    VariantInit(&raw);
+    return VariantCopy(&raw, &value);
+}
 
-    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) override
-    {
-        if (values == nullptr || (fetched == nullptr && count != 1))
-            return E_POINTER;
-        ULONG given = 0;
-        for (; given < count && m_next < m_values.size(); ++given, ++m_next) {
-            VariantInit(&values[given]);
-            VariantCopy(&values[given], &m_values[m_next]);
-        }
-        if (fetched != nullptr)
-            *fetched = given;
-        return given == count ? S_OK : S_FALSE;
-    }
-
-    HRESULT STDMETHODCALLTYPE Skip(ULONG count) override
-    {
-        const std::size_t left = m_values.size() - m_next;
-        m_next += std::min<std::size_t>(count, left);
-        return count <= left ? S_OK : S_FALSE;
-    }
-
-    HRESULT STDMETHODCALLTYPE Reset() override
-    {
-        m_next = 0;
-        return S_OK;
-    }
-
-    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) override
-    {
-        if (copy == nullptr)
-            return E_POINTER;
-        *copy = nullptr;
-        return comGuard({}, [&] { *copy = makeCom<ValueEnumerator>(m_values, m_next).detach(); });
-    }
-
-private:
-    std::vector<Variant> m_values;
-    std::size_t m_next;
-};
+using ValueEnumerator = Enumerator<IEnumVARIANT, Variant, VARIANT, handOutCopy>;
 
 } // namespace
 

@@ -16,13 +16,7 @@
 
 namespace zul::host {
 
-/// The database products whose data definition we write.
-enum class Product
-{
-    Sqlite,
-    TransactSql,
-    PostgreSql
-};
+class Product;
 
 /// What a statement is written in: the component's Transact-SQL, which an engine may have to translate, or the
 /// engine's own language, which reaches it unchanged. Parameters are "?" in both.
@@ -93,21 +87,8 @@ public:
     virtual void rollback() = 0;
     virtual bool inTransaction() const = 0;
 
-    /// A column's name as it stands in a native statement.
-    virtual std::string quotedName(std::string_view name) const = 0;
-
-    /// A table's name, as it stands in the component's statement, as it stands in a native one.
-    virtual std::string tableName(std::string_view asWritten) const = 0;
-
     /// How the rows of a table are told apart; table as it stands in a statement, brackets allowed.
     virtual RowIdentity rowIdentity(std::string_view table) = 0;
-
-    /// The condition, in a native statement, that a column of a table without a key still holds what was read
-    /// from it and is given as the parameter "?".
-    virtual std::string sameValue(const ColumnInfo& column) const
-    {
-        return quotedName(column.baseName) + " = ?";
-    }
 
     /// The next free id of a table's key, from 1: one more than the largest that was ever given or stands in
     /// the table, reserved before any other process can have it.
@@ -118,8 +99,8 @@ public:
     /// Called after many rows were written, so that the next statements are planned well.
     virtual void refreshStatistics() {}
 
-    /// Whose data definition language this is.
-    virtual Product product() const = 0;
+    /// Whose language it is that native statements are written in; lives as long as the program.
+    virtual const Product& product() const = 0;
 
     /// Ends the connection for good, whoever holds on to it: an open transaction is undone, files are given back
     /// to the system. Members that would work the database throw ConnectionLost afterwards; rows that are still

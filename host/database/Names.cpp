@@ -34,19 +34,15 @@ std::string bareName(std::string_view name)
     return std::string(dot == std::string_view::npos ? name : name.substr(dot + 1));
 }
 
-std::string bracketed(std::string_view name)
+std::string enclosed(std::string_view name, char open, char close)
 {
-    // SQLite knows no doubled bracket; such a name, which nobody has, goes between quotes.
-    if (name.find(']') != std::string_view::npos) {
-        std::string quoted = "\"";
-        for (const char c : name) {
-            quoted += c;
-            if (c == '"')
-                quoted += c;
-        }
-        return quoted + '"';
+    std::string text(1, open);
+    for (const char c : name) {
+        text += c;
+        if (c == close)
+            text += c;
     }
-    return '[' + std::string(name) + ']';
+    return text + close;
 }
 
 std::string foldedName(std::string_view name)

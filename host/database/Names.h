@@ -9,8 +9,8 @@ namespace zul::host {
 /// "TMK_Messaggi".
 std::string bareName(std::string_view name);
 
-/// The name in brackets; one that holds a closing bracket in double quotes.
-std::string bracketed(std::string_view name);
+/// The name between two marks, of which the closing one is doubled within it.
+std::string enclosed(std::string_view name, char open, char close);
 
 /// Lower case of the ASCII letters; databases compare names of columns and tables so.
 std::string foldedName(std::string_view name);

@@ -1,8 +1,10 @@
 #include "host/database/Recordset.h"
 
 #include "base/CaseFold.h"
+#include "host/database/Cell.h"
 #include "host/database/Names.h"
 #include "host/database/VariantValue.h"
+#include "host/database/products/Product.h"
 
 #include <algorithm>
 
@@ -83,19 +85,39 @@ const DispTable<IRecordset>& Recordset::dispTable() const
     return table;
 }
 
+// What is read along so that a row can be found again: nothing where the source lists the key itself.
+std::vector<std::string> Recordset::hiddenColumns()
+{
+    const bool updatable = m_lock != LockReadOnly && !m_source.table.empty();
+    if (!updatable || m_source.endOfColumns == 0)
+        return {};
+    const std::vector<std::string>& key = identity().keyColumns;
+    if (std::all_of(key.begin(), key.end(),
+                    [&](const std::string& column) { return m_source.lists(column); })) {
+        if (!key.empty() || identity().hiddenColumn.empty())
+            return {};
+        return {identity().hiddenColumn};
+    }
+    return key;
+}
+
 void Recordset::read(bool whole)
 {
     std::string statement = m_source.statement;
-    // A table without a key: its rows are told apart by a column that "*" leaves out, read along.
-    const bool updatable = m_lock != LockReadOnly && !m_source.table.empty();
-    bool hidden = false;
-    if (updatable && !identity().hiddenColumn.empty()) {
-        statement.insert(m_source.endOfColumns, ", " + identity().hiddenColumn + " ");
-        hidden = true;
+    const std::vector<std::string> hidden = hiddenColumns();
+    std::string further;
+    for (std::size_t i = 0; i < hidden.size(); ++i) {
+        // A name of its own, since an ORDER BY may name the column.
+        further += ", " + m_session->engine->product().nameInSource(hidden[i]) + " AS zulChiave" +
+                   std::to_string(i + 1);
     }
+    if (!further.empty())
+        statement.insert(m_source.endOfColumns, further + ' ');
     m_stream = m_session->engine->query(statement, Language::Transact);
     m_columns = m_stream->columns();
-    m_visible = m_columns.size() - (hidden ? 1 : 0);
+    m_visible = m_columns.size() - hidden.size();
+    nameColumns();
+    findMarks(hidden);
     m_names.reserve(m_visible);
     for (std::size_t i = 0; i < m_visible; ++i)
         m_names.push_back(utf16FromUtf8(m_columns[i].name));
@@ -108,6 +130,37 @@ void Recordset::read(bool whole)
         showRow();
     } else {
         step();
+    }
+}
+
+// A driver may not know which column of the table stands behind another name; the source says it.
+void Recordset::nameColumns()
+{
+    const bool countsUp = m_source.items.size() == m_visible &&
+                          std::none_of(m_source.items.begin(), m_source.items.end(),
+                                       [](const SelectItem& item) { return item.everyColumn; });
+    for (std::size_t i = 0; countsUp && i < m_visible; ++i) {
+        if (!m_source.items[i].column.empty())
+            m_columns[i].baseName = m_source.items[i].column;
+    }
+}
+
+void Recordset::findMarks(const std::vector<std::string>& hidden)
+{
+    if (m_lock == LockReadOnly || m_source.table.empty())
+        return;
+    for (std::size_t i = 0; i < hidden.size(); ++i)
+        m_marks.push_back({m_visible + i, hidden[i]});
+    if (!m_marks.empty())
+        return;
+    for (const std::string& key : identity().keyColumns) {
+        const auto found = std::find_if(m_columns.begin(), m_columns.end(),
+                                        [&](const ColumnInfo& column) { return sameName(column.name, key); });
+        if (!m_source.lists(key) || found == m_columns.end()) {
+            m_marks.clear();
+            return;
+        }
+        m_marks.push_back({static_cast<std::size_t>(found - m_columns.begin()), key});
     }
 }
 
@@ -229,18 +282,18 @@ HRESULT Recordset::FieldName(LONG index, BSTR* name)
 
 Variant Recordset::currentValue(std::size_t column) const
 {
-    const ColumnType type = m_columns[column].type;
+    const ColumnInfo& info = m_columns[column];
     for (const Pending& pending : m_pending) {
         if (pending.column == column)
-            return variantOf(pending.stored, type);
+            return variantOf(pending.stored, info);
     }
     if (m_adding)
         return Variant::null();
     if (m_onAddedRow)
-        return variantOf(m_added[column], type);
+        return variantOf(m_added[column], info);
     if (m_cells == nullptr)
         throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end and has no current row");
-    return variantOf(m_cells[column], type);
+    return variantOf(m_cells[column], info);
 }
 
 HRESULT Recordset::get_Value(VARIANT field, VARIANT* value)
@@ -352,14 +405,14 @@ const std::string& Recordset::insertStatement()
         columns.push_back(pending.column);
     if (!m_insertSql.empty() && columns == m_insertColumns)
         return m_insertSql;
-    const Engine& engine = *m_session->engine;
+    const Product& product = m_session->engine->product();
     std::string names;
     std::string marks;
     for (const std::size_t column : columns) {
-        names += (names.empty() ? "" : ", ") + engine.quotedName(m_columns[column].baseName);
+        names += (names.empty() ? "" : ", ") + product.quotedName(m_columns[column].baseName);
         marks += marks.empty() ? "?" : ", ?";
     }
-    m_insertSql = "INSERT INTO " + engine.tableName(m_source.table);
+    m_insertSql = "INSERT INTO " + product.tableName(m_source.table);
     m_insertSql += columns.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + marks + ")";
     m_insertColumns = std::move(columns);
     return m_insertSql;
@@ -388,53 +441,103 @@ const RowIdentity& Recordset::identity()
     return *m_identity;
 }
 
+// The condition that a row is the current one.
+std::string Recordset::currentRow(std::vector<Value>& parameters) const
+{
+    const Product& product = m_session->engine->product();
+    std::string condition;
+    for (const Mark& mark : m_marks) {
+        const std::string name = product.quotedName(mark.name);
+        condition += condition.empty() ? "" : " AND ";
+        Value value = valueOf(m_cells[mark.column], m_columns[mark.column]);
+        const bool isNull = std::holds_alternative<std::monostate>(value);
+        condition += name + (isNull ? " IS NULL" : " = ?");
+        if (!isNull)
+            parameters.push_back(std::move(value));
+    }
+    return condition;
+}
+
+// The condition that a row holds what was read of the current one.
+std::string Recordset::rowAsRead(std::vector<Value>& parameters) const
+{
+    const Product& product = m_session->engine->product();
+    const bool listed = m_source.items.size() == m_visible;
+    std::string condition;
+    for (std::size_t i = 0; i < m_visible; ++i) {
+        // What an expression gives is no column to look at.
+        if (listed && m_source.items[i].column.empty() && !m_source.items[i].everyColumn)
+            continue;
+        condition += condition.empty() ? "" : " AND ";
+        Value value = valueOf(m_cells[i], m_columns[i]);
+        if (std::holds_alternative<std::monostate>(value)) {
+            condition += product.quotedName(m_columns[i].baseName) + " IS NULL";
+        } else {
+            condition += product.sameValue(m_columns[i]);
+            parameters.push_back(std::move(value));
+        }
+    }
+    return condition;
+}
+
 void Recordset::updatePending()
 {
-    const Engine& engine = *m_session->engine;
+    const Product& product = m_session->engine->product();
+    const std::string table = product.tableName(m_source.table);
     std::vector<Value> parameters;
-    std::string sql = "UPDATE " + engine.tableName(m_source.table) + " SET ";
+    std::string sql = "UPDATE " + table + " SET ";
     for (std::size_t i = 0; i < m_pending.size(); ++i) {
-        sql += (i > 0 ? ", " : "") + engine.quotedName(m_columns[m_pending[i].column].baseName) + " = ?";
+        sql += (i > 0 ? ", " : "") + product.quotedName(m_columns[m_pending[i].column].baseName) + " = ?";
         parameters.push_back(m_pending[i].stored);
     }
-    // The row is found by its key when the row set has all of it, else by the hidden column, else by everything
-    // it held when it was read.
-    std::vector<std::size_t> where;
-    for (const std::string& key : identity().keyColumns) {
-        const auto found = std::find_if(m_columns.begin(), m_columns.end(), [&](const ColumnInfo& column) {
-            return sameName(column.baseName, key);
-        });
-        if (found != m_columns.end())
-            where.push_back(static_cast<std::size_t>(found - m_columns.begin()));
-    }
-    const bool byKey = !where.empty() && where.size() == identity().keyColumns.size();
-    if (!byKey) {
-        where.clear();
-        if (m_columns.size() > m_visible) {
-            where.push_back(m_visible);
-        } else {
-            for (std::size_t i = 0; i < m_visible; ++i)
-                where.push_back(i);
-        }
-    }
-    for (std::size_t i = 0; i < where.size(); ++i) {
-        const ColumnInfo& column = m_columns[where[i]];
-        const std::string name = engine.quotedName(column.baseName);
-        sql += i == 0 ? " WHERE " : " AND ";
-        Value old = valueOf(m_cells[where[i]], column.type);
-        if (std::holds_alternative<std::monostate>(old)) {
-            sql += name + " IS NULL";
-        } else {
-            sql += byKey ? name + " = ?" : engine.sameValue(column);
-            parameters.push_back(std::move(old));
-        }
+    std::vector<Value> found;
+    std::string condition = currentRow(found);
+    const bool byMarks = !condition.empty();
+    if (!byMarks && identity().keyColumns.empty() && m_source.endOfColumns > 0)
+        condition = rowAsRead(found);
+    if (condition.empty())
+        throw EngineError(ErrorCode::NotUpdatable, "the row set holds nothing that tells which row of " +
+                                                       bareName(m_source.table) +
+                                                       " it stands on; nothing was changed");
+    sql += " WHERE " + condition;
+    parameters.insert(parameters.end(), found.begin(), found.end());
+    if (!byMarks) {
+        // What was read may fit several rows, and the server is the one to know.
+        sql += " AND 1 = (SELECT COUNT(*) FROM " + table + " WHERE " + condition + ")";
+        parameters.insert(parameters.end(), found.begin(), found.end());
     }
     if (m_session->engine->execute(sql, Language::Native, parameters) == 0)
-        throw EngineError(rowNotFound, "the row was changed or deleted since it was read");
-    for (const Pending& pending : m_pending)
-        m_store->replace(m_row, pending.column, cellOf(pending.stored));
+        failToFind(byMarks ? std::string() : condition, found);
+    for (const Pending& pending : m_pending) {
+        const ZulCell cell = cellOf(pending.stored);
+        m_store->replace(m_row, pending.column, cell);
+        // A key that was read along and set under another name goes on finding the row.
+        for (const Mark& mark : m_marks) {
+            if (mark.column >= m_visible && sameName(mark.name, m_columns[pending.column].baseName))
+                m_store->replace(m_row, mark.column, cell);
+        }
+    }
     m_pending.clear();
     showRow();
+}
+
+// Why no row was changed. With a condition: the row was looked for by what was read of it.
+void Recordset::failToFind(const std::string& condition, const std::vector<Value>& parameters)
+{
+    if (!condition.empty()) {
+        Engine& engine = *m_session->engine;
+        const auto rows = engine.query("SELECT COUNT(*) FROM " + engine.product().tableName(m_source.table) +
+                                           " WHERE " + condition,
+                                       Language::Native, parameters);
+        const std::int64_t count = rows->next() ? cellNumber(rows->cells()[0]) : 0;
+        if (count > 1)
+            throw EngineError(
+                ErrorCode::NotUpdatable,
+                std::to_string(count) + " rows of " + bareName(m_source.table) +
+                    ", which has no key, hold the same values: which one is meant cannot be told; nothing"
+                    " was changed");
+    }
+    throw EngineError(rowNotFound, "the row was changed or deleted since it was read");
 }
 
 HRESULT Recordset::Close()

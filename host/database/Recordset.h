@@ -4,6 +4,10 @@
 // Static, dynamic and keyset row sets, and every one that takes changes, are read whole when they are opened:
 // no statement stays open behind them. A forward-only read-only one streams and is closed at once after its
 // last row. Changes become one parameterised statement each. A move with changes pending writes them first.
+//
+// A change goes to the one row that the row set stands on: it is found by the table's key, which is read along where the
+// source does not list it, or by another column that tells the rows apart. Where a database has neither, the row is
+// found by all that was read of it, and the change is refused when that fits several rows.
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
 #include "automation/Variant.h"
@@ -59,7 +63,17 @@ private:
 
     const DispTable<IRecordset>& dispTable() const override;
 
+    /// A column that tells the current row from the others.
+    struct Mark
+    {
+        std::size_t column = 0;
+        std::string name; // the table's
+    };
+
     void read(bool whole);
+    std::vector<std::string> hiddenColumns();
+    void nameColumns();
+    void findMarks(const std::vector<std::string>& hidden);
     void showRow();
     void step();
     bool isLogged() const;
@@ -71,6 +85,9 @@ private:
     void update();
     void insertPending();
     void updatePending();
+    std::string currentRow(std::vector<Value>& parameters) const;
+    std::string rowAsRead(std::vector<Value>& parameters) const;
+    [[noreturn]] void failToFind(const std::string& condition, const std::vector<Value>& parameters);
     const std::string& insertStatement();
     const RowIdentity& identity();
 
@@ -79,7 +96,7 @@ private:
     LockKind m_lock;
     Journaled m_journaled;
 
-    std::vector<ColumnInfo> m_columns; // with the hidden one, if there is one, at the end
+    std::vector<ColumnInfo> m_columns; // with the hidden ones, if there are any, at the end
     std::vector<std::u16string> m_names;
     std::size_t m_visible = 0;
     std::unique_ptr<RowStream> m_stream;
@@ -95,6 +112,7 @@ private:
     std::vector<Pending> m_pending;
     std::vector<Value> m_added;
     std::optional<RowIdentity> m_identity;
+    std::vector<Mark> m_marks;                // empty: a row is known by all that was read of it
     std::vector<std::size_t> m_insertColumns; // those of m_insertSql
     std::string m_insertSql;
 };

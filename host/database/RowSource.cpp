@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
+#include <cctype>
+#include <iterator>
+#include <span>
 
 namespace zul::host {
 
@@ -22,6 +24,7 @@ struct Token
     Kind kind = Kind::Sign;
     std::string_view text;
     std::size_t at = 0;
+    int depth = 0; // of parentheses around it
 };
 
 bool isWordCharacter(char c)
@@ -44,8 +47,7 @@ std::size_t quotedEnd(std::string_view sql, std::size_t from, char close)
     return sql.size();
 }
 
-// The tokens outside parentheses; what is inside cannot change the shape.
-std::vector<Token> outerTokens(std::string_view sql)
+std::vector<Token> tokensOf(std::string_view sql)
 {
     std::vector<Token> tokens;
     int depth = 0;
@@ -76,14 +78,13 @@ std::vector<Token> outerTokens(std::string_view sql)
             kind = Token::Kind::Word;
             while (end < sql.size() && isWordCharacter(sql[end]))
                 ++end;
-        } else if (c == '(') {
-            ++depth;
-        } else if (c == ')') {
-            --depth;
         }
-        // An opening parenthesis stands for all that it holds.
-        if ((depth == 0 && c != ')') || (depth == 1 && c == '('))
-            tokens.push_back({kind, sql.substr(i, end - i), i});
+        // Both parentheses stand outside of what they hold.
+        if (c == ')')
+            --depth;
+        tokens.push_back({kind, sql.substr(i, end - i), i, depth});
+        if (c == '(')
+            ++depth;
         i = end;
     }
     return tokens;
@@ -116,6 +117,16 @@ std::size_t nameEnd(const std::vector<Token>& tokens, std::size_t from)
     return i;
 }
 
+// The tokens outside parentheses; what is inside cannot change the shape. An opening parenthesis stands for all that it
+// holds.
+std::vector<Token> outerTokens(const std::vector<Token>& tokens)
+{
+    std::vector<Token> outer;
+    std::copy_if(tokens.begin(), tokens.end(), std::back_inserter(outer),
+                 [](const Token& token) { return token.depth == 0 && !isSign(token, ")"); });
+    return outer;
+}
+
 std::string_view textOf(std::string_view sql, const std::vector<Token>& tokens, std::size_t from,
                         std::size_t end)
 {
@@ -143,11 +154,111 @@ bool isSingleTable(const std::vector<Token>& tokens, std::size_t afterTable)
     return true;
 }
 
+// Behind SELECT, ALL and TOP (n) PERCENT WITH TIES.
+std::size_t beginOfList(const std::vector<Token>& tokens)
+{
+    std::size_t at = 1;
+    const auto skips = [&](std::string_view word) {
+        const bool stands = at < tokens.size() && isWord(tokens[at], word);
+        at += stands ? 1 : 0;
+        return stands;
+    };
+    skips("ALL");
+    if (skips("TOP")) {
+        ++at;
+        skips("PERCENT");
+        if (skips("WITH"))
+            skips("TIES");
+    }
+    return at;
+}
+
+SelectItem itemOf(std::span<const Token> tokens)
+{
+    SelectItem item;
+    const std::vector<Token> all(tokens.begin(), tokens.end());
+    const std::vector<Token> outer = outerTokens(all);
+    if (outer.empty()) {
+        item.renamed = true;
+        return item;
+    }
+    if (isSign(outer.back(), "*") && (outer.size() == 1 || isSign(outer[outer.size() - 2], "."))) {
+        item.everyColumn = true;
+        return item;
+    }
+    const std::size_t end = nameEnd(outer, 0);
+    std::size_t rest = outer.size() - end;
+    if (rest > 0 && isWord(outer[end], "AS"))
+        --rest;
+    // A name, and perhaps another one for it. A lone number reads like a name.
+    const bool isColumn = end > 0 && (rest == 0 || (rest == 1 && isName(outer.back()))) &&
+                          std::isdigit(static_cast<unsigned char>(outer.front().text.front())) == 0;
+    if (isColumn)
+        item.column = bareName(outer[end - 1].text);
+    item.renamed = !isColumn || end < outer.size();
+    if (item.renamed) {
+        for (const Token& token : all) {
+            if (isName(token))
+                item.names.push_back(bareName(token.text));
+        }
+    }
+    return item;
+}
+
+// Whether the rows are sums over the table's rows. An aggregate within a SELECT of its own is a value like any other.
+bool hasAggregate(std::span<const Token> tokens)
+{
+    static constexpr std::array<std::string_view, 14> aggregates{
+        "COUNT",  "COUNT_BIG", "SUM",  "AVG",          "MIN",        "MAX",      "STDEV",
+        "STDEVP", "VAR",       "VARP", "CHECKSUM_AGG", "STRING_AGG", "GROUPING", "GROUPING_ID"};
+    for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
+        if (isSign(tokens[i], "(") && isWord(tokens[i + 1], "SELECT")) {
+            const int depth = tokens[i].depth;
+            while (i + 1 < tokens.size() && !(isSign(tokens[i], ")") && tokens[i].depth == depth))
+                ++i;
+            continue;
+        }
+        if (isSign(tokens[i + 1], "(") && std::any_of(aggregates.begin(), aggregates.end(),
+                                                      [&](auto word) { return isWord(tokens[i], word); }))
+            return true;
+    }
+    return false;
+}
+
+// The items of a list, which are parted by commas outside parentheses.
+std::vector<SelectItem> itemsOf(std::span<const Token> tokens)
+{
+    std::vector<SelectItem> items;
+    while (!tokens.empty()) {
+        const auto comma = std::find_if(tokens.begin(), tokens.end(), [](const Token& token) {
+            return token.depth == 0 && isSign(token, ",");
+        });
+        const auto length = static_cast<std::size_t>(comma - tokens.begin());
+        if (length > 0)
+            items.push_back(itemOf(tokens.first(length)));
+        tokens = tokens.subspan(std::min(length + 1, tokens.size()));
+    }
+    return items;
+}
+
 } // namespace
+
+bool RowSource::lists(std::string_view column) const
+{
+    const auto is = [&](const std::string& name) { return sameName(name, column); };
+    bool listed = false;
+    for (const SelectItem& item : items) {
+        if (item.renamed && std::any_of(item.names.begin(), item.names.end(), is))
+            return false;
+        listed = listed || item.everyColumn || (!item.renamed && is(item.column));
+    }
+    return listed;
+}
 
 RowSource parseRowSource(std::string_view source)
 {
-    const std::vector<Token> tokens = outerTokens(source);
+    const std::vector<Token> all = tokensOf(source);
+    const std::vector<Token> tokens = outerTokens(all);
     RowSource result;
     result.statement = std::string(source);
     if (tokens.empty())
@@ -156,6 +267,7 @@ RowSource parseRowSource(std::string_view source)
         result.table = std::string(textOf(source, tokens, 0, tokens.size()));
         result.statement = "SELECT * FROM " + result.table;
         result.endOfColumns = 9;
+        result.items.emplace_back().everyColumn = true;
         return result;
     }
     if (!isWord(tokens[0], "SELECT") || (tokens.size() > 1 && isWord(tokens[1], "DISTINCT")))
@@ -169,7 +281,17 @@ RowSource parseRowSource(std::string_view source)
     if (end == table || !isSingleTable(tokens, end))
         return result;
     result.table = std::string(textOf(source, tokens, table, end));
-    result.endOfColumns = from->at;
+    const auto place = [&](const Token& token) {
+        return std::lower_bound(all.begin(), all.end(), token.at,
+                                [](const Token& other, std::size_t at) { return other.at < at; });
+    };
+    const std::size_t begin = beginOfList(tokens);
+    if (begin >= table)
+        return result;
+    const std::span<const Token> list(place(tokens[begin]), place(*from));
+    result.items = itemsOf(list);
+    if (!hasAggregate(list))
+        result.endOfColumns = from->at;
     return result;
 }
 

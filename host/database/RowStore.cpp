@@ -1,5 +1,6 @@
 #include "host/database/RowStore.h"
 
+#include "host/database/Cell.h"
 #include "host/database/Decimal.h"
 
 #include <algorithm>
@@ -41,8 +42,7 @@ RowStore::Packed RowStore::pack(const ZulCell& cell)
 {
     Packed packed{};
     packed.kind = static_cast<std::uint16_t>(cell.Kind);
-    const std::string_view text(reinterpret_cast<const char*>(cell.Text),
-                                static_cast<std::size_t>(cell.Length));
+    const std::string_view text = cellText(cell);
     switch (cell.Kind) {
     case CellInteger:
     case CellBoolean:

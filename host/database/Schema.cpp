@@ -1,6 +1,6 @@
 #include "host/database/Schema.h"
 
-#include "host/database/Names.h"
+#include "host/database/products/Product.h"
 
 #include <algorithm>
 
@@ -176,35 +176,6 @@ const TableDefinition& tableNamed(std::string_view name)
                          [&](const TableDefinition& table) { return table.name == name; });
 }
 
-std::string typeText(const ColumnDefinition& column, Product product)
-{
-    const std::string length = "(" + std::to_string(column.length) + ")";
-    const bool postgres = product == Product::PostgreSql;
-    switch (column.kind) {
-    case Kind::Integer:
-        return product == Product::Sqlite ? "INTEGER" : "int";
-    case Kind::SmallInt:
-        return "smallint";
-    case Kind::Boolean:
-        return postgres ? "boolean" : "bit";
-    case Kind::Money:
-        return "decimal(18,2)";
-    case Kind::Real:
-        return postgres ? "double precision" : "float";
-    case Kind::Text:
-        if (product == Product::Sqlite)
-            return "nvarchar" + length + " COLLATE NOCASE";
-        return (postgres ? "varchar" : "nvarchar") + length;
-    case Kind::LongText:
-        if (product == Product::Sqlite)
-            return "text COLLATE NOCASE";
-        return postgres ? "text" : "nvarchar(max)";
-    case Kind::DateTime:
-        return postgres ? "timestamp(3)" : "datetime";
-    }
-    return {};
-}
-
 } // namespace
 
 const std::vector<TableDefinition>& allTables()
@@ -228,20 +199,20 @@ const TableDefinition& outboxTable()
     return tableNamed("appOutbox");
 }
 
-// The component adds settings without their id and leaves it to the database to fill it. SQLite does that for a
-// key of this kind; a server gets a default for it (see addDefaults) and, where it has none, keeps NULL.
-static bool keyMayBeMissing(const TableDefinition& table, Product product)
+// The component adds settings without their id and leaves it to the database to fill it. One that does not do that for
+// every key gets a default for this one (see addDefaults) and, where it has none, keeps NULL.
+static bool keyMayBeMissing(const TableDefinition& table, const Product& product)
 {
-    return product != Product::Sqlite && table.name == "tabImpostazioni";
+    return !product.fillsKeys() && table.name == "tabImpostazioni";
 }
 
-std::string createTableStatement(const TableDefinition& table, Product product, bool ifMissing)
+std::string createTableStatement(const TableDefinition& table, const Product& product, bool ifMissing)
 {
     const std::vector<std::string_view> key =
         keyMayBeMissing(table, product) ? std::vector<std::string_view>() : table.key;
-    // Transact-SQL has no IF NOT EXISTS here; ensureTable looks first.
     std::string sql = "CREATE TABLE ";
-    if (ifMissing && product != Product::TransactSql)
+    // Without the clause ensureTable looks first.
+    if (ifMissing && product.createsIfMissing())
         sql += "IF NOT EXISTS ";
     sql += table.name;
     sql += " (";
@@ -252,11 +223,8 @@ std::string createTableStatement(const TableDefinition& table, Product product, 
             sql += ", ";
         sql += column.name;
         sql += ' ';
-        sql += typeText(column, product);
-        if (isKey)
-            sql += " NOT NULL";
-        else if (product == Product::TransactSql)
-            sql += " NULL";
+        sql += product.typeText(column);
+        sql += isKey ? " NOT NULL" : product.nullMark();
         // In this form the key of SQLite is the row's own number, filled by the database when it is left out.
         if (isKey && key.size() == 1)
             sql += " PRIMARY KEY";
@@ -272,7 +240,7 @@ std::string createTableStatement(const TableDefinition& table, Product product, 
     return sql + ')';
 }
 
-std::vector<std::string> createIndexStatements(const TableDefinition& table, Product)
+std::vector<std::string> createIndexStatements(const TableDefinition& table)
 {
     std::vector<std::string> statements;
     for (const std::string_view columns : table.indexes) {
@@ -308,20 +276,14 @@ void createTables(Engine& engine)
 void createIndexes(Engine& engine)
 {
     for (const TableDefinition& table : allTables()) {
-        for (const std::string& index : createIndexStatements(table, engine.product()))
+        for (const std::string& index : createIndexStatements(table))
             engine.execute(index, Language::Native);
     }
 }
 
 void addDefaults(Engine& engine)
 {
-    if (engine.product() != Product::TransactSql)
-        return;
-    for (const std::string_view sql :
-         {"CREATE FUNCTION dbo.zulProssimaImpostazione() RETURNS int AS BEGIN RETURN (SELECT"
-          " ISNULL(MAX(idImpostazione), 0) + 1 FROM dbo.tabImpostazioni) END",
-          "ALTER TABLE tabImpostazioni ADD CONSTRAINT DF_tabImpostazioni_id DEFAULT"
-          " dbo.zulProssimaImpostazione() FOR idImpostazione"}) {
+    for (const std::string& sql : engine.product().keyDefaults()) {
         try {
             engine.execute(sql, Language::Native);
         } catch (const EngineError&) {

@@ -50,10 +50,11 @@ const TableDefinition& changeTable();
 const TableDefinition& outboxTable();
 
 /// "CREATE TABLE …"; with `ifMissing` one that lets an existing table be.
-std::string createTableStatement(const TableDefinition& table, Product product, bool ifMissing = false);
+std::string createTableStatement(const TableDefinition& table, const Product& product,
+                                 bool ifMissing = false);
 
 /// "CREATE INDEX …" for each index of the table.
-std::vector<std::string> createIndexStatements(const TableDefinition& table, Product product);
+std::vector<std::string> createIndexStatements(const TableDefinition& table);
 
 /// Makes the table where the database lacks it.
 void ensureTable(Engine& engine, const TableDefinition& table);

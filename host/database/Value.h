@@ -1,5 +1,7 @@
 #pragma once
 // Values on their way to the database, and what a column is.
+#include "host/dialect/Dialect.h"
+
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -23,19 +25,9 @@ struct DecimalValue
 /// A parameter of a statement. The first alternative is NULL; texts are UTF-8.
 using Value = std::variant<std::monostate, bool, std::int64_t, double, std::string, DateValue, DecimalValue>;
 
-/// What a column was declared as; Unknown for an expression, whose cells tell their kind themselves.
-enum class ColumnType
-{
-    Unknown,
-    Boolean,
-    SmallInt,
-    Integer,
-    BigInt,
-    Real,
-    Decimal,
-    Text,
-    DateTime
-};
+/// What a column was declared as, in the words of the dialect layer; Unknown for an expression, whose cells tell
+/// their kind themselves.
+using dialect::ColumnType;
 
 /// A column of a row set.
 struct ColumnInfo
@@ -43,6 +35,7 @@ struct ColumnInfo
     std::string name;     ///< as the row set names it
     std::string baseName; ///< the table's own name for it; equal to name where that is not known
     ColumnType type = ColumnType::Unknown;
+    int integerBytes = 0; ///< of an Integer column: 2, 4 or 8; 0 where the value itself tells its size
 };
 
 } // namespace zul::host

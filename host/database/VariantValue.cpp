@@ -2,13 +2,15 @@
 
 #include "base/DateText.h"
 #include "base/Utf8.h"
+#include "host/database/Cell.h"
 #include "host/database/Decimal.h"
 #include "host/database/EngineError.h"
+#include "host/dialect/base/ColumnType.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
+#include <cstdint>
 #include <optional>
 
 namespace zul::host {
@@ -20,18 +22,12 @@ namespace {
     throw EngineError(ErrorCode::BadValue, "the value does not fit the column " + column.name);
 }
 
-bool isWhole(ColumnType type)
-{
-    return type == ColumnType::SmallInt || type == ColumnType::Integer || type == ColumnType::BigInt;
-}
-
 std::int64_t inRange(std::int64_t number, const ColumnInfo& column)
 {
-    const bool fits =
-        (column.type != ColumnType::SmallInt || (number >= std::numeric_limits<std::int16_t>::min() &&
-                                                 number <= std::numeric_limits<std::int16_t>::max())) &&
-        (column.type != ColumnType::Integer || (number >= std::numeric_limits<std::int32_t>::min() &&
-                                                number <= std::numeric_limits<std::int32_t>::max()));
+    const auto within = [&](auto smallest, auto largest) { return number >= smallest && number <= largest; };
+    const bool fits = column.integerBytes == 2   ? within(INT16_MIN, INT16_MAX)
+                      : column.integerBytes == 4 ? within(INT32_MIN, INT32_MAX)
+                                                 : true;
     if (!fits)
         refuse(column);
     return number;
@@ -57,7 +53,7 @@ std::optional<double> numberOf(const std::string& text)
 
 Value fitText(const std::string& text, const ColumnInfo& column)
 {
-    if (column.type == ColumnType::DateTime) {
+    if (dialect::isMoment(column.type)) {
         const auto date = parseDate(text);
         if (!date)
             refuse(column);
@@ -67,7 +63,7 @@ Value fitText(const std::string& text, const ColumnInfo& column)
     if (!number)
         refuse(column);
     switch (column.type) {
-    case ColumnType::Boolean:
+    case ColumnType::Bit:
         return *number != 0.0;
     case ColumnType::Real:
         return *number;
@@ -99,20 +95,18 @@ Variant decimalVariant(std::string_view text)
     return variant;
 }
 
-Variant wholeVariant(std::int64_t number, ColumnType type)
+Variant wholeVariant(std::int64_t number, const ColumnInfo& column)
 {
-    if (type == ColumnType::SmallInt && number >= std::numeric_limits<std::int16_t>::min() &&
-        number <= std::numeric_limits<std::int16_t>::max()) {
+    if (column.integerBytes == 2 && number >= INT16_MIN && number <= INT16_MAX) {
         Variant variant;
         variant.vt = VT_I2;
         variant.iVal = static_cast<SHORT>(number);
         return variant;
     }
-    if (type == ColumnType::Decimal)
+    if (column.type == ColumnType::Decimal)
         return decimalVariant(std::to_string(number));
-    const bool small = number >= std::numeric_limits<std::int32_t>::min() &&
-                       number <= std::numeric_limits<std::int32_t>::max();
-    if (type != ColumnType::BigInt && small)
+    const bool small = number >= INT32_MIN && number <= INT32_MAX;
+    if (column.integerBytes != 8 && small)
         return Variant::fromLong(static_cast<LONG>(number));
     return Variant::fromInt64(number);
 }
@@ -126,11 +120,6 @@ std::string decimalFromReal(double number)
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::scientific, 14)
             .ptr;
     return decimalText(decimalToDouble({buffer.data(), static_cast<std::size_t>(end - buffer.data())}));
-}
-
-std::string_view textOf(const ZulCell& cell)
-{
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
 }
 
 } // namespace
@@ -200,19 +189,21 @@ Value valueOf(const VARIANT& variant)
 Value fitted(const Value& value, const ColumnInfo& column)
 {
     const ColumnType type = column.type;
-    if (std::holds_alternative<std::monostate>(value) || type == ColumnType::Unknown)
+    // What the database keeps as something of its own is its to judge.
+    if (std::holds_alternative<std::monostate>(value) || type == ColumnType::Unknown ||
+        type == ColumnType::Time || type == ColumnType::Binary)
         return value;
     if (const auto* text = std::get_if<std::string>(&value))
         return type == ColumnType::Text ? value : fitText(*text, column);
     if (const auto* date = std::get_if<DateValue>(&value)) {
-        if (type == ColumnType::DateTime)
+        if (dialect::isMoment(type))
             return value;
         if (type == ColumnType::Text)
             return formatDate(date->days);
         return fitted(date->days, column);
     }
     if (const auto* flag = std::get_if<bool>(&value)) {
-        if (type == ColumnType::Boolean)
+        if (type == ColumnType::Bit)
             return value;
         // True is -1 to automation.
         return fitted(std::int64_t{*flag ? -1 : 0}, column);
@@ -220,46 +211,46 @@ Value fitted(const Value& value, const ColumnInfo& column)
     if (const auto* decimal = std::get_if<DecimalValue>(&value))
         return type == ColumnType::Text ? Value(decimal->text) : fitText(decimal->text, column);
     if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-        if (isWhole(type))
+        if (type == ColumnType::Integer)
             return inRange(*whole, column);
-        if (type == ColumnType::Boolean)
+        if (type == ColumnType::Bit)
             return *whole != 0;
         if (type == ColumnType::Text)
             return std::to_string(*whole);
         if (type == ColumnType::Decimal)
             return DecimalValue{std::to_string(*whole)};
-        if (type == ColumnType::DateTime)
+        if (dialect::isMoment(type))
             return DateValue{static_cast<double>(*whole)};
         return static_cast<double>(*whole);
     }
     const double number = std::get<double>(value);
-    if (isWhole(type))
+    if (type == ColumnType::Integer)
         return rounded(number, column);
     if (!std::isfinite(number))
         refuse(column);
-    if (type == ColumnType::Boolean)
+    if (type == ColumnType::Bit)
         return number != 0.0;
     if (type == ColumnType::Text || type == ColumnType::Decimal) {
         std::string text = decimalText(number);
         return type == ColumnType::Text ? Value(std::move(text)) : Value(DecimalValue{std::move(text)});
     }
-    if (type == ColumnType::DateTime)
+    if (dialect::isMoment(type))
         return DateValue{number};
     return value;
 }
 
-Variant variantOf(const ZulCell& cell, ColumnType type)
+Variant variantOf(const ZulCell& cell, const ColumnInfo& column)
 {
     switch (cell.Kind) {
     case CellInteger:
-        return wholeVariant(cell.Integer, type);
+        return wholeVariant(cell.Integer, column);
     case CellReal:
-        if (type == ColumnType::Decimal)
-            return decimalVariant(cell.Text != nullptr ? std::string(textOf(cell))
+        if (column.type == ColumnType::Decimal)
+            return decimalVariant(cell.Text != nullptr ? std::string(cellText(cell))
                                                        : decimalFromReal(cell.Real));
         return Variant::fromDouble(cell.Real);
     case CellText:
-        return Variant::fromUtf8(textOf(cell));
+        return Variant::fromUtf8(cellText(cell));
     case CellDate:
         return Variant::fromDate(cell.Real);
     case CellBoolean:
@@ -269,9 +260,9 @@ Variant variantOf(const ZulCell& cell, ColumnType type)
     }
 }
 
-Variant variantOf(const Value& value, ColumnType type)
+Variant variantOf(const Value& value, const ColumnInfo& column)
 {
-    return variantOf(cellOf(value), type);
+    return variantOf(cellOf(value), column);
 }
 
 ZulCell cellOf(const Value& value)
@@ -303,18 +294,18 @@ ZulCell cellOf(const Value& value)
     return cell;
 }
 
-Value valueOf(const ZulCell& cell, ColumnType type)
+Value valueOf(const ZulCell& cell, const ColumnInfo& column)
 {
     switch (cell.Kind) {
     case CellInteger:
         return std::int64_t{cell.Integer};
     case CellReal:
-        if (type == ColumnType::Decimal)
-            return DecimalValue{cell.Text != nullptr ? std::string(textOf(cell))
+        if (column.type == ColumnType::Decimal)
+            return DecimalValue{cell.Text != nullptr ? std::string(cellText(cell))
                                                      : decimalFromReal(cell.Real)};
         return cell.Real;
     case CellText:
-        return std::string(textOf(cell));
+        return std::string(cellText(cell));
     case CellDate:
         return DateValue{cell.Real};
     case CellBoolean:

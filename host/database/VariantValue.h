@@ -16,17 +16,17 @@ Value valueOf(const VARIANT& variant);
 /// (BadValue) naming the column otherwise.
 Value fitted(const Value& value, const ColumnInfo& column);
 
-/// A cell as automation sees it: VT_I2 for a SmallInt column, VT_I4 or (large or BigInt) VT_I8, VT_R8,
-/// VT_DECIMAL for a Decimal column, VT_BSTR, VT_DATE, VT_BOOL, VT_NULL.
-Variant variantOf(const ZulCell& cell, ColumnType type);
+/// A cell as automation sees it: VT_I2 for an integer column of two bytes, VT_I4 or (large, or of eight bytes) VT_I8,
+/// VT_R8, VT_DECIMAL for a Decimal column, VT_BSTR, VT_DATE, VT_BOOL, VT_NULL.
+Variant variantOf(const ZulCell& cell, const ColumnInfo& column);
 
 /// The same for a value that was set.
-Variant variantOf(const Value& value, ColumnType type);
+Variant variantOf(const Value& value, const ColumnInfo& column);
 
 /// A cell that shows a value; its text points into the value.
 ZulCell cellOf(const Value& value);
 
 /// The value of a cell, texts copied.
-Value valueOf(const ZulCell& cell, ColumnType type);
+Value valueOf(const ZulCell& cell, const ColumnInfo& column);
 
 } // namespace zul::host

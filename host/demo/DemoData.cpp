@@ -2,7 +2,7 @@
 
 #include "base/DateText.h"
 #include "host/database/Schema.h"
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 #include "host/demo/ItalianPlaces.h"
 
 #include <array>

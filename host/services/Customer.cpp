@@ -1,6 +1,7 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
+#include "host/database/Cell.h"
 #include "host/services/CustomerData.h"
 #include "host/services/Services.h"
 
@@ -12,31 +13,17 @@ constexpr std::u16string_view sourceName = u"Zul_Host.Customer";
 
 std::u16string textOf(const ZulCell& cell)
 {
-    if (cell.Kind != CellText)
-        return {};
-    return utf16FromUtf8({reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)});
+    return utf16FromUtf8(cellText(cell));
 }
 
-std::int64_t numberOf(const ZulCell& cell)
-{
-    return cell.Kind == CellInteger || cell.Kind == CellBoolean ? std::int64_t{cell.Integer} : 0;
-}
-
-class Customer final : public ComObject<Dispatching<ICustomer>>
+class Customer final : public ComObject<Dispatching<ICustomer>, ICustomerData>
 {
 public:
     explicit Customer(SessionPtr session)
         : m_session(std::move(session))
     {}
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override
-    {
-        if (object != nullptr && riid == customerDataId) {
-            *object = &m_data;
-            return S_OK;
-        }
-        return ComObject::QueryInterface(riid, object);
-    }
+    const CustomerData& STDMETHODCALLTYPE customerData() const override { return m_data; }
 
     HRESULT STDMETHODCALLTYPE Init(LONG idCliente, _SqlConnection* connection) override
     {
@@ -119,9 +106,6 @@ private:
 
 } // namespace
 
-// {7A1F6D0C-52E5-4C7E-9B0B-0E5A3C7D41B2}
-const GUID customerDataId = {0x7a1f6d0c, 0x52e5, 0x4c7e, {0x9b, 0x0b, 0x0e, 0x5a, 0x3c, 0x7d, 0x41, 0xb2}};
-
 std::optional<CustomerData> readCustomer(Engine& engine, std::int64_t id)
 {
     const Value key(id);
@@ -143,9 +127,9 @@ std::optional<CustomerData> readCustomer(Engine& engine, std::int64_t id)
     data.email = textOf(cells[5]);
     if (cells[6].Kind == CellDate)
         data.birth = cells[6].Real;
-    data.smsConsent = numberOf(cells[7]) != 0;
-    data.emailConsent = numberOf(cells[8]) != 0;
-    data.classification = numberOf(cells[9]);
+    data.smsConsent = cellNumber(cells[7]) != 0;
+    data.emailConsent = cellNumber(cells[8]) != 0;
+    data.classification = cellNumber(cells[9]);
     return data;
 }
 

@@ -58,7 +58,7 @@ HRESULT SqlConnection::LookupValue(BSTR field, BSTR table, BSTR condition, VARIA
             [&] {
                 const auto rows = m_session->engine->query(sql, Language::Transact);
                 if (rows->next())
-                    found = variantOf(rows->cells()[0], rows->columns()[0].type);
+                    found = variantOf(rows->cells()[0], rows->columns()[0]);
             },
             [&](std::string_view error) {
                 m_session->journal.lookup(fieldText, tableText, conditionText, error);

@@ -95,9 +95,8 @@ private:
     // Our own customer object has read everything already; of any other its id is enough to read it.
     CustomerData dataOf(ICustomer* customer) const
     {
-        void* own = nullptr;
-        if (SUCCEEDED(customer->QueryInterface(customerDataId, &own)))
-            return *static_cast<const CustomerData*>(own);
+        if (const auto own = queryFor<ICustomerData>(customer))
+            return own->customerData();
         LONG id = 0;
         throwIfFailed(customer->get_Id(&id));
         return readCustomer(*m_session->engine, id).value_or(CustomerData());

@@ -1,10 +1,10 @@
 #include "host/session/HostDatabase.h"
 
 #include "base/DateText.h"
-#include "host/database/Decimal.h"
-#include "host/database/OdbcEngine.h"
+#include "host/database/Cell.h"
 #include "host/database/Recordset.h"
-#include "host/database/SqliteEngine.h"
+#include "host/database/odbc/OdbcEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 #include "host/demo/DemoData.h"
 #include "host/services/SqlConnection.h"
 
@@ -29,7 +29,8 @@ std::unique_ptr<Engine> openEngine(const std::string& database)
     return std::make_unique<SqliteEngine>(database, SqliteDatabase::Mode::OpenExisting);
 }
 
-std::optional<std::string> textOf(const ZulCell& cell)
+// A cell as the command "sql" prints it; nothing for NULL.
+std::optional<std::string> printed(const ZulCell& cell)
 {
     switch (cell.Kind) {
     case CellNull:
@@ -49,7 +50,7 @@ std::optional<std::string> textOf(const ZulCell& cell)
     default:
         break;
     }
-    return std::string(reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length));
+    return std::string(cellText(cell));
 }
 
 } // namespace
@@ -91,7 +92,7 @@ SqlRows HostDatabase::run(std::string_view sql) const
     while (rows->next()) {
         auto& row = result.rows.emplace_back();
         for (std::size_t i = 0; i < result.columns.size(); ++i)
-            row.push_back(textOf(rows->cells()[i]));
+            row.push_back(printed(rows->cells()[i]));
     }
     return result;
 }

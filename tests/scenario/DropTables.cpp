@@ -1,7 +1,7 @@
 // drop_tables CONNECTION: drops every table that the component and the host work with from a server's database, so that
 // the next demo database can be made there.
-#include "host/database/OdbcEngine.h"
 #include "host/database/Schema.h"
+#include "host/database/odbc/OdbcEngine.h"
 
 #include <cstdio>
 #include <string>

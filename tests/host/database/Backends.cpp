@@ -3,7 +3,7 @@
 #include "tests/host/database/PostgresServer.h"
 #include "tests/host/tds/StandIn.h"
 
-#include "host/database/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteDatabase.h"
 
 #include <cstdlib>
 

@@ -17,10 +17,11 @@ TEST(Names, TakesTheLastPartWithoutItsMarks)
     EXPECT_EQ(bareName("]"), "]");
 }
 
-TEST(Names, BracketsWhatSqliteReads)
+TEST(Names, DoublesTheClosingMarkBetweenMarks)
 {
-    EXPECT_EQ(bracketed("Età"), "[Età]");
-    EXPECT_EQ(bracketed("a]b\"c"), "\"a]b\"\"c\"");
+    EXPECT_EQ(enclosed("Età", '[', ']'), "[Età]");
+    EXPECT_EQ(enclosed("a]b[c", '[', ']'), "[a]]b[c]");
+    EXPECT_EQ(enclosed("a\"b", '"', '"'), "\"a\"\"b\"");
 }
 
 TEST(Names, ComparesWithoutRegardToCase)

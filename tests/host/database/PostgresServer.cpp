@@ -1,6 +1,6 @@
 #include "tests/host/database/PostgresServer.h"
 
-#include "host/database/OdbcEngine.h"
+#include "host/database/odbc/OdbcEngine.h"
 
 #include <arpa/inet.h>
 #include <grp.h>

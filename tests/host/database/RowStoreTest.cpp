@@ -1,5 +1,7 @@
 #include "host/database/RowStore.h"
 
+#include "host/database/Cell.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,11 +17,6 @@ ZulCell text(const std::string& value)
     cell.Text = reinterpret_cast<const unsigned char*>(value.data());
     cell.Length = static_cast<LONG>(value.size());
     return cell;
-}
-
-std::string textOf(const ZulCell& cell)
-{
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
 }
 
 } // namespace
@@ -42,7 +39,7 @@ TEST(RowStore, KeepsCellsOfEveryKindOverManyBlocks)
         ZulCell cells[3]{};
         store.read(row, cells);
         EXPECT_EQ(cells[0].Integer, static_cast<LONGLONG>(row));
-        EXPECT_EQ(textOf(cells[1]), std::string(row % 97, 'x'));
+        EXPECT_EQ(cellText(cells[1]), std::string(row % 97, 'x'));
         EXPECT_EQ(cells[2].Kind, row % 2 == 0 ? CellDate : CellNull);
     }
 }
@@ -57,9 +54,9 @@ TEST(RowStore, KeepsTextsOfEverySize)
     }
     ZulCell cell{};
     store.read(2, &cell);
-    EXPECT_EQ(textOf(cell), large);
+    EXPECT_EQ(cellText(cell), large);
     store.read(3, &cell);
-    EXPECT_EQ(textOf(cell), "b");
+    EXPECT_EQ(cellText(cell), "b");
     store.read(0, &cell);
     EXPECT_EQ(cell.Kind, CellText);
     EXPECT_EQ(cell.Length, 0);
@@ -76,7 +73,7 @@ TEST(RowStore, KeepsADecimalExactly)
     ZulCell read{};
     store.read(0, &read);
     EXPECT_EQ(read.Kind, CellReal);
-    EXPECT_EQ(textOf(read), digits);
+    EXPECT_EQ(cellText(read), digits);
     EXPECT_DOUBLE_EQ(read.Real, 1.2345678901234567e19);
 }
 
@@ -90,6 +87,6 @@ TEST(RowStore, ReplacesACell)
     store.append(cells);
     store.replace(0, 1, text(changed));
     store.read(0, cells);
-    EXPECT_EQ(textOf(cells[0]), "a");
-    EXPECT_EQ(textOf(cells[1]), "changed");
+    EXPECT_EQ(cellText(cells[0]), "a");
+    EXPECT_EQ(cellText(cells[1]), "changed");
 }

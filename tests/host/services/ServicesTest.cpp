@@ -148,6 +148,22 @@ TEST_F(ServicesTest, ReadsACustomerAfreshAtEveryInit)
     EXPECT_EQ(flag, VARIANT_FALSE);
 }
 
+TEST_F(ServicesTest, AnswersItsPrivateInterfaceWithAReferenceLikeAnyOther)
+{
+    const GUID privateId = {0x7a1f6d0c, 0x52e5, 0x4c7e, {0x9b, 0x0b, 0x0e, 0x5a, 0x3c, 0x7d, 0x41, 0xb2}};
+    auto one = customer(1);
+    const auto references = [](IUnknown* object) { return object->AddRef(), object->Release(); };
+    const ULONG before = references(one.get());
+    ComPtr<IUnknown> own;
+    ASSERT_EQ(one->QueryInterface(privateId, own.putVoid()), S_OK);
+    EXPECT_EQ(references(one.get()), before + 1);
+    EXPECT_EQ(queryFor<IUnknown>(own.get()).get(), queryFor<IUnknown>(one.get()).get());
+    // It keeps the object alive.
+    one.reset();
+    EXPECT_EQ(name(queryFor<ICustomer>(own.get()).get()), "Rossi {email} Niccolò");
+    EXPECT_EQ(makeCom<ForeignCustomer>()->QueryInterface(privateId, own.putVoid()), E_NOINTERFACE);
+}
+
 TEST_F(ServicesTest, HasNoCustomerWhereThereIsNone)
 {
     const auto nobody = customer(1);

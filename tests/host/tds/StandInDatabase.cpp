@@ -2,8 +2,10 @@
 
 #include "tests/host/tds/Collation.h"
 
+#include "host/database/Cell.h"
 #include "host/database/Names.h"
 #include "host/dialect/Dialect.h"
+#include "host/dialect/writer/Sql.h"
 
 #include <sqlite3.h>
 
@@ -16,7 +18,8 @@ namespace zul::tds {
 
 namespace {
 
-using host::bracketed;
+using dialect::quotedName;
+using dialect::quotedText;
 using host::foldedName;
 using host::sameName;
 using StatementHandle = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
@@ -51,17 +54,6 @@ std::string withoutMark(const std::string& text, std::string_view mark)
 {
     const std::size_t at = text.find(mark);
     return at == std::string::npos ? text : text.substr(at + mark.size());
-}
-
-std::string quoted(std::string_view text)
-{
-    std::string result = "'";
-    for (const char c : text) {
-        result += c;
-        if (c == '\'')
-            result += c;
-    }
-    return result + '\'';
 }
 
 // Positions of a batch that stand in no text, name or comment.
@@ -418,10 +410,7 @@ std::vector<StandInDatabase::TableColumn> StandInDatabase::columnsOf(std::string
     const auto rows =
         m_engine.query("SELECT name, type, pk FROM pragma_table_info(?)", host::Language::Native, {&name, 1});
     std::vector<TableColumn> columns;
-    const auto text = [&](std::size_t i) {
-        const ZulCell& cell = rows->cells()[i];
-        return std::string(reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length));
-    };
+    const auto text = [&](std::size_t i) { return std::string(host::cellText(rows->cells()[i])); };
     while (rows->next())
         columns.push_back({text(0), text(1), rows->cells()[2].Integer > 0});
     return columns;
@@ -445,10 +434,10 @@ void StandInDatabase::guardTable(const std::string& table)
     std::string differs;
     for (const TableColumn& column : columns) {
         const DataType type = dataTypeOf(column.declaration);
-        const std::string value = "NEW." + bracketed(column.name);
+        const std::string value = "NEW." + quotedName(column.name);
         const auto fit = [&](Fit kind, int size) {
             return "zul_fit(" + std::to_string(static_cast<int>(kind)) + ", " + std::to_string(size) + ", " +
-                   value + ", " + quoted(column.name) + "), ";
+                   value + ", " + quotedText(column.name) + "), ";
         };
         if (column.key)
             keyChecks += fit(Fit::Key, keys == 1 && type.kind == DataType::Kind::Integer ? 1 : 0);
@@ -461,16 +450,16 @@ void StandInDatabase::guardTable(const std::string& table)
         if (type.kind != DataType::Kind::DateTime)
             continue;
         checks += fit(Fit::Moment, 0);
-        rounded += (rounded.empty() ? "" : ", ") + bracketed(column.name) + " = zul_datetime(" + value + ")";
+        rounded += (rounded.empty() ? "" : ", ") + quotedName(column.name) + " = zul_datetime(" + value + ")";
         differs += (differs.empty() ? "" : " OR ") + ("zul_datetime(" + value + ") IS NOT " + value);
     }
     for (const std::string& event : {std::string("INSERT"), std::string("UPDATE")}) {
-        const std::string on = " " + event + " ON " + bracketed(table);
-        native("CREATE TRIGGER " + bracketed("zul_fit_" + event + table) + " BEFORE" + on + " BEGIN SELECT " +
-               checks + (event == "INSERT" ? keyChecks : std::string()) + "0; END");
+        const std::string on = " " + event + " ON " + quotedName(table);
+        native("CREATE TRIGGER " + quotedName("zul_fit_" + event + table) + " BEFORE" + on +
+               " BEGIN SELECT " + checks + (event == "INSERT" ? keyChecks : std::string()) + "0; END");
         if (!rounded.empty()) {
-            native("CREATE TRIGGER " + bracketed("zul_round_" + event + table) + " AFTER" + on + " WHEN " +
-                   differs + " BEGIN UPDATE " + bracketed(table) + " SET " + rounded +
+            native("CREATE TRIGGER " + quotedName("zul_round_" + event + table) + " AFTER" + on + " WHEN " +
+                   differs + " BEGIN UPDATE " + quotedName(table) + " SET " + rounded +
                    " WHERE rowid = NEW.rowid; END");
         }
     }
@@ -494,7 +483,7 @@ void StandInDatabase::createFunction(const std::string& name)
 {
     if (has("table", "zul_function_" + host::bareName(name)))
         throw ServerError{2714, 16, "There is already an object named '" + name + "' in the database."};
-    native("CREATE TABLE " + bracketed("zul_function_" + host::bareName(name)) + " (x)");
+    native("CREATE TABLE " + quotedName("zul_function_" + host::bareName(name)) + " (x)");
 }
 
 // The one function that the host makes gives the next number of its column; it becomes a trigger here.
@@ -504,10 +493,10 @@ void StandInDatabase::addDefault(const std::string& table, const std::string& fu
     if (!has("table", "zul_function_" + host::bareName(function)))
         throw ServerError{4121, 16,
                           "Cannot find either column or the user-defined function \"" + function + "\"."};
-    native("CREATE TRIGGER " + bracketed("zul_default_" + table) + " AFTER INSERT ON " + bracketed(table) +
-           " WHEN NEW." + bracketed(column) + " IS NULL BEGIN UPDATE " + bracketed(table) + " SET " +
-           bracketed(column) + " = (SELECT COALESCE(MAX(" + bracketed(column) + "), 0) + 1 FROM " +
-           bracketed(table) + ") WHERE rowid = NEW.rowid; END");
+    native("CREATE TRIGGER " + quotedName("zul_default_" + table) + " AFTER INSERT ON " + quotedName(table) +
+           " WHEN NEW." + quotedName(column) + " IS NULL BEGIN UPDATE " + quotedName(table) + " SET " +
+           quotedName(column) + " = (SELECT COALESCE(MAX(" + quotedName(column) + "), 0) + 1 FROM " +
+           quotedName(table) + ") WHERE rowid = NEW.rowid; END");
 }
 
 void StandInDatabase::listTables(const std::string& name, AnswerSink& sink)
@@ -523,11 +512,8 @@ void StandInDatabase::listTables(const std::string& name, AnswerSink& sink)
                                      host::Language::Native, parameters);
     std::int64_t count = 0;
     while (rows->next()) {
-        const ZulCell& cell = rows->cells()[0];
-        sink.row(
-            {std::string("zul"), std::string("dbo"),
-             std::string(reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)),
-             std::string("TABLE"), Datum()});
+        sink.row({std::string("zul"), std::string("dbo"), std::string(host::cellText(rows->cells()[0])),
+                  std::string("TABLE"), Datum()});
         ++count;
     }
     sink.done(count);
@@ -581,7 +567,7 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
         if (!has("table", "zul_function_" + host::bareName(parts[1].str())))
             throw ServerError{
                 3701, 11, "Cannot drop the function '" + parts[1].str() + "', because it does not exist."};
-        native("DROP TABLE " + bracketed("zul_function_" + host::bareName(parts[1].str())));
+        native("DROP TABLE " + quotedName("zul_function_" + host::bareName(parts[1].str())));
     } else if (matches(
                    text,
                    R"(alter\s+table\s+(\S+)\s+add\s+constraint\s+\S+\s+default\s+(\S+?)\(\)\s+for\s+(\S+))",
@@ -607,7 +593,7 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
                        parts)) {
         foldedName(parts[1].str()) == "commit" ? commit() : rollback();
     } else if (matches(text, R"((update\s[\s\S]*)\soutput\s+inserted\.(\w+)(\s+where\s[\s\S]*))", parts)) {
-        runTranslated(parts[1].str() + parts[3].str(), " RETURNING " + bracketed(parts[2].str()), parameters,
+        runTranslated(parts[1].str() + parts[3].str(), " RETURNING " + quotedName(parts[2].str()), parameters,
                       sink);
         return true;
     } else {

@@ -7,7 +7,7 @@
 // do not compare (402).
 #include "tests/host/tds/Types.h"
 
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 
 #include <functional>
 #include <map>

@@ -1,8 +1,11 @@
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 
+#include "host/database/Cell.h"
 #include "host/database/Names.h"
 #include "host/database/Schema.h"
+#include "host/database/products/Product.h"
 #include "host/dialect/Dialect.h"
+#include "host/dialect/writer/Sql.h"
 #include "host/dialect/SqliteFunctions.h"
 
 #include <sqlite3.h>
@@ -11,34 +14,6 @@ namespace zul::host {
 
 namespace {
 
-std::string_view textOf(const ZulCell& cell)
-{
-    if (cell.Kind != CellText)
-        return {};
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
-}
-
-ColumnType hostTypeOf(dialect::ColumnType type)
-{
-    switch (type) {
-    case dialect::ColumnType::Bit:
-        return ColumnType::Boolean;
-    case dialect::ColumnType::Decimal:
-        return ColumnType::Decimal;
-    case dialect::ColumnType::Real:
-        return ColumnType::Real;
-    case dialect::ColumnType::Text:
-    case dialect::ColumnType::Time:
-        return ColumnType::Text;
-    case dialect::ColumnType::Date:
-    case dialect::ColumnType::DateTime:
-        return ColumnType::DateTime;
-    default:
-        // A whole number's size shows in the value.
-        return ColumnType::Unknown;
-    }
-}
-
 NativeStatement nativeOf(const dialect::Translation& translation)
 {
     NativeStatement native;
@@ -46,9 +21,8 @@ NativeStatement nativeOf(const dialect::Translation& translation)
     native.changesSchema = translation.kind == dialect::StatementKind::Schema;
     native.types.reserve(translation.columns.size());
     for (const dialect::OutputColumn& column : translation.columns)
-        native.types.push_back(hostTypeOf(column.type));
-    if (const auto& search = translation.search)
-        native.search = TextSearch{search->table, search->rows, search->column, search->text};
+        native.types.push_back(column.type);
+    native.search = translation.search;
     return native;
 }
 
@@ -129,9 +103,9 @@ const SqliteEngine::DeclaredTable& SqliteEngine::declared(std::string_view table
     auto rows = query("SELECT name, type, pk FROM pragma_table_info(?)", Language::Native, {&name, 1});
     while (rows->next()) {
         const ZulCell* const cells = rows->cells();
-        read.types.emplace(foldedName(textOf(cells[0])), dialect::columnTypeOf(textOf(cells[1])));
+        read.types.emplace(foldedName(cellText(cells[0])), dialect::columnTypeOf(cellText(cells[1])));
         if (cells[2].Integer > 0)
-            read.key.emplace_back(textOf(cells[0]));
+            read.key.emplace_back(cellText(cells[0]));
     }
     return read;
 }
@@ -237,14 +211,15 @@ std::unique_ptr<RowStream> SqliteEngine::narrowedQuery(const NativeStatement& na
     }
     const Value parameter(list + ']');
     NativeStatement narrowed = native;
-    narrowed.sql += " AND " + bracketed(native.search->rows) + ".rowid IN (SELECT value FROM json_each(?))";
+    narrowed.sql +=
+        " AND " + dialect::quotedName(native.search->rows) + ".rowid IN (SELECT value FROM json_each(?))";
     narrowed.search.reset();
     return std::make_unique<SqliteRows>(
         m_database.prepare(narrowed.sql, [&](std::string_view) { return narrowed; }),
         std::span(&parameter, 1));
 }
 
-const std::optional<TextColumn>& SqliteEngine::textsFor(const TextSearch& search)
+const std::optional<TextColumn>& SqliteEngine::textsFor(const dialect::TextSearch& search)
 {
     const std::int64_t ownChanges = m_database.totalChanges();
     const std::int64_t version = dataVersion();
@@ -254,21 +229,21 @@ const std::optional<TextColumn>& SqliteEngine::textsFor(const TextSearch& search
     return m_searched.texts;
 }
 
-std::optional<TextColumn> SqliteEngine::readTexts(const TextSearch& search)
+std::optional<TextColumn> SqliteEngine::readTexts(const dialect::TextSearch& search)
 {
     constexpr std::size_t mostBytes = std::size_t{64} * 1024 * 1024;
-    const std::string column = bracketed(search.column);
+    const std::string column = dialect::quotedName(search.column);
     TextColumn texts;
     try {
-        const auto rows = query("SELECT rowid, " + column + " FROM " + bracketed(search.table) + " WHERE " +
-                                    column + " IS NOT NULL",
+        const auto rows = query("SELECT rowid, " + column + " FROM " + dialect::quotedName(search.table) +
+                                    " WHERE " + column + " IS NOT NULL",
                                 Language::Native);
         while (rows->next()) {
             const ZulCell* const cells = rows->cells();
             // The rows of a view have no numbers.
             if (cells[0].Kind != CellInteger || cells[1].Kind != CellText || texts.size() > mostBytes)
                 return std::nullopt;
-            texts.append(cells[0].Integer, textOf(cells[1]));
+            texts.append(cells[0].Integer, cellText(cells[1]));
         }
     } catch (const EngineError&) {
         // What is wrong the statement itself will tell.
@@ -295,11 +270,11 @@ Outcome SqliteEngine::run(std::string_view sql, Language language)
 void SqliteEngine::insertRows(std::string_view table, std::span<const std::string_view> columns,
                               std::span<const Value> values)
 {
-    std::string sql = "INSERT INTO " + bracketed(bareName(table)) + " (";
+    std::string sql = "INSERT INTO " + dialect::quotedName(bareName(table)) + " (";
     std::string marks;
     for (const std::string_view column : columns) {
         sql += marks.empty() ? "" : ", ";
-        sql += bracketed(column);
+        sql += dialect::quotedName(column);
         marks += marks.empty() ? "?" : ", ?";
     }
     sql += ") VALUES (" + marks + ")";
@@ -342,37 +317,26 @@ bool SqliteEngine::inTransaction() const
     return m_database.isOpen() && sqlite3_get_autocommit(m_database.handle()) == 0;
 }
 
-// Brackets, not double quotes: SQLite takes a double-quoted name that it does not know for a text.
-std::string SqliteEngine::quotedName(std::string_view name) const
+const Product& SqliteEngine::product() const
 {
-    return bracketed(name);
-}
-
-// A schema name, "dbo." as a rule, means nothing here.
-std::string SqliteEngine::tableName(std::string_view asWritten) const
-{
-    return bracketed(bareName(asWritten));
+    return embeddedSqliteProduct();
 }
 
 RowIdentity SqliteEngine::rowIdentity(std::string_view table)
 {
-    const std::vector<Value> name{std::string(bareName(table))};
     RowIdentity identity;
-    auto rows =
-        query("SELECT name FROM pragma_table_info(?) WHERE pk > 0 ORDER BY pk", Language::Native, name);
-    while (rows->next()) {
-        const ZulCell& cell = rows->cells()[0];
-        identity.keyColumns.emplace_back(textOf(cell));
-    }
-    if (identity.keyColumns.empty() && hasTable(bareName(table)))
-        identity.hiddenColumn = "rowid";
+    const auto rows = query(product().keyQuery(table), Language::Native);
+    while (rows->next())
+        identity.keyColumns.emplace_back(cellText(rows->cells()[0]));
+    if (identity.keyColumns.empty() && hasTable(table))
+        identity.hiddenColumn = product().hiddenColumn();
     return identity;
 }
 
 std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
 {
     if (!m_hasCounters) {
-        execute(createTableStatement(counterTable(), Product::Sqlite, true), Language::Native);
+        execute(createTableStatement(counterTable(), product(), true), Language::Native);
         // A table made in a transaction goes when that is undone.
         m_hasCounters = !inTransaction();
     }
@@ -388,26 +352,17 @@ std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
 // A run takes all its ids for one table.
 const SqliteEngine::IdStatement& SqliteEngine::idStatement(std::string_view table, std::string_view key)
 {
-    if (m_ids.table == table && m_ids.key == key)
-        return m_ids;
-    // One statement, so that it is atomic on its own and within a transaction alike.
-    const std::string largest =
-        "(SELECT COALESCE(MAX(" + bracketed(bareName(key)) + "), 0) FROM " + bracketed(bareName(table)) + ")";
-    m_ids = {std::string(table),
-             std::string(key),
-             "INSERT INTO tabContatori(Tabella, Chiave, Ultimo) VALUES (?, ?, " + largest +
-                 " + 1) ON CONFLICT(Tabella, Chiave) DO UPDATE SET Ultimo = MAX(Ultimo, " + largest +
-                 ") + 1 RETURNING Ultimo",
-             {std::string(bareName(table)), std::string(bareName(key))}};
+    if (m_ids.table != table || m_ids.key != key)
+        m_ids = {std::string(table),
+                 std::string(key),
+                 product().raiseCounter(table, key),
+                 {bareName(table), bareName(key)}};
     return m_ids;
 }
 
 bool SqliteEngine::hasTable(std::string_view name)
 {
-    const std::vector<Value> parameters{std::string(name)};
-    auto rows = query("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ? COLLATE NOCASE",
-                      Language::Native, parameters);
-    return rows->next();
+    return query(product().tableQuery(name), Language::Native)->next();
 }
 
 std::string SqliteEngine::connectionString() const

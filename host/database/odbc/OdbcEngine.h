@@ -38,18 +38,17 @@ public:
     void commit() override;
     void rollback() override;
     bool inTransaction() const override;
-    std::string quotedName(std::string_view name) const override;
-    std::string tableName(std::string_view asWritten) const override;
     RowIdentity rowIdentity(std::string_view table) override;
-    std::string sameValue(const ColumnInfo& column) const override;
     std::int64_t nextId(std::string_view table, std::string_view key) override;
     bool hasTable(std::string_view name) override;
-    Product product() const override;
+    const Product& product() const override;
     std::string connectionString() const override { return m_connectionString; }
     void close() noexcept override;
 
 private:
-    RowIdentity catalogueIdentity(std::string_view table);
+    RowIdentity readIdentity(std::string_view table);
+    bool readCatalogueKey(std::string_view table, std::vector<std::string>& columns);
+    void readAskedKey(std::string_view table, std::vector<std::string>& columns);
     std::optional<std::int64_t> raisedCounter(const std::string& table, const std::string& key);
     std::optional<std::int64_t> raisedCounterAtOnce(const std::string& sql, std::span<const Value> names);
 
@@ -57,7 +56,7 @@ private:
     std::unique_ptr<OdbcConnection> m_connection;
     std::unordered_map<std::string, RowIdentity> m_identities; // by table name, folded
     bool m_hasCounters = false;
-    bool m_hasOutput = true; // UPDATE … OUTPUT, until the server refuses it
+    bool m_raisesAtOnce = true; // until the server refuses the product's way
 };
 
 } // namespace zul::host

@@ -1,12 +1,13 @@
-#include "host/database/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteDatabase.h"
 
 #include "base/DateText.h"
+#include "host/database/Names.h"
+#include "host/database/sqlite/ConnectionSettings.h"
+#include "host/dialect/base/ColumnType.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 
 namespace zul::host {
 
@@ -65,6 +66,15 @@ struct Bind
                                    SQLITE_UTF8);
     }
 };
+
+// How large the whole numbers of a column of this declaration are, see ColumnInfo.
+int integerBytesOf(std::string_view declaration)
+{
+    const std::string word = foldedName(declaration.substr(0, declaration.find_first_of(" (")));
+    if (word == "smallint" || word == "tinyint" || word == "int2")
+        return 2;
+    return word == "bigint" || word == "int8" ? 8 : 4;
+}
 
 } // namespace
 
@@ -132,7 +142,10 @@ std::vector<ColumnInfo> SqliteStatement::readColumns() const
         info.name = text(sqlite3_column_name(handle(), i));
         const char* const origin = sqlite3_column_origin_name(handle(), i);
         info.baseName = origin != nullptr ? origin : info.name;
-        info.type = columnTypeOf(text(sqlite3_column_decltype(handle(), i)));
+        const std::string declaration = text(sqlite3_column_decltype(handle(), i));
+        info.type = dialect::columnTypeOf(declaration);
+        if (info.type == ColumnType::Integer)
+            info.integerBytes = integerBytesOf(declaration);
         // An expression has no declaration; what the statement itself says is the next best.
         const auto& known = native().types;
         if (info.type == ColumnType::Unknown && static_cast<std::size_t>(i) < known.size())
@@ -184,15 +197,8 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Mode mode)
         if (sqlite3_open_v2(path.c_str(), &m_database, flags, nullptr) != SQLITE_OK)
             fail();
         sqlite3_busy_timeout(m_database, 5000);
-        run("PRAGMA journal_mode=WAL");
-        run("PRAGMA synchronous=NORMAL");
-        run("PRAGMA foreign_keys=OFF");
-        run("PRAGMA cache_size=-65536");
-        run("PRAGMA temp_store=MEMORY");
-        run("PRAGMA mmap_size=268435456");
-        // Sixteen megabytes of log before it is copied into the file. A preparation commits each row, and its rows come
-        // to lie on the same few pages: the longer the log, the fewer of them are written back and waited for.
-        run("PRAGMA wal_autocheckpoint=4096");
+        for (const char* const* setting = zulConnectionSettings; *setting != nullptr; ++setting)
+            run(*setting);
     } catch (const EngineError& error) {
         const EngineError named(error.code(), path + ": " + error.what());
         sqlite3_close_v2(m_database);
@@ -307,41 +313,6 @@ void SqliteDatabase::fail() const
     throw EngineError(codeOf(code, text), text);
 }
 
-ColumnType columnTypeOf(std::string_view declaration)
-{
-    std::string word;
-    for (const char c : declaration) {
-        if (std::isalpha(static_cast<unsigned char>(c)) == 0 && c != '2' && c != '8' && c != '4')
-            break;
-        word += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    }
-    struct Known
-    {
-        std::string_view word;
-        ColumnType type;
-    };
-    static constexpr std::array<Known, 29> known{{
-        {"BIT", ColumnType::Boolean},        {"BOOLEAN", ColumnType::Boolean},
-        {"BOOL", ColumnType::Boolean},       {"SMALLINT", ColumnType::SmallInt},
-        {"TINYINT", ColumnType::SmallInt},   {"INTEGER", ColumnType::Integer},
-        {"INT", ColumnType::Integer},        {"INT4", ColumnType::Integer},
-        {"MEDIUMINT", ColumnType::Integer},  {"BIGINT", ColumnType::BigInt},
-        {"INT8", ColumnType::BigInt},        {"REAL", ColumnType::Real},
-        {"FLOAT", ColumnType::Real},         {"DOUBLE", ColumnType::Real},
-        {"DECIMAL", ColumnType::Decimal},    {"NUMERIC", ColumnType::Decimal},
-        {"MONEY", ColumnType::Decimal},      {"SMALLMONEY", ColumnType::Decimal},
-        {"DATETIME", ColumnType::DateTime},  {"DATE", ColumnType::DateTime},
-        {"DATETIME2", ColumnType::DateTime}, {"SMALLDATETIME", ColumnType::DateTime},
-        {"TIMESTAMP", ColumnType::DateTime}, {"TEXT", ColumnType::Text},
-        {"NTEXT", ColumnType::Text},         {"VARCHAR", ColumnType::Text},
-        {"NVARCHAR", ColumnType::Text},      {"CHAR", ColumnType::Text},
-        {"NCHAR", ColumnType::Text},
-    }};
-    const auto found =
-        std::find_if(known.begin(), known.end(), [&](const Known& entry) { return entry.word == word; });
-    return found != known.end() ? found->type : ColumnType::Unknown;
-}
-
 void readCell(sqlite3_stmt* statement, int column, ColumnType type, ZulCell& cell)
 {
     switch (sqlite3_column_type(statement, column)) {
@@ -349,7 +320,7 @@ void readCell(sqlite3_stmt* statement, int column, ColumnType type, ZulCell& cel
         const std::int64_t value = sqlite3_column_int64(statement, column);
         cell.Kind = CellInteger;
         cell.Integer = value;
-        if (type == ColumnType::Boolean) {
+        if (type == ColumnType::Bit) {
             cell.Kind = CellBoolean;
             cell.Integer = value != 0 ? 1 : 0;
         } else if (type == ColumnType::Real || type == ColumnType::Decimal) {
@@ -357,7 +328,7 @@ void readCell(sqlite3_stmt* statement, int column, ColumnType type, ZulCell& cel
             cell.Real = static_cast<double>(value);
             cell.Text = nullptr;
             cell.Length = 0;
-        } else if (type == ColumnType::DateTime) {
+        } else if (dialect::isMoment(type)) {
             // A date column has numeric affinity, which makes a number of 'yyyymmdd' stored as a text.
             if (const auto date = dateFromDigits(value)) {
                 cell.Kind = CellDate;
@@ -378,7 +349,7 @@ void readCell(sqlite3_stmt* statement, int column, ColumnType type, ZulCell& cel
     default: {
         const unsigned char* text = sqlite3_column_text(statement, column);
         const int length = sqlite3_column_bytes(statement, column);
-        if (type == ColumnType::DateTime) {
+        if (dialect::isMoment(type)) {
             const auto date =
                 parseDate({reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)});
             if (date) {

@@ -5,9 +5,10 @@
 #include "tests/host/tds/StandIn.h"
 
 #include "base/DateText.h"
-#include "host/database/OdbcEngine.h"
+#include "host/database/Cell.h"
 #include "host/database/Recordset.h"
 #include "host/database/Session.h"
+#include "host/database/odbc/OdbcEngine.h"
 
 #include "automation/Variant.h"
 
@@ -17,11 +18,6 @@ using namespace zul;
 using namespace zul::host;
 
 namespace {
-
-std::string textOf(const ZulCell& cell)
-{
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
-}
 
 std::int64_t numberOf(Engine& engine, std::string_view sql)
 {
@@ -155,8 +151,8 @@ TEST_P(TransactSqlTest, TakesTextsWithWhatDriversReadAsMarks)
     const auto rows = m_engine->query("SELECT b, c FROM tabProvaTds ORDER BY a", Language::Native);
     for (int i = 1; i <= 3; ++i) {
         ASSERT_TRUE(rows->next());
-        EXPECT_EQ(textOf(rows->cells()[0]), text);
-        EXPECT_EQ(textOf(rows->cells()[1]), i < 3 ? text : "?");
+        EXPECT_EQ(cellText(rows->cells()[0]), text);
+        EXPECT_EQ(cellText(rows->cells()[1]), i < 3 ? text : "?");
     }
     EXPECT_FALSE(rows->next());
 }
@@ -291,7 +287,7 @@ TEST_P(TransactSqlTest, GoesOnWithAStreamWhileOtherStatementsRun)
     for (int i = 1; i <= 1500; ++i)
         ASSERT_TRUE(rows->next());
     EXPECT_EQ(execute("UPDATE tabProvaTds SET b = 'x' WHERE a = 1"), 1);
-    EXPECT_EQ(textOf(rows->cells()[1]), "riga 1500");
+    EXPECT_EQ(cellText(rows->cells()[1]), "riga 1500");
     for (int i = 1501; i <= 2500; ++i) {
         ASSERT_TRUE(rows->next());
         ASSERT_EQ(rows->cells()[0].Integer, i);

@@ -1,7 +1,7 @@
 // The search for a text in a column gives what the table holds at that moment, whoever changed it and how.
 #include "tests/support/TemporaryFolder.h"
 
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteEngine.h"
 
 #include <gmock/gmock.h>
 

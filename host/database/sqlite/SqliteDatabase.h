@@ -4,8 +4,8 @@
 // A connection belongs to one thread; it was opened without the library's own locks. Texts are UTF-8.
 #include "host/database/Engine.h"
 #include "host/database/EngineError.h"
-#include "host/database/TextColumn.h"
 #include "host/database/Value.h"
+#include "host/dialect/Dialect.h"
 
 #include <cstdint>
 #include <functional>
@@ -29,7 +29,7 @@ struct NativeStatement
     std::string sql;               ///< empty: there is nothing to run
     std::vector<ColumnType> types; ///< of the result's columns as far as known; may be shorter
     bool changesSchema = false;
-    std::optional<TextSearch> search = std::nullopt; ///< what it looks for, when it is such a search
+    std::optional<dialect::TextSearch> search = std::nullopt; ///< what it looks for, when it is such a search
 };
 
 /// Makes SQLite's SQL of a source text.
@@ -140,9 +140,6 @@ private:
     Cache m_native;
     Cache m_translated;
 };
-
-/// The type that a column's declaration means; Unknown for none. Words in any case, "NVARCHAR(50)" as well.
-ColumnType columnTypeOf(std::string_view declaration);
 
 /// Reads a column of the statement's current row into a cell; the text holds good until the next step.
 void readCell(sqlite3_stmt* statement, int column, ColumnType type, ZulCell& cell);

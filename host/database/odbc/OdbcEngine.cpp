@@ -1,82 +1,20 @@
-#include "host/database/OdbcEngine.h"
+#include "host/database/odbc/OdbcEngine.h"
 
-#include "base/DateText.h"
-#include "host/database/Decimal.h"
+#include "host/database/Cell.h"
+#include "host/database/Counters.h"
 #include "host/database/Names.h"
-#include "host/database/OdbcConnection.h"
 #include "host/database/OwnTransaction.h"
 #include "host/database/Schema.h"
+#include "host/database/odbc/OdbcConnection.h"
+#include "host/database/products/Product.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
 namespace zul::host {
 
 namespace {
 
-// Rows of one text that is sent, and of one INSERT in it: the work of Transact-SQL's server on a list of rows grows
-// faster than the list.
 constexpr std::size_t rowsPerText = 500;
-constexpr std::size_t rowsPerTransactInsert = 100;
-
-std::int64_t firstNumber(RowStream& rows)
-{
-    const ZulCell& cell = rows.cells()[0];
-    if (cell.Kind == CellReal)
-        return static_cast<std::int64_t>(cell.Real);
-    if (cell.Kind == CellText) {
-        std::int64_t number = 0;
-        const auto* const text = reinterpret_cast<const char*>(cell.Text);
-        std::from_chars(text, text + cell.Length, number);
-        return number;
-    }
-    return cell.Integer;
-}
-
-std::string_view textOf(const ZulCell& cell)
-{
-    if (cell.Kind != CellText)
-        return {};
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
-}
-
-std::string quotedText(std::string_view text)
-{
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c;
-        if (c == '\'')
-            quoted += c;
-    }
-    return quoted + '\'';
-}
-
-// A value as it stands in a statement.
-std::string literalOf(const Value& value, Product product)
-{
-    if (std::holds_alternative<std::monostate>(value))
-        return "NULL";
-    if (const auto* flag = std::get_if<bool>(&value)) {
-        if (product == Product::PostgreSql)
-            return *flag ? "TRUE" : "FALSE";
-        return *flag ? "1" : "0";
-    }
-    if (const auto* whole = std::get_if<std::int64_t>(&value))
-        return std::to_string(*whole);
-    if (const auto* number = std::get_if<double>(&value))
-        return decimalText(*number);
-    if (const auto* decimal = std::get_if<DecimalValue>(&value))
-        return decimal->text;
-    if (const auto* date = std::get_if<DateValue>(&value)) {
-        std::string text = formatDate(date->days);
-        // With hyphens the server reads day and month by the session's language.
-        if (product == Product::TransactSql)
-            text.erase(std::remove(text.begin(), text.end(), '-'), text.end());
-        return '\'' + text + '\'';
-    }
-    return (product == Product::TransactSql ? "N" : "") + quotedText(std::get<std::string>(value));
-}
 
 } // namespace
 
@@ -122,11 +60,7 @@ Outcome OdbcEngine::run(std::string_view sql, Language)
     Outcome outcome;
     if (!statement->moveToRows(outcome.affected))
         return outcome;
-    outcome.rows = openOdbcRows(statement, [handle = statement.get(), text = std::string(sql)] {
-        std::int64_t ignored = 0;
-        handle->executeDirect(text);
-        handle->moveToRows(ignored);
-    });
+    outcome.rows = openOdbcRows(statement);
     return outcome;
 }
 
@@ -146,10 +80,7 @@ std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language lang
         std::int64_t ignored = 0;
         if (!statement->moveToRows(ignored))
             throw EngineError(ErrorCode::Statement, "the statement gives no rows");
-        return openOdbcRows(statement, [handle = statement.get(),
-                                        values = std::vector<Value>(parameters.begin(), parameters.end())] {
-            handle->executePrepared(values);
-        });
+        return openOdbcRows(statement);
     } catch (...) {
         m_connection->forget(*statement);
         throw;
@@ -167,7 +98,7 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
         head += columns[i];
     }
     head += ") VALUES ";
-    const std::size_t rowsPerInsert = product() == Product::TransactSql ? rowsPerTransactInsert : rowsPerText;
+    const std::size_t rowsPerInsert = product().rowsPerInsert();
     std::string sql;
     std::size_t rows = 0;
     const auto send = [&] {
@@ -186,7 +117,7 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
             sql += (sql.empty() ? "" : "; ") + head + "(";
         for (std::size_t i = 0; i < columns.size(); ++i) {
             sql += i > 0 ? ", " : "";
-            sql += literalOf(values[row + i], product());
+            sql += product().literal(values[row + i]);
         }
         sql += ')';
     }
@@ -222,36 +153,9 @@ bool OdbcEngine::inTransaction() const
     return m_connection->inTransaction();
 }
 
-Product OdbcEngine::product() const
+const Product& OdbcEngine::product() const
 {
     return m_connection->product();
-}
-
-std::string OdbcEngine::quotedName(std::string_view name) const
-{
-    if (product() == Product::PostgreSql) {
-        std::string quoted = "\"";
-        for (const char c : name) {
-            quoted += c;
-            if (c == '"')
-                quoted += c;
-        }
-        return quoted + '"';
-    }
-    if (product() == Product::Sqlite)
-        return bracketed(name);
-    std::string quoted = "[";
-    for (const char c : name) {
-        quoted += c;
-        if (c == ']')
-            quoted += c;
-    }
-    return quoted + ']';
-}
-
-std::string OdbcEngine::tableName(std::string_view asWritten) const
-{
-    return std::string(asWritten);
 }
 
 // A name as the catalogue has it when it was made without quotes.
@@ -275,70 +179,62 @@ RowIdentity OdbcEngine::rowIdentity(std::string_view table)
     if (known != m_identities.end())
         return known->second;
     m_connection->makeFree();
-    RowIdentity identity = catalogueIdentity(table);
+    RowIdentity identity = readIdentity(table);
     m_identities.emplace(folded, identity);
     return identity;
 }
 
-// A driver without a catalogue tells no key: rows are told apart by all that they hold.
-RowIdentity OdbcEngine::catalogueIdentity(std::string_view table)
+RowIdentity OdbcEngine::readIdentity(std::string_view table)
 {
     RowIdentity identity;
-    const auto read = [&](RowStream& rows, std::size_t column) {
-        while (rows.next()) {
-            const ZulCell& cell = rows.cells()[column];
-            if (cell.Kind == CellText)
-                identity.keyColumns.emplace_back(textOf(cell));
-        }
-    };
-    {
-        std::string name = catalogueName(*m_connection, table);
-        const auto statement = std::make_shared<OdbcStatement>(*m_connection);
-        const SQLRETURN code = SQLPrimaryKeys(statement->handle(), nullptr, 0, nullptr, 0,
-                                              reinterpret_cast<SQLCHAR*>(name.data()), SQL_NTS);
-        if (SQL_SUCCEEDED(code)) {
-            read(*openOdbcRows(statement, [] {}), 3);
-            return identity;
-        }
-        if (m_connection->isLost())
-            statement->check(code);
-    }
-    if (product() != Product::TransactSql)
-        return identity;
-    // The driver asks a procedure that compatible servers may lack; the views are in the language's standard.
-    try {
-        read(*query(
-                 "SELECT k.COLUMN_NAME FROM INFORMATION_SCHEMA.TABLE_CONSTRAINTS c INNER JOIN"
-                 " INFORMATION_SCHEMA.KEY_COLUMN_USAGE k ON k.CONSTRAINT_NAME = c.CONSTRAINT_NAME AND"
-                 " k.TABLE_NAME = c.TABLE_NAME WHERE c.CONSTRAINT_TYPE = 'PRIMARY KEY' AND c.TABLE_NAME = N" +
-                     quotedText(bareName(table)) + " ORDER BY k.ORDINAL_POSITION",
-                 Language::Native),
-             0);
-    } catch (const EngineError&) {
-        if (m_connection->isLost())
-            throw;
-        identity.keyColumns.clear();
-    }
+    if (!readCatalogueKey(table, identity.keyColumns))
+        readAskedKey(table, identity.keyColumns);
+    const std::string_view hidden = product().hiddenColumn();
+    if (identity.keyColumns.empty() && !hidden.empty() && hasTable(bareName(table)))
+        identity.hiddenColumn = hidden;
     return identity;
 }
 
-// A datetime is finer than its milliseconds say, and long texts of the old kinds do not compare at all.
-std::string OdbcEngine::sameValue(const ColumnInfo& column) const
+// False: the driver has no catalogue, or its server none.
+bool OdbcEngine::readCatalogueKey(std::string_view table, std::vector<std::string>& columns)
 {
-    const std::string name = quotedName(column.baseName);
-    if (product() == Product::TransactSql && column.type == ColumnType::DateTime)
-        return name + " = CAST(? AS datetime)";
-    if (product() == Product::TransactSql && column.type == ColumnType::Text)
-        return "CAST(" + name + " AS nvarchar(max)) = CAST(? AS nvarchar(max))";
-    return name + " = ?";
+    std::string name = catalogueName(*m_connection, table);
+    const auto statement = std::make_shared<OdbcStatement>(*m_connection);
+    const SQLRETURN code = SQLPrimaryKeys(statement->handle(), nullptr, 0, nullptr, 0,
+                                          reinterpret_cast<SQLCHAR*>(name.data()), SQL_NTS);
+    if (!SQL_SUCCEEDED(code)) {
+        if (m_connection->isLost())
+            statement->check(code);
+        return false;
+    }
+    const auto rows = openOdbcRows(statement);
+    while (rows->next())
+        columns.emplace_back(cellText(rows->cells()[3]));
+    return true;
+}
+
+void OdbcEngine::readAskedKey(std::string_view table, std::vector<std::string>& columns)
+{
+    const std::string question = product().keyQuery(table);
+    if (question.empty())
+        return;
+    try {
+        const auto rows = query(question, Language::Native);
+        while (rows->next())
+            columns.emplace_back(cellText(rows->cells()[0]));
+    } catch (const EngineError&) {
+        if (m_connection->isLost())
+            throw;
+        columns.clear();
+    }
 }
 
 bool OdbcEngine::hasTable(std::string_view name)
 {
-    // By the server's own rules for names, and without the catalogue, which compatible servers have in part only.
-    if (product() == Product::TransactSql) {
+    const std::string question = product().tableQuery(name);
+    if (!question.empty()) {
         try {
-            const auto rows = query("SELECT OBJECT_ID(N" + quotedText(name) + ", N'U')", Language::Native);
+            const auto rows = query(question, Language::Native);
             return rows->next() && rows->cells()[0].Kind != CellNull;
         } catch (const EngineError&) {
             if (m_connection->isLost())
@@ -354,12 +250,9 @@ bool OdbcEngine::hasTable(std::string_view name)
     if (code == SQL_NO_DATA)
         return false;
     // The name is a pattern to the driver, in which "_" stands for any character.
-    const auto rows = openOdbcRows(statement, [] {});
+    const auto rows = openOdbcRows(statement);
     while (rows->next()) {
-        const ZulCell& cell = rows->cells()[2];
-        if (cell.Kind == CellText &&
-            sameName({reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)},
-                     wanted))
+        if (sameName(cellText(rows->cells()[2]), wanted))
             return true;
     }
     return false;
@@ -372,7 +265,7 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
         // A table made in a transaction goes when that is undone.
         m_hasCounters = !inTransaction();
     }
-    const std::string tableText = tableName(table);
+    const std::string tableText = product().tableName(table);
     const std::string keyText(key);
     // Two programs that meet a new table make its counter at the same time; one of them has to try again.
     for (int attempt = 0; attempt < 3; ++attempt) {
@@ -380,9 +273,7 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
             if (const auto id = raisedCounter(tableText, keyText))
                 return *id;
         } catch (const EngineError& error) {
-            // Only this product goes on with a transaction in which a statement was refused.
-            if (error.code() != ErrorCode::Integrity ||
-                (inTransaction() && product() != Product::TransactSql))
+            if (error.code() != ErrorCode::Integrity || (inTransaction() && !product().goesOnAfterRefusal()))
                 throw;
         }
     }
@@ -393,26 +284,25 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
 std::optional<std::int64_t> OdbcEngine::raisedCounter(const std::string& table, const std::string& key)
 {
     const std::vector<Value> names{bareName(table), bareName(key)};
-    const std::string largest = "(SELECT COALESCE(MAX(" + key + "), 0) FROM " + table + ")";
-    const std::string raise = "UPDATE tabContatori SET Ultimo = CASE WHEN Ultimo < " + largest + " THEN " +
-                              largest + " + 1 ELSE Ultimo + 1 END";
-    const std::string which = " WHERE Tabella = ? AND Chiave = ?";
-    if (product() == Product::TransactSql && m_hasOutput) {
-        if (const auto id = raisedCounterAtOnce(raise + " OUTPUT inserted.Ultimo" + which, names))
+    const std::string atOnce = m_raisesAtOnce ? product().raiseCounter(table, key) : std::string();
+    if (!atOnce.empty()) {
+        if (const auto id = raisedCounterAtOnce(atOnce, names))
             return id;
     }
+    const std::string raise = raiseCounterText(table, key, {});
     OwnTransaction transaction(*this);
-    if (execute(raise + which, Language::Native, names) == 0) {
+    if (execute(raise, Language::Native, names) == 0) {
         std::vector<Value> row = names;
         row.emplace_back(std::int64_t{0});
         execute("INSERT INTO tabContatori (Tabella, Chiave, Ultimo) VALUES (?, ?, ?)", Language::Native, row);
-        execute(raise + which, Language::Native, names);
+        execute(raise, Language::Native, names);
     }
     std::optional<std::int64_t> id;
     {
-        const auto rows = query("SELECT Ultimo FROM tabContatori" + which, Language::Native, names);
+        const auto rows =
+            query("SELECT Ultimo FROM tabContatori" + std::string(whichCounter), Language::Native, names);
         if (rows->next())
-            id = firstNumber(*rows);
+            id = cellNumber(rows->cells()[0]);
     }
     transaction.commit();
     return id;
@@ -426,11 +316,11 @@ std::optional<std::int64_t> OdbcEngine::raisedCounterAtOnce(const std::string& s
     try {
         const auto rows = query(sql, Language::Native, names);
         if (rows->next())
-            return firstNumber(*rows);
+            return cellNumber(rows->cells()[0]);
     } catch (const EngineError& error) {
         if (error.code() != ErrorCode::Statement)
             throw;
-        m_hasOutput = false;
+        m_raisesAtOnce = false;
     }
     return std::nullopt;
 }

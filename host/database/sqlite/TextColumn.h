@@ -11,15 +11,6 @@
 
 namespace zul::host {
 
-/// A statement that looks for the rows of one table whose column contains a text; see dialect::TextSearch.
-struct TextSearch
-{
-    std::string table;
-    std::string rows;
-    std::string column;
-    std::string text;
-};
-
 class TextColumn
 {
 public:

@@ -1,8 +1,8 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include "host/database/Schema.h"
-#include "host/database/SqliteDatabase.h"
-#include "host/database/SqliteEngine.h"
+#include "host/database/sqlite/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteEngine.h"
 
 #include <filesystem>
 #include <fstream>
@@ -122,17 +122,16 @@ TEST_F(SqliteDatabaseTest, SaysTheColumnsOfNowAlsoWhenTheTableChanged)
     EXPECT_EQ(columns(), "first b:text c:text ");
 }
 
-TEST(SqliteColumnTypes, ReadsDeclarations)
+TEST_F(SqliteDatabaseTest, TellsTheSizeOfWholeNumbersByTheirDeclaration)
 {
-    EXPECT_EQ(columnTypeOf("nvarchar(100) COLLATE NOCASE"), ColumnType::Text);
-    EXPECT_EQ(columnTypeOf("INTEGER"), ColumnType::Integer);
-    EXPECT_EQ(columnTypeOf("smallint"), ColumnType::SmallInt);
-    EXPECT_EQ(columnTypeOf("bit"), ColumnType::Boolean);
-    EXPECT_EQ(columnTypeOf("decimal(18,2)"), ColumnType::Decimal);
-    EXPECT_EQ(columnTypeOf("datetime2(3)"), ColumnType::DateTime);
-    EXPECT_EQ(columnTypeOf("double precision"), ColumnType::Real);
-    EXPECT_EQ(columnTypeOf(""), ColumnType::Unknown);
-    EXPECT_EQ(columnTypeOf("geometry"), ColumnType::Unknown);
+    m_database.run(
+        "CREATE TABLE t (a INTEGER, b int, c smallint, d TINYINT, e bigint, f bit, g decimal(18,2), h text)");
+    SqliteStatement statement = m_database.prepare("SELECT *, 1 AS i FROM t");
+    statement.step();
+    std::string sizes;
+    for (const ColumnInfo& column : statement.columns())
+        sizes += std::to_string(column.integerBytes);
+    EXPECT_EQ(sizes, "442280000");
 }
 
 TEST(SqliteEngine, TranslatesWhatTheComponentWrites)

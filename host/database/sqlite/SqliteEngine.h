@@ -2,7 +2,8 @@
 // The embedded engine: SQLite behind the seam, with the Transact-SQL of the component read by the dialect
 // layer. Begin takes the write lock at once, so that a transaction never fails half-way for want of it.
 #include "host/database/Engine.h"
-#include "host/database/SqliteDatabase.h"
+#include "host/database/sqlite/SqliteDatabase.h"
+#include "host/database/sqlite/TextColumn.h"
 #include "host/dialect/Dialect.h"
 
 namespace zul::host {
@@ -24,13 +25,11 @@ public:
     void commit() override;
     void rollback() override;
     bool inTransaction() const override;
-    std::string quotedName(std::string_view name) const override;
-    std::string tableName(std::string_view asWritten) const override;
     RowIdentity rowIdentity(std::string_view table) override;
     std::int64_t nextId(std::string_view table, std::string_view key) override;
     bool hasTable(std::string_view name) override;
     void refreshStatistics() override;
-    Product product() const override { return Product::Sqlite; }
+    const Product& product() const override;
     std::string connectionString() const override;
     void close() noexcept override { m_database.close(); }
 
@@ -62,8 +61,8 @@ private:
     };
 
     std::unique_ptr<RowStream> narrowedQuery(const NativeStatement& native);
-    const std::optional<TextColumn>& textsFor(const TextSearch& search);
-    std::optional<TextColumn> readTexts(const TextSearch& search);
+    const std::optional<TextColumn>& textsFor(const dialect::TextSearch& search);
+    std::optional<TextColumn> readTexts(const dialect::TextSearch& search);
     std::int64_t dataVersion();
     const IdStatement& idStatement(std::string_view table, std::string_view key);
     const DeclaredTable& declared(std::string_view table);

@@ -1,4 +1,4 @@
-#include "host/database/TextColumn.h"
+#include "host/database/sqlite/TextColumn.h"
 
 #include <gmock/gmock.h>
 

@@ -1,16 +1,15 @@
 // Rows by ODBC: blocks of rows into bound arrays where every value has a bounded size, one value after another
 // where a row holds long texts.
-#include "host/database/OdbcConnection.h"
+#include "host/database/odbc/OdbcConnection.h"
 
 #include "base/DateText.h"
 #include "host/database/Decimal.h"
 #include "host/database/RowStore.h"
-#include "host/database/SqliteDatabase.h"
+#include "host/database/products/Product.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <functional>
 #include <optional>
 
 namespace zul::host {
@@ -78,19 +77,23 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
         result.column.cType = cType;
         result.column.width = width;
     };
+    const auto whole = [&](int bytes) {
+        fixed(ColumnType::Integer, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        result.info.integerBytes = bytes;
+    };
     switch (type) {
     case SQL_BIT:
-        fixed(ColumnType::Boolean, SQL_C_BIT, 1);
+        fixed(ColumnType::Bit, SQL_C_BIT, 1);
         break;
     case SQL_TINYINT:
     case SQL_SMALLINT:
-        fixed(ColumnType::SmallInt, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        whole(2);
         break;
     case SQL_INTEGER:
-        fixed(ColumnType::Integer, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        whole(4);
         break;
     case SQL_BIGINT:
-        fixed(ColumnType::BigInt, SQL_C_SBIGINT, sizeof(SQLBIGINT));
+        whole(8);
         break;
     case SQL_REAL:
     case SQL_FLOAT:
@@ -113,9 +116,9 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
                              size > 0 && size <= longestBoundText;
         // Drivers count characters, bytes, or one too few of either: four bytes each, and some room.
         result.column.width = bounded ? static_cast<std::size_t>(size) * 4 + 32 : 0;
-        // SQLite's driver has no decimals; the declaration that it repeats does.
-        if (statement.connection().product() == Product::Sqlite &&
-            columnTypeOf(attributeText(statement.handle(), index, SQL_DESC_TYPE_NAME)) == ColumnType::Decimal)
+        if (statement.connection().product().hidesDecimals() &&
+            dialect::columnTypeOf(attributeText(statement.handle(), index, SQL_DESC_TYPE_NAME)) ==
+                ColumnType::Decimal)
             fixed(ColumnType::Decimal, SQL_C_CHAR, 64);
     }
     }
@@ -127,10 +130,9 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
 class OdbcRows final : public RowStream
 {
 public:
-    OdbcRows(std::shared_ptr<OdbcStatement> statement, std::function<void()> repeat)
+    explicit OdbcRows(std::shared_ptr<OdbcStatement> statement)
         : m_connection(statement->connection())
         , m_statement(std::move(statement))
-        , m_repeat(std::move(repeat))
     {
         const int count = m_statement->columnCount();
         for (int i = 1; i <= count; ++i) {
@@ -141,8 +143,13 @@ public:
         m_cells.resize(m_columns.size());
         const bool bounded =
             std::all_of(m_data.begin(), m_data.end(), [](const Column& column) { return column.width > 0; });
+        const bool hasTexts = std::any_of(m_data.begin(), m_data.end(),
+                                          [](const Column& column) { return column.cType == SQL_C_CHAR; });
+        // A driver that gives a cut value again, but not within a block, is not asked for blocks.
+        if (hasTexts && m_connection.readsBoundValues() && !m_connection.readsWithinBlocks())
+            m_largestBlock = 1;
         if (bounded)
-            bindBlock(firstBlock);
+            bindBlock(std::min(firstBlock, m_largestBlock));
         m_connection.setStreaming(this);
     }
 
@@ -208,7 +215,6 @@ private:
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
         m_statement.reset();
-        m_repeat = nullptr;
     }
 
     void bindBlock(std::size_t atMost)
@@ -254,7 +260,7 @@ private:
             ++m_row;
         } else {
             if (m_delivered == firstBlock && m_blockRows == firstBlock)
-                bindBlock(largestBlock);
+                bindBlock(m_largestBlock);
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());
@@ -266,10 +272,8 @@ private:
             m_statement->check(code);
         }
         for (std::size_t i = 0; i < m_data.size(); ++i) {
-            if (!readBound(i)) {
-                readOnByValue();
-                return fetchByValue();
-            }
+            if (!readBound(i))
+                readWhole(i);
         }
         ++m_delivered;
         return true;
@@ -327,17 +331,34 @@ private:
         }
     }
 
-    // The driver said too small a size. The statement is run again, its rows are read value by value, and those
-    // that were delivered already are passed over.
-    void readOnByValue()
+    // The driver said too small a size: the value is read once more, where it stands. Running the statement again would
+    // do again what else it does, and bring its rows in any order.
+    void readWhole(std::size_t index)
     {
-        m_statement->closeCursor();
-        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
-        SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
-        m_blockRows = 0;
-        m_repeat();
-        for (std::size_t i = 0; i < m_delivered; ++i)
-            m_statement->check(SQLFetch(m_statement->handle()));
+        Column& column = m_data[index];
+        const bool inBlock = m_blockRows > 1;
+        if (!m_connection.readsBoundValues() || (inBlock && !m_connection.readsWithinBlocks()))
+            failToRead(index);
+        if (inBlock)
+            m_statement->check(SQLSetPos(m_statement->handle(), m_row + 1, SQL_POSITION, SQL_LOCK_NO_CHANGE));
+        readValue(index);
+        // What came must be this value.
+        const SQLLEN length = column.lengths[m_row];
+        const char* const cut = column.data.data() + column.width * m_row;
+        const bool isSame =
+            m_cells[index].Kind != CellNull && column.text.size() >= column.width - 1 &&
+            (length == SQL_NO_TOTAL || column.text.size() == static_cast<std::size_t>(length)) &&
+            std::memcmp(column.text.data(), cut, column.width - 1) == 0;
+        if (!isSame)
+            failToRead(index);
+    }
+
+    [[noreturn]] void failToRead(std::size_t index) const
+    {
+        throw EngineError(
+            ErrorCode::Unspecified,
+            "a value of the column " + m_columns[index].name +
+                " is longer than the driver says of the column, and the driver gives only its beginning");
     }
 
     bool fetchByValue()
@@ -395,10 +416,10 @@ private:
 
     OdbcConnection& m_connection;
     std::shared_ptr<OdbcStatement> m_statement; // null once the rows are at their end or in memory
-    std::function<void()> m_repeat;
     std::vector<ColumnInfo> m_columns;
     std::vector<Column> m_data;
     std::vector<ZulCell> m_cells;
+    std::size_t m_largestBlock = largestBlock;
     std::size_t m_blockRows = 0; // 0: value by value
     SQLULEN m_fetched = 0;
     SQLULEN m_row = 0;
@@ -409,10 +430,9 @@ private:
     std::size_t m_bufferRow = 0;
 };
 
-std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement,
-                                        std::function<void()> repeat)
+std::unique_ptr<RowStream> openOdbcRows(std::shared_ptr<OdbcStatement> statement)
 {
-    return std::make_unique<OdbcRows>(std::move(statement), std::move(repeat));
+    return std::make_unique<OdbcRows>(std::move(statement));
 }
 
 void bufferOdbcRows(OdbcRows& rows)

@@ -2,17 +2,13 @@
 #include "tests/host/database/Backends.h"
 #include "tests/host/database/PostgresServer.h"
 
-#include "host/database/OdbcEngine.h"
+#include "host/database/Cell.h"
+#include "host/database/odbc/OdbcEngine.h"
 #include "host/demo/DemoData.h"
 
 using namespace zul::host;
 
 namespace {
-
-std::string textOf(const ZulCell& cell)
-{
-    return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
-}
 
 class PostgresTest : public ::testing::Test
 {
@@ -118,7 +114,7 @@ TEST_F(PostgresTest, GoesOnWithAStreamWhileOtherStatementsRun)
         m_engine->execute("UPDATE t SET b = 'x' WHERE a = 1", Language::Native);
         EXPECT_EQ(rows->cells()[0].Integer, 1500);
         if (rows->columns().size() > 1) {
-            EXPECT_EQ(textOf(rows->cells()[1]), "riga 1500");
+            EXPECT_EQ(cellText(rows->cells()[1]), "riga 1500");
         }
         const auto second = m_engine->query(sql, Language::Native);
         ASSERT_TRUE(second->next());
@@ -154,7 +150,7 @@ TEST_F(PostgresTest, TakesTextsWithWhatOdbcReadsAsEscapes)
     m_engine->execute("INSERT INTO t VALUES ('{Cliente} {d ''2024-01-01''} ? {fn now()}')", Language::Native);
     const auto rows = m_engine->query("SELECT a FROM t", Language::Native);
     ASSERT_TRUE(rows->next());
-    EXPECT_EQ(textOf(rows->cells()[0]), "{Cliente} {d '2024-01-01'} ? {fn now()}");
+    EXPECT_EQ(cellText(rows->cells()[0]), "{Cliente} {d '2024-01-01'} ? {fn now()}");
 }
 
 TEST_F(PostgresTest, HoldsTheDemonstrationToo)
@@ -186,6 +182,34 @@ TEST_F(PostgresTest, HoldsTheDemonstrationToo)
     EXPECT_EQ(one("SELECT COUNT(*) FROM tabClienti"), "300");
 }
 
+TEST_F(PostgresTest, ReadsAValueThatIsLongerThanTheDriverSaysWithoutRunningTheStatementAgain)
+{
+    m_engine->execute("CREATE TABLE t (a int)", Language::Native);
+    // The values stand in blocks of rows, short ones beside long ones; the rows have no order.
+    const Outcome outcome = m_engine->run("INSERT INTO t SELECT n FROM generate_series(1, 3000) AS n;"
+                                          " SELECT a, CAST(CASE WHEN a % 7 = 0 THEN repeat('è', 2500) || a "
+                                          "ELSE 'breve ' || a END AS varchar) AS b,"
+                                          " a AS c FROM t",
+                                          Language::Native);
+    ASSERT_TRUE(outcome.rows);
+    int rows = 0;
+    std::string expected;
+    while (outcome.rows->next()) {
+        const std::int64_t a = outcome.rows->cells()[0].Integer;
+        expected.clear();
+        for (int i = 0; a % 7 == 0 && i < 2500; ++i)
+            expected += "è";
+        expected += (a % 7 == 0 ? "" : "breve ") + std::to_string(a);
+        ASSERT_EQ(cellText(outcome.rows->cells()[1]), expected);
+        ASSERT_EQ(outcome.rows->cells()[2].Integer, a);
+        ++rows;
+    }
+    EXPECT_EQ(rows, 3000);
+    const auto count = m_engine->query("SELECT COUNT(*) FROM t", Language::Native);
+    ASSERT_TRUE(count->next());
+    EXPECT_EQ(cellNumber(count->cells()[0]), 3000);
+}
+
 TEST_F(SqliteOdbcTest, ReadsOnWhereTheDriverSaysTooSmallASize)
 {
     m_engine->execute("CREATE TABLE t (a int, b varchar(3))", Language::Native);
@@ -197,9 +221,22 @@ TEST_F(SqliteOdbcTest, ReadsOnWhereTheDriverSaysTooSmallASize)
     for (int i = 1; i <= 20; ++i) {
         ASSERT_TRUE(rows->next());
         EXPECT_EQ(rows->cells()[0].Integer, i);
-        EXPECT_EQ(textOf(rows->cells()[1]), i < 15 ? std::string("à") : std::string(5000, 'x'));
+        EXPECT_EQ(cellText(rows->cells()[1]), i < 15 ? std::string("à") : std::string(5000, 'x'));
     }
     EXPECT_FALSE(rows->next());
+    // With a parameter, and while another statement runs, too.
+    const std::vector<Value> from{std::int64_t{14}};
+    const auto some = m_engine->query("SELECT b, a FROM t WHERE a >= ? ORDER BY a", Language::Native, from);
+    for (int i = 14; i <= 20; ++i) {
+        ASSERT_TRUE(some->next());
+        EXPECT_EQ(cellText(some->cells()[0]).size(), i < 15 ? 2U : 5000U);
+        if (i == 15) {
+            EXPECT_EQ(m_engine->execute("UPDATE t SET b = 'y' WHERE a > 15", Language::Native), 5);
+        }
+        EXPECT_EQ(cellText(some->cells()[0]).size(), i < 15 ? 2U : 5000U);
+        EXPECT_EQ(some->cells()[1].Integer, i);
+    }
+    EXPECT_FALSE(some->next());
 }
 
 TEST(OdbcConnection, SaysWhyItCannotConnect)
