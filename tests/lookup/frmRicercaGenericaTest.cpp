@@ -283,7 +283,7 @@ TEST_F(RicercaGenericaTest, EachActivationBringsTheFocusBackAndThePresetFilter)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
     EXPECT_EQ(dialog.focusWidget(), quickSearch());
     EXPECT_EQ(quickSearch()->text(), u"mil"_s);
-    EXPECT_EQ(grid()->visibleRowCount(), 1);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 1);
 }
 
 TEST_F(RicercaGenericaTest, APresetFilterOfBlanksIsIgnored)
