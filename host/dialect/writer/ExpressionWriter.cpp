@@ -2,8 +2,8 @@
 
 #include "host/dialect/base/DateTime.h"
 #include "host/dialect/base/DialectError.h"
+#include "host/dialect/base/NumberText.h"
 #include "host/dialect/base/Words.h"
-#include "host/dialect/functions/Functions.h"
 
 #include <algorithm>
 #include <charconv>
