@@ -41,7 +41,7 @@ public:
     {}
 
     Piece write(const Expr& expr);
-    /// left op right, op being one of + - * / % & | ^; the place is for errors.
+    /// left op right, op being one of + - * / % & |; the place is for errors.
     Piece combined(Piece left, const std::string& op, Piece right, std::size_t offset);
     /// With COLLATE NOCASE where a text would be compared case by case.
     Piece collated(Piece piece) const;
