@@ -77,7 +77,7 @@ Result subtract(Arguments arguments)
 }
 
 // The server refuses to divide by zero where the engine answers NULL.
-Result divide(Arguments arguments)
+Result divided(Arguments arguments, Number (*whole)(int64_t, int64_t), double (*real)(double, double))
 {
     if (anyNull(arguments))
         return {};
@@ -88,25 +88,23 @@ Result divide(Arguments arguments)
     const auto* x = std::get_if<int64_t>(&a);
     const auto* y = std::get_if<int64_t>(&b);
     if (x == nullptr || y == nullptr)
-        return realOf(a) / realOf(b);
-    if (*y == -1)
-        return resultOf(sum(int64_t{0}, a, true));
-    return *x / *y;
+        return real(realOf(a), realOf(b));
+    return resultOf(whole(*x, *y));
 }
 
-Result modulo(Arguments arguments)
+// By -1 the smallest whole number overflows.
+Result quotient(Arguments arguments)
 {
-    if (anyNull(arguments))
-        return {};
-    const Number a = numberOf(arguments[0]);
-    const Number b = numberOf(arguments[1]);
-    if (realOf(b) == 0)
-        throw FunctionError("Divide by zero error encountered.");
-    const auto* x = std::get_if<int64_t>(&a);
-    const auto* y = std::get_if<int64_t>(&b);
-    if (x == nullptr || y == nullptr)
-        return std::fmod(realOf(a), realOf(b));
-    return *y == -1 ? 0 : *x % *y;
+    return divided(
+        arguments, [](int64_t x, int64_t y) { return y == -1 ? sum(int64_t{0}, x, true) : Number(x / y); },
+        [](double x, double y) { return x / y; });
+}
+
+Result remainder(Arguments arguments)
+{
+    return divided(
+        arguments, [](int64_t x, int64_t y) { return Number(y == -1 ? 0 : x % y); },
+        [](double x, double y) { return std::fmod(x, y); });
 }
 
 Result number(Arguments arguments)
@@ -115,8 +113,8 @@ Result number(Arguments arguments)
 }
 
 constexpr Function table[] = {
-    {"zul_add", 1, -1, add},   {"zul_sub", 2, 2, subtract},  {"zul_div", 2, 2, divide},
-    {"zul_mod", 2, 2, modulo}, {"zul_number", 1, 1, number},
+    {"zul_add", 1, -1, add},      {"zul_sub", 2, 2, subtract},  {"zul_div", 2, 2, quotient},
+    {"zul_mod", 2, 2, remainder}, {"zul_number", 1, 1, number},
 };
 
 } // namespace
