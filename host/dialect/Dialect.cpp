@@ -40,7 +40,7 @@ public:
 
     void learn(const Statement& statement)
     {
-        std::visit([this](const auto& one) { learn(one); }, statement);
+        std::visit([this](const auto& one) { apply(one); }, statement);
     }
 
 private:
@@ -59,7 +59,7 @@ private:
             table.filled.push_back(column.name);
     }
 
-    void learn(const CreateTable& statement)
+    void apply(const CreateTable& statement)
     {
         Table* table = find(statement.table);
         if (table == nullptr)
@@ -69,7 +69,7 @@ private:
             add(*table, column);
     }
 
-    void learn(const AddColumn& statement)
+    void apply(const AddColumn& statement)
     {
         Table* table = find(statement.table);
         if (table == nullptr) {
@@ -79,7 +79,7 @@ private:
         add(*table, statement.column);
     }
 
-    void learn(const DropColumn& statement)
+    void apply(const DropColumn& statement)
     {
         if (Table* table = find(statement.table)) {
             const auto same = [&](const std::string& name) { return sameWord(name, statement.column); };
@@ -88,24 +88,24 @@ private:
         }
     }
 
-    void learn(const DropTable& statement)
+    void apply(const DropTable& statement)
     {
         std::erase_if(m_created, [&](const Table& table) { return sameWord(table.name, statement.table); });
     }
 
     // The rest makes and changes no columns.
-    void learn(const SelectStatement&) {}
-    void learn(const InsertStatement&) {}
-    void learn(const UpdateStatement&) {}
-    void learn(const DeleteStatement&) {}
-    void learn(const TruncateTable&) {}
-    void learn(const CreateIndex&) {}
-    void learn(const DropIndex&) {}
-    void learn(const CreateView&) {}
-    void learn(const DropView&) {}
-    void learn(const BeginTransaction&) {}
-    void learn(const CommitTransaction&) {}
-    void learn(const RollbackTransaction&) {}
+    void apply(const SelectStatement&) {}
+    void apply(const InsertStatement&) {}
+    void apply(const UpdateStatement&) {}
+    void apply(const DeleteStatement&) {}
+    void apply(const TruncateTable&) {}
+    void apply(const CreateIndex&) {}
+    void apply(const DropIndex&) {}
+    void apply(const CreateView&) {}
+    void apply(const DropView&) {}
+    void apply(const BeginTransaction&) {}
+    void apply(const CommitTransaction&) {}
+    void apply(const RollbackTransaction&) {}
 
     const Table* find(std::string_view name) const
     {

@@ -44,8 +44,12 @@
 //               nvarchar text ntext sysname uniqueidentifier date datetime datetime2 smalldatetime time binary
 //               varbinary image, with length, (precision, scale) or (max)
 //
-// Names may have a server, a database and a schema, which mean nothing here; #names are temporary tables. At most 90
-// levels of parentheses, sub-selects and the like stand inside each other, and 64 tables in one join.
+// Names may have a server, a database and a schema, which mean nothing here; #names are temporary tables.
+//
+// Bounds, each with an error that says so: 90 levels of parentheses, sub-selects and the like inside each other; 64
+// tables in one join; two thousand operands in a chain of '+' where texts, numbers or dates meet or kinds are not known,
+// and twenty of other operators there. A chain that only joins texts, only adds and subtracts numbers or only multiplies
+// them, and one of AND or OR, may be as long as the text, and costs what it is long.
 //
 // UTF-8 in and out. Everything here is a pure function of its arguments and may be called on any thread.
 //

@@ -1,6 +1,7 @@
 #include "host/dialect/SqliteFunctions.h"
 
 #include "host/dialect/functions/Functions.h"
+#include "host/dialect/functions/NumberFunctions.h"
 
 #include <array>
 #include <exception>

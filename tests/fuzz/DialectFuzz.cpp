@@ -3,8 +3,8 @@
 #include "host/dialect/Dialect.h"
 #include "host/dialect/base/DateTime.h"
 #include "host/dialect/base/Like.h"
+#include "host/dialect/base/NumberText.h"
 #include "host/dialect/base/Words.h"
-#include "host/dialect/functions/Functions.h"
 #include "host/dialect/syntax/Lexer.h"
 
 #include <algorithm>

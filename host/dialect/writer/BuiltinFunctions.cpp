@@ -179,7 +179,7 @@ Piece ExpressionWriter::coalesce(const Expr& expr)
     for (const ExprPtr& argument : expr.args) {
         values.push_back(write(*argument));
         const Piece& value = values.back();
-        if (value.literal != nullptr && value.literal->kind == ExprKind::Null)
+        if (value.isNull())
             continue;
         open = open || (value.type == ColumnType::Unknown && value.literal == nullptr);
         if (value.type == ColumnType::Unknown)

@@ -2,56 +2,14 @@
 
 #include "host/dialect/base/DateTime.h"
 #include "host/dialect/base/DialectError.h"
+#include "host/dialect/base/NumberText.h"
 #include "host/dialect/base/Words.h"
-#include "host/dialect/functions/Functions.h"
 
 #include <algorithm>
 #include <charconv>
 #include <optional>
 
 namespace zul::dialect {
-
-namespace {
-
-bool isZero(const Expr& literal)
-{
-    return literal.text.find_first_not_of("0.") == std::string::npos || literal.text.front() == 'e';
-}
-
-bool isNumberLiteral(const Piece& piece)
-{
-    return piece.literal != nullptr &&
-           (piece.literal->kind == ExprKind::Integer || piece.literal->kind == ExprKind::Decimal ||
-            piece.literal->kind == ExprKind::Real);
-}
-
-bool isTextLiteral(const Piece& piece)
-{
-    return piece.literal != nullptr && piece.literal->kind == ExprKind::Text;
-}
-
-bool mayBeNumber(ColumnType type)
-{
-    return isNumeric(type) || type == ColumnType::Unknown;
-}
-
-std::string joined(const std::vector<std::string>& operands, std::size_t from, std::size_t to,
-                   const std::string& word)
-{
-    // A long chain is written as a balanced tree: the engine limits the depth of an expression.
-    constexpr std::size_t flat = 100;
-    if (to - from <= flat) {
-        std::string text = operands[from];
-        for (std::size_t i = from + 1; i < to; ++i)
-            text += word + operands[i];
-        return text;
-    }
-    const std::size_t middle = from + (to - from) / 2;
-    return "(" + joined(operands, from, middle, word) + ")" + word + "(" +
-           joined(operands, middle, to, word) + ")";
-}
-
-} // namespace
 
 ColumnType commonType(ColumnType a, ColumnType b)
 {
@@ -166,137 +124,6 @@ Piece ExpressionWriter::literal(const Expr& expr) const
     return piece;
 }
 
-// --- arithmetic -------------------------------------------------------------------------------------------
-
-Piece ExpressionWriter::arithmetic(const Expr& expr)
-{
-    Piece piece = write(*expr.args.front());
-    for (std::size_t i = 1; i < expr.args.size(); ++i)
-        piece = combined(std::move(piece), expr.ops[i - 1], write(*expr.args[i]), expr.args[i]->offset);
-    return piece;
-}
-
-Piece ExpressionWriter::combined(Piece left, const std::string& op, Piece right, std::size_t offset)
-{
-    if (op == "+")
-        return plus(std::move(left), std::move(right), offset);
-    if (op == "-")
-        return minus(std::move(left), std::move(right), offset);
-    if (isMoment(left.type) || isMoment(right.type))
-        failAt(m_text, offset, "a date cannot be an operand of '" + op + "'");
-    if (op == "/" || op == "%")
-        return quotient(asNumber(std::move(left)), op, asNumber(std::move(right)));
-    left = asNumber(std::move(left));
-    right = asNumber(std::move(right));
-    const Binding binding = op == "*" ? Binding::Product : Binding::Bit;
-    const ColumnType type = op == "*" ? commonType(left.type, right.type) : ColumnType::Integer;
-    Piece piece{.sql = left.as(binding), .type = type, .binding = binding};
-    const bool tighter = right.binding > binding;
-    piece.sql += " " + op + " " + (tighter ? right.sql : "(" + right.sql + ")");
-    return piece;
-}
-
-// Two texts are joined, two numbers added; what is not known before the statement runs is decided then.
-Piece ExpressionWriter::plus(Piece left, Piece right, std::size_t offset) const
-{
-    if (isMoment(left.type) || isMoment(right.type)) {
-        if (!isMoment(left.type))
-            std::swap(left, right);
-        if (!mayBeNumber(right.type))
-            failAt(m_text, offset,
-                   "a date and a text cannot be joined with '+': CONVERT the date to a text first");
-        return callOf("zul_dateplus", {left.sql, right.sql}, ColumnType::DateTime);
-    }
-    if (left.type == ColumnType::Text && right.type == ColumnType::Text) {
-        Piece piece{.sql = left.as(Binding::Concat), .type = ColumnType::Text, .binding = Binding::Concat};
-        piece.sql += " || " + (right.binding > Binding::Concat ? right.sql : "(" + right.sql + ")");
-        return piece;
-    }
-    if (isNumeric(left.type) && isTextLiteral(right) && parseNumber(right.literal->text).index() != 0)
-        right = asNumber(std::move(right));
-    if (isNumeric(right.type) && isTextLiteral(left) && parseNumber(left.literal->text).index() != 0)
-        left = asNumber(std::move(left));
-    if (left.type == ColumnType::Binary)
-        left = asNumber(std::move(left));
-    if (right.type == ColumnType::Binary)
-        right = asNumber(std::move(right));
-    if (isNumeric(left.type) && isNumeric(right.type)) {
-        Piece piece{
-            .sql = left.as(Binding::Sum), .type = commonType(left.type, right.type), .binding = Binding::Sum};
-        piece.sql += " + " + (right.binding > Binding::Sum ? right.sql : "(" + right.sql + ")");
-        return piece;
-    }
-    const ColumnType type = commonType(left.type, right.type);
-    return added(std::move(left), right, type);
-}
-
-// One call for a whole chain: the function takes any number of arguments, the engine a limited depth.
-Piece ExpressionWriter::added(Piece left, const Piece& right, ColumnType type) const
-{
-    constexpr int most = 100;
-    Piece piece;
-    if (left.addends > 0 && left.addends < most) {
-        piece = std::move(left);
-        piece.sql.pop_back();
-        piece.sql += ", " + right.sql + ")";
-        ++piece.addends;
-    } else {
-        piece.sql = "zul_add(" + left.sql + ", " + right.sql + ")";
-        piece.addends = 2;
-    }
-    piece.type = type;
-    return piece;
-}
-
-Piece ExpressionWriter::minus(Piece left, Piece right, std::size_t offset) const
-{
-    if (isMoment(left.type) && isMoment(right.type))
-        failAt(m_text, offset, "two dates cannot be subtracted: use DATEDIFF");
-    if (isMoment(right.type))
-        failAt(m_text, offset, "a date cannot be subtracted from a number");
-    if (isMoment(left.type))
-        return callOf("zul_dateplus", {left.sql, "-(" + asNumber(std::move(right)).sql + ")"},
-                      ColumnType::DateTime);
-    left = asNumber(std::move(left));
-    right = asNumber(std::move(right));
-    const ColumnType type = commonType(left.type, right.type);
-    if (type == ColumnType::Unknown)
-        return callOf("zul_sub", {left.sql, right.sql},
-                      type); // may turn out to be a date less a number of days
-    Piece piece{.sql = left.as(Binding::Sum), .type = type, .binding = Binding::Sum};
-    piece.sql += " - " + (right.binding > Binding::Sum ? right.sql : "(" + right.sql + ")");
-    return piece;
-}
-
-// Division by zero is an error on the server and NULL in the engine: the plain operator stands only where the
-// divisor is a number that is not zero.
-Piece ExpressionWriter::quotient(Piece left, const std::string& op, const Piece& right) const
-{
-    const ColumnType type = commonType(left.type, right.type);
-    const bool safe = isNumberLiteral(right) && !isZero(*right.literal);
-    const bool whole = type == ColumnType::Integer || type == ColumnType::Bit;
-    if (op == "%" && !(safe && whole))
-        return callOf("zul_mod", {left.sql, right.sql}, type);
-    // A decimal column may hold a whole number; dividing it must not cut the fraction off.
-    if (type == ColumnType::Decimal || type == ColumnType::Real)
-        left = Piece{.sql = "CAST(" + left.sql + " AS REAL)", .type = type};
-    if (!safe)
-        return callOf("zul_div", {left.sql, right.sql}, type);
-    return {.sql = left.as(Binding::Product) + " " + op + " " + right.sql,
-            .type = type,
-            .binding = Binding::Product};
-}
-
-Piece ExpressionWriter::negated(const Expr& expr)
-{
-    Piece operand = asNumber(write(*expr.args.front()));
-    if (isMoment(operand.type))
-        fail(expr, "a date cannot have a sign");
-    if (expr.kind == ExprKind::Plus)
-        return operand;
-    return {.sql = "-" + operand.as(Binding::Primary), .type = operand.type, .binding = Binding::Sign};
-}
-
 // --- conditions -------------------------------------------------------------------------------------------
 
 Piece ExpressionWriter::logic(const Expr& expr)
@@ -311,9 +138,8 @@ Piece ExpressionWriter::logic(const Expr& expr)
     operands.reserve(expr.args.size());
     for (const ExprPtr& operand : expr.args)
         operands.push_back(write(*operand).as(binding));
-    return {.sql = joined(operands, 0, operands.size(), conjunction ? " AND " : " OR "),
-            .type = ColumnType::Bit,
-            .binding = binding};
+    return {
+        .sql = joined(operands, conjunction ? " AND " : " OR "), .type = ColumnType::Bit, .binding = binding};
 }
 
 Piece ExpressionWriter::comparison(const Expr& expr)
@@ -343,7 +169,7 @@ void ExpressionWriter::prepareComparison(Piece& left, Piece& right) const
         return;
     }
     const auto flag = [](Piece& bit, Piece& text) {
-        if (bit.type != ColumnType::Bit || !isTextLiteral(text))
+        if (bit.type != ColumnType::Bit || !text.isTextLiteral())
             return;
         const bool yes = sameWord(text.literal->text, "true");
         if (yes || sameWord(text.literal->text, "false"))
@@ -413,14 +239,14 @@ Piece ExpressionWriter::like(const Expr& expr)
     Piece escape;
     if (expr.otherwise)
         escape = write(*expr.otherwise);
-    bool native = isTextLiteral(pattern);
+    bool native = pattern.isTextLiteral();
     if (native) {
         const std::string& literal = pattern.literal->text;
         native = literal.find('[') == std::string::npos &&
                  std::all_of(literal.begin(), literal.end(),
                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
         if (expr.otherwise)
-            native = native && isTextLiteral(escape) && escape.literal->text.size() == 1 &&
+            native = native && escape.isTextLiteral() && escape.literal->text.size() == 1 &&
                      (literal.empty() || literal.back() != escape.literal->text.front());
     }
     if (native)
@@ -462,13 +288,13 @@ Piece ExpressionWriter::caseText(const Expr& expr)
     bool typed = false;
     ColumnType type = ColumnType::Unknown;
     for (const Piece& result : results) {
-        if (result.literal != nullptr && result.literal->kind == ExprKind::Null)
+        if (result.isNull())
             continue;
         type = typed ? commonType(type, result.type) : result.type;
         typed = true;
     }
     for (std::size_t i = 0; i < results.size(); ++i) {
-        const bool null = results[i].literal != nullptr && results[i].literal->kind == ExprKind::Null;
+        const bool null = results[i].isNull();
         if (isMoment(type) && !null)
             results[i] = asMoment(std::move(results[i]), type);
         sql += i < whens.size() ? " WHEN " + whens[i].sql + " THEN " + results[i].sql
@@ -528,7 +354,7 @@ std::string ExpressionWriter::momentOfLiteral(const Expr& literal, ColumnType ta
 // value of unknown kind stays: it is a date in its stored form already, or nothing that can be compared.
 Piece ExpressionWriter::asMoment(Piece piece, ColumnType target) const
 {
-    if (isTextLiteral(piece) || isNumberLiteral(piece))
+    if (piece.isTextLiteral() || piece.isNumberLiteral())
         return {.sql = momentOfLiteral(*piece.literal, target), .type = target};
     if (piece.type == ColumnType::Unknown || piece.type == target ||
         (isMoment(piece.type) && isMoment(target)))
@@ -552,7 +378,7 @@ Piece ExpressionWriter::asNumber(Piece piece) const
     }
     if (piece.type != ColumnType::Text)
         return piece;
-    if (piece.literal == nullptr || !isTextLiteral(piece))
+    if (!piece.isTextLiteral())
         return callOf("zul_number", {piece.sql}, ColumnType::Unknown);
     const std::string& text = piece.literal->text;
     const auto parsed = parseNumber(text);
@@ -615,7 +441,7 @@ Piece ExpressionWriter::cast(const Expr& expr)
     if (target == ColumnType::Text && !type.length && !unlimited)
         type.length = type.name == "sysname" ? 128 : 30; // the server's own default
     const bool moment = isMoment(target) || target == ColumnType::Time;
-    if (moment && isTextLiteral(value) && style == "-1" && type.name != "smalldatetime")
+    if (moment && value.isTextLiteral() && style == "-1" && type.name != "smalldatetime")
         return {.sql = momentOfLiteral(*value.literal, target), .type = target};
     if (target == ColumnType::DateTime && value.type == ColumnType::DateTime && type.name != "smalldatetime")
         return {.sql = value.sql, .type = target, .binding = value.binding};
@@ -631,11 +457,11 @@ Piece ExpressionWriter::cast(const Expr& expr)
 
 Piece ExpressionWriter::assigned(Piece piece, ColumnType target) const
 {
-    if (piece.literal != nullptr && piece.literal->kind == ExprKind::Null)
+    if (piece.isNull())
         return piece;
     if (isMoment(target) || target == ColumnType::Time)
         return asMoment(std::move(piece), target);
-    if (target == ColumnType::Bit && isTextLiteral(piece)) {
+    if (target == ColumnType::Bit && piece.isTextLiteral()) {
         Piece bit{.sql = "", .type = ColumnType::Bit};
         prepareComparison(bit, piece);
         return piece;

@@ -41,7 +41,7 @@ public:
     {}
 
     Piece write(const Expr& expr);
-    /// left op right, op being one of + - * / % & | ^; the place is for errors.
+    /// left op right, op being one of + - * / % & |; the place is for errors.
     Piece combined(Piece left, const std::string& op, Piece right, std::size_t offset);
     /// With COLLATE NOCASE where a text would be compared case by case.
     Piece collated(Piece piece) const;
@@ -63,10 +63,16 @@ private:
 
     Piece literal(const Expr& expr) const;
     Piece arithmetic(const Expr& expr);
+    Piece uniform(Piece left, const Expr& expr, std::size_t& next);
+    Piece addend(Piece piece) const;
     Piece plus(Piece left, Piece right, std::size_t offset) const;
     Piece minus(Piece left, Piece right, std::size_t offset) const;
-    Piece quotient(Piece left, const std::string& op, const Piece& right) const;
-    Piece added(Piece left, const Piece& right, ColumnType type) const;
+    Piece product(Piece left, const std::string& op, Piece right, std::size_t offset) const;
+    Piece quotient(Piece left, const std::string& op, const Piece& right, std::size_t offset) const;
+    Piece added(Piece left, const Piece& right, ColumnType type, std::size_t offset) const;
+    Piece enclosed(std::string_view before, Piece left, const std::string& after, ColumnType type,
+                   std::size_t offset) const;
+    Piece operand(Piece left, Binding binding, std::size_t offset) const;
     Piece negated(const Expr& expr);
     Piece logic(const Expr& expr);
     Piece comparison(const Expr& expr);

@@ -35,4 +35,22 @@ std::string quotedNames(const std::vector<std::string>& names)
     return text;
 }
 
+static std::string joined(const std::vector<std::string>& operands, std::size_t from, std::size_t to,
+                          const std::string& op)
+{
+    if (to - from <= flatChain) {
+        std::string text = operands[from];
+        for (std::size_t i = from + 1; i < to; ++i)
+            text += op + operands[i];
+        return text;
+    }
+    const std::size_t middle = from + (to - from) / 2;
+    return "(" + joined(operands, from, middle, op) + ")" + op + "(" + joined(operands, middle, to, op) + ")";
+}
+
+std::string joined(const std::vector<std::string>& operands, const std::string& op)
+{
+    return joined(operands, 0, operands.size(), op);
+}
+
 } // namespace zul::dialect

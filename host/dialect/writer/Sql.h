@@ -42,12 +42,33 @@ struct Piece
     bool collates = false;         ///< brings its own collation: a table's column, or an explicit COLLATE
     const Expr* literal = nullptr; ///< the literal it is, if it is one
     int addends = 0;               ///< arguments so far of the zul_add call it is; 0 when it is none
+    int nesting = 0; ///< how many calls and parentheses a chain of operators opens at its beginning
 
     /// As an operand of an operator that binds as given: in parentheses where needed.
     std::string as(Binding operatorBinding) const
     {
         return binding < operatorBinding ? "(" + sql + ")" : sql;
     }
+    /// As the right operand of such an operator.
+    std::string asRight(Binding operatorBinding) const
+    {
+        return binding > operatorBinding ? sql : "(" + sql + ")";
+    }
+
+    bool isTextLiteral() const { return literal != nullptr && literal->kind == ExprKind::Text; }
+    bool isNumberLiteral() const
+    {
+        return literal != nullptr && (literal->kind == ExprKind::Integer ||
+                                      literal->kind == ExprKind::Decimal || literal->kind == ExprKind::Real);
+    }
+    bool isNull() const { return literal != nullptr && literal->kind == ExprKind::Null; }
 };
+
+/// More operands than this of one operator are written as a balanced tree: the engine limits the depth of an
+/// expression.
+inline constexpr std::size_t flatChain = 100;
+
+/// The operands, each as it can stand beside the operator, which must give the same in any grouping.
+std::string joined(const std::vector<std::string>& operands, const std::string& op);
 
 } // namespace zul::dialect

@@ -5,6 +5,7 @@
 #include "host/dialect/writer/QueryWriter.h"
 #include "host/dialect/writer/Sql.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zul::dialect {
@@ -173,25 +174,46 @@ private:
 
     // --- schema -------------------------------------------------------------------------------------------
 
+    // The columns of the table's key, which stands with its column or as a constraint.
+    std::vector<KeyColumn> keyOf(const CreateTable& table) const
+    {
+        std::vector<KeyColumn> key;
+        const auto take = [&](std::size_t offset, const std::vector<KeyColumn>& columns) {
+            if (!key.empty())
+                failAt(m_text, offset, "a table has one primary key");
+            key = columns;
+        };
+        for (const ColumnDefinition& column : table.columns)
+            if (column.primaryKey)
+                take(column.offset, {{column.offset, column.name}});
+        for (const TableConstraint& constraint : table.constraints)
+            if (const auto* primary = std::get_if<PrimaryKey>(&constraint))
+                take(primary->offset, primary->columns);
+        return key;
+    }
+
+    void requireColumns(const CreateTable& table, const std::vector<KeyColumn>& key) const
+    {
+        for (const KeyColumn& column : key)
+            if (std::none_of(table.columns.begin(), table.columns.end(),
+                             [&](const auto& known) { return sameWord(known.name, column.name); }))
+                failAt(m_text, column.offset, "the table has no column '" + column.name + "' for its key");
+    }
+
     void write(const CreateTable& statement)
     {
         begin(StatementKind::Schema, statement.table);
-        // A key of one whole number is the table's row number, which is the fastest key there is.
-        std::string key;
-        for (const ColumnDefinition& column : statement.columns)
-            if (column.primaryKey)
-                key = column.name;
-        bool wide = false;
+        const std::vector<KeyColumn> key = keyOf(statement);
+        requireColumns(statement, key);
         for (const TableConstraint& constraint : statement.constraints)
-            if (const auto* primary = std::get_if<PrimaryKey>(&constraint)) {
-                wide = primary->columns.size() > 1;
-                key = wide ? "" : primary->columns.front().name;
-            }
+            if (const auto* unique = std::get_if<UniqueKey>(&constraint))
+                requireColumns(statement, unique->columns);
         std::string parts;
         for (const ColumnDefinition& column : statement.columns) {
-            bool isKey = sameWord(column.name, key);
+            // A key of one whole number is the table's row number, which is the fastest key there is.
+            bool isKey = key.size() == 1 && sameWord(column.name, key.front().name);
             if (column.identity && !isKey) {
-                if (!key.empty() || wide)
+                if (!key.empty())
                     failAt(m_text, column.offset, "an identity column must be the primary key");
                 isKey = true;
             }

@@ -89,6 +89,12 @@ constexpr Case meaning[] = {
     {"SELECT GETDATE() + 'x'", 1, 20, "CONVERT the date to a text first"},
     {"SELECT GETDATE() - GETDATE()", 1, 20, "use DATEDIFF"},
     {"SELECT LEN(DISTINCT a) FROM t", 1, 8, "DISTINCT cannot stand in LEN"},
+    {"CREATE TABLE t(a int, PRIMARY KEY(b))", 1, 35, "the table has no column 'b' for its key"},
+    {"CREATE TABLE t(a int, CONSTRAINT k PRIMARY KEY(a, [c d]))", 1, 51, "no column 'c d' for its key"},
+    {"CREATE TABLE t(a int, UNIQUE (A, b))", 1, 34, "the table has no column 'b' for its key"},
+    {"CREATE TABLE t(a int PRIMARY KEY, b int PRIMARY KEY)", 1, 35, "one primary key"},
+    {"CREATE TABLE t(a int PRIMARY KEY, b int, PRIMARY KEY(b))", 1, 42, "one primary key"},
+    {"CREATE TABLE t(a int, PRIMARY KEY(a), PRIMARY KEY(a))", 1, 39, "one primary key"},
     {"SELECT LEN(*) FROM t", 1, 12, "incorrect syntax near '*'"},
     {"SELECT CAST(a AS varbinary(5)) FROM t", 1, 8, "a conversion to varbinary is not supported"},
 };

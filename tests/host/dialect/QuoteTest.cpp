@@ -82,8 +82,23 @@ TEST(Quote, ThePlainTranslationHoldsTheVeryLiteral)
 TEST(Quote, NamesOfAnyKind)
 {
     Engine engine;
-    for (const std::string name :
-         {"a b", "it's", "say \"x\"", "a]b", "a`b]", "città €", "select", "1x", "--", "x;y", "?"}) {
+    // clang-format off
+    static const std::vector<std::string> names = {
+        "a b",
+        "it's",
+        "say \"x\"",
+        "a]b",
+        "a`b]",
+        "città €",
+        "select",
+        "1x",
+        "--",
+        "x;y",
+        "?",
+    };
+    // clang-format on
+    for (const std::string& name : names) {
+        SCOPED_TRACE(name);
         std::string bracketed = "[";
         for (const char c : name)
             bracketed += c == ']' ? std::string("]]") : std::string(1, c);
