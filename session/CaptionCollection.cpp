@@ -3,9 +3,13 @@
 #include "automation/ErrorInfo.h"
 #include "automation/Text.h"
 
+#include <memory>
+
 namespace zul {
 
 namespace {
+
+constexpr const char16_t* Source = u"Collection";
 
 constexpr HRESULT controlError(long number)
 {
@@ -32,11 +36,21 @@ Variant plain(const VARIANT* argument)
     return value;
 }
 
+/// A copy into an empty place; a copy that fails is the caller's error and leaves the place empty.
+HRESULT copyTo(VARIANT* place, const VARIANT& value)
+{
+    VariantInit(place);
+    const HRESULT copied = VariantCopy(place, &value);
+    return FAILED(copied) ? reportError(copied, u"A value of the collection cannot be copied", Source) : S_OK;
+}
+
+using Values = std::vector<Variant>;
+
 /// Enumerates copies of the values as they stood when it was made.
 class ValueEnumerator final : public ComObject<IEnumVARIANT>
 {
 public:
-    explicit ValueEnumerator(std::vector<Variant> values, std::size_t next = 0)
+    explicit ValueEnumerator(std::shared_ptr<const Values> values, std::size_t next = 0)
         : m_values(std::move(values))
         , m_next(next)
     {}
@@ -45,11 +59,18 @@ public:
     {
         if (values == nullptr || (fetched == nullptr && count != 1))
             return E_POINTER;
+        if (fetched != nullptr)
+            *fetched = 0;
+        // All or nothing: after a failure the caller owns no value, and the next call begins at the same one.
         ULONG given = 0;
-        for (; given < count && m_next < m_values.size(); ++given, ++m_next) {
-            VariantInit(&values[given]);
-            VariantCopy(&values[given], &m_values[m_next]);
+        for (; given < count && m_next + given < m_values->size(); ++given) {
+            if (const HRESULT copied = copyTo(&values[given], (*m_values)[m_next + given]); FAILED(copied)) {
+                while (given > 0)
+                    VariantClear(&values[--given]);
+                return copied;
+            }
         }
+        m_next += given;
         if (fetched != nullptr)
             *fetched = given;
         return given == count ? S_OK : S_FALSE;
@@ -57,7 +78,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override
     {
-        const std::size_t left = m_values.size() - m_next;
+        const std::size_t left = m_values->size() - m_next;
         m_next += std::min<std::size_t>(count, left);
         return count <= left ? S_OK : S_FALSE;
     }
@@ -77,7 +98,7 @@ public:
     }
 
 private:
-    std::vector<Variant> m_values;
+    std::shared_ptr<const Values> m_values;
     std::size_t m_next;
 };
 
@@ -88,14 +109,14 @@ HRESULT CaptionCollection::Item(VARIANT* Index, VARIANT* pvarRet)
     if (pvarRet == nullptr)
         return E_POINTER;
     VariantInit(pvarRet);
-    return comGuard(u"Collection", [&] { Variant(m_entries[place(Index)].value).detachTo(pvarRet); });
+    return comGuard(Source, [&] { return copyTo(pvarRet, m_entries[place(Index)].value); });
 }
 
 HRESULT CaptionCollection::Add(VARIANT* Item, VARIANT* Key, VARIANT* Before, VARIANT* After)
 {
     if (Item == nullptr)
         return E_POINTER;
-    return comGuard(u"Collection", [&] {
+    return comGuard(Source, [&] {
         Entry entry;
         entry.value = plain(Item);
         if (isGiven(Key)) {
@@ -136,12 +157,13 @@ HRESULT CaptionCollection::_NewEnum(IUnknown** ppunk)
     if (ppunk == nullptr)
         return E_POINTER;
     *ppunk = nullptr;
-    return comGuard(u"Collection", [&] {
-        std::vector<Variant> values;
-        values.reserve(m_entries.size());
-        for (const Entry& entry : m_entries)
-            values.push_back(entry.value);
-        *ppunk = makeCom<ValueEnumerator>(std::move(values)).detach();
+    return comGuard(Source, [&] {
+        const auto values = std::make_shared<Values>(m_entries.size());
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            if (const HRESULT copied = copyTo(&(*values)[i], m_entries[i].value); FAILED(copied))
+                return copied;
+        *ppunk = makeCom<ValueEnumerator>(values).detach();
+        return S_OK;
     });
 }
 
