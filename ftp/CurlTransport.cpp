@@ -194,14 +194,15 @@ ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const
     if (failIfExists && LocalFile::exists(local))
         return FileExists;
     // Better to know before the transfer than in its midst.
-    if (const auto error = LocalFile::probeReplace(local); error != LocalError::None)
+    if (const auto error = LocalReplacement::probe(local); error != LocalError::None)
         return errorCode(error);
 
-    LocalFile file;
+    // What comes is written beside the local file, which half a file must not take the place of.
+    LocalReplacement file;
     const auto write = [&file, &local](std::string_view data) -> ErrorCode {
         auto error = LocalError::None;
         if (!file.isOpen())
-            error = file.open(local, LocalFile::Mode::Replace);
+            error = file.open(local);
         if (error == LocalError::None)
             error = file.write(data);
         return errorCode(error);
@@ -209,7 +210,7 @@ ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const
     auto code = keep(*connection, connection->get(remote, isAscii(flags), write));
     if (code == Success && !file.isOpen())
         code = write({}); // an empty remote file makes an empty local one
-    return code;
+    return code == Success ? errorCode(file.commit()) : code;
 }
 
 ErrorCode CurlTransport::openFile(Handle handle, const std::string& remote, std::uint32_t access,

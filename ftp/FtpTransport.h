@@ -54,8 +54,8 @@ public:
     /// Closes any kind of handle. For a file that was written this waits for the server's last word.
     virtual ErrorCode closeHandle(Handle handle) = 0;
 
-    /// Whole files. A local file is replaced when its first byte arrives (or, for an empty remote file, at the
-    /// end), so a download that fails before that leaves the local side as it was.
+    /// Whole files. A local file is replaced when the remote one has come whole; a download that fails leaves the
+    /// local side as it was.
     virtual ErrorCode putFile(Handle connection, const std::string& local, const std::string& remote,
                               std::uint32_t flags) = 0;
     virtual ErrorCode getFile(Handle connection, const std::string& remote, const std::string& local,

@@ -64,7 +64,8 @@ public:
     void CloseConnection();
 
     bool SimpleFTPPutFile(const std::string& sLocal, const std::string& sRemote);
-    /// An existing local file is replaced as soon as data arrives; a download that fails before leaves it alone.
+    /// An existing local file is replaced when the remote one has come whole. A download that fails or breaks off
+    /// leaves it as it was, and makes none where there is none.
     bool SimpleFTPGetFile(const std::string& sLocal, const std::string& sRemote);
 
     /// Uploads in pieces of 255 bytes. Both names are trimmed in place; false without a message when one is

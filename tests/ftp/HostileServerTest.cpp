@@ -143,7 +143,7 @@ TEST_P(HostileServerTest, SilenceOnTheDataConnectionTimesOut)
     ASSERT_TRUE(connect());
     EXPECT_FALSE(client->SimpleFTPGetFile(folder.file("a"), "a"));
     EXPECT_EQ(code(), 12002);
-    EXPECT_EQ(folder.read("a"), "first") << "what came is kept";
+    EXPECT_EQ(folder.names(), std::set<std::string>()) << "half a file is none";
 }
 
 TEST_P(HostileServerTest, ADataConnectionThatNeverStandsTimesOut)
@@ -473,7 +473,7 @@ TEST_P(CutTest, TheDataConnectionMayEndAtEveryByte)
         folder.write("got", "earlier");
         EXPECT_FALSE(client->SimpleFTPGetFile(folder.file("got"), "a.txt"));
         EXPECT_EQ(message(), "426 broken off\r\n");
-        EXPECT_EQ(folder.read("got"), cut == 0 ? "earlier" : pattern(300).substr(0, cut));
+        EXPECT_EQ(folder.read("got"), "earlier");
     }
 }
 

@@ -277,17 +277,41 @@ TEST_F(CheckSendErrorTest, AFailedDownloadIsToldAsCompletedAndTheEarlierReportIs
     EXPECT_EQ(readReport(), QByteArray("111\n"));
 }
 
-TEST_F(CheckSendErrorTest, ADownloadThatBrokeOffLeavesWhatCame)
+TEST_F(CheckSendErrorTest, ADownloadThatBrokeOffIsReadByNobody)
 {
-    ScriptedServer server;
-    server.files["/export.txt"] = "111\n222\n333\n";
-    server.cutDataAfter = 6;
-    writeReport("vecchio con molte righe\n");
-    open();
-    fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
-    click("cmdSMS_TestSMS");
-    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded});
-    EXPECT_EQ(host.operations("open"), (Lines{query("111"), query("22")}));
+    // Half a number is another customer's.
+    const auto cutTheReport = [](ScriptedServer& server) {
+        server.on["RETR"] = [](auto& client, const auto&) {
+            client.reply("150 here it comes");
+            client.openData();
+            client.sendData("111\r\n3933");
+            client.closeData();
+            client.hangUp();
+        };
+    };
+    {
+        ScriptedServer server;
+        cutTheReport(server);
+        open();
+        fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+        click("cmdSMS_TestSMS");
+    }
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded}) << "its message is the same";
+    EXPECT_TRUE(host.operations("open").empty());
+    EXPECT_EQ(readReport(), QByteArray("(none)")) << "no half file is left";
+    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error 53 (File not found) in procedure "
+                                    "cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+
+    writeReport("222\n");
+    {
+        ScriptedServer server;
+        cutTheReport(server);
+        open();
+        fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+        click("cmdSMS_TestSMS");
+    }
+    EXPECT_EQ(host.operations("open"), Lines{query("222")}) << "the earlier report";
+    EXPECT_EQ(readReport(), QByteArray("222\n"));
 }
 
 TEST_F(CheckSendErrorTest, ARefusedLoginIsAFailedConnection)
