@@ -182,7 +182,7 @@ ErrorCode CurlTransport::putFile(Handle handle, const std::string& local, const 
                 return Success;
         }
     };
-    return keep(*connection, connection->put(remote, isAscii(flags), source));
+    return keep(*connection, connection->put(remote, isAscii(flags), limits(), source));
 }
 
 ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const std::string& local,
@@ -199,7 +199,11 @@ ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const
 
     // What comes is written beside the local file, which half a file must not take the place of.
     LocalReplacement file;
-    const auto write = [&file, &local](std::string_view data) -> ErrorCode {
+    std::uint64_t room = limits().largestFile;
+    const auto write = [&file, &local, &room](std::string_view data) -> ErrorCode {
+        if (data.size() > room)
+            return FileTooLarge;
+        room -= data.size();
         auto error = LocalError::None;
         if (!file.isOpen())
             error = file.open(local);
@@ -207,7 +211,7 @@ ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const
             error = file.write(data);
         return errorCode(error);
     };
-    auto code = keep(*connection, connection->get(remote, isAscii(flags), write));
+    auto code = keep(*connection, connection->get(remote, isAscii(flags), limits(), write));
     if (code == Success && !file.isOpen())
         code = write({}); // an empty remote file makes an empty local one
     return code == Success ? errorCode(file.commit()) : code;

@@ -11,6 +11,7 @@
 
 #include "ftp/FindRecord.h"
 #include "ftp/FtpErrors.h"
+#include "ftp/TransferLimits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -48,6 +49,10 @@ public:
     FtpTransport(const FtpTransport&) = delete;
     FtpTransport& operator=(const FtpTransport&) = delete;
     virtual ~FtpTransport() = default;
+
+    /// What putFile and getFile keep to.
+    const TransferLimits& limits() const { return m_limits; }
+    void setLimits(const TransferLimits& limits) { m_limits = limits; }
 
     virtual ErrorCode openSession(const std::string& agent, std::uint32_t accessType, Handle& session) = 0;
     virtual ErrorCode connect(Handle session, const ConnectRequest& request, Handle& connection) = 0;
@@ -88,6 +93,9 @@ public:
     virtual std::string lastResponse() const = 0;
     /// The text of @p code. A platform with a message formatter of its own overrides it.
     virtual std::string systemText(ErrorCode code) const { return ftp::systemText(code); }
+
+private:
+    TransferLimits m_limits;
 };
 
 /// The transport of this platform.

@@ -98,6 +98,12 @@ public:
 
     const std::string& GetLastErrorMessage() const { return m_lastErrorMessage; }
 
+    /// What one SimpleFTPGetFile or SimpleFTPPutFile may cost: the largest local file, the lowest speed and the
+    /// longest time; see TransferLimits for the defaults. A download that goes past one of them fails and leaves
+    /// the local side as it was. Transfers by pieces are as long as their owner wants them.
+    void SetTransferLimits(const ftp::TransferLimits& limits) { m_transport->setLimits(limits); }
+    const ftp::TransferLimits& GetTransferLimits() const { return m_transport->limits(); }
+
     void SetTransferASCII() { m_transferType = ftp::TransferAscii; }
     void SetTransferBinary() { m_transferType = ftp::TransferBinary; }
     /// The mode takes effect at the next OpenConnection.
