@@ -149,13 +149,13 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
         cFtp ftp;
         download(ftp);
         // Also after a failure: an earlier copy of the report is read again, and that is meant.
-        const QStringList lines = readFailedNumbers(localCopy());
+        FailedNumbersReader report(localCopy());
         removeAll();
         addColumns();
         const WaitCursor waiting;
         // The run holds the thread until its end: what is seen meanwhile is drawn now.
         repaint();
-        showFailedNumbers(lines);
+        showFailedNumbers(report);
         m_ui->grid_result->populate();
     });
 }
@@ -182,12 +182,12 @@ void frmCheckSendError::download(cFtp& ftp)
     }
 }
 
-void frmCheckSendError::showFailedNumbers(const QStringList& lines)
+void frmCheckSendError::showFailedNumbers(FailedNumbersReader& report)
 {
     const ado::Connection connection = session().connection().connection();
     ColumnStore& store = m_ui->grid_result->store();
-    for (const QString& line : lines) {
-        const QString number = searchedNumber(line);
+    while (const std::optional<QString> line = report.next()) {
+        const QString number = searchedNumber(*line);
         ado::Recordset customers =
             connection.open(customersQuery(number), ado::Cursor::Static, ado::Lock::ReadOnly);
         if (!number.isEmpty() && !customers.eof()) {

@@ -11,6 +11,7 @@ class frmCheckSendError;
 
 namespace zul {
 
+class FailedNumbersReader;
 class cFtp;
 
 /// The four FTP fields are stored at every close, however caused. Tag: "ESC" after Close, empty after the
@@ -39,7 +40,7 @@ private:
     void cmdSMS_TestSMS_Click();
     void cmdSMS_ClearAccount_Click();
     void download(cFtp& ftp);
-    void showFailedNumbers(const QStringList& lines);
+    void showFailedNumbers(FailedNumbersReader& report);
     void addColumns();
     void removeAll();
 

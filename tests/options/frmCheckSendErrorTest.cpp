@@ -355,13 +355,15 @@ TEST_F(CheckSendErrorTest, ALine39EndsTheTestAndTheGridKeepsTheRowsSoFarUnshown)
     EXPECT_EQ(grid()->visibleRowCount(), 0) << "without the final repopulation";
 }
 
-TEST_F(CheckSendErrorTest, AQuoteInTheReportGoesIntoTheStatementAsItIs)
+TEST_F(CheckSendErrorTest, ANumberWithAnApostropheEndsTheTestAndIsNotSent)
 {
-    host.failWhere("33'3", E_FAIL, u"Unclosed quotation mark");
-    checkOldReport("33'3\n");
-    EXPECT_EQ(host.operations("open"), Lines{query("33'3")});
-    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error -2147467259 (Unclosed quotation mark) in "
-                                    "procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    checkOldReport("222\n33'3\n222\n");
+    EXPECT_EQ(host.operations("open"), Lines{query("222")});
+    EXPECT_EQ(grid()->recordCount(), 1U);
+    EXPECT_EQ(logged(),
+              QStringList{u"cmdSMS_TestSMS_Click | Error 5 (A number with an apostrophe is not sent to "
+                          "the database) in procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
 }
 
 TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)
@@ -378,7 +380,7 @@ TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)
 TEST_F(CheckSendErrorTest, DisableRunsOneStatementPerRowAndEmptiesTheGrid)
 {
     customer("222", {{number(1), text("+39 222"), text("Uno")}});
-    customer("333", {{number(2), text("33'3"), text("Due")}});
+    customer("333", {{number(2), text("33\"3 %"), text("Due")}});
     checkOldReport("222\n333\n");
     host.forgetOperations();
     messages.clear();
@@ -388,7 +390,7 @@ TEST_F(CheckSendErrorTest, DisableRunsOneStatementPerRowAndEmptiesTheGrid)
                "+ '" +
                phone + "' , Telefono2='' where  telefono2 = '" + phone + "'";
     };
-    EXPECT_EQ(host.operations(), (Lines{statement("+39 222"), statement("33'3")})) << "no transaction";
+    EXPECT_EQ(host.operations(), (Lines{statement("+39 222"), statement("33\"3 %")})) << "no transaction";
     EXPECT_TRUE(messages.empty()) << "nothing is asked";
     EXPECT_EQ(grid()->recordCount(), 0U);
     EXPECT_EQ(grid()->columnCount(), 0);
@@ -404,6 +406,21 @@ TEST_F(CheckSendErrorTest, DisableWithAnEmptyGridRunsNothingAndTakesTheColumnsAw
     EXPECT_EQ(grid()->columnCount(), 0);
     click("cmdSMS_ClearAccount");
     EXPECT_TRUE(logged().isEmpty());
+}
+
+TEST_F(CheckSendErrorTest, AListedNumberWithAnApostropheEndsTheDisablingAndIsNotSent)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    customer("333", {{number(2), text("33'3"), text("Due")}});
+    checkOldReport("222\n333\n");
+    host.forgetOperations();
+    click("cmdSMS_ClearAccount");
+    EXPECT_EQ(host.operations("execute").size(), 1U) << "what was done before stays done";
+    EXPECT_EQ(shownRows().size(), 2);
+    EXPECT_EQ(logged(),
+              QStringList{u"cmdSMS_ClearAccount_Click | Error 5 (A number with an apostrophe is not "
+                          "sent to the database) in procedure cmdSMS_ClearAccount_Click of Form "
+                          "frmCheckSendError | "_s});
 }
 
 TEST_F(CheckSendErrorTest, AFailingDisableKeepsTheGridAndWhatWasDone)
