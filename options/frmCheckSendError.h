@@ -2,8 +2,14 @@
 // and disables the numbers.
 #pragma once
 
+#include "options/SettingFields.h"
+
 #include <QDialog>
 #include <memory>
+#include <utility>
+#include <vector>
+
+class QLineEdit;
 
 namespace Ui {
 class frmCheckSendError;
@@ -14,7 +20,7 @@ namespace zul {
 class FailedNumbersReader;
 class cFtp;
 
-/// The four FTP fields are stored at every close, however caused. Tag: "ESC" after Close, empty after the
+/// The four FTP fields are stored at every close, however caused (see SettingFields). Tag: "ESC" after Close, empty after the
 /// close button.
 class frmCheckSendError : public QDialog
 {
@@ -36,6 +42,7 @@ private:
     void Form_Load();
     void Form_Activate();
     void Form_Unload();
+    std::vector<std::pair<const settings::Key*, QLineEdit*>> settingFields() const;
     void cmdChiudi_Click();
     void cmdSMS_TestSMS_Click();
     void cmdSMS_ClearAccount_Click();
@@ -45,6 +52,7 @@ private:
     void removeAll();
 
     std::unique_ptr<Ui::frmCheckSendError> m_ui;
+    SettingFields m_settings;
 };
 
 } // namespace zul

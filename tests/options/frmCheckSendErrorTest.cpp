@@ -198,6 +198,24 @@ TEST_F(CheckSendErrorTest, EveryCloseStoresTheFieldsInTheirOrder)
     EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "p");
 }
 
+TEST_F(CheckSendErrorTest, ASettingThatCouldNotBeReadIsStoredOnlyWhenItWasChanged)
+{
+    host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"},
+                       {"SMS_CHECK_FTP_PORT", "21"},
+                       {"SMS_CHECK_FTP_USER", "utente"},
+                       {"SMS_CHECK_FTP_Password", "segreta"}};
+    host.failWhere("tabImpostazioni", E_FAIL, u"no");
+    open();
+    EXPECT_EQ(logged().size(), 4) << "each failed reading is in the log";
+    host.noFailures();
+    find<QLineEdit>("txtFTP_User")->setText(u"altro"_s);
+    click("cmdChiudi");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_SERVER"], "ftp.x.it");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_PORT"], "21");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_USER"], "altro");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "segreta");
+}
+
 TEST_F(CheckSendErrorTest, EscapeLeavesItOpen)
 {
     open();
