@@ -1,5 +1,6 @@
 #include "component/modMain.h"
 
+#include "component/ModalForm.h"
 #include "mainwindow/frmSMS.h"
 #include "options/frmCheckSendError.h"
 #include "options/frmOpzioni.h"
@@ -27,12 +28,13 @@ Procedure procedure(const QString& name)
 /// A host without Qt has no application object, and Qt wants one before the first window.
 void needApplication()
 {
+    const bool hasApplication = QCoreApplication::instance() != nullptr;
+    if (hasApplication && qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+        throw Error(51, u"The host's QCoreApplication cannot show windows"_s);
+    // From here on Qt keeps parts of this library.
     windowShown = true;
-    if (QCoreApplication::instance() != nullptr) {
-        if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
-            throw Error(51, u"The host's QCoreApplication cannot show windows"_s);
+    if (hasApplication)
         return;
-    }
     platform::prepareApplicationEnvironment();
     static int argc = 1;
     static char name[] = "Zul_MessageBuilder";
@@ -42,56 +44,30 @@ void needApplication()
     application->setQuitOnLastWindowClosed(false);
 }
 
-/// A form that is loaded, shown modally and unloaded. While it is on the screen it cannot be destroyed under
-/// its own handlers: a discard that comes then closes it and takes effect when it has returned.
 template <class Form>
-class ModalForm
+Form& load(ModalForm<Form>& form)
+{
+    needApplication();
+    return form.load();
+}
+
+/// A form refers to the object that shows it for as long as it does, and no longer.
+class Reference
 {
 public:
-    Form* get() const { return m_form.get(); }
-    bool isShown() const { return m_shown; }
-
-    Form& load()
+    explicit Reference(ModalForm<frmSMS>& form)
+        : m_form(form)
+    {}
+    ~Reference()
     {
-        needApplication();
-        if (!m_form)
-            m_form = std::make_unique<Form>();
-        return *m_form;
+        if (m_form.get() != nullptr)
+            m_form.get()->setRefToClass(nullptr);
     }
-
-    void discard()
-    {
-        if (m_shown) {
-            m_discardLater = true;
-            m_form->hide();
-            return;
-        }
-        m_form.reset();
-    }
-
-    /// @throws Error 5 when the form is on the screen already
-    void show()
-    {
-        refuseWhileShown();
-        m_shown = true;
-        m_form->exec();
-        m_shown = false;
-        if (m_discardLater) {
-            m_discardLater = false;
-            m_form.reset();
-        }
-    }
-
-    void refuseWhileShown() const
-    {
-        if (m_shown)
-            throw Error(RunTime::InvalidCall);
-    }
+    Reference(const Reference&) = delete;
+    Reference& operator=(const Reference&) = delete;
 
 private:
-    std::unique_ptr<Form> m_form;
-    bool m_shown = false;
-    bool m_discardLater = false;
+    ModalForm<frmSMS>& m_form;
 };
 
 // Never destroyed at the end of the process: the application object may be gone by then.
@@ -140,7 +116,7 @@ void prepareForm(ComponentObject* object)
     if (mainForm().isShown())
         return;
     mainForm().discard();
-    mainForm().load().setRefToClass(object);
+    load(mainForm()).setRefToClass(object);
 }
 
 bool funShowForm(bool ShowTouchMode) noexcept
@@ -152,16 +128,17 @@ bool funShowForm(bool ShowTouchMode) noexcept
         // The session has taken what this call brought, as it does first of all; the form takes nothing while
         // it is shown.
         mainForm().refuseWhileShown();
-        frmSMS& form = mainForm().load();
+        frmSMS& form = load(mainForm());
         form.InitTipoMessaggio(state.showSendSms, state.showSendMail, state.showPushNotify);
         form.InitRicercaRicorrenze(state.searchBy_Ricorrenze);
         form.InitRicercaClassificazioni(state.searchBy_Classificazioni);
         form.setTouchMode(ShowTouchMode);
-        mainForm().show();
+        {
+            const Reference endsWithTheShowing(mainForm());
+            mainForm().show();
+        }
         // Set only now: the choice can be read when there is one.
         state.isFormLoaded = mainForm().get() != nullptr;
-        if (mainForm().get() != nullptr)
-            mainForm().get()->setRefToClass(nullptr);
         return true;
     });
 }
@@ -189,7 +166,7 @@ bool funShowOptionsForm(bool /*ShowTouchMode*/) noexcept
     return trapped(procedure(u"funShowOptionsForm"_s), false, [&] {
         optionsForm().refuseWhileShown();
         optionsForm().discard();
-        optionsForm().load();
+        load(optionsForm());
         optionsForm().show();
         return true;
     });
@@ -198,7 +175,7 @@ bool funShowOptionsForm(bool /*ShowTouchMode*/) noexcept
 QString funGetOptionsFormChoice() noexcept
 {
     return trapped(procedure(u"funGetOptionsFormChoice"_s), u""_s,
-                   [&] { return optionsForm().load().choice(); });
+                   [&] { return load(optionsForm()).choice(); });
 }
 
 void funDiscardOptionsForm() noexcept
@@ -209,7 +186,9 @@ void funDiscardOptionsForm() noexcept
 void showCheckSendError()
 {
     checkForm().refuseWhileShown();
-    checkForm().load();
+    // One that a failed showing left.
+    checkForm().discard();
+    load(checkForm());
     checkForm().show();
     checkForm().discard();
 }

@@ -194,9 +194,10 @@ ErrorCode CurlConnection::list(const std::string& directory, std::string& text)
     return download(prepareOnce, sink, m_options.commandTimeout);
 }
 
-ErrorCode CurlConnection::get(const std::string& remote, bool ascii, const Sink& sink)
+ErrorCode CurlConnection::get(const std::string& remote, bool ascii, const TransferLimits& limits,
+                              const Sink& sink)
 {
-    return download([&] { return prepareTransfer(remote, ascii, false); }, sink, m_options.transferTimeout);
+    return download([&] { return prepareWhole(remote, ascii, false, limits); }, sink, limits.longestTime);
 }
 
 ErrorCode CurlConnection::download(const std::function<ErrorCode()>& prepareOnce, const Sink& sink,
@@ -240,12 +241,13 @@ void CurlConnection::discard()
     m_state = State::Closed;
 }
 
-ErrorCode CurlConnection::put(const std::string& remote, bool ascii, const Source& source)
+ErrorCode CurlConnection::put(const std::string& remote, bool ascii, const TransferLimits& limits,
+                              const Source& source)
 {
-    if (const auto code = prepareTransfer(remote, ascii, true); code != Success)
+    if (const auto code = prepareWhole(remote, ascii, true, limits); code != Success)
         return code;
     m_source = source;
-    auto code = begin(m_options.transferTimeout);
+    auto code = begin(limits.longestTime);
     if (code == Success)
         code = runToEnd();
     m_source = nullptr;
@@ -441,6 +443,18 @@ ErrorCode CurlConnection::prepareTransfer(const std::string& remote, bool ascii,
     m_uploading = upload;
     m_normaliseLineEnds = upload && ascii;
     return Success;
+}
+
+/// A transfer by pieces is as fast as its owner; a whole file's speed is the server's.
+ErrorCode CurlConnection::prepareWhole(const std::string& remote, bool ascii, bool upload,
+                                       const TransferLimits& limits)
+{
+    const auto code = prepareTransfer(remote, ascii, upload);
+    if (code == Success) {
+        set(CURLOPT_LOW_SPEED_LIMIT, static_cast<long>(limits.lowestSpeed));
+        set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(limits.slowestFor.count()));
+    }
+    return code;
 }
 
 ErrorCode CurlConnection::begin(std::chrono::milliseconds limit)

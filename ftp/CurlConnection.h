@@ -38,8 +38,9 @@ public:
 
     /// The raw listing of @p directory; empty: of the current one.
     ErrorCode list(const std::string& directory, std::string& text);
-    ErrorCode get(const std::string& remote, bool ascii, const Sink& sink);
-    ErrorCode put(const std::string& remote, bool ascii, const Source& source);
+    /// Whole files, within the limits; what the sink keeps is for the sink to limit.
+    ErrorCode get(const std::string& remote, bool ascii, const TransferLimits& limits, const Sink& sink);
+    ErrorCode put(const std::string& remote, bool ascii, const TransferLimits& limits, const Source& source);
 
     /// A file by pieces. While it is open, only read, write and closeFile may be called.
     ErrorCode openRead(const std::string& remote, bool ascii);
@@ -83,6 +84,7 @@ private:
     bool missedData() const;
     void discard();
     ErrorCode prepareTransfer(const std::string& remote, bool ascii, bool upload);
+    ErrorCode prepareWhole(const std::string& remote, bool ascii, bool upload, const TransferLimits& limits);
     ErrorCode begin(std::chrono::milliseconds limit);
     ErrorCode drive(const std::function<bool()>& enough, std::chrono::milliseconds stall);
     ErrorCode runToEnd();

@@ -182,7 +182,7 @@ ErrorCode CurlTransport::putFile(Handle handle, const std::string& local, const 
                 return Success;
         }
     };
-    return keep(*connection, connection->put(remote, isAscii(flags), source));
+    return keep(*connection, connection->put(remote, isAscii(flags), limits(), source));
 }
 
 ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const std::string& local,
@@ -194,22 +194,27 @@ ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const
     if (failIfExists && LocalFile::exists(local))
         return FileExists;
     // Better to know before the transfer than in its midst.
-    if (const auto error = LocalFile::probeReplace(local); error != LocalError::None)
+    if (const auto error = LocalReplacement::probe(local); error != LocalError::None)
         return errorCode(error);
 
-    LocalFile file;
-    const auto write = [&file, &local](std::string_view data) -> ErrorCode {
+    // What comes is written beside the local file, which half a file must not take the place of.
+    LocalReplacement file;
+    std::uint64_t room = limits().largestFile;
+    const auto write = [&file, &local, &room](std::string_view data) -> ErrorCode {
+        if (data.size() > room)
+            return FileTooLarge;
+        room -= data.size();
         auto error = LocalError::None;
         if (!file.isOpen())
-            error = file.open(local, LocalFile::Mode::Replace);
+            error = file.open(local);
         if (error == LocalError::None)
             error = file.write(data);
         return errorCode(error);
     };
-    auto code = keep(*connection, connection->get(remote, isAscii(flags), write));
+    auto code = keep(*connection, connection->get(remote, isAscii(flags), limits(), write));
     if (code == Success && !file.isOpen())
         code = write({}); // an empty remote file makes an empty local one
-    return code;
+    return code == Success ? errorCode(file.commit()) : code;
 }
 
 ErrorCode CurlTransport::openFile(Handle handle, const std::string& remote, std::uint32_t access,

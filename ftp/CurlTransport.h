@@ -29,15 +29,15 @@ namespace zul::ftp {
 
 class CurlConnection;
 
-/// Time limits and memory limits; every one ends in TimedOut or InvalidServerResponse.
+/// Time limits and memory limits beside those of a whole file (TransferLimits); every one ends in TimedOut or
+/// InvalidServerResponse.
 struct CurlTransportOptions
 {
-    std::chrono::milliseconds connectTimeout{20'000};     ///< name, connection and login together
-    std::chrono::milliseconds stallTimeout{30'000};       ///< no reply and no byte of data for so long
-    std::chrono::milliseconds commandTimeout{120'000};    ///< one command, listing or piece of a file
-    std::chrono::milliseconds transferTimeout{3'600'000}; ///< one whole file
-    std::chrono::milliseconds goodbyeTimeout{2'000};      ///< the farewell when a connection is closed
-    std::size_t maxReplyBytes = 65'536;                   ///< replies of one operation
+    std::chrono::milliseconds connectTimeout{20'000};  ///< name, connection and login together
+    std::chrono::milliseconds stallTimeout{30'000};    ///< no reply and no byte of data for so long
+    std::chrono::milliseconds commandTimeout{120'000}; ///< one command, listing or piece of a file
+    std::chrono::milliseconds goodbyeTimeout{2'000};   ///< the farewell when a connection is closed
+    std::size_t maxReplyBytes = 65'536;                ///< replies of one operation
     std::size_t maxListingBytes = 16'777'216;
     std::size_t maxListingEntries = 100'000;
     std::size_t maxDrainBytes = 262'144; ///< read past the wanted end of a file to keep the connection

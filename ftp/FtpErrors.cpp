@@ -29,6 +29,8 @@ std::string systemText(ErrorCode code)
         return "The disk of the local file is full.\r\n";
     case InsufficientBuffer:
         return "The answer is longer than the room for it.\r\n";
+    case FileTooLarge:
+        return "The file is larger than this client takes.\r\n";
     case TimedOut:
         return "The server did not answer in time.\r\n";
     case ExtendedError:

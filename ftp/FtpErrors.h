@@ -28,6 +28,7 @@ inline constexpr ErrorCode FileExists = 80;
 inline constexpr ErrorCode InvalidParameter = 87; ///< an empty name, or one with CR, LF or NUL
 inline constexpr ErrorCode DiskFull = 112;
 inline constexpr ErrorCode InsufficientBuffer = 122;
+inline constexpr ErrorCode FileTooLarge = 223; ///< larger than the limit of the transfer
 inline constexpr ErrorCode TimedOut = 12002;
 inline constexpr ErrorCode ExtendedError = 12003; ///< the server said no: its own words are lastResponse()
 inline constexpr ErrorCode InternalError = 12004;

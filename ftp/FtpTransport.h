@@ -11,6 +11,7 @@
 
 #include "ftp/FindRecord.h"
 #include "ftp/FtpErrors.h"
+#include "ftp/TransferLimits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -49,13 +50,17 @@ public:
     FtpTransport& operator=(const FtpTransport&) = delete;
     virtual ~FtpTransport() = default;
 
+    /// What putFile and getFile keep to.
+    const TransferLimits& limits() const { return m_limits; }
+    void setLimits(const TransferLimits& limits) { m_limits = limits; }
+
     virtual ErrorCode openSession(const std::string& agent, std::uint32_t accessType, Handle& session) = 0;
     virtual ErrorCode connect(Handle session, const ConnectRequest& request, Handle& connection) = 0;
     /// Closes any kind of handle. For a file that was written this waits for the server's last word.
     virtual ErrorCode closeHandle(Handle handle) = 0;
 
-    /// Whole files. A local file is replaced when its first byte arrives (or, for an empty remote file, at the
-    /// end), so a download that fails before that leaves the local side as it was.
+    /// Whole files. A local file is replaced when the remote one has come whole; a download that fails leaves the
+    /// local side as it was.
     virtual ErrorCode putFile(Handle connection, const std::string& local, const std::string& remote,
                               std::uint32_t flags) = 0;
     virtual ErrorCode getFile(Handle connection, const std::string& remote, const std::string& local,
@@ -88,6 +93,9 @@ public:
     virtual std::string lastResponse() const = 0;
     /// The text of @p code. A platform with a message formatter of its own overrides it.
     virtual std::string systemText(ErrorCode code) const { return ftp::systemText(code); }
+
+private:
+    TransferLimits m_limits;
 };
 
 /// The transport of this platform.

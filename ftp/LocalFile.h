@@ -32,8 +32,7 @@ public:
     enum class Mode
     {
         Read,
-        Update, ///< for writing from the first byte; made when missing, never cut: a longer file keeps its tail
-        Replace ///< for writing; made when missing, emptied when there
+        Update ///< for writing from the first byte; made when missing, never cut: a longer file keeps its tail
     };
 
     LocalFile() = default;
@@ -50,12 +49,41 @@ public:
     LocalError read(char* buffer, std::size_t wanted, std::size_t& got);
     LocalError write(std::string_view data);
 
-    /// Whether a Replace of @p path is likely to succeed; touches nothing.
-    static LocalError probeReplace(const std::string& path);
     static bool exists(const std::string& path);
 
 private:
+    friend class LocalReplacement;
+
     std::intptr_t m_handle = -1;
+};
+
+/// A file that takes the place of another, or of none, when it is whole: it is written beside it, under a name of
+/// its own, and moved into its place by commit(). Until then the other file is as it was; without a commit nothing
+/// stays behind. The new file belongs to its owner alone.
+class LocalReplacement
+{
+public:
+    LocalReplacement() = default;
+    LocalReplacement(const LocalReplacement&) = delete;
+    LocalReplacement& operator=(const LocalReplacement&) = delete;
+    ~LocalReplacement();
+
+    /// Whether a replacement of @p path is likely to succeed; touches nothing.
+    static LocalError probe(const std::string& path);
+
+    /// Begins a replacement of @p path. Where that is a link, the file that it leads to is replaced.
+    LocalError open(const std::string& path);
+    bool isOpen() const { return m_file.isOpen(); }
+    LocalError write(std::string_view data) { return m_file.write(data); }
+    /// On the disk, and in its place.
+    LocalError commit();
+
+private:
+    void discard();
+
+    LocalFile m_file;
+    std::string m_beside; ///< native; empty: nothing stands beside
+    std::string m_target; ///< native
 };
 
 } // namespace zul::ftp

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,6 +38,13 @@ bool isFolder(const std::string& native)
     return stat(native.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+/// The file that a path leads to through links; the path itself where there is none yet.
+std::string targetOf(const std::string& native)
+{
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(native.c_str(), nullptr), &std::free);
+    return resolved ? resolved.get() : native;
+}
+
 LocalError fromErrno(int number, const std::string& native)
 {
     switch (number) {
@@ -51,6 +61,7 @@ LocalError fromErrno(int number, const std::string& native)
         return LocalError::Denied;
     case ENOSPC:
     case EDQUOT:
+    case EFBIG:
         return LocalError::Full;
     default:
         return LocalError::Fault;
@@ -77,7 +88,7 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
     if (mode == Mode::Read)
         flags |= O_RDONLY;
     else
-        flags |= O_WRONLY | O_CREAT | (mode == Mode::Replace ? O_TRUNC : 0);
+        flags |= O_WRONLY | O_CREAT;
     const int file = ::open(native.c_str(), flags, 0666);
     if (file == -1)
         return fromErrno(errno, native);
@@ -139,26 +150,69 @@ LocalError LocalFile::write(std::string_view data)
     return LocalError::None;
 }
 
-LocalError LocalFile::probeReplace(const std::string& path)
+bool LocalFile::exists(const std::string& path)
 {
-    const std::string native = nativePath(path);
+    return access(nativePath(path).c_str(), F_OK) == 0;
+}
+
+LocalReplacement::~LocalReplacement()
+{
+    discard();
+}
+
+LocalError LocalReplacement::probe(const std::string& path)
+{
+    const std::string native = targetOf(nativePath(path));
     if (native.empty())
         return LocalError::NoFolder;
-    if (isFolder(native))
-        return LocalError::Denied;
-    if (access(native.c_str(), W_OK) == 0)
-        return LocalError::None;
-    if (errno != ENOENT)
+    struct stat status
+    {};
+    if (stat(native.c_str(), &status) == 0) {
+        // A pipe or a device is not taken the place of.
+        if (!S_ISREG(status.st_mode) || access(native.c_str(), W_OK) != 0)
+            return LocalError::Denied;
+    } else if (errno != ENOENT) {
         return fromErrno(errno, native);
+    }
     const std::string folder = folderOf(native);
     if (!isFolder(folder))
         return LocalError::NoFolder;
     return access(folder.c_str(), W_OK | X_OK) == 0 ? LocalError::None : LocalError::Denied;
 }
 
-bool LocalFile::exists(const std::string& path)
+LocalError LocalReplacement::open(const std::string& path)
 {
-    return access(nativePath(path).c_str(), F_OK) == 0;
+    discard();
+    if (const auto error = probe(path); error != LocalError::None)
+        return error;
+    m_target = targetOf(nativePath(path));
+    std::string beside = folderOf(m_target) + "/.zul-XXXXXX";
+    const int file = mkostemp(beside.data(), O_CLOEXEC);
+    if (file == -1)
+        return fromErrno(errno, m_target);
+    m_file.m_handle = file;
+    m_beside = beside;
+    return LocalError::None;
+}
+
+LocalError LocalReplacement::commit()
+{
+    // Data first: a machine that stops after the renaming must not find an empty file.
+    if (fsync(descriptor(m_file.m_handle)) != 0)
+        return fromErrno(errno, m_target);
+    m_file.close();
+    if (rename(m_beside.c_str(), m_target.c_str()) != 0)
+        return fromErrno(errno, m_target);
+    m_beside.clear();
+    return LocalError::None;
+}
+
+void LocalReplacement::discard()
+{
+    m_file.close();
+    if (!m_beside.empty())
+        unlink(m_beside.c_str());
+    m_beside.clear();
 }
 
 } // namespace zul::ftp

@@ -64,7 +64,8 @@ public:
     void CloseConnection();
 
     bool SimpleFTPPutFile(const std::string& sLocal, const std::string& sRemote);
-    /// An existing local file is replaced as soon as data arrives; a download that fails before leaves it alone.
+    /// An existing local file is replaced when the remote one has come whole. A download that fails or breaks off
+    /// leaves it as it was, and makes none where there is none.
     bool SimpleFTPGetFile(const std::string& sLocal, const std::string& sRemote);
 
     /// Uploads in pieces of 255 bytes. Both names are trimmed in place; false without a message when one is
@@ -96,6 +97,12 @@ public:
     std::shared_ptr<cDirList> Directory();
 
     const std::string& GetLastErrorMessage() const { return m_lastErrorMessage; }
+
+    /// What one SimpleFTPGetFile or SimpleFTPPutFile may cost: the largest local file, the lowest speed and the
+    /// longest time; see TransferLimits for the defaults. A download that goes past one of them fails and leaves
+    /// the local side as it was. Transfers by pieces are as long as their owner wants them.
+    void SetTransferLimits(const ftp::TransferLimits& limits) { m_transport->setLimits(limits); }
+    const ftp::TransferLimits& GetTransferLimits() const { return m_transport->limits(); }
 
     void SetTransferASCII() { m_transferType = ftp::TransferAscii; }
     void SetTransferBinary() { m_transferType = ftp::TransferBinary; }

@@ -1,6 +1,7 @@
 #include "hostlib/Host.h"
 
 #include "hostlib/Calls.h"
+#include "hostlib/NewRowId.h"
 #include "hostlib/StandInCustomer.h"
 
 #include <servprov.h>
@@ -24,16 +25,6 @@ QDateTime secondCreationColumn(const Message& message)
 {
     return message.creazioneIntera ? message.creazione
                                    : QDateTime(fromDate(0).date(), message.creazione.time(), Qt::UTC);
-}
-
-/// Ends a transaction after an error. That the connection cannot even do this is no news next to the error.
-void rollbackQuietly(const ado::Connection& database) noexcept
-{
-    try {
-        database.rollback();
-    } catch (...) {
-        return;
-    }
 }
 
 /// One "@" between a name and a domain with a dot inside it, and no blank anywhere.
@@ -98,32 +89,18 @@ QString SqlConnection::lookupText(const QString& field, const QString& table, co
     return toQString(result.text());
 }
 
-qint32 SqlConnection::nextId(const QString& table, const QString& key) const
+std::optional<qint32> SqlConnection::generatedId(const QString& table, const QString& key) const
 {
     if (!m_askedForIdGenerator) {
         m_idGenerator = service<IIdGenerator>();
         m_askedForIdGenerator = true;
     }
-    if (m_idGenerator) {
-        const Bstr tableText = bstr(table);
-        const Bstr keyText = bstr(key);
-        return static_cast<qint32>(value<LONG>([&](LONG* id) {
-            return m_idGenerator->NextId(tableText.get(), keyText.get(), m_object.get(), id);
-        }));
-    }
-    const ado::Connection database = connection();
-    database.begin();
-    try {
-        ado::Recordset largest = database.open(u"SELECT Max("_s + key + u") as maxId FROM "_s + table,
-                                               ado::Cursor::Static, ado::Lock::ReadOnly);
-        const qint32 id = ado::keyAfter(largest.integer(u"maxId"_s, 0));
-        largest.close();
-        database.commit();
-        return id;
-    } catch (...) {
-        rollbackQuietly(database);
-        throw;
-    }
+    if (!m_idGenerator)
+        return std::nullopt;
+    const Bstr tableText = bstr(table);
+    const Bstr keyText = bstr(key);
+    return static_cast<qint32>(value<LONG>(
+        [&](LONG* id) { return m_idGenerator->NextId(tableText.get(), keyText.get(), m_object.get(), id); }));
 }
 
 void SqlConnection::tellRowAdded(const QString& table, qint32 id) const
@@ -234,11 +211,11 @@ bool MessageRecord::save(const Message& message)
 
 void MessageRecord::saveRow(const Message& message)
 {
-    const qint32 id = m_connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s);
+    NewRowId id(m_connection, u"TMK_MailingList"_s, u"idMailing"_s);
     ado::Recordset row = m_connection.connection().open(u"SELECT * FROM TMK_MailingList WHERE 1=2"_s,
                                                         ado::Cursor::Static, ado::Lock::Pessimistic);
     row.addNew();
-    row.set(u"idMailing"_s, id);
+    row.set(u"idMailing"_s, id.value());
     row.set(u"idTipoMessaggio"_s, message.idTipoMessaggio);
     row.set(u"Descrizione"_s, message.descrizione);
     row.set(u"Testo"_s, message.testo);
@@ -255,6 +232,7 @@ void MessageRecord::saveRow(const Message& message)
     row.set(u"UtenteUltimoAccesso"_s, m_userName);
     row.update();
     row.close();
+    id.written();
 }
 
 // ------------------------------------------------------------------------------------------ TextParser

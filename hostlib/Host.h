@@ -11,6 +11,7 @@
 #include <QDate>
 #include <QDateTime>
 #include <QString>
+#include <optional>
 
 namespace zul::hostlib {
 
@@ -30,8 +31,9 @@ public:
     /// The text of a field of the first row that meets the condition; empty when there is none.
     QString lookupText(const QString& field, const QString& table, const QString& condition) const;
 
-    /// The next id of a table's key, from the host's generator; without one the largest key plus 1.
-    qint32 nextId(const QString& table, const QString& key) const;
+    /// The next id of a table's key from the host's generator; nothing when the host has none. Who adds a row
+    /// takes a NewRowId.
+    std::optional<qint32> generatedId(const QString& table, const QString& key) const;
     /// Tells the host's change tracker, if there is one, that a row was written.
     void tellRowAdded(const QString& table, qint32 id) const;
     /// Has the host start a program. @return false when the host leaves that to the component

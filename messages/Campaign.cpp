@@ -3,6 +3,7 @@
 #include "hostlib/Ado.h"
 #include "hostlib/Error.h"
 #include "hostlib/Host.h"
+#include "hostlib/NewRowId.h"
 
 #include <QDateTime>
 
@@ -27,7 +28,10 @@ qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& ca
 {
     const ado::Connection database = connection.connection();
     const bool isNew = !idCampagna.has_value();
-    const qint32 id = isNew ? connection.nextId(u"TMK_Campagne"_s, u"idCampagna"_s) : *idCampagna;
+    std::optional<hostlib::NewRowId> newId;
+    if (isNew)
+        newId.emplace(connection, u"TMK_Campagne"_s, u"idCampagna"_s);
+    const qint32 id = isNew ? newId->value() : *idCampagna;
     ado::Recordset row =
         database.open(isNew ? u"select * from TMK_Campagne where 1=2"_s
                             : u"select * from TMK_Campagne where IdCampagna="_s + QString::number(id),
@@ -72,6 +76,8 @@ qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& ca
     row.set(u"UtenteUltimoAccesso"_s, connection.userName());
     row.update();
     row.close();
+    if (newId)
+        newId->written();
     return id;
 }
 

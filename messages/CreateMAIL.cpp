@@ -3,6 +3,7 @@
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
 #include "hostlib/LocalClock.h"
+#include "hostlib/NewRowId.h"
 #include "messages/Campaign.h"
 #include "messages/OutcomeLines.h"
 #include "selection/ResultGridQuery.h"
@@ -55,7 +56,8 @@ void createMail(const hostlib::SqlConnection& connection, Recipients& recipients
             return skip(u": consenso EMAIL non presente."_s);
 
         queue.addNew();
-        queue.set(u"idMailing"_s, connection.nextId(u"TMK_MailingList"_s, u"idMailing"_s));
+        hostlib::NewRowId idMailing(connection, u"TMK_MailingList"_s, u"idMailing"_s);
+        queue.set(u"idMailing"_s, idMailing.value());
         queue.set(u"idCampagna"_s, idCampagna);
         queue.set(u"idMessaggio"_s, idMessaggio);
         queue.set(u"IDCliente"_s, idCliente);
@@ -65,6 +67,7 @@ void createMail(const hostlib::SqlConnection& connection, Recipients& recipients
         queue.set(u"Locked"_s, false);
         queue.set(u"idReferente"_s, qint16{-1});
         queue.update();
+        idMailing.written();
         outcomes.append(outcomeLine(OutcomeTag::Prepared, u"Preparata EMAIL per "_s + name));
         return true;
     });

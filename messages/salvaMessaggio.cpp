@@ -3,6 +3,7 @@
 #include "base/OperatorText.h"
 #include "hostlib/Ado.h"
 #include "hostlib/Host.h"
+#include "hostlib/NewRowId.h"
 #include "session/modLogger.h"
 
 #include <QDateTime>
@@ -19,13 +20,13 @@ QString templateText(const QString& typed)
 qint32 salvaMessaggio(const hostlib::SqlConnection& connection, const QString& text) noexcept
 {
     try {
-        const qint32 id = connection.nextId(u"TMK_Messaggi"_s, u"idMessaggio"_s);
+        hostlib::NewRowId id(connection, u"TMK_Messaggi"_s, u"idMessaggio"_s);
         const QDateTime now = QDateTime::currentDateTime();
         // The row set closes itself, also when a step fails.
         ado::Recordset row = connection.connection().open(u"Select * from TMK_Messaggi where 1=2"_s,
                                                           ado::Cursor::Static, ado::Lock::Pessimistic);
         row.addNew();
-        row.set(u"idMessaggio"_s, id);
+        row.set(u"idMessaggio"_s, id.value());
         row.set(u"DataCreaz"_s, now);
         row.set(u"DataAgg"_s, now);
         row.set(u"UtenteUltimoAccesso"_s, connection.userName());
@@ -35,8 +36,9 @@ qint32 salvaMessaggio(const hostlib::SqlConnection& connection, const QString& t
         row.set(u"isAttivo"_s, true);
         row.update();
         row.close();
-        connection.tellRowAdded(u"TMK_Messaggi"_s, id);
-        return id;
+        id.written();
+        connection.tellRowAdded(u"TMK_Messaggi"_s, id.value());
+        return id.value();
     } catch (...) {
         // This procedure words its report in its own way: number, "-", description, and the category apart.
         const Error error = currentError();

@@ -3,27 +3,86 @@
 #include "hostlib/Error.h"
 #include "session/Platform.h"
 
-#include <QFile>
+#include <algorithm>
+#include <utility>
 
 namespace zul {
 
 using namespace Qt::StringLiterals;
 
-QStringList readFailedNumbers(const QString& path)
+namespace {
+
+/// A text that may stand between the apostrophes of a statement as it is.
+const QString& sendable(const QString& number)
 {
-    QFile file(platform::nativePath(path));
+    if (number.contains(u'\''))
+        throw Error(static_cast<long>(RunTime::InvalidCall),
+                    u"A number with an apostrophe is not sent to the database"_s);
+    return number;
+}
+
+} // namespace
+
+FailedNumbersReader::FailedNumbersReader(const QString& path)
+    : m_file(platform::nativePath(path))
+{
     if (!platform::fileExists(path))
         throw Error(RunTime::FileNotFound);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!m_file.open(QIODevice::ReadOnly))
         throw Error(75, u"Path/File access error"_s);
-    QString text = QString::fromUtf8(file.readAll());
-    text.replace(u"\r\n"_s, u"\n"_s);
-    text.replace(u'\r', u'\n');
-    if (text.endsWith(u'\n'))
-        text.chop(1);
-    else if (text.isEmpty())
-        return {};
-    return text.split(u'\n');
+}
+
+std::optional<QString> FailedNumbersReader::next()
+{
+    qsizetype end = m_at;
+    for (;; ++end) {
+        if (end == m_buffer.size()) {
+            end -= m_at; // where it stands once what is taken has gone
+            if (!fill()) {
+                if (end == 0)
+                    return std::nullopt;
+                break;
+            }
+        }
+        const char c = m_buffer.at(end);
+        if (std::exchange(m_passLineFeed, false) && c == '\n') {
+            m_at = end + 1;
+            continue;
+        }
+        if (c == '\n' || c == '\r')
+            break;
+        if (end - m_at >= LongestLine)
+            throw Error(14, u"Out of string space"_s);
+    }
+    const QString line = QString::fromUtf8(m_buffer.constData() + m_at, end - m_at);
+    m_passLineFeed = end < m_buffer.size() && m_buffer.at(end) == '\r';
+    m_at = std::min(end + 1, m_buffer.size());
+    return line;
+}
+
+/// Reads on behind what is not taken yet, which then stands at the buffer's beginning. @return false at the end
+bool FailedNumbersReader::fill()
+{
+    constexpr qsizetype Piece = 65'536;
+    m_buffer.remove(0, m_at);
+    m_at = 0;
+    const qsizetype kept = m_buffer.size();
+    m_buffer.resize(kept + Piece);
+    const qint64 got = m_file.read(m_buffer.data() + kept, Piece);
+    m_buffer.resize(kept + std::max<qint64>(got, 0));
+    if (got < 0)
+        throw Error(57, u"Device I/O error"_s);
+    return got > 0;
+}
+
+qint64 FailedNumbersReader::position() const
+{
+    return m_file.pos() - (m_buffer.size() - m_at);
+}
+
+qint64 FailedNumbersReader::size() const
+{
+    return m_file.size();
 }
 
 QString searchedNumber(const QString& line)
@@ -39,13 +98,13 @@ QString searchedNumber(const QString& line)
 
 QString customersQuery(const QString& number)
 {
-    return u" select * from tabclienti where telefono2 like '%"_s + number + u"%'"_s;
+    return u" select * from tabclienti where telefono2 like '%"_s + sendable(number) + u"%'"_s;
 }
 
 QString disableStatement(const QString& telefono2)
 {
     return u"update tabclienti set notecliente = isnull(notecliente, '') + ' Numero non valido :' + '"_s +
-           telefono2 + u"' , Telefono2='' where  telefono2 = '"_s + telefono2 + u"'"_s;
+           sendable(telefono2) + u"' , Telefono2='' where  telefono2 = '"_s + telefono2 + u"'"_s;
 }
 
 } // namespace zul

@@ -92,11 +92,20 @@ void frmCheckSendError::Form_Load()
         setBackground(this, Qt::white);
         setBackground(m_ui->GroupBox2, Qt::white);
         const SettingsStore store(session().connectionOrNone());
-        m_ui->txtFTP_Server->setText(store.getDbValue(settings::CheckFtpServer));
-        m_ui->txtFTP_Port->setText(store.getDbValue(settings::CheckFtpPort));
-        m_ui->txtFTP_User->setText(store.getDbValue(settings::CheckFtpUser));
-        m_ui->txtFTP_Password->setText(store.getDbValue(settings::CheckFtpPassword));
+        for (const auto& [key, field] : settingFields())
+            field->setText(m_settings.read(store, *key));
     });
+    for (const auto& [key, field] : settingFields())
+        m_settings.isShown(key->name, field->text());
+}
+
+/// The FTP fields by their settings, in the order in which they are read and written.
+std::vector<std::pair<const settings::Key*, QLineEdit*>> frmCheckSendError::settingFields() const
+{
+    return {{&settings::CheckFtpServer, m_ui->txtFTP_Server},
+            {&settings::CheckFtpPort, m_ui->txtFTP_Port},
+            {&settings::CheckFtpUser, m_ui->txtFTP_User},
+            {&settings::CheckFtpPassword, m_ui->txtFTP_Password}};
 }
 
 void frmCheckSendError::Form_Activate()
@@ -108,10 +117,9 @@ void frmCheckSendError::Form_Unload()
 {
     trapped(procedure(u"Form_Unload"_s), [&] {
         const SettingsStore store(session().connectionOrNone());
-        store.setDbValue(settings::CheckFtpServer, m_ui->txtFTP_Server->text());
-        store.setDbValue(settings::CheckFtpPort, m_ui->txtFTP_Port->text());
-        store.setDbValue(settings::CheckFtpUser, m_ui->txtFTP_User->text());
-        store.setDbValue(settings::CheckFtpPassword, m_ui->txtFTP_Password->text());
+        for (const auto& [key, field] : settingFields())
+            if (m_settings.isToStore(key->name, field->text()))
+                store.setDbValue(*key, field->text());
     });
 }
 
@@ -145,13 +153,13 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
         cFtp ftp;
         download(ftp);
         // Also after a failure: an earlier copy of the report is read again, and that is meant.
-        const QStringList lines = readFailedNumbers(localCopy());
+        FailedNumbersReader report(localCopy());
         removeAll();
         addColumns();
         const WaitCursor waiting;
         // The run holds the thread until its end: what is seen meanwhile is drawn now.
         repaint();
-        showFailedNumbers(lines);
+        showFailedNumbers(report);
         m_ui->grid_result->populate();
     });
 }
@@ -178,13 +186,13 @@ void frmCheckSendError::download(cFtp& ftp)
     }
 }
 
-void frmCheckSendError::showFailedNumbers(const QStringList& lines)
+void frmCheckSendError::showFailedNumbers(FailedNumbersReader& report)
 {
     const ado::Connection connection = session().connection().connection();
     ColumnStore& store = m_ui->grid_result->store();
-    for (const QString& line : lines) {
+    while (const std::optional<QString> line = report.next()) {
         waitWhile(m_database);
-        const QString number = searchedNumber(line);
+        const QString number = searchedNumber(*line);
         ado::Recordset customers =
             connection.open(customersQuery(number), ado::Cursor::Static, ado::Lock::ReadOnly);
         if (!number.isEmpty() && !customers.eof()) {

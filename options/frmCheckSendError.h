@@ -3,10 +3,14 @@
 #pragma once
 
 #include "options/DatabaseWait.h"
+#include "options/SettingFields.h"
 
 #include <QDialog>
 #include <memory>
 #include <utility>
+#include <vector>
+
+class QLineEdit;
 
 namespace Ui {
 class frmCheckSendError;
@@ -14,9 +18,10 @@ class frmCheckSendError;
 
 namespace zul {
 
+class FailedNumbersReader;
 class cFtp;
 
-/// The four FTP fields are stored at every close, however caused. Tag: "ESC" after Close, empty after the
+/// The four FTP fields are stored at every close, however caused (see SettingFields). Tag: "ESC" after Close, empty after the
 /// close button.
 class frmCheckSendError : public QDialog
 {
@@ -42,16 +47,18 @@ private:
     void Form_Load();
     void Form_Activate();
     void Form_Unload();
+    std::vector<std::pair<const settings::Key*, QLineEdit*>> settingFields() const;
     void cmdChiudi_Click();
     void cmdSMS_TestSMS_Click();
     void cmdSMS_ClearAccount_Click();
     void download(cFtp& ftp);
-    void showFailedNumbers(const QStringList& lines);
+    void showFailedNumbers(FailedNumbersReader& report);
     void addColumns();
     void removeAll();
 
     std::unique_ptr<Ui::frmCheckSendError> m_ui;
     StillExecuting m_database;
+    SettingFields m_settings;
 };
 
 } // namespace zul

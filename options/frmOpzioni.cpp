@@ -122,28 +122,46 @@ void frmOpzioni::Form_Load()
         setBackground(m_ui->chkSMS_Add0039, Qt::white);
         setBackground(m_ui->chkSMS_ZulSmsSenderAutoSend, Qt::white);
     });
+    for (const auto& [key, text] : fieldTexts())
+        m_settings.isShown(key->name, text);
+    m_settings.isShown(RegistryPathCartellaSMSSender, m_ui->txtPathSMSSender->text());
 }
 
 void frmOpzioni::loadSettings()
 {
     const SettingsStore store(session().connectionOrNone());
+    const auto read = [&](const settings::Key& key) { return m_settings.read(store, key); };
     // Each switch is read a second time once its text has been judged, as the settings table has always been
     // asked.
-    if (prefixSwitch(store.getDbValue(settings::Aggiungi0039)))
-        setCheck(m_ui->chkSMS_Add0039, toInt16(store.getDbValue(settings::Aggiungi0039)));
-    autoSendSwitch(store.getDbValue(settings::InvioAutomatico));
-    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(store.getDbValue(settings::InvioAutomatico)));
+    if (prefixSwitch(read(settings::Aggiungi0039)))
+        setCheck(m_ui->chkSMS_Add0039, toInt16(read(settings::Aggiungi0039)));
+    autoSendSwitch(read(settings::InvioAutomatico));
+    setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(read(settings::InvioAutomatico)));
 
-    m_ui->txtSMS_Prov_User->setText(store.getDbValue(settings::MailupUserName));
-    m_ui->txtSMS_Prov_Pwd->setText(store.getDbValue(settings::MailupPassword));
-    m_ui->txtSMS_Prov_Mittente->setText(store.getDbValue(settings::MailupFrom));
-    m_ui->txtSMS_Prov_Soggetto->setText(store.getDbValue(settings::MailupSubject));
-    m_ui->txtSMS_Prov_ListId->setText(store.getDbValue(settings::MailupListId));
-    m_ui->txtSMS_Prov_ConsoleId->setText(store.getDbValue(settings::MailupConsoleId));
+    m_ui->txtSMS_Prov_User->setText(read(settings::MailupUserName));
+    m_ui->txtSMS_Prov_Pwd->setText(read(settings::MailupPassword));
+    m_ui->txtSMS_Prov_Mittente->setText(read(settings::MailupFrom));
+    m_ui->txtSMS_Prov_Soggetto->setText(read(settings::MailupSubject));
+    m_ui->txtSMS_Prov_ListId->setText(read(settings::MailupListId));
+    m_ui->txtSMS_Prov_ConsoleId->setText(read(settings::MailupConsoleId));
 
     const QString proposed = defaultSenderFolder(session().PathMainApplication);
     const bool stored = !readSenderFolder(proposed).isEmpty();
     m_ui->txtPathSMSSender->setText(stored ? readSenderFolder(proposed) : proposed);
+    m_settings.wasRead(RegistryPathCartellaSMSSender);
+}
+
+/// The fields by their settings, in the order in which they are written.
+std::vector<std::pair<const settings::Key*, QString>> frmOpzioni::fieldTexts() const
+{
+    return {{&settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039)},
+            {&settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend)},
+            {&settings::MailupUserName, m_ui->txtSMS_Prov_User->text()},
+            {&settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text()},
+            {&settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text()},
+            {&settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text()},
+            {&settings::MailupListId, m_ui->txtSMS_Prov_ListId->text()},
+            {&settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text()}};
 }
 
 void frmOpzioni::Form_Activate()
@@ -162,16 +180,13 @@ void frmOpzioni::cmdSalva_Click()
 {
     trapped(procedure(u"cmdSalva_Click"_s), [&] {
         const SettingsStore store(session().connectionOrNone());
-        store.setDbValue(settings::Aggiungi0039, checkText(m_ui->chkSMS_Add0039));
-        store.setDbValue(settings::InvioAutomatico, checkText(m_ui->chkSMS_ZulSmsSenderAutoSend));
-        store.setDbValue(settings::MailupUserName, m_ui->txtSMS_Prov_User->text());
-        store.setDbValue(settings::MailupPassword, m_ui->txtSMS_Prov_Pwd->text());
-        store.setDbValue(settings::MailupFrom, m_ui->txtSMS_Prov_Mittente->text());
-        store.setDbValue(settings::MailupSubject, m_ui->txtSMS_Prov_Soggetto->text());
-        store.setDbValue(settings::MailupListId, m_ui->txtSMS_Prov_ListId->text());
-        store.setDbValue(settings::MailupConsoleId, m_ui->txtSMS_Prov_ConsoleId->text());
-        saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
-                     QString::fromLatin1(RegistryPathCartellaSMSSender), m_ui->txtPathSMSSender->text());
+        for (const auto& [key, text] : fieldTexts())
+            if (m_settings.isToStore(key->name, text))
+                store.setDbValue(*key, text);
+        const QString folder = m_ui->txtPathSMSSender->text();
+        if (m_settings.isToStore(RegistryPathCartellaSMSSender, folder))
+            saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
+                         QString::fromLatin1(RegistryPathCartellaSMSSender), folder);
         setTag(this, FormChoice::Confirmed);
         hide();
     });

@@ -1,8 +1,12 @@
 // The options dialog: the account of the SMS provider, two switches, and the folder of the sender program.
 #pragma once
 
+#include "options/SettingFields.h"
+
 #include <QDialog>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace Ui {
 class frmOpzioni;
@@ -35,12 +39,14 @@ private:
     void Form_Load();
     void Form_Activate();
     void loadSettings();
+    std::vector<std::pair<const settings::Key*, QString>> fieldTexts() const;
     void cmdSalva_Click();
     void cmdAnnulla_Click();
     void cmdSelezionaPath_Click();
     void cmdSMS_TestSMSSender_Click();
 
     std::unique_ptr<Ui::frmOpzioni> m_ui;
+    SettingFields m_settings;
     std::unique_ptr<frmShowPath> m_frmShowPath; ///< created on first use and kept
 };
 

@@ -8,6 +8,8 @@ namespace zul {
 
 namespace {
 
+constexpr const char16_t* Source = u"Collection";
+
 constexpr HRESULT controlError(long number)
 {
     return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned long>(number));
@@ -33,10 +35,12 @@ Variant plain(const VARIANT* argument)
     return value;
 }
 
-HRESULT handOutCopy(const Variant& value, VARIANT& raw)
+/// A copy into an empty place; a copy that fails is the caller's error and leaves the place empty.
+HRESULT handOutCopy(const Variant& value, VARIANT& place)
 {
-    VariantInit(&raw);
-    return VariantCopy(&raw, &value);
+    VariantInit(&place);
+    const HRESULT copied = VariantCopy(&place, &value);
+    return FAILED(copied) ? reportError(copied, u"A value of the collection cannot be copied", Source) : S_OK;
 }
 
 using ValueEnumerator = Enumerator<IEnumVARIANT, Variant, VARIANT, handOutCopy>;
@@ -48,14 +52,14 @@ HRESULT CaptionCollection::Item(VARIANT* Index, VARIANT* pvarRet)
     if (pvarRet == nullptr)
         return E_POINTER;
     VariantInit(pvarRet);
-    return comGuard(u"Collection", [&] { Variant(m_entries[place(Index)].value).detachTo(pvarRet); });
+    return comGuard(Source, [&] { return handOutCopy(m_entries[place(Index)].value, *pvarRet); });
 }
 
 HRESULT CaptionCollection::Add(VARIANT* Item, VARIANT* Key, VARIANT* Before, VARIANT* After)
 {
     if (Item == nullptr)
         return E_POINTER;
-    return comGuard(u"Collection", [&] {
+    return comGuard(Source, [&] {
         Entry entry;
         entry.value = plain(Item);
         if (isGiven(Key)) {
@@ -96,12 +100,13 @@ HRESULT CaptionCollection::_NewEnum(IUnknown** ppunk)
     if (ppunk == nullptr)
         return E_POINTER;
     *ppunk = nullptr;
-    return comGuard(u"Collection", [&] {
-        std::vector<Variant> values;
-        values.reserve(m_entries.size());
-        for (const Entry& entry : m_entries)
-            values.push_back(entry.value);
+    return comGuard(Source, [&] {
+        std::vector<Variant> values(m_entries.size());
+        for (std::size_t i = 0; i < m_entries.size(); ++i)
+            if (const HRESULT copied = handOutCopy(m_entries[i].value, *values[i].put()); FAILED(copied))
+                return copied;
         *ppunk = makeCom<ValueEnumerator>(std::move(values)).detach();
+        return S_OK;
     });
 }
 

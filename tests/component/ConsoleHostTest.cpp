@@ -30,6 +30,7 @@ TEST_F(ConsoleHostTest, ShowFormReportsUnderTheClassThatItWasCopiedFrom)
     EXPECT_EQ(session().PathMainApplication, u"C:\\Gestionale"_s) << "what comes first has happened";
     EXPECT_FALSE(isOkPressed());
     EXPECT_EQ(formChoice(), QString());
+    EXPECT_FALSE(anyWindowShown()) << "a refused window does not keep the library loaded";
 }
 
 TEST_F(ConsoleHostTest, TheOptionsDialogIsFalseAndItsChoiceEmpty)

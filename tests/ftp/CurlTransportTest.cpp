@@ -6,8 +6,10 @@
 #include "tests/ftp/TempFolder.h"
 
 #include <algorithm>
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace zul::test {
 namespace {
@@ -22,6 +24,29 @@ std::string nul(const std::string& text)
 {
     return text + std::string(1, '\0') + "x";
 }
+
+/// No file of this process grows past so many bytes: what a full disk is like.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
 
 class CurlTransportTest : public ::testing::TestWithParam<std::uint32_t>
 {
@@ -447,7 +472,7 @@ TEST_P(CurlTransportTest, ADownloadReplacesTheEarlierFileWhole)
     EXPECT_EQ(transport.getFile(connection, "a", folder.file("old"), true, 0x80, TransferBinary), FileExists);
 }
 
-TEST_P(CurlTransportTest, ADownloadThatBreaksOffLeavesWhatCame)
+TEST_P(CurlTransportTest, ADownloadThatBreaksOffLeavesTheEarlierFileAndNoHalfOne)
 {
     folder.write("old", std::string(100'000, 'x'));
     server.on["RETR"] = [](auto& client, const auto&) {
@@ -458,10 +483,13 @@ TEST_P(CurlTransportTest, ADownloadThatBreaksOffLeavesWhatCame)
         client.reply("451 disk on fire");
     };
     ASSERT_EQ(connect(), Success);
-    EXPECT_EQ(transport.getFile(connection, "a", folder.file("old"), false, 0x80, TransferBinary),
-              ExtendedError);
-    EXPECT_EQ(transport.lastResponse(), "451 disk on fire\r\n");
-    EXPECT_EQ(folder.read("old"), "the beginning");
+    for (const char* name : {"old", "new"}) {
+        EXPECT_EQ(transport.getFile(connection, "a", folder.file(name), false, 0x80, TransferBinary),
+                  ExtendedError);
+        EXPECT_EQ(transport.lastResponse(), "451 disk on fire\r\n");
+    }
+    EXPECT_EQ(folder.read("old"), std::string(100'000, 'x'));
+    EXPECT_EQ(folder.names(), std::set<std::string>{"old"});
 }
 
 TEST_P(CurlTransportTest, LocalFilesThatCannotBeUsedAreToldBeforeTheTransfer)
@@ -480,11 +508,12 @@ TEST_P(CurlTransportTest, LocalFilesThatCannotBeUsedAreToldBeforeTheTransfer)
 
 TEST_P(CurlTransportTest, AFullDiskEndsTheDownloadAndTheConnectionIsRestored)
 {
-    if (!std::filesystem::exists("/dev/full"))
-        GTEST_SKIP() << "this system has no /dev/full to stand for a full disk";
     server.files["/a"] = pattern(1'000'000);
     ASSERT_EQ(connect(), Success);
-    EXPECT_EQ(transport.getFile(connection, "a", "/dev/full", false, 0x80, TransferBinary), ftp::DiskFull);
+    const FileSizeLimit disk(100'000);
+    EXPECT_EQ(transport.getFile(connection, "a", folder.file("a"), false, 0x80, TransferBinary),
+              ftp::DiskFull);
+    EXPECT_EQ(folder.names(), std::set<std::string>());
     EXPECT_EQ(transport.deleteFile(connection, "a"), Success);
 }
 

@@ -27,28 +27,13 @@ TEST(FtpErrorsTest, TheNumbersAreThePlatforms)
 TEST(FtpErrorsTest, EveryCodeHasATextOfItsOwnThatEndsAsAFormatterLeavesIt)
 {
     std::set<std::string> texts;
-    for (const ErrorCode code : {Success,
-                                 FileNotFound,
-                                 ftp::PathNotFound,
-                                 AccessDenied,
-                                 InvalidHandle,
-                                 NotEnoughMemory,
-                                 NoMoreFiles,
-                                 ReadFault,
-                                 FileExists,
-                                 InvalidParameter,
-                                 ftp::DiskFull,
-                                 InsufficientBuffer,
-                                 TimedOut,
-                                 ExtendedError,
-                                 InternalError,
-                                 NameNotResolved,
-                                 IncorrectPassword,
-                                 LoginFailure,
-                                 CannotConnect,
-                                 ConnectionAborted,
-                                 TransferInProgress,
-                                 InvalidServerResponse}) {
+    for (const ErrorCode code :
+         {Success,           FileNotFound,       ftp::PathNotFound,    AccessDenied,
+          InvalidHandle,     NotEnoughMemory,    NoMoreFiles,          ReadFault,
+          FileExists,        InvalidParameter,   ftp::DiskFull,        InsufficientBuffer,
+          FileTooLarge,      TimedOut,           ExtendedError,        InternalError,
+          NameNotResolved,   IncorrectPassword,  LoginFailure,         CannotConnect,
+          ConnectionAborted, TransferInProgress, InvalidServerResponse}) {
         const std::string text = systemText(code);
         EXPECT_GT(text.size(), 10U) << code;
         EXPECT_LT(text.size(), 256U) << code;

@@ -4,6 +4,8 @@
 
 #include <array>
 #include <gtest/gtest.h>
+#include <set>
+#include <sys/stat.h>
 
 namespace zul::test {
 namespace {
@@ -29,7 +31,7 @@ TEST(LocalFileTest, ReadsUntilTheEnd)
     EXPECT_EQ(got, 0U);
 }
 
-TEST(LocalFileTest, UpdateKeepsWhatIsThereAndReplaceDoesNot)
+TEST(LocalFileTest, UpdateKeepsWhatIsThere)
 {
     const TempFolder folder;
     folder.write("a", "12345");
@@ -37,12 +39,8 @@ TEST(LocalFileTest, UpdateKeepsWhatIsThereAndReplaceDoesNot)
     ASSERT_EQ(file.open(folder.file("a"), LocalFile::Mode::Update), LocalError::None);
     EXPECT_EQ(file.write("ab"), LocalError::None);
     file.close();
-    EXPECT_EQ(folder.read("a"), "ab345");
-    ASSERT_EQ(file.open(folder.file("a"), LocalFile::Mode::Replace), LocalError::None);
-    EXPECT_EQ(file.write("x"), LocalError::None);
-    file.close();
     EXPECT_FALSE(file.isOpen());
-    EXPECT_EQ(folder.read("a"), "x");
+    EXPECT_EQ(folder.read("a"), "ab345");
 }
 
 TEST(LocalFileTest, BackslashesAndAccentsInPaths)
@@ -50,7 +48,7 @@ TEST(LocalFileTest, BackslashesAndAccentsInPaths)
     const TempFolder folder;
     std::filesystem::create_directory(folder.path() / "à 'b'");
     LocalFile file;
-    ASSERT_EQ(file.open(folder.path().string() + "\\à 'b'\\€😀%.txt", LocalFile::Mode::Replace),
+    ASSERT_EQ(file.open(folder.path().string() + "\\à 'b'\\€😀%.txt", LocalFile::Mode::Update),
               LocalError::None);
     EXPECT_EQ(file.write("x"), LocalError::None);
     EXPECT_EQ(folder.read("à 'b'/€😀%.txt"), "x");
@@ -74,19 +72,80 @@ TEST(LocalFileTest, FailuresAreToldApart)
     EXPECT_FALSE(file.isOpen());
 }
 
-TEST(LocalFileTest, ProbingTouchesNothing)
+TEST(LocalReplacementTest, ProbingTouchesNothing)
 {
     const TempFolder folder;
     folder.write("a", "x");
-    EXPECT_EQ(LocalFile::probeReplace(folder.file("a")), LocalError::None);
-    EXPECT_EQ(LocalFile::probeReplace(folder.file("new")), LocalError::None);
-    EXPECT_EQ(LocalFile::probeReplace(folder.file("no/such")), LocalError::NoFolder);
-    EXPECT_EQ(LocalFile::probeReplace(folder.file("a/b")), LocalError::NoFolder);
-    EXPECT_EQ(LocalFile::probeReplace(folder.path().string()), LocalError::Denied);
-    EXPECT_EQ(LocalFile::probeReplace(""), LocalError::NoFolder);
+    EXPECT_EQ(LocalReplacement::probe(folder.file("a")), LocalError::None);
+    EXPECT_EQ(LocalReplacement::probe(folder.file("new")), LocalError::None);
+    EXPECT_EQ(LocalReplacement::probe(folder.file("no/such")), LocalError::NoFolder);
+    EXPECT_EQ(LocalReplacement::probe(folder.file("a/b")), LocalError::NoFolder);
+    EXPECT_EQ(LocalReplacement::probe(folder.path().string()), LocalError::Denied);
+    EXPECT_EQ(LocalReplacement::probe(""), LocalError::NoFolder);
     EXPECT_EQ(folder.read("a"), "x");
+    EXPECT_EQ(folder.names(), std::set<std::string>{"a"});
     EXPECT_TRUE(LocalFile::exists(folder.file("a")));
     EXPECT_FALSE(LocalFile::exists(folder.file("new")));
+}
+
+TEST(LocalReplacementTest, TheEarlierFileStaysUntilTheNewOneIsWhole)
+{
+    const TempFolder folder;
+    folder.write("a", "earlier");
+    for (const char* name : {"a", "new"}) {
+        LocalReplacement file;
+        ASSERT_EQ(file.open(folder.file(name)), LocalError::None);
+        EXPECT_EQ(file.write("half, "), LocalError::None);
+        EXPECT_EQ(folder.read("a"), "earlier");
+        EXPECT_FALSE(LocalFile::exists(folder.file("new")));
+        EXPECT_EQ(file.write("whole"), LocalError::None);
+        EXPECT_EQ(file.commit(), LocalError::None);
+        EXPECT_EQ(folder.read(name), "half, whole");
+        folder.write("a", "earlier");
+    }
+    EXPECT_EQ(folder.names(), (std::set<std::string>{"a", "new"}));
+}
+
+TEST(LocalReplacementTest, WithoutACommitNothingStaysBehind)
+{
+    const TempFolder folder;
+    folder.write("a", "earlier");
+    for (const char* name : {"a", "new"}) {
+        LocalReplacement file;
+        ASSERT_EQ(file.open(folder.file(name)), LocalError::None);
+        EXPECT_EQ(file.write("half"), LocalError::None);
+    }
+    EXPECT_EQ(folder.read("a"), "earlier");
+    EXPECT_EQ(folder.names(), std::set<std::string>{"a"});
+}
+
+TEST(LocalReplacementTest, TheNewFileBelongsToItsOwnerAlone)
+{
+    const TempFolder folder;
+    LocalReplacement file;
+    ASSERT_EQ(file.open(folder.file("a")), LocalError::None);
+    ASSERT_EQ(file.commit(), LocalError::None);
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(folder.path() / "a").permissions(),
+              perms::owner_read | perms::owner_write);
+}
+
+TEST(LocalReplacementTest, ALinkIsFollowedAndWhatIsNoFileIsLeftAlone)
+{
+    const TempFolder folder;
+    folder.write("a", "earlier");
+    std::filesystem::create_symlink("a", folder.path() / "link");
+    LocalReplacement file;
+    ASSERT_EQ(file.open(folder.file("link")), LocalError::None);
+    EXPECT_EQ(file.write("new"), LocalError::None);
+    ASSERT_EQ(file.commit(), LocalError::None);
+    EXPECT_EQ(folder.read("a"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
+
+    ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(file.open(folder.file("pipe")), LocalError::Denied) << "and nobody waits for its other end";
+    EXPECT_EQ(file.open("/dev/full"), LocalError::Denied);
+    EXPECT_FALSE(file.isOpen());
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -45,6 +46,15 @@ public:
         if (!stream)
             return std::nullopt;
         return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+
+    /// The names of what stands in the folder.
+    std::set<std::string> names() const
+    {
+        std::set<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(m_path))
+            found.insert(entry.path().filename().string());
+        return found;
     }
 
 private:

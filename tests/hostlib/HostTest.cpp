@@ -1,6 +1,7 @@
 #include "hostlib/Host.h"
 
 #include "hostlib/Error.h"
+#include "hostlib/NewRowId.h"
 #include "tests/support/ComponentTest.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +32,7 @@ TEST_F(HostTest, WithoutAConnectionEverythingIsObjectNotSet)
     EXPECT_EQ(errorOf([&] { none.connection(); }), 91);
     EXPECT_EQ(errorOf([&] { none.userName(); }), 91);
     EXPECT_EQ(errorOf([&] { none.lookupText(u"a"_s, u"b"_s, u"c"_s); }), 91);
-    EXPECT_EQ(errorOf([&] { none.nextId(u"t"_s, u"k"_s); }), 91);
+    EXPECT_EQ(errorOf([&] { hostlib::NewRowId(none, u"t"_s, u"k"_s); }), 91);
 }
 
 TEST_F(HostTest, LookupsGiveTextsAndAnEmptyOneWhenThereIsNone)
@@ -55,43 +56,6 @@ TEST_F(HostTest, TheUsersNameIsTheConnectionObjects)
 {
     host.userName() = "D'Amico à";
     EXPECT_EQ(connection().userName(), u"D'Amico à"_s);
-}
-
-TEST_F(HostTest, IdsComeFromTheHostsGeneratorWhichIsAskedForOnce)
-{
-    host.offer(Service::IdGenerator);
-    host.nextId() = 5;
-    EXPECT_EQ(connection().nextId(u"T"_s, u"k"_s), 5);
-    EXPECT_EQ(connection().nextId(u"T"_s, u"k"_s), 6);
-    EXPECT_EQ(host.operations(), (Lines{"nextid T k", "nextid T k"}));
-    EXPECT_EQ(host.made(Service::IdGenerator), 1);
-}
-
-TEST_F(HostTest, WithoutAGeneratorTheLargestKeyPlusOneInOneTransaction)
-{
-    host.answer("Max(k)", {{"maxId"}, {{null()}}});
-    EXPECT_EQ(connection().nextId(u"T"_s, u"k"_s), 1) << "an empty table";
-    EXPECT_EQ(host.operations(),
-              (Lines{"begin", "open SELECT Max(k) as maxId FROM T static read-only", "commit"}));
-    host.answer("Max(k)", {{"maxId"}, {{number(41)}}});
-    EXPECT_EQ(connection().nextId(u"T"_s, u"k"_s), 42);
-
-    host.forgetOperations();
-    host.failNth("open", 1, E_FAIL, u"no");
-    EXPECT_EQ(errorOf([&] { connection().nextId(u"T"_s, u"k"_s); }), static_cast<long>(E_FAIL));
-    EXPECT_EQ(host.operations().back(), "rollback");
-}
-
-TEST_F(HostTest, AFailedRollbackDoesNotHideTheFirstError)
-{
-    host.failNth("open", 1, static_cast<HRESULT>(0x80040E14), u"first");
-    host.failNth("rollback", 1, E_ABORT, u"second");
-    try {
-        connection().nextId(u"T"_s, u"k"_s);
-        FAIL() << "no error";
-    } catch (const Error& error) {
-        EXPECT_EQ(error.description(), u"first"_s);
-    }
 }
 
 TEST_F(HostTest, TheTrackerIsToldWhenThereIsOne)

@@ -160,6 +160,39 @@ TEST_F(CreateMAILTest, ARunTimeErrorKeepsTheRowsAlreadyWritten)
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
+TEST_F(CreateMAILTest, WithoutAGeneratorEachLargestIdAndItsRowStandInOneTransaction)
+{
+    FakeHost minimal;
+    minimal.answer("Max(idCampagna)", {{"maxId"}, {{number(7)}}});
+    minimal.answer("Max(idMailing)", {{"maxId"}, {{number(41)}}});
+    minimal.answer(
+        "tabClienti WHERE IdCliente=",
+        {{"RagioneSociale1", "RagioneSociale2", "email", "ConsensoSms", "ConsensoEmail", "idClassificazione"},
+         {{text("R"), null(), text("a@b.it"), number(1), number(1), null()}}});
+    const hostlib::SqlConnection bare{minimal.connection()};
+    rows.rows = {{u"1"_s, u"R"_s, QString(), u"a@b.it"_s}, {u"2"_s, u"S"_s, QString(), u"a@b.it"_s}};
+    createMail(bare, rows, outcomes, 5, 7, true);
+    Lines steps;
+    for (const std::string& line : minimal.operations())
+        if (line == "begin" || line == "commit" || line == "update" || line == "addnew" ||
+            line.find("Max(") != std::string::npos)
+            steps.push_back(line);
+    const auto largest = [](const char* key, const char* table) {
+        return std::string("open SELECT Max(") + key + ") as maxId FROM " + table +
+               " WITH (UPDLOCK, HOLDLOCK) static read-only";
+    };
+    const Lines campaign{"begin", largest("idCampagna", "TMK_Campagne"), "addnew", "update", "commit"};
+    const Lines mail{"addnew", "begin", largest("idMailing", "TMK_MailingList"), "update", "commit"};
+    EXPECT_EQ(steps, campaign + mail + mail);
+
+    minimal.forgetOperations();
+    rows.rows[0].marked = true;
+    minimal.failNth("update", 2, E_FAIL, u"no");
+    EXPECT_THROW(createMail(bare, rows, outcomes, 5, 7, false), Error);
+    EXPECT_EQ(minimal.operations().back(), "rollback");
+    EXPECT_EQ(minimal.openRowSets(), 0);
+}
+
 TEST_F(CreateMAILTest, AFailedCampaignQueuesNothing)
 {
     rows.rows = {{u"1"_s, u"R"_s, QString(), u"a@b.it"_s}};

@@ -81,22 +81,28 @@ TEST_F(SalvaMessaggioTest, WithoutAConnectionItFails)
                                     "erroreNonPrevistoDalProgramma"_s});
 }
 
-TEST_F(SalvaMessaggioTest, AHostWithoutGeneratorAndTrackerGetsTheLargestIdPlusOneInOneTransaction)
+TEST_F(SalvaMessaggioTest, WithoutAGeneratorTheLargestIdAndTheRowStandInOneTransaction)
 {
     FakeHost minimal;
     minimal.answer("Max(idMessaggio)", {{"maxId"}, {{number(7)}}});
-    session().setConnessione(hostlib::SqlConnection(minimal.connection()));
-    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), 8);
+    const hostlib::SqlConnection bare{minimal.connection()};
+    EXPECT_EQ(salvaMessaggio(bare, u"x"_s), 8);
     const Lines operations = minimal.operations();
-    EXPECT_EQ(Lines(operations.begin(), operations.begin() + 3),
-              (Lines{"begin", "open SELECT Max(idMessaggio) as maxId FROM TMK_Messaggi static read-only",
-                     "commit"}));
-    EXPECT_EQ(operations.back(), "update");
+    EXPECT_EQ(
+        Lines(operations.begin(), operations.begin() + 3),
+        (Lines{"begin",
+               "open SELECT Max(idMessaggio) as maxId FROM TMK_Messaggi WITH (UPDLOCK, HOLDLOCK) static "
+               "read-only",
+               "open Select * from TMK_Messaggi where 1=2 static pessimistic"}));
+    EXPECT_EQ(Lines(operations.end() - 2, operations.end()), (Lines{"update", "commit"}));
 
-    minimal.failWhere("Max(idMessaggio)", E_FAIL, u"no");
-    minimal.forgetOperations();
-    EXPECT_EQ(salvaMessaggio(session().connectionOrNone(), u"x"_s), -1);
-    EXPECT_EQ(minimal.operations().back(), "rollback");
+    for (const char* kind : {"open", "user", "update", "commit"}) {
+        minimal.failNth(kind, 1, E_FAIL, u"no");
+        minimal.forgetOperations();
+        EXPECT_EQ(salvaMessaggio(bare, u"x"_s), -1) << kind;
+        EXPECT_EQ(minimal.operations().back(), "rollback") << kind;
+    }
+    EXPECT_EQ(minimal.openRowSets(), 0);
 }
 
 } // namespace

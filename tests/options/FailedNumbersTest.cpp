@@ -23,7 +23,18 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
         file.close();
-        return readFailedNumbers(folder.path() + u"\\export.txt"_s);
+        QStringList lines;
+        FailedNumbersReader report = open(u"export.txt"_s);
+        while (const std::optional<QString> line = report.next())
+            lines.append(*line);
+        EXPECT_EQ(report.position(), content.size());
+        EXPECT_EQ(report.size(), content.size());
+        return lines;
+    }
+
+    FailedNumbersReader open(const QString& name) const
+    {
+        return FailedNumbersReader(folder.path() + u'\\' + name);
     }
 
     QTemporaryDir folder;
@@ -49,11 +60,47 @@ TEST_F(FailedNumbersTest, WholeLinesAreKept)
     EXPECT_EQ(read("\xFF\xFE\n1\n").last(), u"1"_s) << "bytes that are no text do not end the reading";
 }
 
+TEST_F(FailedNumbersTest, LinesAreWholeWhereverTheReadingIsCut)
+{
+    // Pieces of the file end in the midst of a line, of a character and of a line break.
+    for (int before = 65'526; before <= 65'536; ++before) {
+        const QByteArray first(before, '3');
+        EXPECT_EQ(read(first + "\r\n\xC3\xA0\r\n4"),
+                  (QStringList{QString::fromLatin1(first), u"à"_s, u"4"_s}))
+            << before;
+    }
+    QByteArray many;
+    QStringList expected;
+    for (int i = 0; i < 20'000; ++i) {
+        many += QByteArray::number(i) + "\r\n";
+        expected.append(QString::number(i));
+    }
+    EXPECT_EQ(read(many), expected);
+}
+
+TEST_F(FailedNumbersTest, ALineWithoutEndIsAnErrorBeforeItIsInMemory)
+{
+    QFile file(folder.filePath(u"export.txt"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("1\n");
+    constexpr qint64 Gigabyte = 1'073'741'824;
+    ASSERT_TRUE(file.resize(Gigabyte)) << "a file with a hole";
+    file.close();
+    FailedNumbersReader report = open(u"export.txt"_s);
+    EXPECT_EQ(report.next(), u"1"_s);
+    EXPECT_EQ(errorOf([&] { report.next(); }), 14);
+    EXPECT_LT(report.position(), 1'000'000) << "the rest was not read";
+
+    const QByteArray longest(FailedNumbersReader::LongestLine, '3');
+    EXPECT_EQ(read(longest + "\n1").size(), 2);
+    EXPECT_EQ(errorOf([&] { read(longest + "3\n1"); }), 14);
+}
+
 TEST_F(FailedNumbersTest, AMissingFileIsFileNotFound)
 {
-    EXPECT_EQ(errorOf([&] { readFailedNumbers(folder.path() + u"\\manca.txt"_s); }), 53);
+    EXPECT_EQ(errorOf([&] { open(u"manca.txt"_s); }), 53);
     QDir(folder.path()).mkdir(u"export.txt"_s);
-    EXPECT_EQ(errorOf([&] { readFailedNumbers(folder.path() + u"\\export.txt"_s); }), 53);
+    EXPECT_EQ(errorOf([&] { open(u"export.txt"_s); }), 53);
 }
 
 TEST_F(FailedNumbersTest, ThePrefix39TakesTheLastDigitAlong)
@@ -79,12 +126,21 @@ TEST_F(FailedNumbersTest, Line391BecomesAnEmptySearchAndLine39FailsTheSubstring)
 
 TEST_F(FailedNumbersTest, StatementsToTheLetter)
 {
-    EXPECT_EQ(customersQuery(u"333'x"_s), u" select * from tabclienti where telefono2 like '%333'x%'"_s);
+    EXPECT_EQ(customersQuery(u"333\"%_x"_s),
+              u" select * from tabclienti where telefono2 like '%333\"%_x%'"_s);
     EXPECT_EQ(customersQuery(u""_s), u" select * from tabclienti where telefono2 like '%%'"_s);
     EXPECT_EQ(
         disableStatement(u"333"_s),
         u"update tabclienti set notecliente = isnull(notecliente, '') + ' Numero non valido :' + '333' , "
         "Telefono2='' where  telefono2 = '333'"_s);
+}
+
+TEST_F(FailedNumbersTest, ANumberWithAnApostropheGoesIntoNoStatement)
+{
+    for (const QString& number : {u"'"_s, u"33'3"_s, u"3'; delete from tabClienti --"_s}) {
+        EXPECT_EQ(errorOf([&] { customersQuery(number); }), 5);
+        EXPECT_EQ(errorOf([&] { disableStatement(number); }), 5);
+    }
 }
 
 } // namespace

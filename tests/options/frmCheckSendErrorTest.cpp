@@ -225,6 +225,24 @@ TEST_F(CheckSendErrorTest, LongSettingsComeThroughOpeningAndClosingWhole)
     EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], longText);
 }
 
+TEST_F(CheckSendErrorTest, ASettingThatCouldNotBeReadIsStoredOnlyWhenItWasChanged)
+{
+    host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"},
+                       {"SMS_CHECK_FTP_PORT", "21"},
+                       {"SMS_CHECK_FTP_USER", "utente"},
+                       {"SMS_CHECK_FTP_Password", "segreta"}};
+    host.failWhere("tabImpostazioni", E_FAIL, u"no");
+    open();
+    EXPECT_EQ(logged().size(), 4) << "each failed reading is in the log";
+    host.noFailures();
+    find<QLineEdit>("txtFTP_User")->setText(u"altro"_s);
+    click("cmdChiudi");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_SERVER"], "ftp.x.it");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_PORT"], "21");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_USER"], "altro");
+    EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "segreta");
+}
+
 TEST_F(CheckSendErrorTest, EscapeLeavesItOpen)
 {
     open();
@@ -304,17 +322,41 @@ TEST_F(CheckSendErrorTest, AFailedDownloadIsToldAsCompletedAndTheEarlierReportIs
     EXPECT_EQ(readReport(), QByteArray("111\n"));
 }
 
-TEST_F(CheckSendErrorTest, ADownloadThatBrokeOffLeavesWhatCame)
+TEST_F(CheckSendErrorTest, ADownloadThatBrokeOffIsReadByNobody)
 {
-    ScriptedServer server;
-    server.files["/export.txt"] = "111\n222\n333\n";
-    server.cutDataAfter = 6;
-    writeReport("vecchio con molte righe\n");
-    open();
-    fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
-    click("cmdSMS_TestSMS");
-    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded});
-    EXPECT_EQ(host.operations("open"), (Lines{query("111"), query("22")}));
+    // Half a number is another customer's.
+    const auto cutTheReport = [](ScriptedServer& server) {
+        server.on["RETR"] = [](auto& client, const auto&) {
+            client.reply("150 here it comes");
+            client.openData();
+            client.sendData("111\r\n3933");
+            client.closeData();
+            client.hangUp();
+        };
+    };
+    {
+        ScriptedServer server;
+        cutTheReport(server);
+        open();
+        fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+        click("cmdSMS_TestSMS");
+    }
+    EXPECT_EQ(messages, std::vector<OperatorMessage>{downloaded}) << "its message is the same";
+    EXPECT_TRUE(host.operations("open").empty());
+    EXPECT_EQ(readReport(), QByteArray("(none)")) << "no half file is left";
+    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error 53 (File not found) in procedure "
+                                    "cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+
+    writeReport("222\n");
+    {
+        ScriptedServer server;
+        cutTheReport(server);
+        open();
+        fill(u"127.0.0.1"_s, QString::number(static_cast<qint16>(server.port())));
+        click("cmdSMS_TestSMS");
+    }
+    EXPECT_EQ(host.operations("open"), Lines{query("222")}) << "the earlier report";
+    EXPECT_EQ(readReport(), QByteArray("222\n"));
 }
 
 TEST_F(CheckSendErrorTest, ARefusedLoginIsAFailedConnection)
@@ -358,13 +400,15 @@ TEST_F(CheckSendErrorTest, ALine39EndsTheTestAndTheGridKeepsTheRowsSoFarUnshown)
     EXPECT_EQ(probeOf(grid())->visibleRowCount(), 0) << "without the final repopulation";
 }
 
-TEST_F(CheckSendErrorTest, AQuoteInTheReportGoesIntoTheStatementAsItIs)
+TEST_F(CheckSendErrorTest, ANumberWithAnApostropheEndsTheTestAndIsNotSent)
 {
-    host.failWhere("33'3", E_FAIL, u"Unclosed quotation mark");
-    checkOldReport("33'3\n");
-    EXPECT_EQ(host.operations("open"), Lines{query("33'3")});
-    EXPECT_EQ(logged(), QStringList{u"cmdSMS_TestSMS_Click | Error -2147467259 (Unclosed quotation mark) in "
-                                    "procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    checkOldReport("222\n33'3\n222\n");
+    EXPECT_EQ(host.operations("open"), Lines{query("222")});
+    EXPECT_EQ(grid()->recordCount(), 1U);
+    EXPECT_EQ(logged(),
+              QStringList{u"cmdSMS_TestSMS_Click | Error 5 (A number with an apostrophe is not sent to "
+                          "the database) in procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
 }
 
 TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)
@@ -381,7 +425,7 @@ TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)
 TEST_F(CheckSendErrorTest, DisableRunsOneStatementPerRowAndEmptiesTheGrid)
 {
     customer("222", {{number(1), text("+39 222"), text("Uno")}});
-    customer("333", {{number(2), text("33'3"), text("Due")}});
+    customer("333", {{number(2), text("33\"3 %"), text("Due")}});
     checkOldReport("222\n333\n");
     host.forgetOperations();
     messages.clear();
@@ -391,7 +435,7 @@ TEST_F(CheckSendErrorTest, DisableRunsOneStatementPerRowAndEmptiesTheGrid)
                "+ '" +
                phone + "' , Telefono2='' where  telefono2 = '" + phone + "'";
     };
-    EXPECT_EQ(host.operations(), (Lines{statement("+39 222"), statement("33'3")})) << "no transaction";
+    EXPECT_EQ(host.operations(), (Lines{statement("+39 222"), statement("33\"3 %")})) << "no transaction";
     EXPECT_TRUE(messages.empty()) << "nothing is asked";
     EXPECT_EQ(grid()->recordCount(), 0U);
     EXPECT_EQ(grid()->columnCount(), 0);
@@ -428,6 +472,21 @@ TEST_F(CheckSendErrorTest, EveryStatementWaitsForADatabaseObjectThatIsStillExecu
     click("cmdSMS_ClearAccount");
     EXPECT_EQ(asked, (QStringList{u"0"_s, u"0"_s}));
     EXPECT_EQ(host.operations("execute").size(), 1U);
+}
+
+TEST_F(CheckSendErrorTest, AListedNumberWithAnApostropheEndsTheDisablingAndIsNotSent)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    customer("333", {{number(2), text("33'3"), text("Due")}});
+    checkOldReport("222\n333\n");
+    host.forgetOperations();
+    click("cmdSMS_ClearAccount");
+    EXPECT_EQ(host.operations("execute").size(), 1U) << "what was done before stays done";
+    EXPECT_EQ(shownRows().size(), 2);
+    EXPECT_EQ(logged(),
+              QStringList{u"cmdSMS_ClearAccount_Click | Error 5 (A number with an apostrophe is not "
+                          "sent to the database) in procedure cmdSMS_ClearAccount_Click of Form "
+                          "frmCheckSendError | "_s});
 }
 
 TEST_F(CheckSendErrorTest, AFailingDisableKeepsTheGridAndWhatWasDone)

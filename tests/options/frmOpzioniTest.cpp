@@ -305,6 +305,40 @@ TEST_F(OpzioniTest, LongSettingsComeThroughOpeningAndSavingWhole)
     EXPECT_EQ(storedFolder().size(), 40000);
 }
 
+TEST_F(OpzioniTest, WhatTheLoadDidNotReachIsStoredOnlyWhenItWasChanged)
+{
+    host.settings() = {{"SMS_InvioAutomatico", ""},
+                       {"SMS_Mailup_UserName", "utente"},
+                       {"SMS_Mailup_Password", "segreta"},
+                       {"SMS_Mailup_From", "Ditta"}};
+    storeFolder(u"C:\\Sender"_s);
+    open();
+    field(u"txtSMS_Prov_Mittente"_s)->setText(u"Nuova"_s);
+    click(u"cmdSalva"_s);
+    EXPECT_EQ(form->choice(), u"OK"_s);
+    EXPECT_EQ(host.settings()["SMS_InvioAutomatico"], "0") << "it was read, though it was no number";
+    EXPECT_EQ(host.settings()["SMS_Mailup_UserName"], "utente");
+    EXPECT_EQ(host.settings()["SMS_Mailup_Password"], "segreta");
+    EXPECT_EQ(host.settings()["SMS_Mailup_From"], "Nuova");
+    EXPECT_EQ(storedFolder(), u"C:\\Sender"_s);
+}
+
+TEST_F(OpzioniTest, ASettingThatCouldNotBeReadIsStoredOnlyWhenItWasChanged)
+{
+    host.settings() = {{"SMS_Aggiungi0039SeMancante", "1"}, {"SMS_Mailup_Password", "segreta"}};
+    host.failWhere("descrizione='SMS_Aggiungi0039SeMancante' static", E_FAIL, u"no");
+    host.failWhere("descrizione='SMS_Mailup_Password' static", E_FAIL, u"no");
+    open();
+    EXPECT_FALSE(ticked(u"chkSMS_Add0039"_s));
+    EXPECT_EQ(text(u"txtSMS_Prov_Pwd"_s), QString());
+    host.noFailures();
+    click(u"cmdSalva"_s);
+    EXPECT_EQ(host.settings()["SMS_Aggiungi0039SeMancante"], "1");
+    EXPECT_EQ(host.settings()["SMS_Mailup_Password"], "segreta");
+    EXPECT_EQ(host.settings()["SMS_Mailup_ConsoleId"], "22432") << "the others are stored as ever";
+    EXPECT_EQ(logged().size(), 2) << "each failed reading is in the log";
+}
+
 TEST_F(OpzioniTest, AFailingWriteDoesNotRollBackTheOthers)
 {
     open();

@@ -3,7 +3,25 @@
 #include "tests/support/ComponentTest.h"
 #include "tests/support/LateBound.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+
+namespace {
+
+/// How many copies go well before one fails; less than 0: all do.
+int copiesBeforeFailure = -1;
+
+} // namespace
+
+// Stands before the runtime's own, to which it hands on.
+HRESULT VariantCopy(VARIANTARG* destination, const VARIANTARG* source)
+{
+    if (copiesBeforeFailure >= 0 && copiesBeforeFailure-- == 0)
+        return DISP_E_BADVARTYPE;
+    using Function = HRESULT (*)(VARIANTARG*, const VARIANTARG*);
+    static const auto next = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "VariantCopy"));
+    return next(destination, source);
+}
 
 namespace zul {
 namespace {
@@ -173,6 +191,37 @@ TEST_F(CaptionCollectionTest, EnumeratesWhatItHeldWhenItWasAsked)
     EXPECT_EQ(values->Skip(1), S_FALSE);
     EXPECT_EQ(values->Next(1, nullptr, &fetched), E_POINTER);
     EXPECT_EQ(values->Clone(nullptr), E_POINTER);
+}
+
+TEST_F(CaptionCollectionTest, ACopyThatFailsIsTheCallersError)
+{
+    captions->append(u"a");
+    captions->append(u"b");
+    Variant one = number(1);
+    VARIANT value{};
+    copiesBeforeFailure = 2; // those of the index come first
+    EXPECT_EQ(captions->Item(&one, &value), DISP_E_BADVARTYPE);
+    EXPECT_EQ(value.vt, VT_EMPTY);
+
+    copiesBeforeFailure = 1;
+    ComPtr<IUnknown> unknown;
+    EXPECT_EQ(captions->_NewEnum(unknown.put()), DISP_E_BADVARTYPE);
+    EXPECT_FALSE(unknown);
+
+    copiesBeforeFailure = -1;
+    ASSERT_EQ(captions->_NewEnum(unknown.put()), S_OK);
+    const auto values = unknown.as<IEnumVARIANT>();
+    std::array<Variant, 2> got;
+    ULONG fetched = 9;
+    copiesBeforeFailure = 1;
+    EXPECT_EQ(values->Next(2, got.data(), &fetched), S_FALSE);
+    EXPECT_EQ(fetched, 1U);
+    EXPECT_EQ(show(got[0]), "'a'") << "what came before the failure";
+    copiesBeforeFailure = 0;
+    EXPECT_EQ(values->Next(1, &got[1], &fetched), DISP_E_BADVARTYPE);
+    EXPECT_EQ(fetched, 0U);
+    EXPECT_EQ(values->Next(1, &got[1], &fetched), S_OK) << "from where it stood";
+    EXPECT_EQ(show(got[1]), "'b'");
 }
 
 TEST_F(CaptionCollectionTest, LateBoundItIsTheCollectionThatHostsKnow)
