@@ -3,9 +3,11 @@
 //
 // ZUL_BENCH_ROWS sets the number of rows (a million when it is not set).
 #include "bench/OrdinaryModel.h"
+#include "bench/SortKeys.h"
 #include "controls/report/ReportGrid.h"
 #include "controls/report/ReportGridProbe.h"
 #include "grid/ColumnStore.h"
+#include "grid/TextCollation.h"
 
 #include <QApplication>
 
@@ -306,6 +308,38 @@ void tickAll(benchmark::State& state)
     }
 }
 
+/// The distinct texts of a column.
+TextPool textsOf(int column)
+{
+    const ColumnStore& store = filledGrid().store();
+    TextPool pool;
+    for (uint32_t row = 0; row < store.rowCount(); ++row) {
+        const std::string_view text = store.utf8(row, column);
+        pool.intern(text.data(), text.size());
+    }
+    return pool;
+}
+
+/// What the first sort by a column of texts spends on their order.
+void rankTexts(benchmark::State& state)
+{
+    const TextPool pool = textsOf(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(collationRanks(pool, QLocale()));
+    }
+}
+
+void rankTextsBySortKeys(benchmark::State& state)
+{
+    const TextPool pool = textsOf(static_cast<int>(state.range(0)));
+    if (bench::ranksBySortKeys(pool, QLocale()) != collationRanks(pool, QLocale())) {
+        state.SkipWithError("the two orders differ");
+    }
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(bench::ranksBySortKeys(pool, QLocale()));
+    }
+}
+
 BENCHMARK(loadPlainArrays)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(loadGrid)->Unit(benchmark::kMillisecond)->Iterations(2);
 BENCHMARK(firstPaint)->Unit(benchmark::kMillisecond);
@@ -315,6 +349,12 @@ BENCHMARK(sortGrid)
     ->Arg(townColumn)
     ->Arg(emailColumn)
     ->Arg(7);
+BENCHMARK(rankTexts)->Unit(benchmark::kMillisecond)->Arg(nameColumn)->Arg(townColumn)->Arg(emailColumn);
+BENCHMARK(rankTextsBySortKeys)
+    ->Unit(benchmark::kMillisecond)
+    ->Arg(nameColumn)
+    ->Arg(townColumn)
+    ->Arg(emailColumn);
 BENCHMARK(turnGrid)->Unit(benchmark::kMillisecond)->Arg(nameColumn)->Arg(emailColumn);
 BENCHMARK(groupGrid)->Unit(benchmark::kMillisecond)->Arg(nameColumn)->Arg(townColumn)->Arg(emailColumn);
 BENCHMARK(filterGrid)->Unit(benchmark::kMillisecond);
