@@ -2,12 +2,10 @@
 
 #include "base/DateText.h"
 #include "host/database/Schema.h"
-#include "host/database/sqlite/SqliteEngine.h"
 #include "host/demo/ItalianPlaces.h"
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
 
 namespace zul::host {
 
@@ -444,28 +442,6 @@ private:
     std::int64_t m_lastSale = 0;
 };
 
-// Marks a file as ours ("ZULD"), in the field that SQLite keeps for this.
-constexpr std::int64_t demoMark = 0x5A554C44;
-
-// Whether a file may be made anew: it holds demonstration data, or tables in which nobody has put anything yet.
-bool isReplaceable(const std::string& path)
-{
-    try {
-        SqliteEngine engine(path, SqliteDatabase::Mode::OpenExisting);
-        const auto first = [&](std::string_view sql) {
-            const auto rows = engine.query(sql, Language::Native);
-            return rows->next() ? std::int64_t{rows->cells()[0].Integer} : 0;
-        };
-        if (first("PRAGMA application_id") == demoMark)
-            return true;
-        return first(
-                   "SELECT NOT EXISTS (SELECT 1 FROM tabClienti) AND NOT EXISTS (SELECT 1 FROM TMK_Messaggi)"
-                   " AND NOT EXISTS (SELECT 1 FROM TMK_MailingList)") == 1;
-    } catch (const EngineError&) {
-        return false;
-    }
-}
-
 } // namespace
 
 void fillDemo(Engine& engine, int customers)
@@ -495,23 +471,6 @@ void fillDemo(Engine& engine, int customers)
     }
     addDefaults(engine);
     engine.refreshStatistics();
-}
-
-void createDemoFile(const std::string& path, int customers)
-{
-    namespace fs = std::filesystem;
-    std::error_code ignored;
-    if (fs::exists(path, ignored) && fs::file_size(path, ignored) > 0) {
-        if (!isReplaceable(path))
-            throw EngineError(ErrorCode::Unspecified,
-                              path + ": the file exists and holds other data; nothing was changed");
-        for (const char* suffix : {"", "-wal", "-shm"})
-            fs::remove(path + suffix, ignored);
-    }
-    SqliteEngine engine(path, SqliteDatabase::Mode::OpenOrCreate);
-    fillDemo(engine, customers);
-    if (customers > 0)
-        engine.execute("PRAGMA application_id = " + std::to_string(demoMark), Language::Native);
 }
 
 } // namespace zul::host

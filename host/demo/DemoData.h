@@ -2,8 +2,6 @@
 // The demonstration database: all tables, the lookup rows, and as many plausible customers as asked for.
 #include "host/database/Engine.h"
 
-#include <string>
-
 namespace zul::host {
 
 /// Fills an empty database: tables, provinces, communes, classifications, recurrences and campaign states; with
@@ -11,10 +9,5 @@ namespace zul::host {
 /// number gives the same rows on every engine, and a customer is the same whatever the number. One transaction.
 /// Throws EngineError, also when the tables are there already.
 void fillDemo(Engine& engine, int customers);
-
-/// Makes the SQLite file anew. An earlier one of that name is replaced only when it holds demonstration data
-/// too, or tables without customers and messages; every other file is left alone. Throws EngineError with a
-/// text for the user.
-void createDemoFile(const std::string& path, int customers);
 
 } // namespace zul::host

@@ -27,7 +27,14 @@ QString ensureDemoDatabase()
 {
     QString file = demoDatabaseFile();
     if (!QFile::exists(file)) {
-        createDemo(file.toStdString(), customers);
+        try {
+            createDemo(file.toStdString(), customers);
+        } catch (const std::exception&) {
+            // Another program that was started for the first time may have been faster.
+            if (!QFile::exists(file)) {
+                throw;
+            }
+        }
     }
     return file;
 }

@@ -6,6 +6,7 @@
 #include "host/database/odbc/OdbcEngine.h"
 #include "host/database/sqlite/SqliteEngine.h"
 #include "host/demo/DemoData.h"
+#include "host/demo/DemoFile.h"
 #include "host/services/SqlConnection.h"
 
 #include <array>
@@ -57,6 +58,7 @@ std::optional<std::string> printed(const ZulCell& cell)
 
 HostDatabase::HostDatabase(const HostDatabaseOptions& options)
     : m_session(std::make_shared<Session>())
+    , m_name(isConnectionString(options.database) ? "the database" : options.database)
 {
     m_session->engine = openEngine(options.database);
     m_session->userName = options.userName;
@@ -71,6 +73,16 @@ HostDatabase::HostDatabase(const HostDatabaseOptions& options)
 void HostDatabase::close() const
 {
     m_session->engine->close();
+}
+
+void HostDatabase::requireTables() const
+{
+    if (!m_session->engine->hasTable("tabClienti"))
+        throw EngineError(ErrorCode::NoTable,
+                          m_name +
+                              ": the table tabClienti is missing, and the others with it. Make the"
+                              " tables with --create-demo N (0: without customers) and the same --database,"
+                              " or name another database.");
 }
 
 ComPtr<IRecordset> HostDatabase::openRows(std::string_view source, CursorKind cursor) const

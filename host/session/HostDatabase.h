@@ -46,6 +46,10 @@ public:
     /// without it the connection lives as long as somebody holds on to it.
     void close() const;
 
+    /// Throws EngineError, with a text that tells the user what to do, when the database is not one that the component
+    /// can work with: it lacks the tables.
+    void requireTables() const;
+
     /// The connection object to hand to the component; the same one every time.
     _SqlConnection* connection() const { return m_connection.get(); }
 
@@ -58,6 +62,7 @@ public:
 
 private:
     SessionPtr m_session;
+    std::string m_name; // for the user: the file's path; a connection string may hold a password
     ComPtr<_SqlConnection> m_connection;
 };
 

@@ -28,6 +28,7 @@ HostSession::HostSession(EventPrinter& printer, const CommandLine& line, const H
     , m_touch(line.touch)
     , m_creator(createSmsCreator(line.component.isEmpty() ? defaultLibraryFile() : line.component))
 {
+    database.requireTables();
     const ComPtr<HostEventSink> sink = makeCom<HostEventSink>(printer, [&database](const QString& sql) {
         return database.openRows(sql.toStdString(), CursorForwardOnly);
     });

@@ -34,6 +34,30 @@ bool isBatch(std::string_view sql)
            sql.find_first_not_of(" \t\r\n;", semicolon) != std::string_view::npos;
 }
 
+/// A commit that does not wait for the disk, outside a transaction. For a number that is given out: it may be lost with
+/// the power as long as nothing was written with it, and what is written with it takes it along to the disk, since a log
+/// is synced from its beginning on.
+class UnsyncedCommit
+{
+public:
+    explicit UnsyncedCommit(SqliteDatabase& database)
+        : m_database(sqlite3_get_autocommit(database.handle()) != 0 ? &database : nullptr)
+    {
+        if (m_database != nullptr)
+            m_database->run("PRAGMA synchronous=NORMAL");
+    }
+    ~UnsyncedCommit()
+    {
+        if (m_database != nullptr)
+            sqlite3_exec(m_database->handle(), "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
+    }
+    UnsyncedCommit(const UnsyncedCommit&) = delete;
+    UnsyncedCommit& operator=(const UnsyncedCommit&) = delete;
+
+private:
+    SqliteDatabase* m_database;
+};
+
 class SqliteRows final : public RowStream
 {
 public:
@@ -341,6 +365,7 @@ std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
         m_hasCounters = !inTransaction();
     }
     const IdStatement& ids = idStatement(table, key);
+    const UnsyncedCommit unsynced(m_database);
     SqliteStatement statement = m_database.prepare(ids.sql);
     statement.bind(ids.parameters);
     std::int64_t id = 0;

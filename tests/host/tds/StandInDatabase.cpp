@@ -358,6 +358,8 @@ int bindDatum(sqlite3_stmt* statement, int index, const Datum& value)
 StandInDatabase::StandInDatabase(const std::string& path)
     : m_engine(path, host::SqliteDatabase::Mode::OpenOrCreate)
 {
+    // Nothing here has to outlive the power.
+    native("PRAGMA synchronous=OFF");
     sqlite3* const handle = m_engine.database().handle();
     sqlite3_create_collation_v2(handle, "NOCASE", SQLITE_UTF8, nullptr, collate, nullptr);
     sqlite3_create_function_v2(handle, "zul_fit", 4, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, fitValue,
