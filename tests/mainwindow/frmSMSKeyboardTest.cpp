@@ -98,5 +98,29 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
     EXPECT_EQ(stops(), push);
 }
 
+TEST_F(SmsFormKeyboardTest, EnterPressesTheFocusedButton)
+{
+    open();
+    scriptCustomers({customer(1, "Rossi", "333", "a@b.it")});
+    button("cmdElabora")->setFocus();
+    QTest::keyClick(button("cmdElabora"), Qt::Key_Return);
+    EXPECT_EQ(grid()->recordCount(), 1U);
+    button("cmdSelAll")->setFocus();
+    QTest::keyClick(button("cmdSelAll"), Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(marks(), u"x"_s);
+    button("cmdProsegui1")->setFocus();
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 1);
+}
+
+TEST_F(SmsFormKeyboardTest, EnterWithAnotherKeyPressesNothing)
+{
+    open();
+    button("cmdProsegui1")->setFocus();
+    for (const Qt::KeyboardModifier with : {Qt::ShiftModifier, Qt::AltModifier})
+        QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return, with);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 0);
+}
+
 } // namespace
 } // namespace zul
