@@ -5,6 +5,7 @@
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
 #include "lookup/LookupModes.h"
+#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
@@ -37,6 +38,8 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    // Enter works in the quick search alone: it neither confirms nor cancels.
+    new ButtonKeys(this, {m_ui->cmdRicVeloce});
     new FormActivation(this, [this] { Form_Activate(); });
     Form_Load();
 }

@@ -2,12 +2,17 @@
 
 #include <QSignalBlocker>
 #include <QTabBar>
+#include <QToolButton>
 
 namespace zul {
 
 PageTabs::PageTabs(QWidget* parent)
     : QTabWidget(parent)
 {
+    // The buttons that scroll a bar without room are for the mouse; the arrow keys reach every tab.
+    const auto scrollButtons = tabBar()->findChildren<QToolButton*>();
+    for (QToolButton* button : scrollButtons)
+        button->setFocusPolicy(Qt::NoFocus);
     connect(this, &QTabWidget::currentChanged, this, &PageTabs::stayOnShownPage);
 }
 

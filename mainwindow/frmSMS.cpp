@@ -12,6 +12,7 @@
 #include "mainwindow/SendPages.h"
 #include "mainwindow/TemplateEditors.h"
 #include "selection/TargetQuery.h"
+#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
 #include "session/Platform.h"
@@ -48,6 +49,7 @@ frmSMS::frmSMS()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    new ButtonKeys(this);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_criteria = new CriteriaFields(*m_ui, this);

@@ -8,6 +8,7 @@
 #include "ftp/cFtp.h"
 #include "hostlib/Ado.h"
 #include "options/FailedNumbers.h"
+#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
@@ -52,6 +53,7 @@ frmCheckSendError::frmCheckSendError()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    new ButtonKeys(this);
     new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
@@ -124,7 +126,9 @@ void frmCheckSendError::Form_Unload()
 }
 
 void frmCheckSendError::reject()
-{}
+{
+    cmdChiudi_Click();
+}
 
 void frmCheckSendError::closeEvent(QCloseEvent* event)
 {

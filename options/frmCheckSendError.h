@@ -37,7 +37,7 @@ public:
     void setDatabaseObject(StillExecuting database) { m_database = std::move(database); }
 
 public Q_SLOTS:
-    /// Escape leaves the dialog open: only its buttons end it.
+    /// Escape: as Close.
     void reject() override;
 
 protected:

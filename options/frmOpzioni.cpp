@@ -7,6 +7,7 @@
 #include "controls/notices/WaitNotice.h"
 #include "options/ProviderOptions.h"
 #include "options/frmShowPath.h"
+#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
@@ -62,6 +63,7 @@ frmOpzioni::frmOpzioni()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    new ButtonKeys(this);
     new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
@@ -201,7 +203,9 @@ void frmOpzioni::cmdAnnulla_Click()
 }
 
 void frmOpzioni::reject()
-{}
+{
+    cmdAnnulla_Click();
+}
 
 void frmOpzioni::closeEvent(QCloseEvent* event)
 {

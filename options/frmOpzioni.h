@@ -28,7 +28,7 @@ public:
     QString choice() const;
 
 public Q_SLOTS:
-    /// Escape leaves the dialog open: only its buttons end it.
+    /// Escape: as Cancel.
     void reject() override;
 
 protected:

@@ -2,6 +2,7 @@
 
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
+#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"
@@ -29,6 +30,7 @@ frmShowPath::frmShowPath(QWidget* parent)
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    new ButtonKeys(this);
     applyCommonLook(this, session().ShowTouchMode);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmShowPath::cmdOK_Click);
     connect(m_ui->cmdCancella, &QPushButton::clicked, this, &frmShowPath::cmdCancella_Click);

@@ -236,6 +236,16 @@ TEST_F(RicercaGenericaTest, EnterElsewhereDoesNothing)
     EXPECT_TRUE(messages.empty());
 }
 
+TEST_F(RicercaGenericaTest, EnterOnTheSearchButtonSearches)
+{
+    load();
+    quickSearch()->setText(u"mil"_s);
+    auto* search = find<QPushButton>("cmdRicVeloce");
+    search->setFocus();
+    QTest::keyClick(search, Qt::Key_Return);
+    EXPECT_EQ(grid()->visibleRowCount(), 1);
+}
+
 TEST_F(RicercaGenericaTest, OtherKeysDoNothing)
 {
     load();

@@ -243,13 +243,32 @@ TEST_F(CheckSendErrorTest, ASettingThatCouldNotBeReadIsStoredOnlyWhenItWasChange
     EXPECT_EQ(host.settings()["SMS_CHECK_FTP_Password"], "segreta");
 }
 
-TEST_F(CheckSendErrorTest, EscapeLeavesItOpen)
+TEST_F(CheckSendErrorTest, EscapeIsItsClose)
+{
+    for (const bool inGrid : {false, true}) {
+        open();
+        fill(u"s"_s, u"1"_s);
+        if (inGrid)
+            QTest::keyClick(grid()->bodyViewport(), Qt::Key_Escape);
+        else
+            QTest::keyClick(find<QLineEdit>("txtFTP_Server"), Qt::Key_Escape);
+        EXPECT_FALSE(form->isVisible());
+        EXPECT_EQ(tagOf(form.get()), u"ESC"_s);
+        EXPECT_EQ(host.operations("set").size(), 4U) << "the fields are stored at every close";
+    }
+}
+
+TEST_F(CheckSendErrorTest, EnterPressesAFocusedButton)
 {
     open();
-    QTest::keyClick(form.get(), Qt::Key_Escape);
-    QTest::keyClick(find<QLineEdit>("txtFTP_Server"), Qt::Key_Escape);
-    EXPECT_TRUE(form->isVisible());
-    EXPECT_TRUE(host.operations().empty());
+    auto* test = find<QPushButton>("cmdSMS_TestSMS");
+    test->setFocus();
+    QTest::keyClick(test, Qt::Key_Return);
+    EXPECT_EQ(messages.size(), 1U);
+    auto* close = find<QPushButton>("cmdChiudi");
+    close->setFocus();
+    QTest::keyClick(close, Qt::Key_Return);
+    EXPECT_FALSE(form->isVisible());
 }
 
 // ----------------------------------------------------------------------------------------------- the test

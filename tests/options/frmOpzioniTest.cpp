@@ -381,12 +381,40 @@ TEST_F(OpzioniTest, CancelWritesNothing)
     EXPECT_EQ(storedFolder(), u"(none)"_s);
 }
 
-TEST_F(OpzioniTest, TheCloseButtonLeavesNoChoiceAndEscapeDoesNothing)
+TEST_F(OpzioniTest, EscapeIsItsCancel)
+{
+    for (const QString& where : {u"txtSMS_Prov_User"_s, u"chkSMS_Add0039"_s, u"cmdSalva"_s}) {
+        open();
+        field(u"txtSMS_Prov_User"_s)->setText(u"x"_s);
+        host.forgetOperations();
+        find<QWidget>(where)->setFocus();
+        QTest::keyClick(find<QWidget>(where), Qt::Key_Escape);
+        EXPECT_FALSE(form->isVisible()) << utf8(where);
+        EXPECT_EQ(form->choice(), u"ESC"_s);
+        EXPECT_TRUE(host.operations().empty());
+    }
+}
+
+TEST_F(OpzioniTest, EnterPressesAFocusedButtonAndNoOther)
 {
     open();
-    QTest::keyClick(form.get(), Qt::Key_Escape);
-    QTest::keyClick(field(u"txtSMS_Prov_User"_s), Qt::Key_Escape);
-    EXPECT_TRUE(form->isVisible());
+    QTest::keyClick(field(u"txtSMS_Prov_User"_s), Qt::Key_Return);
+    EXPECT_TRUE(form->isVisible()) << "there is no default button";
+    auto* save = find<QPushButton>(u"cmdSalva"_s);
+    save->setFocus();
+    QTest::keyClick(save, Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(form->choice(), u"OK"_s);
+    open();
+    auto* cancel = find<QPushButton>(u"cmdAnnulla"_s);
+    cancel->setFocus();
+    QTest::keyClick(cancel, Qt::Key_Return);
+    EXPECT_EQ(form->choice(), u"ESC"_s);
+}
+
+TEST_F(OpzioniTest, TheCloseButtonLeavesNoChoice)
+{
+    open();
     host.forgetOperations();
     form->close();
     EXPECT_FALSE(form->isVisible());

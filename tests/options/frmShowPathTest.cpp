@@ -61,6 +61,15 @@ TEST_F(ShowPathTest, OkWithAFolderLeavesItsTag)
     EXPECT_EQ(chooser.selectedPath(), folder.path());
 }
 
+TEST_F(ShowPathTest, EnterPressesAFocusedButton)
+{
+    ASSERT_TRUE(tree()->selectPath(folder.path()));
+    auto* ok = chooser.findChild<QPushButton*>(u"cmdOK"_s);
+    ok->setFocus();
+    QTest::keyClick(ok, Qt::Key_Return);
+    EXPECT_EQ(tagOf(&chooser), u"OK"_s);
+}
+
 TEST_F(ShowPathTest, CancelLeavesEsc)
 {
     ASSERT_TRUE(tree()->selectPath(folder.path()));

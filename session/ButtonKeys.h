@@ -1,0 +1,25 @@
+// Enter as the key of a focused button.
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+class QPushButton;
+class QWidget;
+
+namespace zul {
+
+/// Enter on a focused push button presses it, as the space bar does. There is still no default button: Enter
+/// elsewhere in the form presses none.
+class ButtonKeys : public QObject
+{
+public:
+    /// For every push button that the form has now. Owned by the form.
+    explicit ButtonKeys(QWidget* form);
+    /// For some of them.
+    ButtonKeys(QWidget* form, const QList<QPushButton*>& buttons);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
+} // namespace zul
