@@ -65,6 +65,8 @@ public:
     int columnCount() const;
     QString columnField(int column) const;
     QString columnCaption(int column) const;
+    /// Whether the operator may see the column at all.
+    bool isColumnOffered(int column) const;
     /// The cell as shown, in the user's locale; NULL is the empty text.
     QString cellText(uint32_t record, int column) const;
     bool cellIsNumeric(uint32_t record, int column) const;
@@ -103,6 +105,7 @@ public:
     void groupBy(int column); ///< behind the columns that group already
     void ungroup(int column);
     void ungroupAll(); ///< as the operator's own command does, which tells the change
+    void setAllGroupsClosed(bool closed);
     /// Only records of which a shown column contains the text, case disregarded; the empty text shows all.
     void setTextFilter(const QString& text);
     QString textFilter() const;
@@ -115,6 +118,9 @@ public:
     /// Applies a saved layout. False, and nothing changes, when the file or the section is missing or not one
     /// of ours. Columns that the file does not know keep their place and width.
     bool loadLayout(const QString& path, const QString& section);
+    /// Whether the operator has the column shown, in the header or as a group.
+    bool isColumnShown(int column) const;
+    void setColumnShown(int column, bool shown);
 
     // --- Look
 
