@@ -73,18 +73,6 @@ void setBackground(QWidget* widget, const QColor& color)
     paint(part, color);
 }
 
-void resetBackground(QWidget* widget)
-{
-    if (widget == nullptr) {
-        return;
-    }
-    QWidget* part = paintedPart(widget);
-    widget->setProperty(colorProperty, QVariant());
-    part->setProperty(colorProperty, QVariant());
-    part->setProperty(paintedProperty, QVariant());
-    part->setStyleSheet(part->isWindow() ? part->styleSheet().section(formMarker, 0, 0) : QString());
-}
-
 QColor effectiveBackground(const QWidget* widget)
 {
     for (const QWidget* around = widget; around != nullptr; around = around->parentWidget()) {

@@ -13,9 +13,6 @@ namespace zul {
 /// that does not link this code reads.
 void setBackground(QWidget* widget, const QColor& color);
 
-/// Gives the control back the background of the common look.
-void resetBackground(QWidget* widget);
-
 /// The colour behind the control's text: what setBackground was given, else what the palette paints, looked
 /// for from the control outwards.
 [[nodiscard]] QColor effectiveBackground(const QWidget* widget);

@@ -30,8 +30,6 @@ const char* fileName(IconId id)
         return "search";
     case IconId::Advanced:
         return "advanced";
-    case IconId::Ok:
-        return "ok";
     case IconId::Cancel:
         return "cancel";
     case IconId::Close:

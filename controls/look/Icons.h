@@ -9,7 +9,6 @@ enum class IconId
 {
     Search,
     Advanced,
-    Ok,
     Cancel,
     Close,
     NewText,

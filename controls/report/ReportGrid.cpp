@@ -28,7 +28,6 @@ struct ReportGrid::Parts
     ReportGroupBox* groupBox = nullptr;
     ReportGridView* view = nullptr;
     ReportHeader* header = nullptr;
-    bool touch = false;
     QObject* probe = nullptr;
 };
 
@@ -144,12 +143,6 @@ const ColumnStore& ReportGrid::store() const
 void ReportGrid::populate()
 {
     keepingHighlights([this] { m->model->populate(); });
-}
-
-void ReportGrid::redraw()
-{
-    m->view->viewport()->update();
-    m->header->viewport()->update();
 }
 
 // --- Reading
@@ -465,14 +458,8 @@ void ReportGrid::setGroupBoxVisible(bool visible)
     m->groupBox->setVisible(visible);
 }
 
-bool ReportGrid::isTouchMode() const
-{
-    return m->touch;
-}
-
 void ReportGrid::setTouchMode(bool touch)
 {
-    m->touch = touch;
     m->groupBox->setTouch(touch);
     m->view->setTouch(touch);
 }

@@ -56,8 +56,6 @@ public:
     /// Sorts, filters and groups anew, and shows the result. Highlighted records stay highlighted when they
     /// are not very many.
     void populate();
-    /// Draws the rows anew, in the order they have.
-    void redraw();
 
     // --- Reading
 
@@ -134,7 +132,6 @@ public:
     void setCellPadding(int pixels); ///< left and right of a cell's text, 0 to 32
     void setRowPadding(int pixels);  ///< above and below a row's text, 0 to 32
     void setGroupBoxVisible(bool visible);
-    bool isTouchMode() const;
     void setTouchMode(bool touch); ///< rows and headers of 44 pixels, scrolling with the finger
 
     QObject* probe(); ///< made at the first call and owned by the grid

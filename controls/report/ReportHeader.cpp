@@ -173,19 +173,6 @@ int ReportHeader::visiblePosition(int column) const
     return position;
 }
 
-void ReportHeader::moveToVisiblePosition(int column, int position)
-{
-    for (int visual = 0; visual < count(); ++visual) {
-        const int other = logicalIndex(visual);
-        if (!isSectionHidden(other) && position-- == 0) {
-            if (other != column) {
-                moveSection(visualIndex(column), visual);
-            }
-            return;
-        }
-    }
-}
-
 // --- Painting
 
 void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column) const

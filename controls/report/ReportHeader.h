@@ -36,7 +36,6 @@ public:
     /// Columns with width 0 share what the others leave; `free` is the width of the list.
     void shareWidths(int free);
     /// Once the operator has sized a column, or a layout was loaded, widths stay as they are.
-    bool sharesWidths() const { return m_sharesWidths; }
     void stopSharing() { m_sharesWidths = false; }
     /// Whether a column's width is its share of what the others leave.
     bool isShared(int column) const;
@@ -46,7 +45,6 @@ public:
     int headerHeight() const;
     /// Among the columns shown, from 0; -1 when hidden.
     int visiblePosition(int column) const;
-    void moveToVisiblePosition(int column, int position);
 
     QSize sizeHint() const override;
 
