@@ -54,9 +54,8 @@ void ReportRowPainter::paintRows(const QRect& area)
     const ReportGridModel& grid = m_view.grid();
     const QColor base = m_palette.color(m_colors, QPalette::Base);
     m_painter.fillRect(area, base);
-    const double strength =
-        (m_colors == QPalette::Active ? 0.26 : 0.14) + (gridcolors::isDark(m_palette) ? 0.2 : 0.0);
-    const QColor selectedColor = gridcolors::blend(base, accentColor(), strength);
+    const QColor selectedColor =
+        gridcolors::blend(base, accentColor(), m_colors == QPalette::Active ? 0.26 : 0.14);
     const QColor line = gridcolors::rowLine(m_palette);
     const int first = std::max(0, m_view.rowAt(std::max(0, area.top())));
     for (int row = first; row < grid.rowCount(); ++row) {
@@ -71,7 +70,7 @@ void ReportRowPainter::paintRows(const QRect& area)
         if (grid.isGroup(row)) {
             paintGroup(row, rect, selected);
         } else {
-            paintRecord(row, rect, selected);
+            paintRecord(row, rect);
         }
         if (m_view.hasRowLines()) {
             m_painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
@@ -112,7 +111,7 @@ void ReportRowPainter::paintGroup(int row, const QRect& rect, bool selected)
     m_painter.restore();
 }
 
-void ReportRowPainter::paintRecord(int row, const QRect& rect, bool selected)
+void ReportRowPainter::paintRecord(int row, const QRect& rect)
 {
     const ReportGridModel& grid = m_view.grid();
     const ReportHeader& header = *m_view.header();
@@ -132,7 +131,7 @@ void ReportRowPainter::paintRecord(int row, const QRect& rect, bool selected)
         }
         if (column == grid.checkColumn()) {
             const bool checked = grid.isChecked(record);
-            paintCheckBox(m_painter, m_view.checkRect(row), checked, checkColor(checked, selected),
+            paintCheckBox(m_painter, m_view.checkRect(row), checked, checkColor(checked),
                           m_palette.color(QPalette::Base));
             continue;
         }
@@ -146,12 +145,12 @@ void ReportRowPainter::paintRecord(int row, const QRect& rect, bool selected)
     }
 }
 
-QColor ReportRowPainter::checkColor(bool checked, bool selected) const
+QColor ReportRowPainter::checkColor(bool checked) const
 {
-    if (checked) {
-        return m_view.isEnabled() ? accentColor() : gridcolors::quietText(m_palette);
+    if (!m_view.isEnabled()) {
+        return checked ? gridcolors::quietText(m_palette) : gridcolors::shade(m_palette, 0.45);
     }
-    return gridcolors::shade(m_palette, selected ? 0.6 : 0.45);
+    return checked ? accentColor() : boxColor();
 }
 
 } // namespace zul

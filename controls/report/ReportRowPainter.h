@@ -22,8 +22,8 @@ public:
 
 private:
     void paintGroup(int row, const QRect& rect, bool selected);
-    void paintRecord(int row, const QRect& rect, bool selected);
-    QColor checkColor(bool checked, bool selected) const;
+    void paintRecord(int row, const QRect& rect);
+    QColor checkColor(bool checked) const;
 
     const ReportGridView& m_view;
     QPainter& m_painter;
