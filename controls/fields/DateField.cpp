@@ -109,9 +109,8 @@ void DateField::openCalendar()
     calendar->setFirstDayOfWeek(locale().firstDayOfWeek());
     calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     calendar->setSelectedDate(isDate() ? date() : QDate::currentDate());
-    // The calendar's own red for the days of rest cannot be read on a dark window.
     QTextCharFormat rest;
-    rest.setForeground(isDark(commonPalette()) ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c));
+    rest.setForeground(QColor(0xb7, 0x1c, 0x1c));
     calendar->setWeekdayTextFormat(Qt::Saturday, rest);
     calendar->setWeekdayTextFormat(Qt::Sunday, rest);
     auto* box = new QVBoxLayout(m_popup);

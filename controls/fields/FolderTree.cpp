@@ -51,8 +51,6 @@ FolderTree::FolderTree(QWidget* parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     setAccessibleName(u"Cartelle"_s);
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { Q_EMIT selectedPathChanged(selectedPath()); });
 }
 
 QString FolderTree::selectedPath() const

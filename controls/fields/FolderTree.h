@@ -24,9 +24,6 @@ public Q_SLOTS:
     /// separator. False, and nothing changes, when there is no such folder.
     bool selectPath(const QString& path);
 
-Q_SIGNALS:
-    void selectedPathChanged(const QString& path);
-
 private:
     FolderModel* m_folders;
 };

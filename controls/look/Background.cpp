@@ -1,5 +1,7 @@
 #include "controls/look/Background.h"
 
+#include "controls/look/CommonLook.h"
+
 #include <QPushButton>
 #include <QToolButton>
 #include <QVariant>
@@ -22,33 +24,20 @@ QWidget* paintedPart(QWidget* widget)
     return proxy != nullptr && widget->isAncestorOf(proxy) ? paintedPart(proxy) : widget;
 }
 
-bool isTextInput(const QWidget* widget)
-{
-    return widget->inherits("QLineEdit") || widget->inherits("QTextEdit") ||
-           widget->inherits("QPlainTextEdit") || widget->inherits("QComboBox");
-}
-
 /// The style sheet of the one control: its selector names the control's own property, because a rule without
-/// it would reach the control's children.
-QString paintRule(const QWidget* part, const QColor& color)
+/// it would reach the control's children. A colour for the text is only there when the palette's cannot be read: it
+/// would make an input's placeholder a paler shade of it.
+QString paintRule(const QColor& color)
 {
-    const QString self = u"[zulPainted=\"true\"]"_s;
-    const QString text = readableOn(color).name();
-    QString rule = u"%1 { background-color: %2; color: %3; }"_s.arg(self, color.name(), text);
-    if (isTextInput(part) ||
-        readableOn(color) == readableOn(part->window()->palette().color(QPalette::Window))) {
-        return rule;
-    }
-    // A light frame in a dark window, or the reverse: the captions upon it have to be readable, too.
-    for (const char* caption : {"QLabel", "QCheckBox", "QRadioButton"}) {
-        rule += u" %1 %2 { color: %3; }"_s.arg(self, QLatin1String(caption), text);
-    }
-    return rule + u" %1::title { color: %2; background-color: %3; }"_s.arg(self, text, color.name());
+    const QColor text = readableOn(color);
+    const bool isOwn = text == commonPalette().color(QPalette::Text);
+    return u"[zulPainted=\"true\"] { background-color: %1;%2 }"_s.arg(
+        color.name(), isOwn ? QString() : u" color: %1;"_s.arg(text.name()));
 }
 
 void paint(QWidget* part, const QColor& color)
 {
-    QString rule = paintRule(part, color);
+    QString rule = paintRule(color);
     part->setProperty(paintedProperty, true);
     part->setAttribute(Qt::WA_StyledBackground);
     // A form keeps the style sheet of the common look in front of its own rule.
@@ -71,18 +60,6 @@ void setBackground(QWidget* widget, const QColor& color)
     widget->setProperty(colorProperty, color);
     part->setProperty(colorProperty, color);
     paint(part, color);
-}
-
-void resetBackground(QWidget* widget)
-{
-    if (widget == nullptr) {
-        return;
-    }
-    QWidget* part = paintedPart(widget);
-    widget->setProperty(colorProperty, QVariant());
-    part->setProperty(colorProperty, QVariant());
-    part->setProperty(paintedProperty, QVariant());
-    part->setStyleSheet(part->isWindow() ? part->styleSheet().section(formMarker, 0, 0) : QString());
 }
 
 QColor effectiveBackground(const QWidget* widget)

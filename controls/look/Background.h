@@ -8,13 +8,10 @@ class QWidget;
 namespace zul {
 
 /// Paints the background of one control (not of its children) and gives its text a colour that can be read on
-/// it, also in a dark palette. A control made of parts (DateField, SelectorField) is painted in its text box.
+/// it. A control made of parts (DateField, SelectorField) is painted in its text box.
 /// The colour is also kept in the control's dynamic property "background" (a QColor), which is what a program
 /// that does not link this code reads.
 void setBackground(QWidget* widget, const QColor& color);
-
-/// Gives the control back the background of the common look.
-void resetBackground(QWidget* widget);
 
 /// The colour behind the control's text: what setBackground was given, else what the palette paints, looked
 /// for from the control outwards.

@@ -1,6 +1,6 @@
 #include "controls/look/CommonLook.h"
 
-#include "controls/look/Icons.h"
+#include "controls/look/OwnPalette.h"
 
 #include <QApplication>
 #include <QFile>
@@ -22,46 +22,32 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Every colour of the look, light and dark.
-struct Colors
+/// Every colour of the look.
+namespace color {
+constexpr QRgb window = 0xffffffff;
+constexpr QRgb panel = 0xfff7f8fa;
+constexpr QRgb text = 0xff1f2933;
+constexpr QRgb quiet = 0xff55616d; // also placeholders: 4.5:1 and more, on white and on yellow
+constexpr QRgb disabledText = 0xff9aa5b1;
+constexpr QRgb button = 0xfff5f7f9;
+constexpr QRgb disabledButton = 0xfff7f8fa;
+constexpr QRgb hover = 0xffe9eff5;
+constexpr QRgb pressed = 0xffdde6ef;
+constexpr QRgb frame = 0xffd8dce0;
+constexpr QRgb mark = 0xff9aa5b1;
+constexpr QRgb box = 0xff6b7681;
+constexpr QRgb scrollHandle = 0xffc5ccd3;
+constexpr QRgb accent = 0xff2f6fae;
+constexpr QRgb accentHover = 0xff27609a;
+constexpr QRgb accentPressed = 0xff1f4f80;
+constexpr QRgb focusOnAccent = 0xff153a60;
+constexpr QRgb white = 0xffffffff;
+constexpr QRgb black = 0xff000000;
+} // namespace color
+
+QString named(QRgb rgb)
 {
-    const char* window;
-    const char* panel;
-    const char* base;
-    const char* text;
-    const char* quiet;
-    const char* disabledText;
-    const char* button;
-    const char* disabledButton;
-    const char* hover;
-    const char* pressed;
-    const char* frame;
-    const char* mark;
-    const char* scrollHandle;
-    const char* accent;
-    const char* accentHover;
-    const char* accentPressed;
-    const char* focusOnAccent;
-};
-
-constexpr Colors lightColors{
-    "#ffffff", "#f7f8fa", "#ffffff", "#1f2933", "#55616d", "#9aa5b1", "#f5f7f9", "#f7f8fa", "#e9eff5",
-    "#dde6ef", "#d8dce0", "#9aa5b1", "#c5ccd3", "#2f6fae", "#27609a", "#1f4f80", "#153a60",
-};
-
-constexpr Colors darkColors{
-    "#22272e", "#2a3038", "#1b1f24", "#e6e9ec", "#aab4be", "#6b7681", "#2d333b", "#262b32", "#363e48",
-    "#404a55", "#444c56", "#768390", "#545d68", "#3576b5", "#4085c6", "#2a6099", "#c3ddf5",
-};
-
-const Colors& colors()
-{
-    return isDark(QGuiApplication::palette()) ? darkColors : lightColors;
-}
-
-QColor named(const char* name)
-{
-    return QColor(QLatin1String(name));
+    return QColor(rgb).name();
 }
 
 QString pixels(int size)
@@ -83,30 +69,28 @@ QString styleSheet(bool touch)
     }
     QString sheet = QString::fromUtf8(file.readAll());
 
-    const Colors& c = colors();
     const int height = touch ? look::touchButtonHeight : look::buttonHeight;
     const int indicator = touch ? 24 : 14;
     QVector<QPair<QString, QString>> words{
         {u"@face"_s, u'"' + commonFont().family() + u'"'},
         {u"@fixedFace"_s, quoted(fixedFont().families())},
-        {u"@window"_s, QLatin1String(c.window)},
-        {u"@panel"_s, QLatin1String(c.panel)},
-        {u"@base"_s, QLatin1String(c.base)},
-        {u"@text"_s, QLatin1String(c.text)},
-        {u"@quiet"_s, QLatin1String(c.quiet)},
-        {u"@disabledText"_s, QLatin1String(c.disabledText)},
-        {u"@button"_s, QLatin1String(c.button)},
-        {u"@disabledButton"_s, QLatin1String(c.disabledButton)},
-        {u"@hover"_s, QLatin1String(c.hover)},
-        {u"@pressed"_s, QLatin1String(c.pressed)},
-        {u"@frame"_s, QLatin1String(c.frame)},
-        {u"@mark"_s, QLatin1String(c.mark)},
-        {u"@scrollHandle"_s, QLatin1String(c.scrollHandle)},
-        {u"@accent"_s, QLatin1String(c.accent)},
-        {u"@accentHover"_s, QLatin1String(c.accentHover)},
-        {u"@accentPressed"_s, QLatin1String(c.accentPressed)},
-        {u"@focusOnAccent"_s, QLatin1String(c.focusOnAccent)},
-        {u"@tone"_s, &c == &darkColors ? u"dark"_s : u"light"_s},
+        {u"@window"_s, named(color::window)},
+        {u"@panel"_s, named(color::panel)},
+        {u"@text"_s, named(color::text)},
+        {u"@quiet"_s, named(color::quiet)},
+        {u"@disabledText"_s, named(color::disabledText)},
+        {u"@button"_s, named(color::button)},
+        {u"@disabledButton"_s, named(color::disabledButton)},
+        {u"@hover"_s, named(color::hover)},
+        {u"@pressed"_s, named(color::pressed)},
+        {u"@frame"_s, named(color::frame)},
+        {u"@mark"_s, named(color::mark)},
+        {u"@box"_s, named(color::box)},
+        {u"@scrollHandle"_s, named(color::scrollHandle)},
+        {u"@accent"_s, named(color::accent)},
+        {u"@accentHover"_s, named(color::accentHover)},
+        {u"@accentPressed"_s, named(color::accentPressed)},
+        {u"@focusOnAccent"_s, named(color::focusOnAccent)},
         // Sizes without a control's own border; its focus border is one pixel wider on both sides.
         {u"@inner"_s, pixels(height - 2)},
         {u"@innerFocus"_s, pixels(height - 4)},
@@ -139,39 +123,36 @@ QString firstInstalled(const QStringList& faces)
 
 } // namespace
 
-bool isDark(const QPalette& palette)
+const QPalette& commonPalette()
 {
-    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
-
-QPalette commonPalette()
-{
-    const Colors& c = colors();
-    QPalette palette(named(c.button), named(c.window));
-    palette.setColor(QPalette::Window, named(c.window));
-    palette.setColor(QPalette::WindowText, named(c.text));
-    palette.setColor(QPalette::Base, named(c.base));
-    palette.setColor(QPalette::AlternateBase, named(c.panel));
-    palette.setColor(QPalette::Text, named(c.text));
-    palette.setColor(QPalette::Button, named(c.button));
-    palette.setColor(QPalette::ButtonText, named(c.text));
-    palette.setColor(QPalette::BrightText, Qt::white);
-    palette.setColor(QPalette::ToolTipBase, named(c.base));
-    palette.setColor(QPalette::ToolTipText, named(c.text));
-    palette.setColor(QPalette::PlaceholderText, named(c.mark));
-    palette.setColor(QPalette::Highlight, named(c.accent));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, named(c.accentHover));
-    palette.setColor(QPalette::Light, named(c.panel));
-    palette.setColor(QPalette::Midlight, named(c.hover));
-    palette.setColor(QPalette::Mid, named(c.frame));
-    palette.setColor(QPalette::Dark, named(c.mark));
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, named(c.disabledText));
-    }
-    palette.setColor(QPalette::Disabled, QPalette::Base, named(c.disabledButton));
-    palette.setColor(QPalette::Disabled, QPalette::Button, named(c.disabledButton));
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, named(c.mark));
+    static const QPalette palette = [] {
+        QPalette made;
+        const std::pair<QPalette::ColorRole, QRgb> roles[] = {
+            {QPalette::WindowText, color::text},     {QPalette::Button, color::button},
+            {QPalette::Light, color::panel},         {QPalette::Midlight, color::hover},
+            {QPalette::Dark, color::mark},           {QPalette::Mid, color::frame},
+            {QPalette::Text, color::text},           {QPalette::BrightText, color::white},
+            {QPalette::ButtonText, color::text},     {QPalette::Base, color::window},
+            {QPalette::Window, color::window},       {QPalette::Shadow, color::black},
+            {QPalette::Highlight, color::accent},    {QPalette::HighlightedText, color::white},
+            {QPalette::Link, color::accentHover},    {QPalette::LinkVisited, color::accentPressed},
+            {QPalette::AlternateBase, color::panel}, {QPalette::ToolTipBase, color::window},
+            {QPalette::ToolTipText, color::text},    {QPalette::PlaceholderText, color::quiet},
+        };
+        for (const auto& [role, rgb] : roles) {
+            made.setColor(QPalette::All, role, QColor(rgb));
+        }
+        const std::pair<QPalette::ColorRole, QRgb> disabled[] = {
+            {QPalette::WindowText, color::disabledText}, {QPalette::Text, color::disabledText},
+            {QPalette::ButtonText, color::disabledText}, {QPalette::PlaceholderText, color::disabledText},
+            {QPalette::Base, color::disabledButton},     {QPalette::Button, color::disabledButton},
+            {QPalette::Highlight, color::mark},
+        };
+        for (const auto& [role, rgb] : disabled) {
+            made.setColor(QPalette::Disabled, role, QColor(rgb));
+        }
+        return made;
+    }();
     return palette;
 }
 
@@ -198,12 +179,17 @@ QFont fixedFont()
 
 QColor accentColor()
 {
-    return named(colors().accent);
+    return QColor(color::accent);
 }
 
 QColor frameColor()
 {
-    return named(colors().frame);
+    return QColor(color::frame);
+}
+
+QColor boxColor()
+{
+    return QColor(color::box);
 }
 
 void setPrimary(QWidget* button, bool primary)
@@ -218,7 +204,7 @@ void applyCommonLook(QWidget* form, bool touch)
     form->setProperty("touch", touch);
     form->setProperty("zulForm", true);
     form->setAttribute(Qt::WA_StyledBackground);
-    form->setPalette(commonPalette());
+    OwnPalette::keep(form);
     form->setFont(commonFont());
     form->setStyleSheet(styleSheet(touch));
 }

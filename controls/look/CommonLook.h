@@ -17,19 +17,17 @@ inline constexpr int buttonHeight = 28;
 inline constexpr int touchButtonHeight = 44;
 } // namespace look
 
-/// Applies palette, font and style sheet to a form and everything in it, now and later. Follows the
-/// application's palette: where that is dark, the look is dark. May be applied again at any time (other touch
-/// mode, other palette). Buttons with the dynamic property "primary" = true are filled with the accent.
+/// Applies palette, font and style sheet to a form and everything in it, now and later. The look is white whatever
+/// the system's palette is, because the windows paint parts of themselves white by rule. May be applied again at any
+/// time (other touch mode). Buttons with the dynamic property "primary" = true are filled with the accent.
 /// Backgrounds set with setBackground stay. The form's dynamic property "touch" tells its mode.
 void applyCommonLook(QWidget* form, bool touch);
 
 /// Marks a button as the main action of its page.
 void setPrimary(QWidget* button, bool primary = true);
 
-[[nodiscard]] bool isDark(const QPalette& palette);
-
-/// The palette of the look, dark or light as the application's is.
-[[nodiscard]] QPalette commonPalette();
+/// The palette of the look: every role of every group is set.
+[[nodiscard]] const QPalette& commonPalette();
 
 /// Tahoma 8 pt, or the installed face that comes nearest to it.
 [[nodiscard]] QFont commonFont();
@@ -37,8 +35,10 @@ void setPrimary(QWidget* button, bool primary = true);
 /// Courier New 10 pt, or a face of the same metrics.
 [[nodiscard]] QFont fixedFont();
 
-/// The calm blue, and the grey of frames, in the palette's brightness.
+/// The calm blue, and the grey of frames.
 [[nodiscard]] QColor accentColor();
 [[nodiscard]] QColor frameColor();
+/// The border of a check box: three times as dark as what it stands on.
+[[nodiscard]] QColor boxColor();
 
 } // namespace zul

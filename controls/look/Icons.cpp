@@ -1,9 +1,6 @@
 #include "controls/look/Icons.h"
 
-#include "controls/look/CommonLook.h"
-
 #include <QFile>
-#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
@@ -30,8 +27,6 @@ const char* fileName(IconId id)
         return "search";
     case IconId::Advanced:
         return "advanced";
-    case IconId::Ok:
-        return "ok";
     case IconId::Cancel:
         return "cancel";
     case IconId::Close:
@@ -84,8 +79,7 @@ const char* fileName(IconId id)
     return "";
 }
 
-/// Draws an icon's file in the colour that fits at the moment of painting, so that icons follow a change
-/// between light and dark without being set again.
+/// Draws an icon's file at the size that is asked for, in the colour of its tone and mode.
 class LineIconEngine : public QIconEngine
 {
 public:
@@ -122,14 +116,11 @@ public:
 private:
     [[nodiscard]] QColor color(QIcon::Mode mode) const
     {
-        const bool dark = isDark(QGuiApplication::palette());
         if (mode == QIcon::Disabled) {
-            return dark ? QColor(0x6b, 0x76, 0x81) : QColor(0xb4, 0xbc, 0xc4);
+            return {0xb4, 0xbc, 0xc4};
         }
-        if (m_tone == IconTone::OnAccent || mode == QIcon::Selected) {
-            return Qt::white;
-        }
-        return dark ? QColor(0xd5, 0xdb, 0xe1) : QColor(QLatin1String(lineColor));
+        return m_tone == IconTone::OnAccent || mode == QIcon::Selected ? QColor(Qt::white)
+                                                                       : QColor(QLatin1String(lineColor));
     }
 
     IconId m_id;

@@ -9,7 +9,6 @@ enum class IconId
 {
     Search,
     Advanced,
-    Ok,
     Cancel,
     Close,
     NewText,
@@ -38,7 +37,7 @@ enum class IconId
 
 enum class IconTone
 {
-    Text,    // follows the palette: dark lines on light windows, light lines on dark ones
+    Text,    // dark lines on the white windows
     OnAccent // white lines, for the button that is filled with the accent colour
 };
 

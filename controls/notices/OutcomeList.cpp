@@ -27,18 +27,17 @@ constexpr int padding = 4;
 constexpr int shortestBatch = 30; // milliseconds
 constexpr int linesPerMillisecond = 4000;
 
-QColor tagColor(OutcomeKind kind, const QPalette& palette)
+QColor tagColor(OutcomeKind kind)
 {
-    const bool dark = isDark(palette);
     switch (kind) {
     case OutcomeKind::Success:
-        return dark ? QColor(0x6c, 0xc6, 0x7c) : QColor(0x1e, 0x7d, 0x34);
+        return QColor(0x1e, 0x7d, 0x34);
     case OutcomeKind::Failure:
-        return dark ? QColor(0xff, 0x8a, 0x80) : QColor(0xb7, 0x1c, 0x1c);
+        return QColor(0xb7, 0x1c, 0x1c);
     case OutcomeKind::Continuation:
         break;
     }
-    return dark ? QColor(0x9a, 0xa5, 0xb1) : QColor(0x6b, 0x76, 0x81);
+    return QColor(0x6b, 0x76, 0x81);
 }
 
 class OutcomeDelegate : public QStyledItemDelegate
@@ -58,7 +57,7 @@ public:
         painter->setFont(option.font);
         const QRect line = option.rect.adjusted(padding, 0, 0, 0);
         const QColor plain = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
-        const QColor tagged = selected ? plain : tagColor(kind, option.palette);
+        const QColor tagged = selected ? plain : tagColor(kind);
 
         // Only what is in sight is shaped: a line may have thousands of characters.
         const int cell = qMax(1, option.fontMetrics.averageCharWidth());

@@ -1,5 +1,8 @@
 #include "controls/report/ReportGrid.h"
 
+#include "controls/report/GridHighlights.h"
+#include "controls/report/GridMenu.h"
+#include "controls/report/HeaderLayout.h"
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridModel.h"
 #include "controls/report/ReportGridProbe.h"
@@ -9,7 +12,6 @@
 #include "grid/GridLayoutFile.h"
 
 #include <QEvent>
-#include <QMap>
 #include <QMenu>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -26,7 +28,6 @@ struct ReportGrid::Parts
     ReportGroupBox* groupBox = nullptr;
     ReportGridView* view = nullptr;
     ReportHeader* header = nullptr;
-    bool touch = false;
     QObject* probe = nullptr;
 };
 
@@ -144,12 +145,6 @@ void ReportGrid::populate()
     keepingHighlights([this] { m->model->populate(); });
 }
 
-void ReportGrid::redraw()
-{
-    m->view->viewport()->update();
-    m->header->viewport()->update();
-}
-
 // --- Reading
 
 uint32_t ReportGrid::recordCount() const
@@ -172,6 +167,11 @@ QString ReportGrid::columnCaption(int column) const
 {
     return column >= 0 && column < columnCount() ? m->model->columns()[static_cast<size_t>(column)].caption
                                                  : QString();
+}
+
+bool ReportGrid::isColumnOffered(int column) const
+{
+    return column >= 0 && column < columnCount() && m->model->columns()[static_cast<size_t>(column)].visible;
 }
 
 QString ReportGrid::cellText(uint32_t record, int column) const
@@ -243,35 +243,12 @@ size_t ReportGrid::checkedCount() const
 
 std::vector<uint32_t> ReportGrid::selectedRecords() const
 {
-    std::vector<std::pair<int, int>> ranges;
-    const QItemSelection highlighted = m->view->selectionModel()->selection();
-    for (const QItemSelectionRange& range : highlighted) {
-        ranges.emplace_back(range.top(), range.bottom());
-    }
-    std::sort(ranges.begin(), ranges.end());
-    std::vector<uint32_t> records;
-    for (const auto& [top, bottom] : ranges) {
-        for (int row = top; row <= bottom; ++row) {
-            const int record = m->model->record(row);
-            if (record >= 0) {
-                records.push_back(static_cast<uint32_t>(record));
-            }
-        }
-    }
-    return records;
+    return highlightedRecords(*m->view);
 }
 
 bool ReportGrid::hasSelection() const
 {
-    const QItemSelection highlighted = m->view->selectionModel()->selection();
-    return std::any_of(highlighted.begin(), highlighted.end(), [this](const QItemSelectionRange& range) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            if (!m->model->isGroup(row)) {
-                return true;
-            }
-        }
-        return false;
-    });
+    return highlightsRecords(*m->view);
 }
 
 int64_t ReportGrid::currentRecord() const
@@ -294,68 +271,13 @@ void ReportGrid::clearSelection()
     m->view->clearSelection();
 }
 
-/// Runs a change that resets the rows, and highlights again what was highlighted: by record, because rows
-/// change places. Many single rows are not worth it; all rows are.
+/// Runs a change that may reset the rows, and highlights again what was highlighted.
 template <typename Change>
 void ReportGrid::keepingHighlights(Change change)
 {
-    constexpr int64_t manyRows = 2000;
-    int64_t rows = 0;
-    const QItemSelection highlighted = m->view->selectionModel()->selection();
-    for (const QItemSelectionRange& range : highlighted) {
-        rows += range.height();
-    }
-    const bool all = rows > 0 && rows == m->model->rowCount();
-    std::vector<uint32_t> records;
-    if (rows <= manyRows) {
-        records = selectedRecords();
-    }
-    const int64_t current = currentRecord();
-
+    const KeptHighlights kept(*m->view);
     change();
-
-    const int rowCount = m->model->rowCount();
-    if (rowCount == 0 || (records.empty() && current < 0 && !all) ||
-        (rows > 0 && m->view->selectionModel()->hasSelection())) {
-        return; // nothing to highlight, or nothing was reset
-    }
-    QItemSelection again;
-    int currentRow = -1;
-    const int lastColumn = columnCount() - 1;
-    if (all && records.empty()) {
-        again.select(m->model->index(0, 0), m->model->index(rowCount - 1, lastColumn));
-    }
-    if (current >= 0) {
-        currentRow = m->model->rowOfRecord(static_cast<uint32_t>(current));
-    }
-    if (!records.empty()) {
-        std::vector<bool> wanted(recordCount(), false);
-        for (const uint32_t record : records) {
-            if (record < wanted.size()) {
-                wanted[record] = true;
-            }
-        }
-        for (int row = 0; row < rowCount; ++row) {
-            const int first = row;
-            for (int record = -1; row < rowCount; ++row) {
-                record = m->model->record(row);
-                if (record < 0 || !wanted[static_cast<size_t>(record)]) {
-                    break;
-                }
-            }
-            if (row > first) {
-                again.append(
-                    QItemSelectionRange(m->model->index(first, 0), m->model->index(row - 1, lastColumn)));
-            }
-        }
-    }
-    if (currentRow >= 0) {
-        const QModelIndex index = m->model->index(currentRow, m->view->firstShownColumn());
-        m->view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
-    }
-    if (!again.isEmpty()) {
-        m->view->selectionModel()->select(again, QItemSelectionModel::ClearAndSelect);
-    }
+    kept.restore();
 }
 
 // --- Order, groups, filter
@@ -428,6 +350,11 @@ void ReportGrid::setGroups(const std::vector<int>& columns)
     m->groupBox->groupsChanged();
 }
 
+void ReportGrid::setAllGroupsClosed(bool closed)
+{
+    m->model->setAllGroupsClosed(closed);
+}
+
 /// A column that groups leaves the header: its value stands in the group's row.
 void ReportGrid::updateShownColumns()
 {
@@ -453,62 +380,31 @@ QString ReportGrid::textFilter() const
 
 bool ReportGrid::saveLayout(const QString& path, const QString& section) const
 {
-    std::vector<ColumnLayout> layout;
-    for (int column = 0; column < columnCount(); ++column) {
-        ColumnLayout own;
-        own.field = columnField(column);
-        own.position = m->header->visualIndex(column);
-        own.width = m->header->isShared(column) ? 0 : m->header->widthOf(column);
-        own.visible = m->model->isColumnShown(column);
-        layout.push_back(own);
-    }
-    return GridLayoutFile(path).write(section, layout);
+    return GridLayoutFile(path).write(section, headerLayout(*m->header, *m->model));
 }
 
 bool ReportGrid::loadLayout(const QString& path, const QString& section)
 {
     const std::optional<std::vector<ColumnLayout>> layout = GridLayoutFile(path).read(section);
-    if (!layout) {
+    if (!layout || !applyHeaderLayout(*layout, *m->header, *m->model)) {
         return false;
-    }
-    // The n-th column of a name in the file is the n-th one of that name here.
-    QMap<QString, int> seen;
-    QMap<std::pair<QString, int>, const ColumnLayout*> saved;
-    for (const ColumnLayout& own : *layout) {
-        saved.insert({own.field, seen[own.field]++}, &own);
-    }
-    seen.clear();
-    std::vector<std::pair<int, int>> order; // saved position, column
-    std::vector<int> places;                // visual places of the columns that the file knows
-    bool shares = false;
-    for (int column = 0; column < columnCount(); ++column) {
-        const QString field = columnField(column);
-        const ColumnLayout* own = saved.value({field, seen[field]++}, nullptr);
-        if (own == nullptr) {
-            continue;
-        }
-        order.emplace_back(own->position, column);
-        places.push_back(m->header->visualIndex(column));
-        shares = shares || own->width == 0;
-        const ReportColumn& described = m->model->columns()[static_cast<size_t>(column)];
-        if (own->width > 0 && described.sizable) {
-            m->header->setWidthOf(column, own->width);
-        }
-        m->model->setColumnShown(column, own->visible && described.visible);
-    }
-    if (order.empty()) {
-        return false;
-    }
-    if (!shares) {
-        m->header->stopSharing();
-    }
-    std::sort(order.begin(), order.end());
-    std::sort(places.begin(), places.end());
-    for (size_t i = 0; i < order.size(); ++i) {
-        m->header->moveSection(m->header->visualIndex(order[i].second), places[i]);
     }
     updateShownColumns();
     return true;
+}
+
+bool ReportGrid::isColumnShown(int column) const
+{
+    return m->model->isColumnShown(column);
+}
+
+void ReportGrid::setColumnShown(int column, bool shown)
+{
+    if (column < 0 || column >= columnCount()) {
+        return;
+    }
+    m->model->setColumnShown(column, shown && m->model->columns()[static_cast<size_t>(column)].visible);
+    updateShownColumns();
 }
 
 // --- Look
@@ -562,14 +458,8 @@ void ReportGrid::setGroupBoxVisible(bool visible)
     m->groupBox->setVisible(visible);
 }
 
-bool ReportGrid::isTouchMode() const
-{
-    return m->touch;
-}
-
 void ReportGrid::setTouchMode(bool touch)
 {
-    m->touch = touch;
     m->groupBox->setTouch(touch);
     m->view->setTouch(touch);
 }
@@ -591,87 +481,11 @@ void ReportGrid::paintEvent(QPaintEvent*)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-/// The menu of the header and of the rows: everything that the mouse does with headers, by key too.
 void ReportGrid::showMenu(int column, const QPoint& globalPosition)
 {
-    if (columnCount() == 0) {
-        return;
+    if (columnCount() > 0) {
+        makeGridMenu(*this, column)->popup(globalPosition);
     }
-    auto* menu = new QMenu(this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto changed = [this] { Q_EMIT columnLayoutChanged(SortChanged); };
-    const std::vector<int> groups = groupColumns();
-    const auto isGrouped = [groups](int own) {
-        return std::find(groups.begin(), groups.end(), own) != groups.end();
-    };
-    const auto captionOf = [this](int own) {
-        const QString caption = columnCaption(own).isEmpty() ? columnField(own) : columnCaption(own);
-        return QString(caption).replace(u'&', u"&&"_s);
-    };
-    if (column >= 0) {
-        menu->addAction(u"Ordina in modo crescente"_s, this, [this, column, changed] {
-            sortBy(column, false);
-            changed();
-        });
-        menu->addAction(u"Ordina in modo decrescente"_s, this, [this, column, changed] {
-            sortBy(column, true);
-            changed();
-        });
-        menu->addAction(u"Raggruppa per questa colonna"_s, this, [this, column, changed] {
-            groupBy(column);
-            changed();
-        });
-    } else {
-        QMenu* sort = menu->addMenu(u"Ordina per"_s);
-        QMenu* group = menu->addMenu(u"Raggruppa per"_s);
-        for (int own = 0; own < columnCount(); ++own) {
-            if (!m->model->isColumnShown(own)) {
-                continue;
-            }
-            QAction* by = sort->addAction(captionOf(own), this, [this, own, changed] {
-                sortBy(own, own == sortColumn() && !isSortDescending());
-                changed();
-            });
-            by->setCheckable(true);
-            by->setChecked(own == sortColumn());
-            QAction* with = group->addAction(captionOf(own), this, [this, own, changed, isGrouped] {
-                if (isGrouped(own)) {
-                    ungroup(own);
-                } else {
-                    groupBy(own);
-                }
-                changed();
-            });
-            with->setCheckable(true);
-            with->setChecked(isGrouped(own));
-        }
-    }
-    menu->addAction(u"Non raggruppare"_s, this, &ReportGrid::ungroupAll)->setEnabled(!groups.empty());
-    menu->addAction(u"Apri tutti i gruppi"_s, this, [this] { m->model->setAllGroupsClosed(false); })
-        ->setEnabled(!groups.empty());
-    menu->addAction(u"Chiudi tutti i gruppi"_s, this, [this] { m->model->setAllGroupsClosed(true); })
-        ->setEnabled(!groups.empty());
-    menu->addSeparator();
-    QMenu* shown = menu->addMenu(u"Colonne"_s);
-    int shownColumns = 0;
-    for (int own = 0; own < columnCount(); ++own) {
-        shownColumns += m->model->isColumnShown(own) && !isGrouped(own) ? 1 : 0;
-    }
-    for (int own = 0; own < columnCount(); ++own) {
-        if (!m->model->columns()[static_cast<size_t>(own)].visible) {
-            continue; // not for the operator
-        }
-        QAction* show = shown->addAction(captionOf(own), this, [this, own](bool visible) {
-            m->model->setColumnShown(own, visible);
-            updateShownColumns();
-            Q_EMIT columnLayoutChanged(ColumnShown);
-        });
-        show->setCheckable(true);
-        show->setChecked(m->model->isColumnShown(own));
-        // The last column shown stays, or there would be no header left to open this menu on.
-        show->setEnabled(!isGrouped(own) && (!m->model->isColumnShown(own) || shownColumns > 1));
-    }
-    menu->popup(globalPosition);
 }
 
 QObject* ReportGrid::probe()

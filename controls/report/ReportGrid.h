@@ -56,8 +56,6 @@ public:
     /// Sorts, filters and groups anew, and shows the result. Highlighted records stay highlighted when they
     /// are not very many.
     void populate();
-    /// Draws the rows anew, in the order they have.
-    void redraw();
 
     // --- Reading
 
@@ -65,6 +63,8 @@ public:
     int columnCount() const;
     QString columnField(int column) const;
     QString columnCaption(int column) const;
+    /// Whether the operator may see the column at all.
+    bool isColumnOffered(int column) const;
     /// The cell as shown, in the user's locale; NULL is the empty text.
     QString cellText(uint32_t record, int column) const;
     bool cellIsNumeric(uint32_t record, int column) const;
@@ -103,6 +103,7 @@ public:
     void groupBy(int column); ///< behind the columns that group already
     void ungroup(int column);
     void ungroupAll(); ///< as the operator's own command does, which tells the change
+    void setAllGroupsClosed(bool closed);
     /// Only records of which a shown column contains the text, case disregarded; the empty text shows all.
     void setTextFilter(const QString& text);
     QString textFilter() const;
@@ -115,6 +116,9 @@ public:
     /// Applies a saved layout. False, and nothing changes, when the file or the section is missing or not one
     /// of ours. Columns that the file does not know keep their place and width.
     bool loadLayout(const QString& path, const QString& section);
+    /// Whether the operator has the column shown, in the header or as a group.
+    bool isColumnShown(int column) const;
+    void setColumnShown(int column, bool shown);
 
     // --- Look
 
@@ -128,7 +132,6 @@ public:
     void setCellPadding(int pixels); ///< left and right of a cell's text, 0 to 32
     void setRowPadding(int pixels);  ///< above and below a row's text, 0 to 32
     void setGroupBoxVisible(bool visible);
-    bool isTouchMode() const;
     void setTouchMode(bool touch); ///< rows and headers of 44 pixels, scrolling with the finger
 
     QObject* probe(); ///< made at the first call and owned by the grid

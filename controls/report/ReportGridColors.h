@@ -1,5 +1,5 @@
-// The shades of the grid, mixed from the palette so that they follow it, dark or light. Accent and frames
-// have the colours of the common look.
+// The shades of the grid, mixed from the palette so that they pale with it where the grid is disabled. Accent and
+// frames have the colours of the common look.
 #pragma once
 
 #include "controls/look/CommonLook.h"
@@ -18,11 +18,6 @@ inline QColor blend(const QColor& under, const QColor& over, double share)
             part(under.blue(), over.blue())};
 }
 
-inline bool isDark(const QPalette& palette)
-{
-    return palette.color(QPalette::Base).lightness() < 128;
-}
-
 inline QColor shade(const QPalette& palette, double share)
 {
     return blend(palette.color(QPalette::Base), palette.color(QPalette::Text), share);
@@ -30,22 +25,22 @@ inline QColor shade(const QPalette& palette, double share)
 
 inline QColor rowLine(const QPalette& palette)
 {
-    return shade(palette, isDark(palette) ? 0.12 : 0.06);
+    return shade(palette, 0.06);
 }
 
 inline QColor header(const QPalette& palette)
 {
-    return shade(palette, isDark(palette) ? 0.08 : 0.03);
+    return shade(palette, 0.03);
 }
 
 inline QColor hovered(const QPalette& palette)
 {
-    return shade(palette, isDark(palette) ? 0.16 : 0.07);
+    return shade(palette, 0.07);
 }
 
 inline QColor groupRow(const QPalette& palette)
 {
-    return shade(palette, isDark(palette) ? 0.10 : 0.04);
+    return shade(palette, 0.04);
 }
 
 /// Text that is not the data itself: hints, counts. Still of readable contrast.

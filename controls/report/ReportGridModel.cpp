@@ -43,8 +43,7 @@ void ReportGridModel::deleteColumns()
     m_checkColumn = -1;
     m_sort = {};
     m_groupColumns.clear();
-    m_otherwise.clear();
-    m_closedFromTheStart = false;
+    m_grouped.forgetClosed();
     m_checks.clear();
     rebuild(true, true);
     endResetModel();
@@ -55,7 +54,7 @@ void ReportGridModel::deleteRecords()
     beginResetModel();
     m_store.clearRows();
     m_checks.clear();
-    m_otherwise.clear();
+    m_grouped.forgetSingles();
     m_recordCount = 0;
     m_room = {};
     rebuild(true, true);
@@ -66,8 +65,8 @@ void ReportGridModel::populate()
 {
     if (isOrderGood() && m_store.formats().locale().name() == QLocale().name()) {
         // A filter that was set is shown already: there is nothing to do a second time.
-        if (m_rowCount > 0) {
-            Q_EMIT dataChanged(index(0, 0), index(m_rowCount - 1, columnCount() - 1));
+        if (rowCount() > 0) {
+            Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
         }
         return;
     }
@@ -109,8 +108,7 @@ void ReportGridModel::setGroupColumns(const std::vector<ReportSort>& columns)
         });
     beginResetModel();
     m_groupColumns = columns;
-    m_otherwise.clear();
-    m_closedFromTheStart = false;
+    m_grouped.forgetClosed();
     if (sorted) {
         sortByGroups();
     }
@@ -154,7 +152,6 @@ void ReportGridModel::rebuild(bool sort, bool filter)
 {
     m_recordCount = m_store.rowCount();
     m_changesSeen = m_store.changes();
-    m_checks.resize((size_t{m_recordCount} + 63) / 64, 0);
     if (sort || m_sorted.size() != m_recordCount) {
         sortRecords();
         filter = true;
@@ -162,8 +159,7 @@ void ReportGridModel::rebuild(bool sort, bool filter)
     if (filter) {
         filterRecords();
     }
-    makeGroups();
-    makeScreen();
+    groupRecords();
 }
 
 void ReportGridModel::sortBy(std::vector<uint32_t>& rows, ReportSort sort)
@@ -183,7 +179,7 @@ void ReportGridModel::sortBy(std::vector<uint32_t>& rows, ReportSort sort)
 void ReportGridModel::sortRecords()
 {
     m_sorted.reserve(m_recordCount +
-                     m_recordCount / 16); // it may come to be m_screen, with room for some groups
+                     m_recordCount / 16); // it may come to hold the grouped rows, with room for some groups
     m_sorted.resize(m_recordCount);
     std::iota(m_sorted.begin(), m_sorted.end(), 0U);
     // The sorts keep the order of equal rows: so the least important comes first.
@@ -225,119 +221,37 @@ void ReportGridModel::filterRecords()
     }
 }
 
-void ReportGridModel::makeGroups()
+void ReportGridModel::groupRecords()
 {
-    m_groups.clear();
-    const std::vector<uint32_t>& order = recordsInOrder();
-    const size_t levels = m_groupColumns.size();
-    if (levels == 0 || order.empty()) {
+    if (!groups()) {
+        m_grouped.clear(m_room);
         return;
     }
-    // A bit for each place where a group of the level begins; one of an outer level begins all inner ones.
-    std::vector<std::vector<uint64_t>> starts(levels);
-    for (size_t level = 0; level < levels; ++level) {
-        starts[level] = level == 0 ? std::vector<uint64_t>((order.size() + 63) / 64, 0) : starts[level - 1];
-        starts[level].front() |= 1;
-        const int column = m_groupColumns[level].column;
-        if (column == m_checkColumn) {
-            markWhereKeysChange(order, starts[level], [this](uint32_t record) { return isChecked(record); });
+    const std::vector<uint32_t>& order = recordsInOrder();
+    GroupedRows::Starts starts;
+    starts.reserve(m_groupColumns.size());
+    for (const ReportSort& group : m_groupColumns) {
+        // One of an outer level begins all inner ones.
+        starts.push_back(starts.empty() ? std::vector<uint64_t>((order.size() + 63) / 64, 0) : starts.back());
+        if (order.empty()) {
+            continue;
+        }
+        starts.back().front() |= 1;
+        if (group.column == m_checkColumn) {
+            markWhereKeysChange(order, starts.back(), [this](uint32_t record) { return isChecked(record); });
         } else {
-            m_store.markChanges(order, column, starts[level]);
+            m_store.markChanges(order, group.column, starts.back());
         }
     }
-    size_t count = 0;
-    for (const std::vector<uint64_t>& bits : starts) {
-        for (const uint64_t word : bits) {
-            count += static_cast<size_t>(std::popcount(word));
-        }
-    }
-    m_groups.reserve(count);
-    std::vector<size_t> open(levels); // the group at hand of each level
-    const auto close = [&](size_t level, uint32_t end) {
-        Group& group = m_groups[open[level]];
-        group.count = end - group.first;
-    };
-    for (size_t word = 0; word < starts.back().size(); ++word) {
-        for (uint64_t bits = starts.back()[word]; bits != 0; bits &= bits - 1) {
-            const auto place = static_cast<uint32_t>(word * 64 + static_cast<size_t>(std::countr_zero(bits)));
-            for (size_t level = 0; level < levels; ++level) {
-                if ((starts[level][word] & bits & (~bits + 1)) == 0) {
-                    continue;
-                }
-                if (place > 0) {
-                    close(level, place);
-                }
-                open[level] = m_groups.size();
-                m_groups.push_back({place, 0, static_cast<uint16_t>(level), m_closedFromTheStart});
-            }
-        }
-    }
-    for (size_t level = 0; level < levels; ++level) {
-        close(level, static_cast<uint32_t>(order.size()));
-    }
-    if (!m_otherwise.isEmpty()) {
-        for (size_t group = 0; group < m_groups.size(); ++group) {
-            if (m_otherwise.contains(pathOf(group))) {
-                m_groups[group].closed = !m_closedFromTheStart;
-            }
-        }
-    }
-}
-
-void ReportGridModel::makeScreen()
-{
-    if (m_groupColumns.empty()) {
-        if (m_screen.capacity() > m_room.capacity()) {
-            m_room.swap(m_screen);
-        }
-        m_screen = {};
-        m_rowCount = static_cast<int>(recordsInOrder().size());
-        return;
-    }
-    m_screen.clear();
-    if (m_screen.capacity() < m_room.capacity()) {
-        m_screen.swap(m_room);
-        m_screen.clear();
-    }
-    m_screen.reserve(m_groups.size() + recordsInOrder().size());
-    for (size_t group = 0; group < m_groups.size();) {
-        m_screen.push_back(static_cast<uint32_t>(group) | groupMark);
-        appendGroupRows(group, m_screen);
-        const uint16_t level = m_groups[group].level;
-        do {
-            ++group;
-        } while (group < m_groups.size() && m_groups[group].level > level);
-    }
-    m_rowCount = static_cast<int>(m_screen.size());
-}
-
-/// The rows under a group's own row: nothing when it is closed.
-void ReportGridModel::appendGroupRows(size_t group, std::vector<uint32_t>& rows) const
-{
-    const Group& top = m_groups[group];
-    if (top.closed) {
-        return;
-    }
-    const std::vector<uint32_t>& order = recordsInOrder();
-    const auto innermost = static_cast<uint16_t>(m_groupColumns.size() - 1);
-    if (top.level == innermost) {
-        const auto first = order.begin() + top.first;
-        rows.insert(rows.end(), first, first + top.count);
-        return;
-    }
-    for (size_t inner = group + 1; inner < m_groups.size() && m_groups[inner].level > top.level; ++inner) {
-        if (m_groups[inner].level == top.level + 1) {
-            rows.push_back(static_cast<uint32_t>(inner) | groupMark);
-            appendGroupRows(inner, rows);
-        }
-    }
+    m_grouped.build(
+        order, starts, [this](const GroupedRows::Group& group) { return pathOf(group); }, m_room);
 }
 
 // --- Rows on the screen
 
 bool ReportGridModel::isGroup(int row) const
 {
-    return validRow(row) && !m_screen.empty() && (m_screen[static_cast<size_t>(row)] & groupMark) != 0;
+    return groups() && validRow(row) && m_grouped.isGroup(row);
 }
 
 int ReportGridModel::record(int row) const
@@ -345,18 +259,20 @@ int ReportGridModel::record(int row) const
     if (!validRow(row) || isGroup(row)) {
         return -1;
     }
-    const auto at = static_cast<size_t>(row);
-    return static_cast<int>(m_screen.empty() ? recordsInOrder()[at] : m_screen[at]);
+    return static_cast<int>(groups() ? m_grouped.record(row) : recordsInOrder()[static_cast<size_t>(row)]);
 }
 
 int ReportGridModel::rowOfRecord(uint32_t record) const
 {
-    const std::vector<uint32_t>& rows = m_groupColumns.empty() ? recordsInOrder() : m_screen;
+    if (groups()) {
+        return m_grouped.rowOfRecord(record);
+    }
+    const std::vector<uint32_t>& rows = recordsInOrder();
     const auto place = std::find(rows.begin(), rows.end(), record);
     return place == rows.end() ? -1 : static_cast<int>(place - rows.begin());
 }
 
-QString ReportGridModel::captionOf(const Group& group) const
+QString ReportGridModel::captionOf(const GroupedRows::Group& group) const
 {
     const int column = m_groupColumns[group.level].column;
     const uint32_t record = recordsInOrder()[group.first];
@@ -366,12 +282,11 @@ QString ReportGridModel::captionOf(const Group& group) const
 }
 
 /// A group's caption after those of the groups around it: what tells it again after a new sort or filter.
-QString ReportGridModel::pathOf(size_t group) const
+QString ReportGridModel::pathOf(const GroupedRows::Group& group) const
 {
-    const Group& own = m_groups[group];
     QString path;
-    for (uint16_t level = 0; level <= own.level; ++level) {
-        const Group around{own.first, 0, level, false};
+    GroupedRows::Group around = group;
+    for (around.level = 0; around.level <= group.level; ++around.level) {
         path += captionOf(around) + QChar(QChar::ParagraphSeparator);
     }
     return path;
@@ -379,24 +294,22 @@ QString ReportGridModel::pathOf(size_t group) const
 
 QString ReportGridModel::groupCaption(int row) const
 {
-    return isGroup(row) ? captionOf(m_groups[m_screen[static_cast<size_t>(row)] & ~groupMark]) : QString();
+    return isGroup(row) ? captionOf(m_grouped.group(row)) : QString();
 }
 
 int ReportGridModel::groupCount(int row) const
 {
-    return isGroup(row) ? static_cast<int>(m_groups[m_screen[static_cast<size_t>(row)] & ~groupMark].count)
-                        : 0;
+    return isGroup(row) ? static_cast<int>(m_grouped.group(row).count) : 0;
 }
 
 int ReportGridModel::groupLevel(int row) const
 {
-    return isGroup(row) ? m_groups[m_screen[static_cast<size_t>(row)] & ~groupMark].level
-                        : static_cast<int>(m_groupColumns.size());
+    return isGroup(row) ? m_grouped.group(row).level : static_cast<int>(m_groupColumns.size());
 }
 
 bool ReportGridModel::isGroupClosed(int row) const
 {
-    return isGroup(row) && m_groups[m_screen[static_cast<size_t>(row)] & ~groupMark].closed;
+    return isGroup(row) && m_grouped.group(row).closed;
 }
 
 void ReportGridModel::setGroupClosed(int row, bool closed)
@@ -404,135 +317,76 @@ void ReportGridModel::setGroupClosed(int row, bool closed)
     if (!isGroup(row) || isGroupClosed(row) == closed) {
         return;
     }
-    const size_t number = m_screen[static_cast<size_t>(row)] & ~groupMark;
-    Group& group = m_groups[number];
-    const QString path = pathOf(number);
-    if (closed == m_closedFromTheStart) {
-        m_otherwise.remove(path);
-    } else {
-        m_otherwise.insert(path);
-    }
-    const auto begin = m_screen.begin() + row + 1;
+    const QString path = pathOf(m_grouped.group(row));
+    const int rows = m_grouped.rowsBelow(row);
     if (closed) {
-        auto end = begin;
-        while (end != m_screen.end() &&
-               ((*end & groupMark) == 0 || m_groups[*end & ~groupMark].level > group.level)) {
-            ++end;
-        }
-        const auto rows = static_cast<int>(end - begin);
-        if (rows > 0) {
-            beginRemoveRows({}, row + 1, row + rows);
-        }
-        group.closed = true;
-        m_screen.erase(begin, end);
-        m_rowCount = static_cast<int>(m_screen.size());
-        if (rows > 0) {
-            endRemoveRows();
-        }
+        beginRemoveRows({}, row + 1, row + rows);
+        m_grouped.setClosed(row, true, path);
+        endRemoveRows();
     } else {
-        group.closed = false;
-        std::vector<uint32_t> rows;
-        appendGroupRows(number, rows);
-        if (!rows.empty()) {
-            beginInsertRows({}, row + 1, row + static_cast<int>(rows.size()));
-            m_screen.insert(begin, rows.begin(), rows.end());
-            m_rowCount = static_cast<int>(m_screen.size());
-            endInsertRows();
-        }
+        beginInsertRows({}, row + 1, row + rows);
+        m_grouped.setClosed(row, false, path);
+        endInsertRows();
     }
     Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 
 void ReportGridModel::setAllGroupsClosed(bool closed)
 {
-    if (m_groupColumns.empty()) {
+    if (!groups()) {
         return;
     }
     beginResetModel();
-    m_closedFromTheStart = closed;
-    m_otherwise.clear();
-    makeGroups();
-    makeScreen();
+    m_grouped.setAllClosed(closed);
     endResetModel();
 }
 
 int ReportGridModel::groupRowAbove(int row) const
 {
-    const int level = groupLevel(row);
-    for (--row; row >= 0; --row) {
-        if (isGroup(row) && groupLevel(row) < level) {
-            return row;
-        }
-    }
-    return -1;
+    return groups() && validRow(row) ? m_grouped.groupRowAbove(row) : -1;
 }
 
 // --- Checks
 
-bool ReportGridModel::isChecked(uint32_t record) const
-{
-    const size_t word = record >> 6;
-    return word < m_checks.size() && (m_checks[word] >> (record & 63) & 1) != 0;
-}
-
 void ReportGridModel::setChecked(uint32_t record, bool checked)
 {
-    if (record >= m_store.rowCount()) {
-        return;
+    if (record < m_store.rowCount()) {
+        m_checks.set(record, checked);
     }
-    const size_t word = record >> 6;
-    if (word >= m_checks.size()) {
-        m_checks.resize(word + 1, 0);
-    }
-    const uint64_t bit = uint64_t{1} << (record & 63);
-    m_checks[word] = checked ? m_checks[word] | bit : m_checks[word] & ~bit;
 }
 
 void ReportGridModel::setAllChecked(bool checked)
 {
-    const uint32_t records = m_store.rowCount();
-    m_checks.assign((size_t{records} + 63) / 64, checked ? ~uint64_t{0} : 0);
-    if (checked && (records & 63) != 0) {
-        m_checks.back() = (uint64_t{1} << (records & 63)) - 1;
-    }
+    m_checks.setAll(m_store.rowCount(), checked);
     checksChanged();
 }
 
 void ReportGridModel::setRowsChecked(int first, int last, bool checked)
 {
-    first = std::max(first, 0);
-    last = std::min(last, m_rowCount - 1);
-    const std::vector<uint32_t>& rows = m_groupColumns.empty() ? recordsInOrder() : m_screen;
-    for (int row = first; row <= last; ++row) {
-        const uint32_t record = rows[static_cast<size_t>(row)];
-        if ((record & groupMark) == 0) {
-            setChecked(record, checked);
+    for (int row = std::max(first, 0); row <= std::min(last, rowCount() - 1); ++row) {
+        const int own = record(row);
+        if (own >= 0) {
+            setChecked(static_cast<uint32_t>(own), checked);
         }
     }
 }
 
 void ReportGridModel::checksChanged()
 {
-    if (m_checkColumn >= 0 && m_rowCount > 0) {
-        Q_EMIT dataChanged(index(0, m_checkColumn), index(m_rowCount - 1, m_checkColumn),
+    if (m_checkColumn >= 0 && rowCount() > 0) {
+        Q_EMIT dataChanged(index(0, m_checkColumn), index(rowCount() - 1, m_checkColumn),
                            {Qt::CheckStateRole});
     }
-}
-
-size_t ReportGridModel::checkedCount() const
-{
-    size_t count = 0;
-    for (const uint64_t word : m_checks) {
-        count += static_cast<size_t>(std::popcount(word));
-    }
-    return count;
 }
 
 // --- QAbstractItemModel
 
 int ReportGridModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : m_rowCount;
+    if (parent.isValid()) {
+        return 0;
+    }
+    return groups() ? m_grouped.rowCount() : static_cast<int>(recordsInOrder().size());
 }
 
 int ReportGridModel::columnCount(const QModelIndex& parent) const

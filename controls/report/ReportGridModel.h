@@ -1,11 +1,12 @@
 // The rows of the report grid as they stand on the screen.
 #pragma once
 
+#include "controls/report/GroupedRows.h"
+#include "controls/report/RecordChecks.h"
 #include "grid/ColumnStore.h"
 #include "grid/ReportColumn.h"
 
 #include <QAbstractTableModel>
-#include <QSet>
 
 #include <cstdint>
 #include <vector>
@@ -80,13 +81,13 @@ public:
 
     // --- Checks
     int checkColumn() const { return m_checkColumn; }
-    bool isChecked(uint32_t record) const;
+    bool isChecked(uint32_t record) const { return m_checks.isSet(record); }
     void setChecked(uint32_t record, bool checked);
     void setAllChecked(bool checked);
     /// Records of the screen rows `first` to `last`; group rows are passed over. No signal: see checksChanged.
     void setRowsChecked(int first, int last, bool checked);
     void checksChanged(); ///< tells views, once, after setRowsChecked
-    size_t checkedCount() const;
+    size_t checkedCount() const { return m_checks.count(); }
 
     // --- QAbstractItemModel
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -97,29 +98,18 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    struct Group
-    {
-        uint32_t first = 0; // in recordsInOrder()
-        uint32_t count = 0;
-        uint16_t level = 0;
-        bool closed = false;
-    };
-
-    static constexpr uint32_t groupMark = 0x80000000; // marks a group's number in m_screen
-
     bool isOrderGood() const;
     void sortRecords();
     void sortByGroups();
     void sortBy(std::vector<uint32_t>& rows, ReportSort sort);
     void filterRecords();
-    void makeGroups();
-    void makeScreen();
+    void groupRecords();
     void rebuild(bool sort, bool filter);
-    void appendGroupRows(size_t group, std::vector<uint32_t>& rows) const;
-    QString captionOf(const Group& group) const;
-    QString pathOf(size_t group) const;
+    QString captionOf(const GroupedRows::Group& group) const;
+    QString pathOf(const GroupedRows::Group& group) const;
     QVariant groupData(int row, int column, int role) const;
-    bool validRow(int row) const { return row >= 0 && row < m_rowCount; }
+    bool groups() const { return !m_groupColumns.empty(); }
+    bool validRow(int row) const { return row >= 0 && row < rowCount(); }
 
     ColumnStore m_store;
     std::vector<ReportColumn> m_columns;
@@ -127,7 +117,7 @@ private:
     uint32_t m_recordCount = 0; // of the last populate; the store may hold more
     uint64_t m_changesSeen = 0; // of the store, by the order at hand
     int m_checkColumn = -1;
-    std::vector<uint64_t> m_checks; // a bit per record
+    RecordChecks m_checks;
 
     ReportSort m_sort;
     std::vector<ReportSort> m_groupColumns;
@@ -135,12 +125,8 @@ private:
     bool m_filtered = false;
     std::vector<uint32_t> m_sorted; // all records, by group columns and sort column
     std::vector<uint32_t> m_order;  // those of m_sorted that the filter passes
-    std::vector<Group> m_groups;    // outer before inner
-    std::vector<uint32_t> m_screen; // while columns group: records, and groups marked
-    std::vector<uint32_t> m_room;   // memory that sorts and m_screen take turns with
-    int m_rowCount = 0;
-    bool m_closedFromTheStart = false;
-    QSet<QString> m_otherwise; // groups that are not as m_closedFromTheStart says
+    GroupedRows m_grouped;          // while columns group
+    std::vector<uint32_t> m_room;   // memory that sorts and m_grouped take turns with
 };
 
 } // namespace zul

@@ -1,8 +1,10 @@
 #include "controls/report/ReportGridView.h"
 
 #include "controls/report/ReportGridColors.h"
+#include "controls/report/ReportGridKeys.h"
 #include "controls/report/ReportGridModel.h"
 #include "controls/report/ReportHeader.h"
+#include "controls/report/ReportRowPainter.h"
 
 #include <QContextMenuEvent>
 #include <QMouseEvent>
@@ -23,19 +25,6 @@ constexpr int leastRowHeight = 24;
 constexpr int touchRowHeight = 44;
 constexpr int indent = 18; // of a group level
 constexpr int expander = 18;
-constexpr qsizetype longestShown = 512; // characters of a cell that can be seen at once, at most
-
-/// A cell's text on one line.
-QString oneLine(QString text)
-{
-    text.truncate(longestShown);
-    for (QChar& c : text) {
-        if (c.unicode() < 0x20 || c == QChar::LineSeparator || c == QChar::ParagraphSeparator) {
-            c = u' ';
-        }
-    }
-    return text;
-}
 
 } // namespace
 
@@ -437,37 +426,29 @@ QModelIndex ReportGridView::moveCursor(CursorAction action, Qt::KeyboardModifier
     return m_grid->index(std::clamp(row, 0, rows - 1), column);
 }
 
+/// Typed letters look in the sort column, where the next match is near; else in the first text column.
+int ReportGridView::searchedColumn() const
+{
+    const auto fits = [this](int column) {
+        return column >= 0 && column != m_grid->checkColumn() && !m_header->isSectionHidden(column);
+    };
+    if (fits(m_grid->sorting().column)) {
+        return m_grid->sorting().column;
+    }
+    for (int visual = 0; visual < m_header->count(); ++visual) {
+        if (fits(m_header->logicalIndex(visual))) {
+            return m_header->logicalIndex(visual);
+        }
+    }
+    return -1;
+}
+
 void ReportGridView::keyboardSearch(const QString& search)
 {
-    // Typed letters look in the sort column, where the next match is near; else in the first text column.
-    int column = m_grid->sorting().column;
-    if (column < 0 || column == m_grid->checkColumn() || m_header->isSectionHidden(column)) {
-        column = -1;
-        for (int visual = 0; visual < m_header->count() && column < 0; ++visual) {
-            const int shown = m_header->logicalIndex(visual);
-            column = m_header->isSectionHidden(shown) || shown == m_grid->checkColumn() ? -1 : shown;
-        }
-    }
-    const int rows = m_grid->rowCount();
-    if (column < 0 || rows == 0 || search.trimmed().isEmpty()) {
-        return;
-    }
-    if (!m_typedAt.isValid() || m_typedAt.elapsed() > 1000) {
-        m_typed.clear();
-    }
-    m_typedAt.start();
-    const bool next = m_typed.isEmpty();
-    m_typed += search;
-    const int start = currentIndex().isValid() ? currentIndex().row() + (next ? 1 : 0) : 0;
-    for (int i = 0; i < rows; ++i) {
-        const int row = (start + i) % rows;
-        const int record = m_grid->record(row);
-        if (record >= 0 && m_grid->store()
-                               .text(static_cast<uint32_t>(record), column)
-                               .startsWith(m_typed, Qt::CaseInsensitive)) {
-            setCurrentIndex(m_grid->index(row, column));
-            return;
-        }
+    const int column = searchedColumn();
+    const int row = m_typedSearch.find(*m_grid, column, currentIndex().row(), search);
+    if (row >= 0) {
+        setCurrentIndex(m_grid->index(row, column));
     }
 }
 
@@ -519,7 +500,7 @@ void ReportGridView::mouseReleaseEvent(QMouseEvent* event)
     if (pressedCheck >= 0) {
         int row = -1;
         if (pressesCheck(position, row) && row == pressedCheck) {
-            toggle(row);
+            toggleCheck(row);
         }
     } else if (!pressedExpander) {
         QAbstractItemView::mouseReleaseEvent(event);
@@ -566,69 +547,17 @@ void ReportGridView::keyPressEvent(QKeyEvent* event)
     if (!self) {
         return; // the key closed the window
     }
-    const int row = currentIndex().isValid() ? currentIndex().row() : -1;
-    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    switch (event->key()) {
-    case Qt::Key_Space:
-        if (plain) {
-            if (m_grid->isGroup(row)) {
-                m_grid->setGroupClosed(row, !m_grid->isGroupClosed(row));
-            } else if (m_grid->checkColumn() >= 0) {
-                toggleRows();
-            }
-            return;
-        }
-        break;
-    case Qt::Key_Left:
-    case Qt::Key_Minus:
-        if (plain && m_grid->isGroup(row) && !m_grid->isGroupClosed(row)) {
-            m_grid->setGroupClosed(row, true);
-            return;
-        }
-        if (plain && event->key() == Qt::Key_Left) {
-            const int above = m_grid->groupRowAbove(row);
-            if (horizontalScrollBar()->value() > 0) {
-                horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
-            } else if (above >= 0) {
-                setCurrentIndex(m_grid->index(above, firstShownColumn()));
-            }
-            return;
-        }
-        break;
-    case Qt::Key_Right:
-    case Qt::Key_Plus:
-        if (plain && m_grid->isGroup(row) && m_grid->isGroupClosed(row)) {
-            m_grid->setGroupClosed(row, false);
-            return;
-        }
-        if (plain && event->key() == Qt::Key_Right) {
-            horizontalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
-            return;
-        }
-        break;
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        if (plain && row >= 0 && !selectionModel()->hasSelection()) {
-            // The focus stands on a row that is not highlighted: the first key highlights it.
-            selectionModel()->select(currentIndex(),
-                                     QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-            scrollToRow(row);
-            return;
-        }
-        break;
-    case Qt::Key_Escape:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_F2:
-        event->ignore(); // the window's
-        return;
-    default:
-        break;
+    if (!pressGridKey(*this, *event)) {
+        QAbstractItemView::keyPressEvent(event);
     }
-    QAbstractItemView::keyPressEvent(event);
 }
 
-void ReportGridView::toggle(int row)
+void ReportGridView::setGroupClosed(int row, bool closed)
+{
+    m_grid->setGroupClosed(row, closed);
+}
+
+void ReportGridView::toggleCheck(int row)
 {
     const int record = m_grid->record(row);
     if (record < 0) {
@@ -640,17 +569,16 @@ void ReportGridView::toggle(int row)
     Q_EMIT checkToggled(record);
 }
 
-/// Space: the highlighted rows all get the state that the row with the focus does not have.
-void ReportGridView::toggleRows()
+void ReportGridView::toggleHighlighted()
 {
     const int record = m_grid->record(currentIndex().row());
-    if (record < 0) {
+    if (record < 0 || m_grid->checkColumn() < 0) {
         return;
     }
     const QItemSelection highlighted = selectionModel()->selection();
     if (highlighted.isEmpty() || (highlighted.size() == 1 && highlighted.first().height() == 1 &&
                                   highlighted.first().top() == currentIndex().row())) {
-        toggle(currentIndex().row());
+        toggleCheck(currentIndex().row());
         return;
     }
     const bool checked = !m_grid->isChecked(static_cast<uint32_t>(record));
@@ -661,147 +589,15 @@ void ReportGridView::toggleRows()
     Q_EMIT checkToggled(-1);
 }
 
-// --- Painting
-
-QPalette::ColorGroup ReportGridView::colorGroup() const
-{
-    if (!isEnabled()) {
-        return QPalette::Disabled;
-    }
-    return isActiveWindow() && hasFocus() ? QPalette::Active : QPalette::Inactive;
-}
-
 void ReportGridView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(viewport());
-    const QColor base = palette().color(colorGroup(), QPalette::Base);
-    painter.fillRect(event->rect(), base);
-    const int rows = m_grid->rowCount();
-    if (rows == 0) {
+    ReportRowPainter(*this, painter).paintRows(event->rect());
+    if (m_grid->rowCount() == 0) {
         painter.setPen(gridcolors::quietText(palette()));
         painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8),
                          static_cast<int>(Qt::AlignCenter) | Qt::TextWordWrap, m_emptyText);
-        return;
     }
-    const bool active = colorGroup() == QPalette::Active;
-    const double strength = (active ? 0.26 : 0.14) + (gridcolors::isDark(palette()) ? 0.2 : 0.0);
-    const QColor selectedColor = gridcolors::blend(base, accentColor(), strength);
-    const QColor line = gridcolors::rowLine(palette());
-    const int first = std::max(0, rowAt(std::max(0, event->rect().top())));
-    for (int row = first; row < rows; ++row) {
-        const QRect rect = rowRect(row);
-        if (rect.top() > event->rect().bottom()) {
-            break;
-        }
-        const bool selected = selectionModel()->isSelected(m_grid->index(row, 0));
-        if (selected) {
-            painter.fillRect(rect, selectedColor);
-        }
-        if (m_grid->isGroup(row)) {
-            paintGroup(painter, row, rect, selected);
-        } else {
-            paintRecord(painter, row, rect, selected);
-        }
-        if (m_rowLines) {
-            painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
-        }
-        if (row == currentIndex().row() && hasFocus()) {
-            painter.setPen(accentColor());
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRect(rect.adjusted(0, 0, -1, -1));
-        }
-    }
-}
-
-void ReportGridView::paintGroup(QPainter& painter, int row, const QRect& rect, bool selected) const
-{
-    if (!selected) {
-        painter.fillRect(rect, gridcolors::groupRow(palette()));
-    }
-    painter.save();
-    const QPointF middle = QRectF(expanderRect(row)).center();
-    QPolygonF arrow;
-    if (m_grid->isGroupClosed(row)) {
-        arrow << middle + QPointF(-2, -4) << middle + QPointF(2.5, 0) << middle + QPointF(-2, 4);
-    } else {
-        arrow << middle + QPointF(-4, -2) << middle + QPointF(0, 2.5) << middle + QPointF(4, -2);
-    }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(gridcolors::quietText(palette()), 1.6));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPolyline(arrow);
-    QFont bold = font();
-    bold.setBold(true);
-    const QRect text = rect.adjusted(expanderRect(row).right() + 4, 0, -4, 0);
-    const QFontMetrics metrics(bold);
-    const QString count = u" (%1)"_s.arg(m_grid->groupCount(row));
-    const int countWidth = fontMetrics().horizontalAdvance(count) + 2;
-    const QString caption =
-        metrics.elidedText(oneLine(m_grid->groupCaption(row)), Qt::ElideRight, text.width() - countWidth);
-    painter.setPen(palette().color(colorGroup(), QPalette::Text));
-    painter.setFont(bold);
-    painter.drawText(text, static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine, caption);
-    painter.setFont(font());
-    painter.setPen(gridcolors::quietText(palette()));
-    painter.drawText(text.adjusted(metrics.horizontalAdvance(caption), 0, 0, 0),
-                     static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine, count);
-    painter.restore();
-}
-
-void ReportGridView::paintRecord(QPainter& painter, int row, const QRect& rect, bool selected) const
-{
-    const auto record = static_cast<uint32_t>(m_grid->record(row));
-    const int padding = m_header->padding() + 2;
-    const QFontMetrics metrics = fontMetrics();
-    painter.setPen(palette().color(colorGroup(), QPalette::Text));
-    for (int visual = 0; visual < m_header->count(); ++visual) {
-        const int column = m_header->logicalIndex(visual);
-        if (m_header->isSectionHidden(column)) {
-            continue;
-        }
-        const QRect cell(m_header->sectionViewportPosition(column), rect.top(), m_header->sectionSize(column),
-                         rect.height());
-        if (cell.right() < 0 || cell.left() > viewport()->width()) {
-            continue;
-        }
-        if (column == m_grid->checkColumn()) {
-            paintCheck(painter, checkRect(row), m_grid->isChecked(record), selected);
-            painter.setPen(palette().color(colorGroup(), QPalette::Text));
-            continue;
-        }
-        const QString text = m_grid->store().text(record, column);
-        const QRect inner = cell.adjusted(padding, 0, -padding, 0);
-        if (text.isEmpty() || inner.width() <= 0) {
-            continue;
-        }
-        const bool right = m_grid->store().holdsNumbers(column);
-        painter.drawText(inner,
-                         static_cast<int>((right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter) |
-                             Qt::TextSingleLine,
-                         metrics.elidedText(oneLine(text), Qt::ElideRight, inner.width()));
-    }
-}
-
-void ReportGridView::paintCheck(QPainter& painter, const QRect& box, bool checked, bool selected) const
-{
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor accent = isEnabled() ? accentColor() : gridcolors::quietText(palette());
-    const QRectF shape = QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.setPen(checked ? accent : gridcolors::shade(palette(), selected ? 0.6 : 0.45));
-    painter.setBrush(checked ? accent : palette().color(QPalette::Base));
-    painter.drawRoundedRect(shape, 2, 2);
-    if (checked) {
-        const double side = shape.width();
-        const QPointF corner = shape.topLeft();
-        QPolygonF tick;
-        tick << corner + QPointF(side * 0.22, side * 0.52) << corner + QPointF(side * 0.42, side * 0.72)
-             << corner + QPointF(side * 0.78, side * 0.28);
-        painter.setPen(QPen(Qt::white, side / 7.5));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawPolyline(tick);
-    }
-    painter.restore();
 }
 
 } // namespace zul

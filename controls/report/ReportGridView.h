@@ -1,8 +1,9 @@
 // The rows of the report grid.
 #pragma once
 
+#include "controls/report/TypedSearch.h"
+
 #include <QAbstractItemView>
-#include <QElapsedTimer>
 
 namespace zul {
 
@@ -18,23 +19,34 @@ class ReportGridView : public QAbstractItemView
 public:
     ReportGridView(ReportGridModel* grid, QWidget* parent);
 
+    const ReportGridModel& grid() const { return *m_grid; }
     ReportHeader* header() const { return m_header; }
-    int rowHeight() const { return m_rowHeight; }
     void setEmptyText(const QString& text);
     void setRowLines(bool lines);
+    bool hasRowLines() const { return m_rowLines; }
     void setCellPadding(int pixels);
     void setRowPadding(int pixels);
     void setTouch(bool touch);
     /// Heights and widths anew: after a change of font, padding or columns.
     void layoutChanged();
 
+    // --- Places in the viewport; empty for what is not there
+
     QRect rowRect(int row) const;
     QRect checkRect(int row) const;
-    int rowAt(int y) const; ///< -1 below the last row
+    QRect expanderRect(int row) const; ///< of a group's row
+    int rowAt(int y) const;            ///< -1 below the last row
     void scrollToRow(int row);
     void scrollToColumn(int column);
     int fittingWidth(int column) const; ///< for the header and the rows on the screen
     int firstShownColumn() const;
+
+    // --- What mouse and keys do
+
+    void setGroupClosed(int row, bool closed);
+    void toggleCheck(int row);
+    /// The highlighted rows all get the state that the row with the focus does not have.
+    void toggleHighlighted();
 
     QRect visualRect(const QModelIndex& index) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
@@ -82,15 +94,9 @@ protected:
 
 private:
     void measure();
-    void paintGroup(QPainter& painter, int row, const QRect& rect, bool selected) const;
-    void paintRecord(QPainter& painter, int row, const QRect& rect, bool selected) const;
-    void paintCheck(QPainter& painter, const QRect& box, bool checked, bool selected) const;
-    QRect expanderRect(int row) const;
     QRect checkCellRect(int row) const;
-    QPalette::ColorGroup colorGroup() const;
+    int searchedColumn() const;
     bool pressesCheck(const QPoint& position, int& row) const;
-    void toggleRows();
-    void toggle(int row);
 
     ReportGridModel* m_grid;
     ReportHeader* m_header;
@@ -102,8 +108,7 @@ private:
     int m_pressedCheck = -1;
     bool m_pressedExpander = false;
     bool m_updatingGeometries = false;
-    QString m_typed; // letters typed in quick succession
-    QElapsedTimer m_typedAt;
+    TypedSearch m_typedSearch;
 };
 
 } // namespace zul

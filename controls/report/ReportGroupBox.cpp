@@ -1,5 +1,6 @@
 #include "controls/report/ReportGroupBox.h"
 
+#include "controls/report/GridMarks.h"
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridModel.h"
 
@@ -176,23 +177,16 @@ void ReportGroupBox::paintEvent(QPaintEvent*)
     const int hintWidth = all.empty() ? fontMetrics().horizontalAdvance(m_hint) : 0;
     const int sortedWidth = sorted.isEmpty() ? 0 : fontMetrics().horizontalAdvance(sorted) + arrowSize + 4;
     const QRect inner = rect().adjusted(used, 0, -margin - 2, -1);
-    painter.setPen(gridcolors::quietText(palette()));
+    const QColor quiet = gridcolors::quietText(palette());
+    painter.setPen(quiet);
     int right = inner.right();
     // The hint says how to begin, so it goes before the sort caption when there is no room for both.
     if (sortedWidth > 0 && inner.width() - hintWidth - 16 >= sortedWidth) {
         QRect place = inner;
         place.setLeft(right - sortedWidth);
         painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, sorted);
-        const double x = right - 4.5;
-        const double y = inner.center().y() + 0.5;
-        const double tip = sort.descending ? 2.5 : -2.5;
-        QPolygonF arrow;
-        arrow << QPointF(x - 4, y - tip) << QPointF(x + 4, y - tip) << QPointF(x, y + tip);
-        painter.save();
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(gridcolors::quietText(palette()));
-        painter.drawPolygon(arrow);
-        painter.restore();
+        paintSortMark(painter, QPointF(right - 4.5, inner.center().y() + 0.5), QSizeF(8, 5), sort.descending,
+                      quiet);
         right = place.left() - 16;
     }
     if (all.empty()) {
@@ -217,18 +211,9 @@ void ReportGroupBox::paintEvent(QPaintEvent*)
         painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                          fontMetrics().elidedText(m_grid->columns()[static_cast<size_t>(chip.column)].caption,
                                                   Qt::ElideRight, text.width() + 2));
-        const double x = chip.cross.left() - arrowSize / 2.0;
-        const double y = chip.rect.center().y() + 0.5;
-        const double tip = m_grid->groupColumns()[i].descending ? 2.0 : -2.0;
-        QPolygonF arrow;
-        arrow << QPointF(x - 3.5, y - tip) << QPointF(x + 3.5, y - tip) << QPointF(x, y + tip);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(gridcolors::quietText(palette()));
-        painter.drawPolygon(arrow);
-        painter.setPen(QPen(gridcolors::quietText(palette()), 1.4));
-        const QPointF middle = QRectF(chip.cross).center();
-        painter.drawLine(middle + QPointF(-3, -3), middle + QPointF(3, 3));
-        painter.drawLine(middle + QPointF(-3, 3), middle + QPointF(3, -3));
+        const QPointF mark(chip.cross.left() - arrowSize / 2.0, chip.rect.center().y() + 0.5);
+        paintSortMark(painter, mark, QSizeF(7, 4), m_grid->groupColumns()[i].descending, quiet);
+        paintCross(painter, QRectF(chip.cross).center(), quiet);
     }
 }
 

@@ -1,12 +1,12 @@
 #include "controls/report/ReportHeader.h"
 
+#include "controls/report/GridMarks.h"
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridModel.h"
-#include "controls/report/ReportGroupBox.h"
+#include "controls/report/ReportHeaderModel.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -22,52 +22,8 @@ namespace {
 constexpr int leastShare = 72;
 constexpr int leastWidth = 16;
 constexpr int arrowWidth = 12;
-constexpr int dropBand = 48; // how far above or below the header a drop still counts as on it
 
 } // namespace
-
-// --- The header's model
-
-ReportHeaderModel::ReportHeaderModel(ReportGridModel* grid, QObject* parent)
-    : QAbstractTableModel(parent)
-    , m_grid(grid)
-{}
-
-int ReportHeaderModel::rowCount(const QModelIndex&) const
-{
-    return 0;
-}
-
-int ReportHeaderModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : m_columns;
-}
-
-QVariant ReportHeaderModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    return m_grid->headerData(section, orientation, role);
-}
-
-QVariant ReportHeaderModel::data(const QModelIndex&, int) const
-{
-    return {};
-}
-
-void ReportHeaderModel::columnsChanged()
-{
-    // To nothing and back, so that the header forgets sizes and order.
-    beginResetModel();
-    m_columns = 0;
-    endResetModel();
-    const auto columns = static_cast<int>(m_grid->columns().size());
-    if (columns > 0) {
-        beginInsertColumns({}, 0, columns - 1);
-        m_columns = columns;
-        endInsertColumns();
-    }
-}
-
-// --- The header
 
 ReportHeader::ReportHeader(ReportGridModel* grid, QWidget* parent)
     : QHeaderView(Qt::Horizontal, parent)
@@ -91,11 +47,6 @@ ReportHeader::ReportHeader(ReportGridModel* grid, QWidget* parent)
     });
 }
 
-void ReportHeader::setGroupBox(ReportGroupBox* box)
-{
-    m_groupBox = box;
-}
-
 void ReportHeader::setFlat(bool flat)
 {
     m_flat = flat;
@@ -116,7 +67,7 @@ void ReportHeader::setTouch(bool touch)
 
 void ReportHeader::columnsChanged()
 {
-    endDrag();
+    m_drag.end();
     m_press = Press::None;
     m_columns->columnsChanged();
     m_sharesWidths = true;
@@ -222,19 +173,6 @@ int ReportHeader::visiblePosition(int column) const
     return position;
 }
 
-void ReportHeader::moveToVisiblePosition(int column, int position)
-{
-    for (int visual = 0; visual < count(); ++visual) {
-        const int other = logicalIndex(visual);
-        if (!isSectionHidden(other) && position-- == 0) {
-            if (other != column) {
-                moveSection(visualIndex(column), visual);
-            }
-            return;
-        }
-    }
-}
-
 // --- Painting
 
 void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column) const
@@ -261,16 +199,8 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column
     }
     QRect inner = rect.adjusted(m_padding + 2, 0, -(m_padding + 2), -1);
     if (column == m_sortColumn) {
-        const QRect mark(inner.right() - arrowWidth + 5, inner.center().y() - 3, 8, 8);
-        const double x = mark.left() + 3.5;
-        const double y = mark.top() + 3.5;
-        const double tip = m_sortDescending ? 2.5 : -2.5;
-        QPolygonF arrow;
-        arrow << QPointF(x - 4, y - tip) << QPointF(x + 4, y - tip) << QPointF(x, y + tip);
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(Qt::NoPen);
-        painter->setBrush(accentColor());
-        painter->drawPolygon(arrow);
+        paintSortMark(*painter, QPointF(inner.right() - arrowWidth + 8.5, inner.center().y() + 0.5),
+                      QSizeF(8, 5), m_sortDescending, accentColor());
         inner.setRight(inner.right() - arrowWidth);
     }
     const ReportColumn& own = m_grid->columns()[static_cast<size_t>(column)];
@@ -280,7 +210,7 @@ void ReportHeader::paintSection(QPainter* painter, const QRect& rect, int column
                       static_cast<int>((right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter) |
                           Qt::TextSingleLine,
                       fontMetrics().elidedText(own.caption, Qt::ElideRight, inner.width()));
-    if (column == m_dropColumn) {
+    if (column == m_drag.markedColumn()) {
         // The edge at which the dragged column will stand.
         const bool after = visualIndex(m_pressed) < visualIndex(column);
         const int x = after ? rect.right() - 1 : rect.left();
@@ -349,10 +279,12 @@ void ReportHeader::mouseMoveEvent(QMouseEvent* event)
     const QPoint position = event->position().toPoint();
     if (m_press == Press::Click && (event->buttons() & Qt::LeftButton) &&
         (position - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
-        beginDrag(position);
+        m_press = Press::Drag;
+        m_hovered = -1;
+        m_drag.begin(m_pressed, m_grid->columns()[static_cast<size_t>(m_pressed)].caption, position);
     }
     if (m_press == Press::Drag) {
-        followDrag(position);
+        m_drag.follow(position);
         return;
     }
     if (m_press == Press::Resize && position != m_pressedAt) {
@@ -376,9 +308,9 @@ void ReportHeader::mouseReleaseEvent(QMouseEvent* event)
         QHeaderView::mouseReleaseEvent(event);
         return;
     }
-    const int dropped = press == Press::Drag ? dropColumnAt(position) : -1;
-    const bool grouped = press == Press::Drag && overGroupBox(position);
-    endDrag();
+    const int dropped = press == Press::Drag ? m_drag.dropColumnAt(position) : -1;
+    const bool grouped = press == Press::Drag && m_drag.overGroupBox(position);
+    m_drag.end();
     m_press = Press::None;
     m_pressed = -1;
     if (press == Press::Drag) {
@@ -422,7 +354,7 @@ void ReportHeader::contextMenuEvent(QContextMenuEvent* event)
 void ReportHeader::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape && m_press == Press::Drag) {
-        endDrag();
+        m_drag.end();
         m_press = Press::None;
         viewport()->update();
         return;
@@ -437,81 +369,6 @@ bool ReportHeader::viewportEvent(QEvent* event)
         viewport()->update();
     }
     return QHeaderView::viewportEvent(event);
-}
-
-// --- Dragging
-
-void ReportHeader::beginDrag(const QPoint& position)
-{
-    m_press = Press::Drag;
-    m_hovered = -1;
-    auto* ghost = new QLabel(m_grid->columns()[static_cast<size_t>(m_pressed)].caption, window());
-    ghost->setAttribute(Qt::WA_TransparentForMouseEvents);
-    ghost->setFont(font());
-    ghost->setContentsMargins(8, 4, 8, 4);
-    ghost->setAutoFillBackground(true);
-    QPalette colors = palette();
-    colors.setColor(QPalette::Window, accentColor());
-    colors.setColor(QPalette::WindowText, Qt::white);
-    ghost->setPalette(colors);
-    ghost->adjustSize();
-    ghost->show();
-    m_ghost = ghost;
-    followDrag(position);
-}
-
-void ReportHeader::followDrag(const QPoint& position)
-{
-    if (m_ghost) {
-        m_ghost->move(viewport()->mapTo(window(), position) + QPoint(10, 6));
-        m_ghost->raise();
-    }
-    const bool grouping = overGroupBox(position);
-    if (m_groupBox) {
-        m_groupBox->setDropTarget(grouping);
-    }
-    const int column = dropColumnAt(position);
-    const int drop = column == m_pressed ? -1 : column;
-    if (drop != m_dropColumn) {
-        m_dropColumn = drop;
-        viewport()->update();
-    }
-}
-
-void ReportHeader::endDrag()
-{
-    delete m_ghost.data();
-    m_dropColumn = -1;
-    if (m_groupBox) {
-        m_groupBox->setDropTarget(false);
-    }
-}
-
-bool ReportHeader::overGroupBox(const QPoint& position) const
-{
-    return m_groupBox && m_groupBox->isVisible() &&
-           m_groupBox->rect().contains(m_groupBox->mapFromGlobal(viewport()->mapToGlobal(position)));
-}
-
-/// The column on which a drop at a position lands; behind the last one it is the last. -1 off the header.
-int ReportHeader::dropColumnAt(const QPoint& position) const
-{
-    if (overGroupBox(position) || position.y() < -dropBand ||
-        position.y() > viewport()->height() + dropBand) {
-        return -1;
-    }
-    const int column = logicalIndexAt(position.x());
-    if (column >= 0) {
-        return column;
-    }
-    const bool behind = isRightToLeft() ? position.x() < 0 : position.x() > 0;
-    const int step = behind ? -1 : 1;
-    for (int visual = behind ? count() - 1 : 0; visual >= 0 && visual < count(); visual += step) {
-        if (!isSectionHidden(logicalIndex(visual))) {
-            return logicalIndex(visual);
-        }
-    }
-    return -1;
 }
 
 } // namespace zul

@@ -1,34 +1,16 @@
 // The header of the report grid.
 #pragma once
 
-#include <QAbstractTableModel>
+#include "controls/report/HeaderDrag.h"
+
 #include <QHeaderView>
-#include <QPointer>
 
 #include <vector>
 
 namespace zul {
 
 class ReportGridModel;
-class ReportGroupBox;
-
-/// Only the columns, no rows: so the header has nothing to do when a million rows change.
-class ReportHeaderModel : public QAbstractTableModel
-{
-    Q_OBJECT
-
-public:
-    ReportHeaderModel(ReportGridModel* grid, QObject* parent);
-    int rowCount(const QModelIndex& parent = {}) const override;
-    int columnCount(const QModelIndex& parent = {}) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    void columnsChanged();
-
-private:
-    ReportGridModel* m_grid;
-    int m_columns = 0;
-};
+class ReportHeaderModel;
 
 /// Sorts by a click, sizes by dragging an edge, moves a column by dropping its header on another, and groups by
 /// dropping it on the group box.
@@ -39,7 +21,8 @@ class ReportHeader : public QHeaderView
 public:
     ReportHeader(ReportGridModel* grid, QWidget* parent);
 
-    void setGroupBox(ReportGroupBox* box);
+    /// Where a header can be dropped to group by its column.
+    void setGroupBox(ReportGroupBox* box) { m_drag.setGroupBox(box); }
     void setFlat(bool flat);
     void setPadding(int pixels);
     int padding() const { return m_padding; }
@@ -53,7 +36,6 @@ public:
     /// Columns with width 0 share what the others leave; `free` is the width of the list.
     void shareWidths(int free);
     /// Once the operator has sized a column, or a layout was loaded, widths stay as they are.
-    bool sharesWidths() const { return m_sharesWidths; }
     void stopSharing() { m_sharesWidths = false; }
     /// Whether a column's width is its share of what the others leave.
     bool isShared(int column) const;
@@ -63,7 +45,6 @@ public:
     int headerHeight() const;
     /// Among the columns shown, from 0; -1 when hidden.
     int visiblePosition(int column) const;
-    void moveToVisiblePosition(int column, int position);
 
     QSize sizeHint() const override;
 
@@ -96,21 +77,14 @@ private:
     };
 
     int sizedColumnAt(int x) const;
-    void beginDrag(const QPoint& position);
-    void followDrag(const QPoint& position);
-    void endDrag();
-    int dropColumnAt(const QPoint& position) const;
-    bool overGroupBox(const QPoint& position) const;
     int shareOf(int column) const;
 
     ReportGridModel* m_grid;
     ReportHeaderModel* m_columns;
-    QPointer<ReportGroupBox> m_groupBox;
-    QPointer<QWidget> m_ghost; // the caption that follows the pointer
+    HeaderDrag m_drag{*this};
     Press m_press = Press::None;
     int m_pressed = -1;
     int m_hovered = -1;
-    int m_dropColumn = -1;
     QPoint m_pressedAt;
     int m_sortColumn = -1;
     bool m_sortDescending = false;

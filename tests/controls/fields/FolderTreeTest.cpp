@@ -5,7 +5,6 @@
 #include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -56,13 +55,11 @@ TEST_F(FolderTreeTest, SelectsAFolderByItsPath)
     const QString path = make(u"uno/due 'à' % 😀"_s);
     zul::FolderTree tree;
     tree.show();
-    QSignalSpy changed(&tree, &zul::FolderTree::selectedPathChanged);
     bool done = false;
     ASSERT_TRUE(
         QMetaObject::invokeMethod(&tree, "selectPath", Q_RETURN_ARG(bool, done), Q_ARG(QString, path)));
     EXPECT_TRUE(done);
     EXPECT_EQ(tree.selectedPath(), path);
-    EXPECT_EQ(changed.count(), 1);
     EXPECT_TRUE(tree.viewport()->rect().intersects(tree.visualRect(tree.currentIndex())));
 }
 

@@ -97,15 +97,6 @@ TEST_F(BackgroundTest, WithoutAColourOfItsOwnTellsThePalettes)
     EXPECT_EQ(zul::effectiveBackground(&line), paintedColor(&line));
 }
 
-TEST_F(BackgroundTest, IsTakenBack)
-{
-    const QColor before = paintedColor(&line);
-    zul::setBackground(&line, yellow);
-    zul::resetBackground(&line);
-    EXPECT_EQ(paintedColor(&line), before);
-    EXPECT_FALSE(line.property("background").isValid());
-}
-
 TEST_F(BackgroundTest, SurvivesApplyingTheLookAgain)
 {
     zul::setBackground(&line, yellow);
@@ -116,7 +107,6 @@ TEST_F(BackgroundTest, SurvivesApplyingTheLookAgain)
 TEST_F(BackgroundTest, PassesOverNoWidgetAndNoColour)
 {
     zul::setBackground(nullptr, yellow);
-    zul::resetBackground(nullptr);
     zul::setBackground(&line, QColor());
     EXPECT_FALSE(line.property("background").isValid());
     EXPECT_FALSE(zul::effectiveBackground(nullptr).isValid());

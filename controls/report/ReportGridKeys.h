@@ -1,0 +1,22 @@
+// What the keys do in the rows of the report grid.
+#pragma once
+
+class QKeyEvent;
+
+namespace zul {
+
+class ReportGridView;
+
+/// Does what the key means in a report grid beyond a list's own keys: ticking, opening and closing groups, moving
+/// sideways. Keys that are the window's (Esc, Enter, F2) are left to it: their event is ignored. False when the key
+/// is a list's own.
+///
+/// | key | what it does |
+/// |---|---|
+/// | Space | ticks the highlighted rows, or takes their ticks off; opens or closes a group |
+/// | Left, − | closes a group; Left elsewhere scrolls, then goes to the group around the row |
+/// | Right, + | opens a group; Right elsewhere scrolls |
+/// | Up, Down | highlight the row with the focus first when nothing is highlighted |
+bool pressGridKey(ReportGridView& view, QKeyEvent& event);
+
+} // namespace zul

@@ -1,0 +1,37 @@
+// How the rows of the report grid are painted.
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+class QPainter;
+class QRect;
+
+namespace zul {
+
+class ReportGridView;
+
+/// Paints the rows of a list on its viewport, for the length of one paint event. Only cells in sight are read.
+class ReportRowPainter
+{
+public:
+    ReportRowPainter(const ReportGridView& view, QPainter& painter);
+
+    /// The rows that `area`, a part of the viewport, meets.
+    void paintRows(const QRect& area);
+
+private:
+    void paintGroup(int row, const QRect& rect, bool selected);
+    void paintRecord(int row, const QRect& rect);
+    QColor checkColor(bool checked) const;
+
+    const ReportGridView& m_view;
+    QPainter& m_painter;
+    const QPalette m_palette;
+    const QPalette::ColorGroup m_colors;
+};
+
+/// A text on one line: control characters are blanks, and what cannot be seen at once is cut.
+QString oneLine(QString text);
+
+} // namespace zul
