@@ -6,8 +6,8 @@
 
 #include <Zul_MessageBuilder.h>
 
-#include "base/Utf8.h"
 #include "automation/Uuid.h"
+#include "base/Utf8.h"
 
 TEST(Guid, GoesToTextAndBack)
 {

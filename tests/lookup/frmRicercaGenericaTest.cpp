@@ -243,7 +243,7 @@ TEST_F(RicercaGenericaTest, EnterOnTheSearchButtonSearches)
     auto* search = find<QPushButton>("cmdRicVeloce");
     search->setFocus();
     QTest::keyClick(search, Qt::Key_Return);
-    EXPECT_EQ(grid()->visibleRowCount(), 1);
+    EXPECT_EQ(probeOf(grid())->visibleRowCount(), 1);
 }
 
 TEST_F(RicercaGenericaTest, OtherKeysDoNothing)

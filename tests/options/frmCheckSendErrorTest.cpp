@@ -249,7 +249,7 @@ TEST_F(CheckSendErrorTest, EscapeIsItsClose)
         open();
         fill(u"s"_s, u"1"_s);
         if (inGrid)
-            QTest::keyClick(grid()->bodyViewport(), Qt::Key_Escape);
+            QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_Escape);
         else
             QTest::keyClick(find<QLineEdit>("txtFTP_Server"), Qt::Key_Escape);
         EXPECT_FALSE(form->isVisible());

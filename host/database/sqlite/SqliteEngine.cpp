@@ -5,8 +5,8 @@
 #include "host/database/Schema.h"
 #include "host/database/products/Product.h"
 #include "host/dialect/Dialect.h"
-#include "host/dialect/writer/Sql.h"
 #include "host/dialect/SqliteFunctions.h"
+#include "host/dialect/writer/Sql.h"
 
 #include <sqlite3.h>
 
