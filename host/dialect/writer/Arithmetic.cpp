@@ -80,9 +80,16 @@ Piece ExpressionWriter::uniform(Piece left, const Expr& expr, std::size_t& next)
     }
     if (operands.empty())
         return left;
-    for (std::size_t group = operands.size(); group > flatChain; group = (group + 1) / 2)
-        ++left.nesting;
-    left.sql = joined(operands, texts ? " || " : factors ? " * " : " + ");
+    const std::string word = texts ? " || " : factors ? " * " : " + ";
+    if (operands.size() > flatChain) {
+        for (std::size_t group = operands.size(); group > flatChain; group = (group + 1) / 2)
+            left.nesting = deeper(left, expr.offset);
+        left.sql = joined(operands, word);
+    } else {
+        left.sql = std::move(operands.front());
+        for (std::size_t i = 1; i < operands.size(); ++i)
+            left.sql += word + operands[i];
+    }
     left.type = type;
     return left;
 }
@@ -146,7 +153,7 @@ Piece ExpressionWriter::plus(Piece left, Piece right, std::size_t offset) const
 // One call for a hundred operands: the function takes any number of arguments, the engine a limited depth.
 Piece ExpressionWriter::added(Piece left, const Piece& right, ColumnType type, std::size_t offset) const
 {
-    if (left.addends == 0 || left.addends == static_cast<int>(flatChain)) {
+    if (left.addends == 0 || left.addends == flatChain) {
         Piece piece = enclosed("zul_add(", std::move(left), ", " + right.sql + ")", type, offset);
         piece.addends = 2;
         return piece;
@@ -211,18 +218,24 @@ Piece ExpressionWriter::quotient(Piece left, const std::string& op, const Piece&
     return piece;
 }
 
-// The left side so far, inside a call.
-Piece ExpressionWriter::enclosed(std::string_view before, Piece left, const std::string& after,
-                                 ColumnType type, std::size_t offset) const
+// The nesting of the left side, one level deeper.
+int ExpressionWriter::deeper(const Piece& left, std::size_t offset) const
 {
     if (left.nesting >= deepestChain)
         failAt(m_text, offset,
                "a chain of operators as long as this one can only join texts, or add, subtract or multiply "
                "numbers");
+    return left.nesting + 1;
+}
+
+// The left side so far, inside a call.
+Piece ExpressionWriter::enclosed(std::string_view before, Piece left, const std::string& after,
+                                 ColumnType type, std::size_t offset) const
+{
     Piece piece{.sql = std::move(left.sql), .type = type};
     piece.sql.insert(0, before);
     piece.sql += after;
-    piece.nesting = left.nesting + 1;
+    piece.nesting = deeper(left, offset);
     return piece;
 }
 

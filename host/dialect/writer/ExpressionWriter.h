@@ -70,6 +70,7 @@ private:
     Piece product(Piece left, const std::string& op, Piece right, std::size_t offset) const;
     Piece quotient(Piece left, const std::string& op, const Piece& right, std::size_t offset) const;
     Piece added(Piece left, const Piece& right, ColumnType type, std::size_t offset) const;
+    int deeper(const Piece& left, std::size_t offset) const;
     Piece enclosed(std::string_view before, Piece left, const std::string& after, ColumnType type,
                    std::size_t offset) const;
     Piece operand(Piece left, Binding binding, std::size_t offset) const;

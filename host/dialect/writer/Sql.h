@@ -41,7 +41,7 @@ struct Piece
     Binding binding = Binding::Primary;
     bool collates = false;         ///< brings its own collation: a table's column, or an explicit COLLATE
     const Expr* literal = nullptr; ///< the literal it is, if it is one
-    int addends = 0;               ///< arguments so far of the zul_add call it is; 0 when it is none
+    std::size_t addends = 0;       ///< arguments so far of the zul_add call it is; 0 when it is none
     int nesting = 0; ///< how many calls and parentheses a chain of operators opens at its beginning
 
     /// As an operand of an operator that binds as given: in parentheses where needed.
