@@ -35,14 +35,9 @@ ColumnLists resultGridLists(int fieldCount)
         const bool isCheck = field == ColumnSelezione;
         lists.visibility += isId ? u"0,"_s : u"1,"_s;
         lists.buttonType += isCheck ? u"CHK,"_s : u"0,"_s;
-        lists.checked += isCheck ? u"1,"_s : u"0,"_s;
         lists.sizable += u"1,"_s;
-        lists.editMask += u"0,"_s;
-        lists.preFormat += u"0,"_s;
-        lists.preFormatColore += u"0,"_s;
     }
-    for (QString* list : {&lists.visibility, &lists.buttonType, &lists.checked, &lists.sizable,
-                          &lists.editMask, &lists.preFormat, &lists.preFormatColore})
+    for (QString* list : {&lists.visibility, &lists.buttonType, &lists.sizable})
         list->chop(1);
     return lists;
 }

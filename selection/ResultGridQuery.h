@@ -29,16 +29,13 @@ enum ResultColumn : int
 /// order in which the database returns them.
 QString resultGridQuery(QDate today);
 
-/// What the grid-filling object is told of the columns: one entry per field, separated by commas.
+/// What the grid is told of the columns: one entry per field, separated by commas. A grid of the host's knows more
+/// lists (masks, formats, colours); for this query they would ask for nothing, and there are none.
 struct ColumnLists
 {
     QString visibility; ///< "0" hidden, "1" shown
     QString buttonType; ///< "CHK" for the check column, else "0"
-    QString checked;    ///< "1" for the check column, else "0"
     QString sizable;    ///< "1" for every field
-    QString editMask;   ///< "0" for every field, like the two that follow
-    QString preFormat;
-    QString preFormatColore;
 };
 
 /// The lists for so many fields of the query's result.

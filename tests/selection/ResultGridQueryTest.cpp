@@ -33,12 +33,7 @@ TEST(ResultGridQueryTest, ListsHaveOneEntryPerField)
     const ColumnLists lists = resultGridLists(13);
     EXPECT_EQ(lists.visibility, QStringLiteral("0,1,1,1,1,1,1,1,1,1,1,1,1"));
     EXPECT_EQ(lists.buttonType, QStringLiteral("0,CHK,0,0,0,0,0,0,0,0,0,0,0"));
-    EXPECT_EQ(lists.checked, QStringLiteral("0,1,0,0,0,0,0,0,0,0,0,0,0"));
     EXPECT_EQ(lists.sizable, QStringLiteral("1,1,1,1,1,1,1,1,1,1,1,1,1"));
-    const QString zeros = QStringLiteral("0,0,0,0,0,0,0,0,0,0,0,0,0");
-    EXPECT_EQ(lists.editMask, zeros);
-    EXPECT_EQ(lists.preFormat, zeros);
-    EXPECT_EQ(lists.preFormatColore, zeros);
 }
 
 TEST(ResultGridQueryTest, ListsOfOtherFieldCounts)
