@@ -447,7 +447,7 @@ QString ReportGrid::textFilter() const
 
 // --- Layout
 
-bool ReportGrid::saveLayout(const QString& path, const QString& section) const
+LayoutSaved ReportGrid::saveLayout(const QString& path, const QString& section) const
 {
     std::vector<ColumnLayout> layout;
     for (int column = 0; column < columnCount(); ++column) {
