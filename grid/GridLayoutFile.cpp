@@ -11,28 +11,46 @@ namespace zul {
 namespace {
 
 constexpr qint64 largestFile = 1 << 20; // a layout is a few lines; a larger file is not ours
-constexpr int mostColumns = 4096;
+constexpr size_t mostColumns = 4096;
 constexpr int widestColumn = 32767;
 
-/// The file's lines with their ends; an unreadable or absurd file has none.
-QList<QByteArray> linesOf(const QString& path)
+/// What the file holds. A file that is not there has no lines.
+struct Content
 {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || file.size() > largestFile || !file.open(QIODevice::ReadOnly)) {
+    QString error;           // why it cannot be read
+    QByteArray mark;         // that some editors put before UTF-8
+    QList<QByteArray> lines; // with their ends
+};
+
+Content contentOf(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.exists()) {
         return {};
     }
-    const QByteArray content = file.read(largestFile);
-    QList<QByteArray> lines;
-    for (qsizetype begin = 0; begin < content.size();) {
-        qsizetype end = content.indexOf('\n', begin);
-        end = end < 0 ? content.size() : end + 1;
-        lines.append(content.mid(begin, end - begin));
+    if (!info.isFile()) {
+        return {QStringLiteral("it is not a file"), {}, {}};
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {file.errorString(), {}, {}};
+    }
+    const QByteArray bytes = file.read(largestFile + 1);
+    if (file.error() != QFileDevice::NoError) {
+        return {file.errorString(), {}, {}};
+    }
+    if (bytes.size() > largestFile) {
+        return {QStringLiteral("it is too large for a layout file"), {}, {}};
+    }
+    Content content;
+    content.mark = bytes.startsWith("\xEF\xBB\xBF") ? bytes.left(3) : QByteArray();
+    for (qsizetype begin = content.mark.size(); begin < bytes.size();) {
+        qsizetype end = bytes.indexOf('\n', begin);
+        end = end < 0 ? bytes.size() : end + 1;
+        content.lines.append(bytes.mid(begin, end - begin));
         begin = end;
     }
-    if (!lines.isEmpty() && lines.first().startsWith("\xEF\xBB\xBF")) {
-        lines.first().remove(0, 3);
-    }
-    return lines;
+    return content;
 }
 
 bool isSectionLine(const QByteArray& line)
@@ -62,9 +80,22 @@ std::optional<ColumnLayout> columnFrom(const QByteArray& value)
     const QByteArray visible = parts[2].trimmed();
     column.visible = visible == "1";
     column.field = QString::fromUtf8(QByteArray::fromPercentEncoding(parts[3].trimmed()));
-    const bool ok = positionOk && widthOk && column.position >= 0 && column.position < mostColumns &&
-                    column.width >= 0 && column.width <= widestColumn && (visible == "1" || visible == "0");
+    const bool ok = positionOk && widthOk && column.position >= 0 &&
+                    column.position < static_cast<int>(mostColumns) && column.width >= 0 &&
+                    column.width <= widestColumn && (visible == "1" || visible == "0");
     return ok ? std::optional(column) : std::nullopt;
+}
+
+QByteArray sectionOf(const QString& section, const std::vector<ColumnLayout>& columns)
+{
+    QByteArray lines = '[' + section.toUtf8() + "]\nLayout=1\n";
+    int number = 0;
+    for (const ColumnLayout& column : columns) {
+        lines += "Column" + QByteArray::number(++number) + '=' + QByteArray::number(column.position) + ',' +
+                 QByteArray::number(qBound(0, column.width, widestColumn)) + ',' +
+                 (column.visible ? "1," : "0,") + column.field.toUtf8().toPercentEncoding() + '\n';
+    }
+    return lines;
 }
 
 } // namespace
@@ -75,7 +106,7 @@ std::optional<std::vector<ColumnLayout>> GridLayoutFile::read(const QString& sec
     QSet<int> positions;
     bool inside = false;
     bool known = false;
-    for (const QByteArray& line : linesOf(m_path)) {
+    for (const QByteArray& line : contentOf(m_path).lines) {
         if (isSectionLine(line)) {
             if (inside) {
                 break;
@@ -103,23 +134,28 @@ std::optional<std::vector<ColumnLayout>> GridLayoutFile::read(const QString& sec
     return known && !columns.empty() ? std::optional(columns) : std::nullopt;
 }
 
-bool GridLayoutFile::write(const QString& section, const std::vector<ColumnLayout>& columns) const
+LayoutSaved GridLayoutFile::write(const QString& section, const std::vector<ColumnLayout>& columns) const
 {
-    const QFileInfo info(m_path);
-    if (info.exists() && (!info.isFile() || !info.isReadable() || info.size() > largestFile)) {
-        return false; // what we cannot read we would lose
+    const QString error = tryWrite(section, columns);
+    return {error.isEmpty()
+                ? QString()
+                : QStringLiteral("The column layout cannot be saved in \"%1\": %2").arg(m_path, error)};
+}
+
+QString GridLayoutFile::tryWrite(const QString& section, const std::vector<ColumnLayout>& columns) const
+{
+    if (section.trimmed() != section || section.contains(QLatin1Char('\n')) || columns.size() > mostColumns) {
+        return QStringLiteral("it could not be read again");
     }
-    QByteArray own = '[' + section.toUtf8() + "]\nLayout=1\n";
-    int number = 0;
-    for (const ColumnLayout& column : columns) {
-        own += "Column" + QByteArray::number(++number) + '=' + QByteArray::number(column.position) + ',' +
-               QByteArray::number(column.width) + ',' + (column.visible ? "1," : "0,") +
-               column.field.toUtf8().toPercentEncoding() + '\n';
+    const Content before = contentOf(m_path);
+    if (!before.error.isEmpty()) {
+        return before.error; // what we cannot read we would lose
     }
-    QByteArray content;
+    const QByteArray own = sectionOf(section, columns);
+    QByteArray content = before.mark;
     bool inside = false;
     bool written = false;
-    for (const QByteArray& line : linesOf(m_path)) {
+    for (const QByteArray& line : before.lines) {
         if (isSectionLine(line)) {
             inside = isSectionLine(line, section.toUtf8());
             if (inside && !written) {
@@ -132,15 +168,20 @@ bool GridLayoutFile::write(const QString& section, const std::vector<ColumnLayou
         }
     }
     if (!written) {
-        if (!content.isEmpty() && !content.endsWith('\n')) {
+        if (!before.lines.isEmpty() && !content.endsWith('\n')) {
             content += '\n';
         }
         content += own;
     }
+    if (content.size() > largestFile) {
+        return QStringLiteral("the file would become too large");
+    }
     QSaveFile file(m_path);
     // A folder in which the operator may not make files may still hold a layout file that he may write.
     file.setDirectWriteFallback(true);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    const bool saved =
+        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    return saved ? QString() : file.errorString();
 }
 
 } // namespace zul

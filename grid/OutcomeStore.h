@@ -8,8 +8,8 @@
 
 namespace zul {
 
-// A million outcome lines cost what their UTF-8 text costs and 16 bytes each: the texts stand one behind the
-// other in large blocks, with no object per line.
+/// A million outcome lines cost what their UTF-8 text costs and 16 bytes each: the texts stand one behind the
+/// other in large blocks, with no object per line.
 class OutcomeStore
 {
 public:
@@ -17,11 +17,11 @@ public:
     void clear();
 
     [[nodiscard]] int count() const { return static_cast<int>(m_lines.size()); }
-    // Empty for an index out of range.
+    /// Empty for an index out of range.
     [[nodiscard]] QString line(int index) const;
 
-    // The length of the longest line so far, in character cells of a monospaced font; characters outside of
-    // the Western scripts count as two.
+    /// The length of the longest line so far, in character cells of a monospaced font; characters outside of
+    /// the Western scripts count as two.
     [[nodiscard]] int widest() const { return m_widest; }
 
 private:

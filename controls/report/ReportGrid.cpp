@@ -378,7 +378,7 @@ QString ReportGrid::textFilter() const
 
 // --- Layout
 
-bool ReportGrid::saveLayout(const QString& path, const QString& section) const
+LayoutSaved ReportGrid::saveLayout(const QString& path, const QString& section) const
 {
     return GridLayoutFile(path).write(section, headerLayout(*m->header, *m->model));
 }

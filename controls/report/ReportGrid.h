@@ -2,6 +2,7 @@
 #pragma once
 
 #include "grid/ColumnStore.h"
+#include "grid/GridLayoutFile.h"
 #include "grid/ReportColumn.h"
 
 #include <QWidget>
@@ -111,8 +112,8 @@ public:
     // --- Layout: widths, order and visibility of the columns, by field name
 
     /// Writes the layout into a section of an INI file; other sections stay as they are. The file is replaced
-    /// as a whole or not at all. False when it cannot be written. The path is in the platform's form.
-    bool saveLayout(const QString& path, const QString& section) const;
+    /// as a whole or not at all. The result says why when it cannot be written. The path is in the platform's form.
+    LayoutSaved saveLayout(const QString& path, const QString& section) const;
     /// Applies a saved layout. False, and nothing changes, when the file or the section is missing or not one
     /// of ours. Columns that the file does not know keep their place and width.
     bool loadLayout(const QString& path, const QString& section);

@@ -1,10 +1,10 @@
 // Under which names the lookup dialog's handlers report. An owner's listener that fails stands for whatever may
 // fail in a handler.
 #include "controls/report/ReportGrid.h"
+#include "controls/report/ReportGridModel.h"
 #include "lookup/frmRicercaGenerica.h"
 #include "tests/support/ComponentTest.h"
 
-#include <QAbstractItemModel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -48,7 +48,7 @@ TEST_F(RicercaGenericaReportsTest, Ok)
 TEST_F(RicercaGenericaReportsTest, QuickSearch)
 {
     auto* grid = dialog.findChild<ReportGrid*>(u"grdRicerca"_s);
-    QObject::connect(grid->itemModel(), &QAbstractItemModel::modelReset, &RicercaGenericaReportsTest::fail);
+    QObject::connect(grid->findChild<ReportGridModel*>(), &QAbstractItemModel::modelReset, &RicercaGenericaReportsTest::fail);
     dialog.findChild<QLineEdit*>(u"txtRicVeloce"_s)->setText(u"x"_s);
     click("cmdRicVeloce");
     expectReport(u"RicercaVeloce"_s);

@@ -41,29 +41,6 @@ TEST(OutcomeKindTest, IsToldByTheTag)
     EXPECT_EQ(zul::outcomeKind(u"OK - Rossi"), zul::OutcomeKind::Continuation);
 }
 
-TEST(OutcomeStoreTest, GivesBackEveryLineAsItWas)
-{
-    zul::OutcomeStore store;
-    const QStringList lines{QString(),
-                            u"OK     - D'Amico \"100%\" à è € 😀"_s,
-                            QString(10000, u'x'),
-                            u"a\r\nb"_s,
-                            QString(3000000, u'€'),
-                            u"fine"_s};
-    for (const QString& line : lines) {
-        store.append(line);
-    }
-    ASSERT_EQ(store.count(), lines.size());
-    for (int i = 0; i < store.count(); ++i) {
-        EXPECT_EQ(store.line(i), lines[i]) << i;
-    }
-    EXPECT_EQ(store.line(-1), QString());
-    EXPECT_EQ(store.line(6), QString());
-    store.clear();
-    EXPECT_EQ(store.count(), 0);
-    EXPECT_EQ(store.line(0), QString());
-}
-
 TEST(OutcomeModelTest, AnnouncesLinesInBatches)
 {
     zul::OutcomeModel model;
