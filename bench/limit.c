@@ -383,7 +383,10 @@ static int64_t nextId(sqlite3_stmt* statement)
 {
     bindText(statement, 1, "TMK_MailingList");
     bindText(statement, 2, "idMailing");
-    return runOnce(statement);
+    run(zulDoNotWaitForDisk);
+    const int64_t id = runOnce(statement);
+    run(zulWaitForDisk);
+    return id;
 }
 
 // The current date and time, or one of them, as the tables keep it.

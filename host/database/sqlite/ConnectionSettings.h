@@ -3,10 +3,16 @@
 #ifndef ZUL_CONNECTION_SETTINGS_H
 #define ZUL_CONNECTION_SETTINGS_H
 
+// What was committed has been told to the operator as prepared, and stands on the disk: each commit waits for it. Only
+// a number that is given out does not: it may be lost with the power as long as nothing was written with it, and what is
+// written with it takes it along, since the log is synced from its beginning on.
+#define ZUL_WAIT_FOR_DISK "PRAGMA synchronous=FULL"
+static const char* const zulWaitForDisk = ZUL_WAIT_FOR_DISK;
+static const char* const zulDoNotWaitForDisk = "PRAGMA synchronous=NORMAL";
+
 static const char* const zulConnectionSettings[] = {
     "PRAGMA journal_mode=WAL",
-    // What was committed has been told to the operator as prepared, and stands on the disk: each commit waits for it.
-    "PRAGMA synchronous=FULL",
+    ZUL_WAIT_FOR_DISK,
     "PRAGMA foreign_keys=OFF",
     "PRAGMA cache_size=-65536",
     "PRAGMA temp_store=MEMORY",

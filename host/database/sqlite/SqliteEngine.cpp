@@ -4,6 +4,7 @@
 #include "host/database/Names.h"
 #include "host/database/Schema.h"
 #include "host/database/products/Product.h"
+#include "host/database/sqlite/ConnectionSettings.h"
 #include "host/dialect/Dialect.h"
 #include "host/dialect/SqliteFunctions.h"
 #include "host/dialect/writer/Sql.h"
@@ -34,9 +35,7 @@ bool isBatch(std::string_view sql)
            sql.find_first_not_of(" \t\r\n;", semicolon) != std::string_view::npos;
 }
 
-/// A commit that does not wait for the disk, outside a transaction. For a number that is given out: it may be lost with
-/// the power as long as nothing was written with it, and what is written with it takes it along to the disk, since a log
-/// is synced from its beginning on.
+/// Lets a number be given out without waiting for the disk; see ConnectionSettings.h. Within a transaction nothing waits.
 class UnsyncedCommit
 {
 public:
@@ -44,12 +43,12 @@ public:
         : m_database(sqlite3_get_autocommit(database.handle()) != 0 ? &database : nullptr)
     {
         if (m_database != nullptr)
-            m_database->run("PRAGMA synchronous=NORMAL");
+            m_database->run(zulDoNotWaitForDisk);
     }
     ~UnsyncedCommit()
     {
         if (m_database != nullptr)
-            sqlite3_exec(m_database->handle(), "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
+            sqlite3_exec(m_database->handle(), zulWaitForDisk, nullptr, nullptr, nullptr);
     }
     UnsyncedCommit(const UnsyncedCommit&) = delete;
     UnsyncedCommit& operator=(const UnsyncedCommit&) = delete;
