@@ -65,6 +65,7 @@ private:
     Criteria criteria() const;
     bool testFiltri();
     void cmdElabora_Click();
+    void search();
     void CaricaGriglia();
     void GrdAllSelectedValue(bool value);
     void saveLayout(int kind);

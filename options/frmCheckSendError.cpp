@@ -12,6 +12,7 @@
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
+#include "session/IgnoredInput.h"
 #include "session/Platform.h"
 #include "session/Session.h"
 #include "session/Settings.h"
@@ -145,6 +146,7 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
                        .buttons = MessageButtons::Ok});
             return;
         }
+        const IgnoredInput ignored(this);
         // Session and connection end with the test.
         cFtp ftp;
         download(ftp);
@@ -221,6 +223,7 @@ void frmCheckSendError::addColumns()
 void frmCheckSendError::cmdSMS_ClearAccount_Click()
 {
     trapped(procedure(u"cmdSMS_ClearAccount_Click"_s), [&] {
+        const IgnoredInput ignored(this);
         const WaitCursor waiting;
         const uint32_t count = m_ui->grid_result->recordCount();
         if (count > 0) {
