@@ -7,6 +7,7 @@
 #include "messages/CreateSMS.h"
 #include "session/ComponentObject.h"
 #include "session/FormHelpers.h"
+#include "session/IgnoredInput.h"
 #include "session/Session.h"
 #include "session/SmsSender.h"
 #include "ui_frmSMS.h"
@@ -34,8 +35,12 @@ SendPages::SendPages(Ui::frmSMS& ui, QWidget* form)
                 [&] { m_ui.tab_Invio->setCurrentIndex(PageTipoInvio); });
     });
     connect(m_ui.cmdProsegui2, &QPushButton::clicked, this, &SendPages::cmdProsegui2_Click);
-    connect(m_ui.cmdCreaMessaggi, &QPushButton::clicked, this,
-            [this] { trapped(smsProcedure(u"cmdCreaMessaggi_Click"_s), [&] { PreparaInvioMessaggi(); }); });
+    connect(m_ui.cmdCreaMessaggi, &QPushButton::clicked, this, [this] {
+        trapped(smsProcedure(u"cmdCreaMessaggi_Click"_s), [&] {
+            const IgnoredInput ignored(m_form);
+            PreparaInvioMessaggi();
+        });
+    });
     connect(m_ui.cmdApriGestoreSMS, &QPushButton::clicked, this, [this] {
         trapped(smsProcedure(u"cmdApriGestoreSMS_Click"_s), [&] { AvviaSmsSender(true, QString(), m_form); });
     });

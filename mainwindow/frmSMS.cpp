@@ -15,6 +15,7 @@
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
+#include "session/IgnoredInput.h"
 #include "session/Platform.h"
 #include "session/Session.h"
 #include "ui_frmSMS.h"
@@ -295,18 +296,26 @@ void frmSMS::cmdElabora_Click()
             return;
         const QPointer<QWidget> focused = focusWidget();
         m_ui->cmdElabora->setEnabled(false);
+        // The search holds the thread until its end: what is to be seen meanwhile is drawn now.
+        m_ui->cmdElabora->repaint();
         setEnabled(false);
-        const WaitCursor waiting;
-        // Held here: a host may hand over another connection from one of its own calls.
-        const auto filters = session().customerFilterSql();
-        fillScratchTable(session().connection().connection(), *filters, chosen, QDate::currentDate());
-        CaricaGriglia();
+        search(chosen);
         // An error on the way leaves button and form disabled: that search has no result to work with.
         m_ui->cmdElabora->setEnabled(true);
         setEnabled(true);
         if (focused)
             focused->setFocus();
     });
+}
+
+void frmSMS::search(const Criteria& chosen)
+{
+    const WaitCursor waiting;
+    const IgnoredInput ignored(this);
+    // Held here: a host may hand over another connection from one of its own calls.
+    const auto filters = session().customerFilterSql();
+    fillScratchTable(session().connection().connection(), *filters, chosen, QDate::currentDate());
+    CaricaGriglia();
 }
 
 void frmSMS::avviaRicerca()

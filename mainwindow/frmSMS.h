@@ -65,6 +65,7 @@ private:
     Criteria criteria() const;
     bool testFiltri(const Criteria& chosen);
     void cmdElabora_Click();
+    void search(const Criteria& chosen);
     void CaricaGriglia();
     void GrdAllSelectedValue(bool value);
     void saveLayout(int kind);

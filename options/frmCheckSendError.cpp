@@ -12,6 +12,7 @@
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
+#include "session/IgnoredInput.h"
 #include "session/Platform.h"
 #include "session/Session.h"
 #include "session/SettingsStore.h"
@@ -153,6 +154,7 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
                 notice(u"Attenzione impostazioni non valide"_s, MessageIcon::Information, ApplicationTitle));
             return;
         }
+        const IgnoredInput ignored(this);
         // Session and connection end with the test.
         cFtp ftp;
         download(ftp);
@@ -226,6 +228,7 @@ void frmCheckSendError::addColumns()
 void frmCheckSendError::cmdSMS_ClearAccount_Click()
 {
     trapped(procedure(u"cmdSMS_ClearAccount_Click"_s), [&] {
+        const IgnoredInput ignored(this);
         const WaitCursor waiting;
         const uint32_t count = m_ui->grid_result->recordCount();
         if (count > 0) {

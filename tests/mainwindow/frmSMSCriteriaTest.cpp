@@ -2,10 +2,12 @@
 #include "controls/look/CommonLook.h"
 #include "grid/GridLayoutFile.h"
 #include "tests/mainwindow/SmsFormTest.h"
+#include "tests/support/QueuedInput.h"
 
 #include <QDate>
 #include <array>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace zul {
 namespace {
@@ -438,6 +440,58 @@ TEST_F(SmsFormCriteriaTest, ASearchDisablesButtonAndFormAndEnablesThemAgain)
         "WHERE 1=1 ");
     EXPECT_EQ(host.operations()[2].rfind("open SELECT DISTINCT tabClienti.IdCLiente", 0), 0U);
     EXPECT_TRUE(messages.empty()) << "nobody counts the matches";
+}
+
+TEST_F(SmsFormCriteriaTest, WhatIsClickedAndTypedWhileASearchRunsComesToNothing)
+{
+    open();
+    scriptCustomers({customer(1, "Rossi", "333", "a@b.it"), customer(2, "Verdi", "", "")});
+    edit("txtANA_Eta_I")->setFocus();
+    bool queued = false;
+    host.during("execute INSERT", [&] {
+        if (std::exchange(queued, true))
+            return;
+        queueClick(button("cmdElabora"));
+        queueClick(button("cmdElabora"));
+        queueClick(button("cmdSelAll"));
+        queueKey(form.get(), Qt::Key_9);
+        queueKey(form.get(), Qt::Key_Tab);
+    });
+    QTest::mouseClick(button("cmdElabora"), Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(host.operations("execute INSERT").size(), 1U) << "three clicks, one search";
+    EXPECT_EQ(marks(), u"--"_s);
+    EXPECT_EQ(edit("txtANA_Eta_I")->text(), QString());
+    click("cmdSelAll");
+    EXPECT_EQ(marks(), u"xx"_s) << "what comes afterwards counts again";
+}
+
+TEST_F(SmsFormCriteriaTest, TheButtonIsDrawnDisabledWhileItsSearchRuns)
+{
+    open();
+    int drawn = 0;
+    class Watch : public QObject
+    {
+    public:
+        explicit Watch(int& count)
+            : m_count(count)
+        {}
+        bool eventFilter(QObject* watched, QEvent* event) override
+        {
+            if (event->type() == QEvent::Paint && !static_cast<QWidget*>(watched)->isEnabled())
+                ++m_count;
+            return false;
+        }
+
+    private:
+        int& m_count;
+    };
+    Watch watch(drawn);
+    button("cmdElabora")->installEventFilter(&watch);
+    int drawnBeforeTheFirstStatement = 0;
+    host.during("execute Delete", [&] { drawnBeforeTheFirstStatement = drawn; });
+    click("cmdElabora");
+    EXPECT_EQ(drawnBeforeTheFirstStatement, 1);
 }
 
 TEST_F(SmsFormCriteriaTest, EveryCriterionReachesTheStatements)

@@ -5,8 +5,10 @@
 #include "session/Platform.h"
 #include "tests/mainwindow/SmsFormTest.h"
 #include "tests/messages/FakeRecipients.h"
+#include "tests/support/QueuedInput.h"
 
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace zul {
 namespace {
@@ -316,6 +318,23 @@ TEST_F(SmsFormSendingTest, AFailedRunKeepsItsMarksAndASecondClickPreparesAgain)
     EXPECT_EQ(lines().size(), 3) << "the list shows the last run only";
     EXPECT_EQ(host.savedRecords().size(), 2U);
     expectTold(messagesDone);
+}
+
+TEST_F(SmsFormSendingTest, WhatIsClickedWhileARunFailsDoesNotStartAnother)
+{
+    openWithCustomers();
+    click("RBN_SoloSMS");
+    selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
+    host.saveAnswers() = {false};
+    bool queued = false;
+    host.during("customer 1", [&] {
+        if (!std::exchange(queued, true))
+            queueClick(button("cmdCreaMessaggi"));
+    });
+    prepare();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(messages.empty()) << "no message stood between the click and the window";
+    EXPECT_EQ(host.operations("customer").size(), 1U);
 }
 
 TEST_F(SmsFormSendingTest, ARunTimeErrorOfACreatorIsLoggedUnderItsName)

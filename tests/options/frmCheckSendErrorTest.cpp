@@ -7,6 +7,7 @@
 #include "session/FormHelpers.h"
 #include "tests/ftp/ScriptedServer.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/QueuedInput.h"
 
 #include <QFile>
 #include <QGroupBox>
@@ -15,6 +16,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace zul {
 namespace {
@@ -428,6 +430,23 @@ TEST_F(CheckSendErrorTest, ANumberWithAnApostropheEndsTheTestAndIsNotSent)
     EXPECT_EQ(logged(),
               QStringList{u"cmdSMS_TestSMS_Click | Error 5 (A number with an apostrophe is not sent to "
                           "the database) in procedure cmdSMS_TestSMS_Click of Form frmCheckSendError | "_s});
+}
+
+TEST_F(CheckSendErrorTest, WhatIsClickedWhileATestRunsComesToNothing)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    bool queued = false;
+    host.during("'%222%'", [&] {
+        if (std::exchange(queued, true))
+            return;
+        queueClick(find<QPushButton>("cmdSMS_TestSMS"));
+        queueClick(find<QPushButton>("cmdSMS_ClearAccount"));
+    });
+    checkOldReport("222\n");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(messages.size(), 1U) << "one test";
+    EXPECT_TRUE(host.operations("execute").empty());
+    EXPECT_EQ(shownRows(), QStringList{u"222|Uno"_s});
 }
 
 TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)

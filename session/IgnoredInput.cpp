@@ -1,0 +1,73 @@
+#include "session/IgnoredInput.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QWindow>
+
+namespace zul {
+
+namespace {
+
+bool isInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TabletPress:
+    case QEvent::TabletRelease:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The widget, or the shortcut of a widget, stands in the form's window.
+bool standsIn(const QObject* object, const QWidget* form)
+{
+    for (const QObject* at = object; at != nullptr; at = at->parent()) {
+        if (const auto* widget = qobject_cast<const QWidget*>(at))
+            return widget->window() == form;
+    }
+    return false;
+}
+
+} // namespace
+
+IgnoredInput::IgnoredInput(QWidget* form)
+    : m_form(form)
+{
+    qApp->installEventFilter(this);
+}
+
+IgnoredInput::~IgnoredInput()
+{
+    if (!m_form || !m_form->isVisible())
+        return;
+    // What waits is taken from the queue now. The form is not drawn meanwhile: it may be disabled, and would only
+    // flash.
+    constexpr int AtMostMilliseconds = 100;
+    m_form->setUpdatesEnabled(false);
+    QCoreApplication::processEvents(QEventLoop::AllEvents, AtMostMilliseconds);
+    if (m_form)
+        m_form->setUpdatesEnabled(true);
+}
+
+bool IgnoredInput::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!m_form || !isInput(event->type()))
+        return false;
+    return watched == m_form->windowHandle() || standsIn(watched, m_form);
+}
+
+} // namespace zul
