@@ -85,7 +85,8 @@ void addColumns(QMenu& menu, ReportGrid& grid)
     QMenu* columns = menu.addMenu(u"Colonne"_s);
     int shownColumns = 0;
     for (int column = 0; column < grid.columnCount(); ++column) {
-        shownColumns += grid.isColumnShown(column) && !isGrouped(grid, column) ? 1 : 0;
+        const bool counts = grid.isColumnOffered(column) && !isGrouped(grid, column);
+        shownColumns += counts && grid.isColumnShown(column) ? 1 : 0;
     }
     for (int column = 0; column < grid.columnCount(); ++column) {
         if (!grid.isColumnOffered(column)) {
@@ -98,9 +99,14 @@ void addColumns(QMenu& menu, ReportGrid& grid)
         });
         show->setCheckable(true);
         show->setChecked(isShown);
-        // The last column shown stays, or there would be no header left to open this menu on.
+        // The last column shown stays, or there would be nothing left to see, nor a header to open this menu on.
         show->setEnabled(!isGrouped(grid, column) && (!isShown || shownColumns > 1));
     }
+    columns->addSeparator();
+    columns->addAction(u"Ripristina colonne"_s, &grid, [&grid] {
+        grid.resetColumns();
+        Q_EMIT grid.columnLayoutChanged(ReportGrid::ColumnShown);
+    });
 }
 
 } // namespace

@@ -63,7 +63,7 @@ public:
     int columnCount() const;
     QString columnField(int column) const;
     QString columnCaption(int column) const;
-    /// Whether the operator may see the column at all.
+    /// Whether the operator may show and hide the column: not the check column, nor one that is to stay hidden.
     bool isColumnOffered(int column) const;
     /// The cell as shown, in the user's locale; NULL is the empty text.
     QString cellText(uint32_t record, int column) const;
@@ -118,7 +118,9 @@ public:
     bool loadLayout(const QString& path, const QString& section);
     /// Whether the operator has the column shown, in the header or as a group.
     bool isColumnShown(int column) const;
-    void setColumnShown(int column, bool shown);
+    void setColumnShown(int column, bool shown); ///< only for columns that are offered
+    /// Widths, order and visibility as the columns were described. Order of the rows and groups stay.
+    void resetColumns();
 
     // --- Look
 

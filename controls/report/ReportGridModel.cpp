@@ -130,7 +130,7 @@ void ReportGridModel::setTextFilter(const QString& text)
 void ReportGridModel::setColumnShown(int column, bool shown)
 {
     const auto at = static_cast<size_t>(column);
-    if (at >= m_columns.size() || m_shown[at] == shown) {
+    if (at >= m_columns.size() || m_shown[at] == shown || column == m_checkColumn) {
         return;
     }
     if (m_filter.isEmpty()) {

@@ -61,7 +61,8 @@ public:
     void setGroupColumns(const std::vector<ReportSort>& columns);
     void setTextFilter(const QString& text);
     QString textFilter() const { return m_filter; }
-    /// Columns hidden by a layout are not searched either.
+    /// Columns that are hidden are not searched either. The check column stays as it was described: without it there
+    /// would be no way to tick.
     void setColumnShown(int column, bool shown);
     bool isColumnShown(int column) const;
     /// Sorted and filtered, records of closed groups included.
