@@ -43,6 +43,17 @@ void addOwnOrder(QMenu& menu, ReportGrid& grid, int column)
     addChange(menu, u"Raggruppa per questa colonna"_s, grid, [&grid, column] { grid.groupBy(column); });
 }
 
+void addCopies(QMenu& menu, ReportGrid& grid)
+{
+    const bool highlighted = grid.hasSelection();
+    // The shortcut is named only: the rows take the key themselves.
+    menu.addAction(u"Copia\tCtrl+C"_s, &grid, [&grid] { grid.copySelection(CopyHeaders::No); })
+        ->setEnabled(highlighted);
+    menu.addAction(u"Copia con intestazioni"_s, &grid, [&grid] { grid.copySelection(CopyHeaders::Yes); })
+        ->setEnabled(highlighted);
+    menu.addSeparator();
+}
+
 void addOrders(QMenu& menu, ReportGrid& grid)
 {
     QMenu* sort = menu.addMenu(u"Ordina per"_s);
@@ -118,6 +129,7 @@ QMenu* makeGridMenu(ReportGrid& grid, int column)
     if (column >= 0) {
         addOwnOrder(*menu, grid, column);
     } else {
+        addCopies(*menu, grid);
         addOrders(*menu, grid);
     }
     addGroupCommands(*menu, grid);

@@ -272,6 +272,11 @@ void ReportGrid::clearSelection()
     m->view->clearSelection();
 }
 
+void ReportGrid::copySelection(CopyHeaders headers) const
+{
+    copyHighlighted(*m->view, headers);
+}
+
 /// Runs a change that may reset the rows, and highlights again what was highlighted.
 template <typename Change>
 void ReportGrid::keepingHighlights(Change change)

@@ -1,6 +1,7 @@
 // The report grid: the list that every window of the system shows its rows in.
 #pragma once
 
+#include "controls/report/GridClipboard.h"
 #include "grid/ColumnStore.h"
 #include "grid/ReportColumn.h"
 
@@ -93,6 +94,9 @@ public:
     /// Gives a record the focus, highlights it alone and scrolls to it.
     void setCurrentRecord(uint32_t record);
     void clearSelection();
+    /// The highlighted records go to the clipboard: visible columns in their order, separated by tabs, under a line of
+    /// captions when asked for. Nothing when none is highlighted.
+    void copySelection(CopyHeaders headers) const;
 
     // --- Order, groups, filter
 

@@ -72,6 +72,8 @@ public:
     bool isGroup(int row) const;
     int record(int row) const;              ///< -1 for a group row and out of range
     int rowOfRecord(uint32_t record) const; ///< -1 when not on the screen; looks through all rows
+    /// The cell as it is shown; a tick is "Sì" or "No".
+    QString shownText(uint32_t record, int column) const;
     QString groupCaption(int row) const;
     int groupCount(int row) const;
     int groupLevel(int row) const;

@@ -2,6 +2,7 @@
 #include "controls/report/ReportGridProbe.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFile>
 #include <QItemSelectionModel>
 #include <QMenu>
@@ -428,6 +429,53 @@ TEST_F(ReportGridTest, AHiddenColumnStaysHiddenWhateverTheLayoutSays)
     EXPECT_EQ(probeOf(&grid)->visiblePosition(0), -1);
     EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1) << "hidden by the operator";
     EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 1);
+}
+
+TEST_F(ReportGridTest, CtrlCCopiesTheHighlightedRowsAsTheyStand)
+{
+    QClipboard& clipboard = *QApplication::clipboard();
+    clipboard.setText(u"altro"_s);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), u"altro"_s) << "nothing is highlighted";
+    grid.setChecked(7, true);
+    grid.sortBy(0, true);
+    clickRow(191); // Cliente 8
+    clickRow(192, Qt::ShiftModifier);
+    clickRow(199, Qt::ControlModifier);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), u"No\tCliente 8\tMilano\t28\t\nSì\tCliente 7\tMilano\t27\t\n"
+                                "No\tCliente 0\tRoma\t20\t"_s);
+    grid.setColumnShown(5, false);
+    drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(4).center(),
+         probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(2).center());
+    clickRow(192);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), u"Sì\t27\tCliente 7\tMilano"_s) << "visible columns, as they stand";
+    clickRow(190);
+    EXPECT_TRUE(choose(openMenu(-1), u"Copia con intestazioni"_s));
+    EXPECT_EQ(clipboard.text(), u"Selezione\tEta\tCliente\tPaese\nNo\t29\tCliente 9\tRoma"_s);
+    clickRow(192);
+    EXPECT_TRUE(choose(openMenu(-1), u"Copia\tCtrl+C"_s));
+    EXPECT_EQ(clipboard.text(), u"Sì\t27\tCliente 7\tMilano"_s);
+}
+
+TEST_F(ReportGridTest, CopiesRecordsOfGroupsAndTextsThatNeedCare)
+{
+    QClipboard& clipboard = *QApplication::clipboard();
+    const std::string awkward = "D'Amico\t\"50%\"\r\n😀 " + std::string(9'990, 'x');
+    grid.deleteRecords();
+    add(awkward, "Forlì", 3);
+    add("Rossi", "Roma", 4);
+    grid.populate();
+    grid.groupBy(3);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(),
+              u"No\tD'Amico \"50%\"  😀 %1\t3\t\nNo\tRossi\t4\t"_s.arg(QString(9'990, u'x')));
+    grid.clearSelection();
+    QMenu* menu = openMenu(-1);
+    EXPECT_FALSE(choose(menu, u"Copia con intestazioni"_s));
+    menu->close();
 }
 
 TEST_F(ReportGridTest, TheCheckColumnCannotBeHidden)
