@@ -2,8 +2,11 @@
 
 #include "controls/look/CommonLook.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QGridLayout>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -59,6 +62,24 @@ QString iconName(MessageIcon icon)
     return u"none"_s;
 }
 
+/// Ctrl+C copies the text, also where the platform's own box does not.
+class OperatorBox : public QMessageBox
+{
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->matches(QKeySequence::Copy)) {
+            QApplication::clipboard()->setText(text());
+            event->accept();
+            return;
+        }
+        QMessageBox::keyPressEvent(event);
+    }
+};
+
 QPushButton* addButton(QMessageBox& box, const QString& caption, const QString& name,
                        QMessageBox::ButtonRole role)
 {
@@ -113,7 +134,7 @@ Answer ask(QWidget* parent, const OperatorMessage& message)
     QString text = message.text;
     text.replace(u"\r\n"_s, u"\n"_s);
 
-    QMessageBox box(window);
+    OperatorBox box(window);
     box.setObjectName(u"messageBox"_s);
     box.setTextFormat(Qt::PlainText);
     box.setIcon(boxIcon(message.icon));

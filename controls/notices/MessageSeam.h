@@ -10,7 +10,7 @@ class QWidget;
 namespace zul {
 
 /// Shows the message over the parent's window and returns when the operator has answered. The first button is
-/// the default one; Escape and the close button answer No, or OK where that is the only button.
+/// the default one; Ctrl+C copies the text; Escape and the close button answer No, or OK where that is the only button.
 /// The box is a QMessageBox named "messageBox" with the buttons "ok", "yes" and "no" and the dynamic
 /// properties zulIcon (none, information, exclamation, critical, question), zulButtons (ok, yesno), zulTitle
 /// and zulText (the text as it was given, line breaks included).

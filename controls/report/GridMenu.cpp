@@ -43,6 +43,17 @@ void addOwnOrder(QMenu& menu, ReportGrid& grid, int column)
     addChange(menu, u"Raggruppa per questa colonna"_s, grid, [&grid, column] { grid.groupBy(column); });
 }
 
+void addCopies(QMenu& menu, ReportGrid& grid)
+{
+    const bool highlighted = grid.hasSelection();
+    // The shortcut is named only: the rows take the key themselves.
+    menu.addAction(u"Copia\tCtrl+C"_s, &grid, [&grid] { grid.copySelection(CopyHeaders::No); })
+        ->setEnabled(highlighted);
+    menu.addAction(u"Copia con intestazioni"_s, &grid, [&grid] { grid.copySelection(CopyHeaders::Yes); })
+        ->setEnabled(highlighted);
+    menu.addSeparator();
+}
+
 void addOrders(QMenu& menu, ReportGrid& grid)
 {
     QMenu* sort = menu.addMenu(u"Ordina per"_s);
@@ -85,7 +96,8 @@ void addColumns(QMenu& menu, ReportGrid& grid)
     QMenu* columns = menu.addMenu(u"Colonne"_s);
     int shownColumns = 0;
     for (int column = 0; column < grid.columnCount(); ++column) {
-        shownColumns += grid.isColumnShown(column) && !isGrouped(grid, column) ? 1 : 0;
+        const bool counts = grid.isColumnOffered(column) && !isGrouped(grid, column);
+        shownColumns += counts && grid.isColumnShown(column) ? 1 : 0;
     }
     for (int column = 0; column < grid.columnCount(); ++column) {
         if (!grid.isColumnOffered(column)) {
@@ -98,9 +110,14 @@ void addColumns(QMenu& menu, ReportGrid& grid)
         });
         show->setCheckable(true);
         show->setChecked(isShown);
-        // The last column shown stays, or there would be no header left to open this menu on.
+        // The last column shown stays, or there would be nothing left to see, nor a header to open this menu on.
         show->setEnabled(!isGrouped(grid, column) && (!isShown || shownColumns > 1));
     }
+    columns->addSeparator();
+    columns->addAction(u"Ripristina colonne"_s, &grid, [&grid] {
+        grid.resetColumns();
+        Q_EMIT grid.columnLayoutChanged(ReportGrid::ColumnShown);
+    });
 }
 
 } // namespace
@@ -112,6 +129,7 @@ QMenu* makeGridMenu(ReportGrid& grid, int column)
     if (column >= 0) {
         addOwnOrder(*menu, grid, column);
     } else {
+        addCopies(*menu, grid);
         addOrders(*menu, grid);
     }
     addGroupCommands(*menu, grid);

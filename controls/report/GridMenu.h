@@ -7,7 +7,7 @@ namespace zul {
 
 class ReportGrid;
 
-/// Everything that the mouse does with headers, by key too: order, groups, which columns are shown. `column` is the one
+/// Everything that the mouse does with headers, by key too: order, groups, which columns are shown; for the rows also copying. `column` is the one
 /// whose header was asked; -1 stands for the rows. The menu belongs to the grid and deletes itself when it closes.
 QMenu* makeGridMenu(ReportGrid& grid, int column);
 

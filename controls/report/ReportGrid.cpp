@@ -171,7 +171,8 @@ QString ReportGrid::columnCaption(int column) const
 
 bool ReportGrid::isColumnOffered(int column) const
 {
-    return column >= 0 && column < columnCount() && m->model->columns()[static_cast<size_t>(column)].visible;
+    return column >= 0 && column < columnCount() && column != checkColumn() &&
+           m->model->columns()[static_cast<size_t>(column)].visible;
 }
 
 QString ReportGrid::cellText(uint32_t record, int column) const
@@ -269,6 +270,11 @@ void ReportGrid::setCurrentRecord(uint32_t record)
 void ReportGrid::clearSelection()
 {
     m->view->clearSelection();
+}
+
+void ReportGrid::copySelection(CopyHeaders headers) const
+{
+    copyHighlighted(*m->view, headers);
 }
 
 /// Runs a change that may reset the rows, and highlights again what was highlighted.
@@ -400,10 +406,18 @@ bool ReportGrid::isColumnShown(int column) const
 
 void ReportGrid::setColumnShown(int column, bool shown)
 {
-    if (column < 0 || column >= columnCount()) {
-        return;
+    if (isColumnOffered(column)) {
+        m->model->setColumnShown(column, shown);
+        updateShownColumns();
     }
-    m->model->setColumnShown(column, shown && m->model->columns()[static_cast<size_t>(column)].visible);
+}
+
+void ReportGrid::resetColumns()
+{
+    for (int column = 0; column < columnCount(); ++column) {
+        m->model->setColumnShown(column, m->model->columns()[static_cast<size_t>(column)].visible);
+    }
+    m->header->columnsChanged();
     updateShownColumns();
 }
 

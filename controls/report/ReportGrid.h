@@ -1,6 +1,7 @@
 // The report grid: the list that every window of the system shows its rows in.
 #pragma once
 
+#include "controls/report/GridClipboard.h"
 #include "grid/ColumnStore.h"
 #include "grid/GridLayoutFile.h"
 #include "grid/ReportColumn.h"
@@ -64,7 +65,7 @@ public:
     int columnCount() const;
     QString columnField(int column) const;
     QString columnCaption(int column) const;
-    /// Whether the operator may see the column at all.
+    /// Whether the operator may show and hide the column: not the check column, nor one that is to stay hidden.
     bool isColumnOffered(int column) const;
     /// The cell as shown, in the user's locale; NULL is the empty text.
     QString cellText(uint32_t record, int column) const;
@@ -94,6 +95,9 @@ public:
     /// Gives a record the focus, highlights it alone and scrolls to it.
     void setCurrentRecord(uint32_t record);
     void clearSelection();
+    /// The highlighted records go to the clipboard: visible columns in their order, separated by tabs, under a line of
+    /// captions when asked for. Nothing when none is highlighted.
+    void copySelection(CopyHeaders headers) const;
 
     // --- Order, groups, filter
 
@@ -119,7 +123,9 @@ public:
     bool loadLayout(const QString& path, const QString& section);
     /// Whether the operator has the column shown, in the header or as a group.
     bool isColumnShown(int column) const;
-    void setColumnShown(int column, bool shown);
+    void setColumnShown(int column, bool shown); ///< only for columns that are offered
+    /// Widths, order and visibility as the columns were described. Order of the rows and groups stay.
+    void resetColumns();
 
     // --- Look
 

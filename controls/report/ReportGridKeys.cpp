@@ -1,5 +1,6 @@
 #include "controls/report/ReportGridKeys.h"
 
+#include "controls/report/GridClipboard.h"
 #include "controls/report/ReportGridModel.h"
 #include "controls/report/ReportGridView.h"
 
@@ -79,6 +80,10 @@ bool pressPlainKey(ReportGridView& view, int key, int row)
 
 bool pressGridKey(ReportGridView& view, QKeyEvent& event)
 {
+    if (event.matches(QKeySequence::Copy)) {
+        copyHighlighted(view, CopyHeaders::No);
+        return true;
+    }
     switch (event.key()) {
     case Qt::Key_Escape:
     case Qt::Key_Return:

@@ -7,8 +7,8 @@ namespace zul {
 
 class ReportGridView;
 
-/// Does what the key means in a report grid beyond a list's own keys: ticking, opening and closing groups, moving
-/// sideways. Keys that are the window's (Esc, Enter, F2) are left to it: their event is ignored. False when the key
+/// Does what the key means in a report grid beyond a list's own keys: ticking, opening and closing groups, copying,
+/// moving sideways. Keys that are the window's (Esc, Enter, F2) are left to it: their event is ignored. False when the key
 /// is a list's own.
 ///
 /// | key | what it does |
@@ -16,6 +16,7 @@ class ReportGridView;
 /// | Space | ticks the highlighted rows, or takes their ticks off; opens or closes a group |
 /// | Left, − | closes a group; Left elsewhere scrolls, then goes to the group around the row |
 /// | Right, + | opens a group; Right elsewhere scrolls |
+/// | Ctrl+C | copies the highlighted rows |
 /// | Up, Down | highlight the row with the focus first when nothing is highlighted |
 bool pressGridKey(ReportGridView& view, QKeyEvent& event);
 

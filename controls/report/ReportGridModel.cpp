@@ -130,7 +130,7 @@ void ReportGridModel::setTextFilter(const QString& text)
 void ReportGridModel::setColumnShown(int column, bool shown)
 {
     const auto at = static_cast<size_t>(column);
-    if (at >= m_columns.size() || m_shown[at] == shown) {
+    if (at >= m_columns.size() || m_shown[at] == shown || column == m_checkColumn) {
         return;
     }
     if (m_filter.isEmpty()) {
@@ -272,13 +272,19 @@ int ReportGridModel::rowOfRecord(uint32_t record) const
     return place == rows.end() ? -1 : static_cast<int>(place - rows.begin());
 }
 
+QString ReportGridModel::shownText(uint32_t record, int column) const
+{
+    if (column == m_checkColumn) {
+        return isChecked(record) ? u"Sì"_s : u"No"_s;
+    }
+    return m_store.text(record, column);
+}
+
 QString ReportGridModel::captionOf(const GroupedRows::Group& group) const
 {
     const int column = m_groupColumns[group.level].column;
     const uint32_t record = recordsInOrder()[group.first];
-    const QString value =
-        column == m_checkColumn ? (isChecked(record) ? u"Sì"_s : u"No"_s) : m_store.text(record, column);
-    return m_columns[static_cast<size_t>(column)].caption + u": "_s + value;
+    return m_columns[static_cast<size_t>(column)].caption + u": "_s + shownText(record, column);
 }
 
 /// A group's caption after those of the groups around it: what tells it again after a new sort or filter.

@@ -61,7 +61,8 @@ public:
     void setGroupColumns(const std::vector<ReportSort>& columns);
     void setTextFilter(const QString& text);
     QString textFilter() const { return m_filter; }
-    /// Columns hidden by a layout are not searched either.
+    /// Columns that are hidden are not searched either. The check column stays as it was described: without it there
+    /// would be no way to tick.
     void setColumnShown(int column, bool shown);
     bool isColumnShown(int column) const;
     /// Sorted and filtered, records of closed groups included.
@@ -71,6 +72,8 @@ public:
     bool isGroup(int row) const;
     int record(int row) const;              ///< -1 for a group row and out of range
     int rowOfRecord(uint32_t record) const; ///< -1 when not on the screen; looks through all rows
+    /// The cell as it is shown; a tick is "Sì" or "No".
+    QString shownText(uint32_t record, int column) const;
     QString groupCaption(int row) const;
     int groupCount(int row) const;
     int groupLevel(int row) const;

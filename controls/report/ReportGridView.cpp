@@ -175,13 +175,8 @@ bool ReportGridView::isIndexHidden(const QModelIndex& index) const
 
 int ReportGridView::firstShownColumn() const
 {
-    for (int visual = 0; visual < m_header->count(); ++visual) {
-        const int column = m_header->logicalIndex(visual);
-        if (!m_header->isSectionHidden(column)) {
-            return column;
-        }
-    }
-    return 0;
+    const std::vector<int> columns = m_header->shownColumns();
+    return columns.empty() ? 0 : columns.front();
 }
 
 QRect ReportGridView::rowRect(int row) const
@@ -435,12 +430,9 @@ int ReportGridView::searchedColumn() const
     if (fits(m_grid->sorting().column)) {
         return m_grid->sorting().column;
     }
-    for (int visual = 0; visual < m_header->count(); ++visual) {
-        if (fits(m_header->logicalIndex(visual))) {
-            return m_header->logicalIndex(visual);
-        }
-    }
-    return -1;
+    const std::vector<int> columns = m_header->shownColumns();
+    const auto found = std::find_if(columns.begin(), columns.end(), fits);
+    return found == columns.end() ? -1 : *found;
 }
 
 void ReportGridView::keyboardSearch(const QString& search)

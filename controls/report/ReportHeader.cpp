@@ -161,16 +161,22 @@ QSize ReportHeader::sizeHint() const
     return {QHeaderView::sizeHint().width(), headerHeight()};
 }
 
+std::vector<int> ReportHeader::shownColumns() const
+{
+    std::vector<int> columns;
+    for (int visual = 0; visual < count(); ++visual) {
+        if (!isSectionHidden(logicalIndex(visual))) {
+            columns.push_back(logicalIndex(visual));
+        }
+    }
+    return columns;
+}
+
 int ReportHeader::visiblePosition(int column) const
 {
-    if (column < 0 || column >= count() || isSectionHidden(column)) {
-        return -1;
-    }
-    int position = 0;
-    for (int visual = 0; visual < visualIndex(column); ++visual) {
-        position += isSectionHidden(logicalIndex(visual)) ? 0 : 1;
-    }
-    return position;
+    const std::vector<int> columns = shownColumns();
+    const auto found = std::find(columns.begin(), columns.end(), column);
+    return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
 }
 
 // --- Painting

@@ -43,6 +43,8 @@ public:
     int widthOf(int column) const;
     void setWidthOf(int column, int width);
     int headerHeight() const;
+    /// In the order on the screen.
+    std::vector<int> shownColumns() const;
     /// Among the columns shown, from 0; -1 when hidden.
     int visiblePosition(int column) const;
 

@@ -47,6 +47,7 @@ ReportRowPainter::ReportRowPainter(const ReportGridView& view, QPainter& painter
     , m_painter(painter)
     , m_palette(view.palette())
     , m_colors(colorGroup(view))
+    , m_columns(view.header()->shownColumns())
 {}
 
 void ReportRowPainter::paintRows(const QRect& area)
@@ -119,11 +120,7 @@ void ReportRowPainter::paintRecord(int row, const QRect& rect)
     const int padding = header.padding() + 2;
     const QFontMetrics metrics = m_view.fontMetrics();
     m_painter.setPen(m_palette.color(m_colors, QPalette::Text));
-    for (int visual = 0; visual < header.count(); ++visual) {
-        const int column = header.logicalIndex(visual);
-        if (header.isSectionHidden(column)) {
-            continue;
-        }
+    for (const int column : m_columns) {
         const QRect cell(header.sectionViewportPosition(column), rect.top(), header.sectionSize(column),
                          rect.height());
         if (cell.right() < 0 || cell.left() > m_view.viewport()->width()) {

@@ -4,6 +4,8 @@
 #include <QColor>
 #include <QPalette>
 
+#include <vector>
+
 class QPainter;
 class QRect;
 
@@ -29,6 +31,7 @@ private:
     QPainter& m_painter;
     const QPalette m_palette;
     const QPalette::ColorGroup m_colors;
+    const std::vector<int> m_columns; // in the order on the screen
 };
 
 /// A text on one line: control characters are blanks, and what cannot be seen at once is cut.

@@ -1,6 +1,7 @@
 #include "controls/notices/MessageSeam.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
@@ -144,6 +145,21 @@ TEST_F(MessageSeamTest, LineBreaksAreShownAsSuchAndTheTextIsToldAsGiven)
         EXPECT_EQ(box.property("zulText").toString(), text);
         click(box, "ok");
     });
+}
+
+TEST_F(MessageSeamTest, CtrlCCopiesTheText)
+{
+    QClipboard& clipboard = *QApplication::clipboard();
+    for (const QString& text : {u"Numero 'à' <b>\"50%\"</b> 😀\r\n\r\nProseguire?"_s, QString(10'000, u'x')}) {
+        clipboard.setText(u"altro"_s);
+        askWhile({text, MessageIcon::Question, {}, MessageButtons::YesNo}, [](QMessageBox& box) {
+            QTest::keyClick(box.focusWidget() != nullptr ? box.focusWidget() : &box, Qt::Key_C,
+                            Qt::ControlModifier);
+            EXPECT_TRUE(box.isVisible());
+            click(box, "no");
+        });
+        EXPECT_EQ(clipboard.text(), QString(text).replace(u"\r\n"_s, u"\n"_s));
+    }
 }
 
 TEST_F(MessageSeamTest, AVeryLongTextIsScrolledAndTheButtonsStayInReach)

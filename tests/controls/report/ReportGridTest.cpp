@@ -2,8 +2,10 @@
 #include "controls/report/ReportGridProbe.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFile>
 #include <QItemSelectionModel>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -98,6 +100,49 @@ protected:
     {
         drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(column).center(),
              probeOf(&grid)->groupBoxWidget(), probeOf(&grid)->groupBoxWidget()->rect().center());
+    }
+
+    /// The menu of a column's header, or with -1 that of the rows, opened by the right button.
+    QMenu* openMenu(int column)
+    {
+        QWidget* on = column < 0 ? probeOf(&grid)->bodyViewport() : probeOf(&grid)->headerViewport();
+        const QPoint at = column < 0 ? QPoint(300, 30) : probeOf(&grid)->headerRect(column).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, on->mapToGlobal(at));
+        QApplication::sendEvent(on, &event);
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+
+    static QAction* entry(const QMenu* menu, const QString& text)
+    {
+        for (QAction* action : menu->actions()) {
+            if (action->text() == text) {
+                return action;
+            }
+        }
+        return nullptr;
+    }
+
+    /// Clicks an entry of a menu that is open; false when there is none that can be clicked.
+    static bool choose(QMenu* menu, const QString& text)
+    {
+        QAction* action = entry(menu, text);
+        if (action == nullptr || !action->isEnabled()) {
+            return false;
+        }
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+        return true;
+    }
+
+    /// The same in the menu of the columns.
+    bool chooseColumn(const QString& text)
+    {
+        QMenu* menu = openMenu(2);
+        QMenu* columns = entry(menu, u"Colonne"_s)->menu();
+        columns->popup(menu->pos());
+        const bool done = choose(columns, text);
+        columns->close();
+        menu->close();
+        return done;
     }
 
     ReportGrid grid;
@@ -384,6 +429,116 @@ TEST_F(ReportGridTest, AHiddenColumnStaysHiddenWhateverTheLayoutSays)
     EXPECT_EQ(probeOf(&grid)->visiblePosition(0), -1);
     EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1) << "hidden by the operator";
     EXPECT_EQ(probeOf(&grid)->visiblePosition(2), 1);
+}
+
+TEST_F(ReportGridTest, CtrlCCopiesTheHighlightedRowsAsTheyStand)
+{
+    QClipboard& clipboard = *QApplication::clipboard();
+    clipboard.setText(u"altro"_s);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), u"altro"_s) << "nothing is highlighted";
+    grid.setChecked(7, true);
+    grid.sortBy(0, true);
+    clickRow(191); // Cliente 8
+    clickRow(192, Qt::ShiftModifier);
+    clickRow(199, Qt::ControlModifier);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), u"No\tCliente 8\tMilano\t28\t\nSì\tCliente 7\tMilano\t27\t\n"
+                                "No\tCliente 0\tRoma\t20\t"_s);
+    grid.setColumnShown(5, false);
+    drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(4).center(),
+         probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(2).center());
+    clickRow(192);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(), u"Sì\t27\tCliente 7\tMilano"_s) << "visible columns, as they stand";
+    clickRow(190);
+    EXPECT_TRUE(choose(openMenu(-1), u"Copia con intestazioni"_s));
+    EXPECT_EQ(clipboard.text(), u"Selezione\tEta\tCliente\tPaese\nNo\t29\tCliente 9\tRoma"_s);
+    clickRow(192);
+    EXPECT_TRUE(choose(openMenu(-1), u"Copia\tCtrl+C"_s));
+    EXPECT_EQ(clipboard.text(), u"Sì\t27\tCliente 7\tMilano"_s);
+}
+
+TEST_F(ReportGridTest, CopiesRecordsOfGroupsAndTextsThatNeedCare)
+{
+    QClipboard& clipboard = *QApplication::clipboard();
+    const std::string awkward = "D'Amico\t\"50%\"\r\n😀 " + std::string(9'990, 'x');
+    grid.deleteRecords();
+    add(awkward, "Forlì", 3);
+    add("Rossi", "Roma", 4);
+    grid.populate();
+    grid.groupBy(3);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(grid.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard.text(),
+              u"No\tD'Amico \"50%\"  😀 %1\t3\t\nNo\tRossi\t4\t"_s.arg(QString(9'990, u'x')));
+    grid.clearSelection();
+    QMenu* menu = openMenu(-1);
+    EXPECT_FALSE(choose(menu, u"Copia con intestazioni"_s));
+    menu->close();
+}
+
+TEST_F(ReportGridTest, TheCheckColumnCannotBeHidden)
+{
+    QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
+    EXPECT_FALSE(chooseColumn(u"Selezione"_s));
+    EXPECT_FALSE(chooseColumn(u"Id"_s));
+    grid.setColumnShown(1, false);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 0);
+    QTemporaryDir folder;
+    QFile file(folder.filePath(u"layout.ini"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[ZUL]\nLayout=1\nColumn1=0,90,0,Selezione\nColumn2=1,90,0,Paese\n");
+    file.close();
+    EXPECT_TRUE(grid.loadLayout(file.fileName(), u"ZUL"_s));
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 0) << "somebody else hid it";
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1);
+    EXPECT_FALSE(probeOf(&grid)->checkRect(0).isEmpty());
+    EXPECT_EQ(changes.count(), 0);
+}
+
+TEST_F(ReportGridTest, AnyOtherColumnIsHiddenAndShownButTheLast)
+{
+    QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
+    EXPECT_TRUE(chooseColumn(u"Paese"_s));
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1);
+    EXPECT_TRUE(chooseColumn(u"Eta"_s));
+    EXPECT_TRUE(chooseColumn(u"Note"_s));
+    EXPECT_FALSE(chooseColumn(u"Cliente"_s)) << "only ticks would be left";
+    EXPECT_TRUE(chooseColumn(u"Paese"_s));
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), 2);
+    ASSERT_EQ(changes.count(), 4);
+    EXPECT_EQ(changes.at(3).at(0).toInt(), ReportGrid::ColumnShown);
+}
+
+TEST_F(ReportGridTest, ResettingTheColumnsUndoesWhatTheOperatorDidToThem)
+{
+    const auto layout = [this] {
+        QList<std::pair<int, int>> columns;
+        for (int column = 0; column < 6; ++column) {
+            columns.append(
+                {probeOf(&grid)->visiblePosition(column), probeOf(&grid)->headerRect(column).width()});
+        }
+        return columns;
+    };
+    const auto before = layout();
+    drag(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(2).center(),
+         probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(4).center());
+    const QPoint edge(probeOf(&grid)->headerRect(3).right() - 1, 5);
+    drag(probeOf(&grid)->headerViewport(), edge, probeOf(&grid)->headerViewport(), edge + QPoint(33, 0));
+    EXPECT_TRUE(chooseColumn(u"Eta"_s));
+    clickHeader(3);
+    EXPECT_NE(layout(), before);
+    QSignalSpy changes(&grid, &ReportGrid::columnLayoutChanged);
+    EXPECT_TRUE(chooseColumn(u"Ripristina colonne"_s));
+    EXPECT_EQ(layout(), before);
+    EXPECT_EQ(grid.sortColumn(), 3) << "the order of the rows stays";
+    ASSERT_EQ(changes.count(), 1) << "to be saved";
+    EXPECT_EQ(changes.at(0).at(0).toInt(), ReportGrid::ColumnShown);
+    grid.groupBy(4);
+    EXPECT_TRUE(chooseColumn(u"Ripristina colonne"_s));
+    EXPECT_EQ(grid.groupColumns(), std::vector<int>{4});
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(4), -1) << "it groups";
 }
 
 TEST_F(ReportGridTest, ALayoutThatIsNotOursChangesNothing)
