@@ -48,7 +48,8 @@ TEST_F(RicercaGenericaReportsTest, Ok)
 TEST_F(RicercaGenericaReportsTest, QuickSearch)
 {
     auto* grid = dialog.findChild<ReportGrid*>(u"grdRicerca"_s);
-    QObject::connect(grid->findChild<ReportGridModel*>(), &QAbstractItemModel::modelReset, &RicercaGenericaReportsTest::fail);
+    QObject::connect(grid->findChild<ReportGridModel*>(), &QAbstractItemModel::modelReset,
+                     &RicercaGenericaReportsTest::fail);
     dialog.findChild<QLineEdit*>(u"txtRicVeloce"_s)->setText(u"x"_s);
     click("cmdRicVeloce");
     expectReport(u"RicercaVeloce"_s);

@@ -48,7 +48,8 @@ TEST_F(SmsFormReportsTest, MarkingCommands)
          {"cmdSelAll", "cmdDeSelAll", "cmdSelezionaEvidenziati", "Cmd_DeselezionaEvidenziati"}) {
         open();
         click("cmdElabora");
-        QTest::mouseClick(probeOf(grid())->bodyViewport(), Qt::LeftButton, {}, probeOf(grid())->rowRect(0).center());
+        QTest::mouseClick(probeOf(grid())->bodyViewport(), Qt::LeftButton, {},
+                          probeOf(grid())->rowRect(0).center());
         QObject::connect(grid(), &ReportGrid::checkChanged, &SmsFormReportsTest::fail);
         const auto before = logged().size();
         click(name);
