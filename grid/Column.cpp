@@ -4,15 +4,6 @@
 
 namespace zul {
 
-namespace {
-
-QString fromUtf8(std::string_view bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
-} // namespace
-
 // --- Writing
 
 void Column::write(uint32_t row, Cell cell)
@@ -107,7 +98,7 @@ QString Column::shown(Cell cell, const CellText& formats) const
     case CellKind::Null:
         break;
     case CellKind::Text:
-        return fromUtf8(utf8(cell));
+        return QString::fromUtf8(utf8(cell));
     case CellKind::Integer:
         return formats.integer(cell.whole());
     case CellKind::Real:
@@ -128,7 +119,7 @@ bool Column::isNumeric(Cell cell, const CellText& formats) const
     case CellKind::Boolean:
         return true;
     case CellKind::Text:
-        return formats.isNumeric(fromUtf8(utf8(cell)));
+        return formats.isNumeric(QString::fromUtf8(utf8(cell)));
     case CellKind::Null:
     case CellKind::Date:
         break;

@@ -32,7 +32,7 @@ public:
     bool operator()(std::string_view utf8) const
     {
         if (!m_ascii) {
-            return (*this)(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+            return (*this)(QString::fromUtf8(utf8));
         }
         const auto size = static_cast<size_t>(m_lower.size());
         if (utf8.size() < size) {

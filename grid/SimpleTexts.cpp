@@ -69,11 +69,6 @@ bool isPlainLatin(std::string_view text, const std::array<unsigned char, 6>& wit
     return bad == 0;
 }
 
-QString fromUtf8(std::string_view bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
 } // namespace
 
 SimpleTexts::SimpleTexts(const TextPool& pool, const CollationAlphabet& alphabet, const QCollator& collator)
@@ -366,7 +361,7 @@ int SimpleTexts::compare(uint32_t left, uint32_t right) const
     if (atA < stopA || atB < stopB) {
         return atA < stopA ? 1 : -1;
     }
-    return otherForms ? m_collator.compare(fromUtf8(a), fromUtf8(b)) : 0;
+    return otherForms ? m_collator.compare(QString::fromUtf8(a), QString::fromUtf8(b)) : 0;
 }
 
 } // namespace zul

@@ -16,13 +16,6 @@ namespace zul {
 
 namespace {
 
-constexpr uint32_t noText = 0xFFFFFFFF;
-
-QString fromUtf8(std::string_view bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
 /// The alphabet of the collation that was asked for last is kept: it takes some milliseconds to find out.
 const CollationAlphabet& alphabetOf(const QCollator& collator)
 {
@@ -70,7 +63,7 @@ private:
         std::vector<std::pair<Key, uint32_t>> keyed;
         keyed.reserve(ids.size());
         for (const uint32_t id : ids) {
-            keyed.emplace_back(keyOf(fromUtf8(m_pool.text(id))), id);
+            keyed.emplace_back(keyOf(QString::fromUtf8(m_pool.text(id))), id);
         }
         std::sort(keyed.begin(), keyed.end(),
                   [&](const auto& a, const auto& b) { return compare(a.first, b.first) < 0; });
@@ -118,7 +111,7 @@ public:
     }
 
 private:
-    QString textOf(uint32_t id) const { return fromUtf8(m_pool.text(id)); }
+    QString textOf(uint32_t id) const { return QString::fromUtf8(m_pool.text(id)); }
     int compareSimple(size_t place, const QString& text) const
     {
         return m_collator.compare(textOf(m_simple.id(place)), text);

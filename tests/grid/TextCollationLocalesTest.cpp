@@ -102,8 +102,7 @@ const std::vector<Texts>& families()
 
 QString textOf(const TextPool& pool, uint32_t id)
 {
-    const std::string_view bytes = pool.text(id);
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    return QString::fromUtf8(pool.text(id));
 }
 
 /// The first few pairs whose ranks are not as the collator compares them.

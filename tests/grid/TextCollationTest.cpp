@@ -24,10 +24,7 @@ void expectAsTheCollationSays(const std::vector<QString>& texts, const QLocale& 
     ASSERT_EQ(ranks.size(), pool.size());
     QCollator collator(locale.collation());
     collator.setCaseSensitivity(Qt::CaseInsensitive);
-    const auto textOf = [&](uint32_t id) {
-        const std::string_view bytes = pool.text(id);
-        return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    };
+    const auto textOf = [&](uint32_t id) { return QString::fromUtf8(pool.text(id)); };
     std::vector<uint32_t> order(pool.size());
     std::iota(order.begin(), order.end(), 0U);
     std::stable_sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) { return ranks[a] < ranks[b]; });
