@@ -44,6 +44,7 @@ std::vector<Library>& libraries()
 }
 
 thread_local unsigned initialized = 0;
+thread_local DWORD apartmentKind = 0;
 
 std::u16string loaderMessage()
 {
@@ -118,11 +119,16 @@ HRESULT CoInitialize(LPVOID reserved)
 
 HRESULT CoInitializeEx(LPVOID reserved, DWORD coInit)
 {
-    // Threads are kept apart by the components' own rule: one thread, the user interface's.
-    static_cast<void>(coInit);
     if (reserved != nullptr) {
         return E_INVALIDARG;
     }
+    // Threads are kept apart by the components' own rule: one thread, the user interface's. The kind of apartment is
+    // kept for callers that ask for another one on the same thread.
+    const DWORD kind = coInit & COINIT_APARTMENTTHREADED;
+    if (initialized > 0 && kind != apartmentKind) {
+        return RPC_E_CHANGED_MODE;
+    }
+    apartmentKind = kind;
     return ++initialized == 1 ? S_OK : S_FALSE;
 }
 
