@@ -4,12 +4,14 @@
 #include "options/frmCheckSendError.h"
 #include "options/frmOpzioni.h"
 #include "session/FormHelpers.h"
+#include "session/HostWindows.h"
 #include "session/Platform.h"
 #include "session/Session.h"
 #include "session/modLogger.h"
 
 #include <QApplication>
 #include <memory>
+#include <vector>
 
 namespace zul {
 
@@ -34,11 +36,15 @@ void needApplication()
         return;
     }
     platform::prepareApplicationEnvironment();
-    static int argc = 1;
-    static char name[] = "Zul_MessageBuilder";
-    static char* argv[] = {name, nullptr};
-    // Lives as long as the process: Qt's own libraries stay loaded, and so does this one.
-    static QApplication* const application = new QApplication(argc, argv);
+    // They live as long as the process: Qt's own libraries stay loaded, and so does this one.
+    static auto* const texts = new std::vector<QByteArray>{"Zul_MessageBuilder"};
+    for (const QString& argument : platform::applicationArguments())
+        texts->push_back(argument.toLocal8Bit());
+    static auto* const arguments = new std::vector<char*>;
+    for (QByteArray& text : *texts)
+        arguments->push_back(text.data());
+    static int count = static_cast<int>(arguments->size());
+    static QApplication* const application = new QApplication(count, arguments->data());
     application->setQuitOnLastWindowClosed(false);
 }
 
@@ -74,7 +80,10 @@ public:
     {
         refuseWhileShown();
         m_shown = true;
-        m_form->exec();
+        {
+            const HostWindowsHeld held(*m_form);
+            m_form->exec();
+        }
         m_shown = false;
         if (m_discardLater) {
             m_discardLater = false;

@@ -45,4 +45,9 @@ void prepareApplicationEnvironment()
                 qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? "wayland;xcb;offscreen" : "xcb;offscreen");
 }
 
+QStringList applicationArguments()
+{
+    return {};
+}
+
 } // namespace zul::platform
