@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <new>
 
+#include <olectl.h>
+
 namespace zul {
 
 namespace {

@@ -112,8 +112,9 @@ HRESULT coerceVariant(const ParamInfo& param, VARIANT* given, ArgSlot& slot)
     return VariantCopyInd(&slot.value, given);
 }
 
-// Makes an argument fit a parameter. The argument is not missing.
-HRESULT coerce(const ParamInfo& param, VARIANT* given, LCID lcid, ArgSlot& slot)
+// Makes an argument fit a parameter. The argument is not missing. Texts are read and written in the user's way: the
+// system's dispatcher does not use the locale of the call either, nor words for truth values.
+HRESULT coerce(const ParamInfo& param, VARIANT* given, ArgSlot& slot)
 {
     if ((given->vt & VT_BYREF) != 0 && given->byref == nullptr) {
         return E_POINTER;
@@ -150,12 +151,12 @@ HRESULT coerce(const ParamInfo& param, VARIANT* given, LCID lcid, ArgSlot& slot)
         return S_OK;
     }
     slot.ownsValue = true;
-    return VariantChangeTypeEx(&slot.value, argument, lcid, VARIANT_ALPHABOOL, param.type);
+    return VariantChangeType(&slot.value, argument, 0, param.type);
 }
 
 // Puts what a call left in our own storage back into the caller's variable, for [out] parameters and for
 // objects that the member exchanged.
-HRESULT writeBack(const ParamInfo& param, VARIANT* given, LCID lcid, ArgSlot& slot)
+HRESULT writeBack(const ParamInfo& param, VARIANT* given, ArgSlot& slot)
 {
     Variant value;
     if (param.isObject) {
@@ -183,7 +184,7 @@ HRESULT writeBack(const ParamInfo& param, VARIANT* given, LCID lcid, ArgSlot& sl
     }
     const VARTYPE type = given->vt & static_cast<VARTYPE>(~VT_BYREF);
     if (value.vt != type) {
-        const HRESULT result = value.changeType(type, lcid);
+        const HRESULT result = value.changeType(type);
         if (FAILED(result)) {
             return result;
         }
@@ -264,7 +265,7 @@ ArgumentError placeArguments(const MemberInfo& member, const DISPPARAMS& params,
 }
 
 ArgumentError fillSlots(const MemberInfo& member, const DISPPARAMS& params, const std::vector<UINT>& places,
-                        LCID lcid, Slots& slots)
+                        Slots& slots)
 {
     for (std::size_t i = 0; i < member.params.size(); ++i) {
         const ParamInfo& param = member.params[i];
@@ -278,7 +279,7 @@ ArgumentError fillSlots(const MemberInfo& member, const DISPPARAMS& params, cons
             slots[i].value.scode = DISP_E_PARAMNOTFOUND;
             continue;
         }
-        const HRESULT result = coerce(param, given, lcid, slots[i]);
+        const HRESULT result = coerce(param, given, slots[i]);
         if (FAILED(result)) {
             return {result, place};
         }
@@ -301,14 +302,14 @@ void fillException(HRESULT failure, EXCEPINFO* exception) noexcept
     }
 }
 
-HRESULT callMember(const MemberInfo& member, void* target, const DISPPARAMS& params, LCID lcid,
-                   VARIANT* result, EXCEPINFO* exception, UINT* argErr)
+HRESULT callMember(const MemberInfo& member, void* target, const DISPPARAMS& params, VARIANT* result,
+                   EXCEPINFO* exception, UINT* argErr)
 {
     std::vector<UINT> places;
     Slots slots(member);
     ArgumentError error = placeArguments(member, params, places);
     if (SUCCEEDED(error.result)) {
-        error = fillSlots(member, params, places, lcid, slots);
+        error = fillSlots(member, params, places, slots);
     }
     if (FAILED(error.result)) {
         if (argErr != nullptr) {
@@ -362,7 +363,7 @@ HRESULT callMember(const MemberInfo& member, void* target, const DISPPARAMS& par
         if (places[i] == notGiven || !(param.isOut || exchanged)) {
             continue;
         }
-        const HRESULT written = writeBack(param, &params.rgvarg[places[i]], lcid, slots[i]);
+        const HRESULT written = writeBack(param, &params.rgvarg[places[i]], slots[i]);
         if (FAILED(written)) {
             if (argErr != nullptr) {
                 *argErr = places[i];
@@ -438,8 +439,8 @@ HRESULT getIdsOfNames(const std::vector<MemberInfo>& members, REFIID riid, LPOLE
     return found && all ? S_OK : DISP_E_UNKNOWNNAME;
 }
 
-HRESULT invoke(const std::vector<MemberInfo>& members, void* target, DISPID id, REFIID riid, LCID lcid,
-               WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argErr) noexcept
+HRESULT invoke(const std::vector<MemberInfo>& members, void* target, DISPID id, REFIID riid, LCID, WORD flags,
+               DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argErr) noexcept
 {
     if (result != nullptr) {
         VariantInit(result);
@@ -465,7 +466,7 @@ HRESULT invoke(const std::vector<MemberInfo>& members, void* target, DISPID id, 
         return DISP_E_MEMBERNOTFOUND;
     }
     try {
-        return callMember(*member, target, *params, lcid, result, exception, argErr);
+        return callMember(*member, target, *params, result, exception, argErr);
     } catch (...) {
         return E_OUTOFMEMORY; // the dispatcher itself needs nothing but memory
     }

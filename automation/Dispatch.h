@@ -34,6 +34,7 @@
 #include <oleauto.h>
 
 #include "automation/ComPtr.h"
+#include "automation/TypeInfo.h"
 #include "base/Utf8.h"
 
 namespace zul {
@@ -341,17 +342,13 @@ public:
         if (count == nullptr) {
             return E_POINTER;
         }
-        *count = 0; // who wants types reads the type library beside the component
+        *count = typeInfoCount(iidOf<I>());
         return S_OK;
     }
 
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override
     {
-        if (info == nullptr) {
-            return E_POINTER;
-        }
-        *info = nullptr;
-        return DISP_E_BADINDEX;
+        return typeInfo(iidOf<I>(), index, info);
     }
 
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID,

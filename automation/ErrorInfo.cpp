@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include <olectl.h>
+
 #include "automation/Bstr.h"
 #include "automation/ComPtr.h"
 

@@ -141,7 +141,8 @@ public:
 private:
     void copyFrom(const VARIANT& other)
     {
-        if (VariantCopy(this, &other) == E_OUTOFMEMORY) {
+        // The system's header forgets that the source is only read.
+        if (VariantCopy(this, const_cast<VARIANT*>(&other)) == E_OUTOFMEMORY) {
             throw std::bad_alloc();
         }
     }

@@ -18,7 +18,7 @@ if(ZUL_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${ZUL_CCACHE}")
 endif()
 find_program(ZUL_MOLD mold)
-if(ZUL_MOLD)
+if(ZUL_MOLD AND NOT WIN32)
   add_link_options(-fuse-ld=mold)
 endif()
 
@@ -27,6 +27,14 @@ if(ZUL_UNITY)
   set(CMAKE_UNITY_BUILD_BATCH_SIZE 10)
   # A class that is private to a source is no class of a header just because another source came before it.
   add_compile_options("$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>")
+endif()
+
+if(WIN32)
+  # The thread-safe forms of the C library's time functions.
+  add_compile_definitions(_POSIX_THREAD_SAFE_FUNCTIONS=200112L)
+  set(ZUL_TEST_RUNNER "${CMAKE_SOURCE_DIR}/tests/run-under-wine.sh")
+else()
+  set(ZUL_TEST_RUNNER "${CMAKE_SOURCE_DIR}/tests/run-in-locale.sh")
 endif()
 
 if(ZUL_SANITIZE)
@@ -77,7 +85,7 @@ function(zul_qt_room name)
 endfunction()
 
 # zul_test(NAME SOURCES … LIBS … [QT] [TIMEOUT n] [LABELS …]): a GoogleTest program, run without a
-# display under the locale of the run (tests/run-in-locale.sh). With QT, moc runs over the sources and tests/QtTestMain.cpp supplies main.
+# display under the locale of the run (tests/run-in-locale.sh, or tests/run-under-wine.sh). With QT, moc runs over the sources and tests/QtTestMain.cpp supplies main.
 function(zul_test name)
   cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -95,7 +103,7 @@ function(zul_test name)
   else()
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
-  add_test(NAME ${name} COMMAND "${CMAKE_SOURCE_DIR}/tests/run-in-locale.sh" "$<TARGET_FILE:${name}>")
+  add_test(NAME ${name} COMMAND "${ZUL_TEST_RUNNER}" "$<TARGET_FILE:${name}>")
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp")
 endfunction()

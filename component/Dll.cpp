@@ -5,11 +5,7 @@
 #include "component/SmsCreatorObject.h"
 #include "component/modMain.h"
 
-#if defined(_WIN32)
-#define ZUL_EXPORT extern "C"
-#else
 #define ZUL_EXPORT extern "C" __attribute__((visibility("default")))
-#endif
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "component/SmsCreatorObject.h"
 
+#include "component/ClassInfo.h"
 #include "component/modMain.h"
 #include "hostlib/Calls.h"
 #include "session/CaptionCollection.h"
@@ -61,6 +62,13 @@ HRESULT untrapped(Body&& body) noexcept
 SmsCreatorObject::SmsCreatorObject()
     : m_events(addConnectionPoint(DIID___SmsCreator))
 {}
+
+HRESULT SmsCreatorObject::QueryInterface(REFIID riid, void** object)
+{
+    const HRESULT answer = ComObject::QueryInterface(riid, object);
+    return answer == E_NOINTERFACE ? provideClassInfo(*static_cast<_SmsCreator*>(this), riid, object)
+                                   : answer;
+}
 
 HRESULT SmsCreatorObject::put_idUtente(LONG idUtente)
 {

@@ -19,6 +19,8 @@ class SmsCreatorObject final : public ComObject<Dispatching<_SmsCreator>, Connec
 public:
     SmsCreatorObject();
 
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override;
+
     HRESULT STDMETHODCALLTYPE put_idUtente(LONG idUtente) override;
     HRESULT STDMETHODCALLTYPE get_idUtente(LONG* idUtente) override;
     HRESULT STDMETHODCALLTYPE InitWhatToShow(VARIANT_BOOL* showSendSms, VARIANT_BOOL* showSendMail,

@@ -5,12 +5,14 @@
 #include "options/frmCheckSendError.h"
 #include "options/frmOpzioni.h"
 #include "session/FormHelpers.h"
+#include "session/HostWindows.h"
 #include "session/Platform.h"
 #include "session/Session.h"
 #include "session/modLogger.h"
 
 #include <QApplication>
 #include <memory>
+#include <vector>
 
 namespace zul {
 
@@ -36,11 +38,15 @@ void needApplication()
     if (hasApplication)
         return;
     platform::prepareApplicationEnvironment();
-    static int argc = 1;
-    static char name[] = "Zul_MessageBuilder";
-    static char* argv[] = {name, nullptr};
-    // Lives as long as the process: Qt's own libraries stay loaded, and so does this one.
-    static QApplication* const application = new QApplication(argc, argv);
+    // They live as long as the process: Qt's own libraries stay loaded, and so does this one.
+    static auto* const texts = new std::vector<QByteArray>{"Zul_MessageBuilder"};
+    for (const QString& argument : platform::applicationArguments())
+        texts->push_back(argument.toLocal8Bit());
+    static auto* const arguments = new std::vector<char*>;
+    for (QByteArray& text : *texts)
+        arguments->push_back(text.data());
+    static int count = static_cast<int>(arguments->size());
+    static QApplication* const application = new QApplication(count, arguments->data());
     application->setQuitOnLastWindowClosed(false);
 }
 
@@ -49,6 +55,14 @@ Form& load(ModalForm<Form>& form)
 {
     needApplication();
     return form.load();
+}
+
+/// Shows a loaded form, modal to the host's windows too.
+template <class Form>
+void showModal(ModalForm<Form>& form)
+{
+    const HostWindowsHeld held(*form.get());
+    form.show();
 }
 
 /// A form refers to the object that shows it for as long as it does, and no longer.
@@ -135,7 +149,7 @@ bool funShowForm(bool ShowTouchMode) noexcept
         form.setTouchMode(ShowTouchMode);
         {
             const Reference endsWithTheShowing(mainForm());
-            mainForm().show();
+            showModal(mainForm());
         }
         // Set only now: the choice can be read when there is one.
         state.isFormLoaded = mainForm().get() != nullptr;
@@ -167,7 +181,7 @@ bool funShowOptionsForm(bool /*ShowTouchMode*/) noexcept
         optionsForm().refuseWhileShown();
         optionsForm().discard();
         load(optionsForm());
-        optionsForm().show();
+        showModal(optionsForm());
         return true;
     });
 }
@@ -189,7 +203,7 @@ void showCheckSendError()
     // One that a failed showing left.
     checkForm().discard();
     load(checkForm());
-    checkForm().show();
+    showModal(checkForm());
     checkForm().discard();
 }
 

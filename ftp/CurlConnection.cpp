@@ -1,10 +1,9 @@
 #include "ftp/CurlConnection.h"
 
+#include "ftp/Socket.h"
+
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <netdb.h>
-#include <sys/socket.h>
 #include <utility>
 
 namespace zul::ftp {
@@ -235,7 +234,7 @@ void CurlConnection::discard()
     if (m_running)
         end();
     if (m_control != CURL_SOCKET_BAD)
-        shutdown(m_control, SHUT_RDWR);
+        shutSocket(m_control);
     m_control = CURL_SOCKET_BAD;
     m_multi.reset(curl_multi_init());
     m_state = State::Closed;
@@ -672,14 +671,8 @@ int CurlConnection::onSocket(void* self, curl_socket_t socket, curlsocktype purp
     if (purpose != CURLSOCKTYPE_ACCEPT)
         return CURL_SOCKOPT_OK;
     const auto* connection = static_cast<CurlConnection*>(self);
-    sockaddr_storage peer{};
-    socklen_t length = sizeof(peer);
-    std::array<char, NI_MAXHOST> name{};
-    if (getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &length) != 0 ||
-        getnameinfo(reinterpret_cast<const sockaddr*>(&peer), length, name.data(), name.size(), nullptr, 0,
-                    NI_NUMERICHOST) != 0)
-        return CURL_SOCKOPT_ERROR;
-    return connection->m_serverAddress == name.data() ? CURL_SOCKOPT_OK : CURL_SOCKOPT_ERROR;
+    const std::string peer = peerAddress(socket);
+    return !peer.empty() && connection->m_serverAddress == peer ? CURL_SOCKOPT_OK : CURL_SOCKOPT_ERROR;
 }
 
 } // namespace zul::ftp

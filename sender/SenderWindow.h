@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-class QLabel;
+QT_FORWARD_DECLARE_CLASS(QLabel)
 
 namespace zul::sender {
 // Lists the queue of a database and sends nothing.

@@ -8,7 +8,7 @@
 #include <QString>
 #include <utility>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace zul::platform {
 
@@ -23,5 +24,8 @@ void openProgram(const QString& nativeProgramPath, const QString& parameters);
 /// Prepares the environment for a QApplication that the component has to make itself, so that a machine
 /// without a display does not end the host.
 void prepareApplicationEnvironment();
+
+/// What that application is told beside its program's name, as Qt's own options.
+QStringList applicationArguments();
 
 } // namespace zul::platform

@@ -47,4 +47,9 @@ void prepareApplicationEnvironment()
                 qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? "wayland;xcb;offscreen" : "xcb;offscreen");
 }
 
+QStringList applicationArguments()
+{
+    return {};
+}
+
 } // namespace zul::platform

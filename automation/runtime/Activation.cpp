@@ -27,6 +27,7 @@ constexpr std::u16string_view source = u"Zul_Automation";
 // How often this thread has initialised itself, and how many threads have. Plain numbers: a thread that is
 // started by a library's initialiser must not need the loader for them.
 thread_local unsigned initialized = 0;
+thread_local DWORD apartmentKind = 0;
 std::atomic<unsigned> initializedThreads{0};
 
 constexpr std::chrono::minutes delayBesideOtherThreads{10};
@@ -72,11 +73,16 @@ HRESULT CoInitialize(LPVOID reserved)
 
 HRESULT CoInitializeEx(LPVOID reserved, DWORD coInit)
 {
-    // Threads are kept apart by the components' own rule: one thread, the user interface's.
-    static_cast<void>(coInit);
     if (reserved != nullptr) {
         return E_INVALIDARG;
     }
+    // Threads are kept apart by the components' own rule: one thread, the user interface's. The kind of apartment is
+    // kept for callers that ask for another one on the same thread.
+    const DWORD kind = coInit & COINIT_APARTMENTTHREADED;
+    if (initialized > 0 && kind != apartmentKind) {
+        return RPC_E_CHANGED_MODE;
+    }
+    apartmentKind = kind;
     if (++initialized > 1) {
         return S_FALSE;
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace zul::runtime {
@@ -30,6 +31,11 @@ UWide dividedByPower(UWide value, unsigned power) noexcept
 }
 
 } // namespace
+
+bool Decimal::isWellFormed(const DECIMAL& storage) noexcept
+{
+    return storage.scale <= maxScale && (storage.sign & ~DECIMAL_NEG) == 0;
+}
 
 Decimal Decimal::fromStorage(const DECIMAL& storage) noexcept
 {
@@ -113,16 +119,27 @@ std::optional<Decimal> Decimal::fromPlain(std::string_view text) noexcept
     return result;
 }
 
-std::optional<Decimal> Decimal::fromDouble(double value) noexcept
+std::optional<Decimal> Decimal::fromDouble(double value, int digits) noexcept
 {
     char text[32];
     const std::to_chars_result end =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, 14);
+        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, digits - 1);
     if (value != value || value > std::numeric_limits<double>::max() ||
         value < std::numeric_limits<double>::lowest()) {
         return std::nullopt;
     }
-    return fromPlain({text, static_cast<std::size_t>(end.ptr - text)});
+    std::optional<Decimal> result = fromPlain({text, static_cast<std::size_t>(end.ptr - text)});
+    if (result) {
+        result->dropZeros();
+    }
+    return result;
+}
+
+void Decimal::dropZeros() noexcept
+{
+    for (; scale > 0 && mantissa % 10 == 0; --scale) {
+        mantissa /= 10;
+    }
 }
 
 DECIMAL Decimal::toStorage() const noexcept
@@ -153,8 +170,38 @@ std::optional<CY> Decimal::toCurrency() const noexcept
     return currency;
 }
 
+std::optional<CY> Decimal::currencyFromDouble(double value) noexcept
+{
+    int exponent = 0;
+    const double fraction = std::frexp(std::fabs(value), &exponent);
+    if (!std::isfinite(value) || exponent > 63) {
+        return std::nullopt;
+    }
+    // 53 bits of the number and 14 of the factor: nothing is lost.
+    UWide scaled = static_cast<UWide>(std::ldexp(fraction, 53)) * 10000;
+    const int places = 53 - exponent;
+    if (places >= 100) {
+        scaled = 0;
+    } else if (places > 0) {
+        const UWide rest = scaled & ((UWide{1} << places) - 1);
+        const UWide half = UWide{1} << (places - 1);
+        scaled >>= places;
+        scaled += rest > half || (rest == half && (scaled & 1) != 0) ? 1 : 0;
+    } else {
+        scaled <<= -places;
+    }
+    Decimal result;
+    result.mantissa = scaled;
+    result.scale = 4;
+    result.negative = value < 0;
+    return result.toCurrency();
+}
+
 double Decimal::toDouble() const noexcept
 {
+    if (mantissa == 0) {
+        return 0; // there is no negative zero
+    }
     // Through the digits, so that the nearest Double comes out.
     char text[48];
     char* end = text + sizeof text;

@@ -123,9 +123,11 @@ HRESULT IIDFromString(LPCOLESTR text, IID* iid)
     if (text == nullptr) {
         return S_OK; // as documented: null stands for the null id
     }
+    const std::u16string_view given(text);
     IID parsed{};
-    if (!parse(text, parsed)) {
-        return CO_E_IIDSTRING;
+    if (!parse(given, parsed)) {
+        // What cannot be an id by its length alone is a bad argument, as the system tells them apart.
+        return given.size() == textLength ? CO_E_IIDSTRING : E_INVALIDARG;
     }
     *iid = parsed;
     return S_OK;

@@ -8,12 +8,19 @@
 
 #include <oleauto.h>
 
+#include "automation/Uuid.h"
+
 namespace {
 
-// The element type stands before the descriptor, as on Windows.
+// Before the descriptor stands what its flags say, as on Windows: the element type in the last four bytes, or the
+// interface id of the objects.
 constexpr std::size_t hiddenBytes = 16;
 constexpr std::size_t typeAt = hiddenBytes - sizeof(uint32_t);
+static_assert(sizeof(IID) == hiddenBytes);
 constexpr UINT maxDimensions = 60;
+constexpr ULONG maxLocks = 0xFFFF;
+// Flags that tell how a descriptor came about and go with no copy.
+constexpr USHORT ofItsMaking = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE | FADF_CREATEVECTOR;
 
 ULONG elementSize(VARTYPE vt) noexcept
 {
@@ -41,6 +48,8 @@ ULONG elementSize(VARTYPE vt) noexcept
     case VT_BSTR:
     case VT_DISPATCH:
     case VT_UNKNOWN:
+    case VT_INT_PTR:
+    case VT_UINT_PTR:
         return sizeof(void*);
     case VT_VARIANT:
         return sizeof(VARIANT);
@@ -57,9 +66,9 @@ USHORT featuresOf(VARTYPE vt) noexcept
     case VT_BSTR:
         return FADF_HAVEVARTYPE | FADF_BSTR;
     case VT_DISPATCH:
-        return FADF_HAVEVARTYPE | FADF_DISPATCH;
+        return FADF_HAVEIID | FADF_DISPATCH;
     case VT_UNKNOWN:
-        return FADF_HAVEVARTYPE | FADF_UNKNOWN;
+        return FADF_HAVEIID | FADF_UNKNOWN;
     case VT_VARIANT:
         return FADF_HAVEVARTYPE | FADF_VARIANT;
     default:
@@ -67,11 +76,9 @@ USHORT featuresOf(VARTYPE vt) noexcept
     }
 }
 
-VARTYPE typeOf(const SAFEARRAY* array) noexcept
+char* hiddenOf(SAFEARRAY* array) noexcept
 {
-    uint32_t type = 0;
-    std::memcpy(&type, reinterpret_cast<const char*>(array) - hiddenBytes + typeAt, sizeof type);
-    return static_cast<VARTYPE>(type);
+    return reinterpret_cast<char*>(array) - hiddenBytes;
 }
 
 SAFEARRAYBOUND* boundsOf(SAFEARRAY* array) noexcept
@@ -127,6 +134,24 @@ HRESULT copyElement(USHORT features, ULONG size, void* place, const void* elemen
     return S_OK;
 }
 
+// A descriptor and its elements, all zeros but for the sizes; null without memory.
+SAFEARRAY* allocate(UINT dimensions, ULONG elementBytes, std::size_t count) noexcept
+{
+    auto* const block = static_cast<char*>(
+        std::calloc(1, hiddenBytes + sizeof(SAFEARRAY) + (dimensions - 1) * sizeof(SAFEARRAYBOUND)));
+    void* const data = std::calloc(count == 0 ? 1 : count, elementBytes);
+    if (block == nullptr || data == nullptr) {
+        std::free(block);
+        std::free(data);
+        return nullptr;
+    }
+    auto* const array = reinterpret_cast<SAFEARRAY*>(block + hiddenBytes);
+    array->cDims = static_cast<USHORT>(dimensions);
+    array->cbElements = elementBytes;
+    array->pvData = data;
+    return array;
+}
+
 } // namespace
 
 SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT dimensions, SAFEARRAYBOUND* bounds)
@@ -143,21 +168,18 @@ SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT dimensions, SAFEARRAYBOUND* bounds)
         }
         count *= bounds[i].cElements;
     }
-    auto* const block = static_cast<char*>(
-        std::calloc(1, hiddenBytes + sizeof(SAFEARRAY) + (dimensions - 1) * sizeof(SAFEARRAYBOUND)));
-    void* const data = std::calloc(count == 0 ? 1 : count, size);
-    if (block == nullptr || data == nullptr) {
-        std::free(block);
-        std::free(data);
+    SAFEARRAY* const array = allocate(dimensions, size, count);
+    if (array == nullptr) {
         return nullptr;
     }
-    const uint32_t type = vt;
-    std::memcpy(block + typeAt, &type, sizeof type);
-    auto* const array = reinterpret_cast<SAFEARRAY*>(block + hiddenBytes);
-    array->cDims = static_cast<USHORT>(dimensions);
     array->fFeatures = featuresOf(vt);
-    array->cbElements = size;
-    array->pvData = data;
+    if ((array->fFeatures & FADF_HAVEIID) != 0) {
+        const IID& iid = vt == VT_DISPATCH ? zul::iidOf<IDispatch>() : zul::iidOf<IUnknown>();
+        std::memcpy(hiddenOf(array), &iid, sizeof iid);
+    } else {
+        const uint32_t type = vt;
+        std::memcpy(hiddenOf(array) + typeAt, &type, sizeof type);
+    }
     for (UINT i = 0; i < dimensions; ++i) {
         boundsOf(array)[dimensions - 1 - i] = bounds[i];
     }
@@ -167,7 +189,11 @@ SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT dimensions, SAFEARRAYBOUND* bounds)
 SAFEARRAY* SafeArrayCreateVector(VARTYPE vt, LONG lowerBound, ULONG elements)
 {
     SAFEARRAYBOUND bound{elements, lowerBound};
-    return SafeArrayCreate(vt, 1, &bound);
+    SAFEARRAY* const array = SafeArrayCreate(vt, 1, &bound);
+    if (array != nullptr) {
+        array->fFeatures |= FADF_CREATEVECTOR;
+    }
+    return array;
 }
 
 HRESULT SafeArrayDestroy(SAFEARRAY* array)
@@ -197,17 +223,19 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy)
     if (array == nullptr) {
         return S_OK;
     }
-    SAFEARRAYBOUND bounds[maxDimensions];
-    for (UINT i = 0; i < array->cDims; ++i) {
-        bounds[i] = boundsOf(array)[array->cDims - 1 - i];
-    }
-    SAFEARRAY* const result = SafeArrayCreate(typeOf(array), array->cDims, bounds);
+    const std::size_t count = elementCount(array);
+    SAFEARRAY* const result = allocate(array->cDims, array->cbElements, count);
     if (result == nullptr) {
         return E_OUTOFMEMORY;
     }
+    result->fFeatures = static_cast<USHORT>(array->fFeatures & ~ofItsMaking);
+    std::memcpy(boundsOf(result), boundsOf(array), array->cDims * sizeof(SAFEARRAYBOUND));
+    // A descriptor of another making has nothing before it where its flags speak of nothing.
+    if ((array->fFeatures & (FADF_HAVEVARTYPE | FADF_HAVEIID)) != 0) {
+        std::memcpy(hiddenOf(result), hiddenOf(array), hiddenBytes);
+    }
     const auto* const from = static_cast<const char*>(array->pvData);
     auto* const to = static_cast<char*>(result->pvData);
-    const std::size_t count = elementCount(array);
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = i * array->cbElements;
         const HRESULT copied = copyElement(array->fFeatures, array->cbElements, to + at, from + at);
@@ -261,7 +289,19 @@ HRESULT SafeArrayGetVartype(SAFEARRAY* array, VARTYPE* vt)
     if (array == nullptr || vt == nullptr) {
         return E_INVALIDARG;
     }
-    *vt = typeOf(array);
+    if ((array->fFeatures & FADF_HAVEVARTYPE) != 0) {
+        uint32_t type = 0;
+        std::memcpy(&type, hiddenOf(array) + typeAt, sizeof type);
+        *vt = static_cast<VARTYPE>(type);
+        return S_OK;
+    }
+    // What a descriptor of another making does not tell is not guessed from the size of its elements.
+    if ((array->fFeatures & (FADF_RECORD | FADF_HAVEIID)) == 0) {
+        return E_INVALIDARG;
+    }
+    *vt = (array->fFeatures & FADF_RECORD) != 0     ? VT_RECORD
+          : (array->fFeatures & FADF_DISPATCH) != 0 ? VT_DISPATCH
+                                                    : VT_UNKNOWN;
     return S_OK;
 }
 
@@ -269,6 +309,9 @@ HRESULT SafeArrayLock(SAFEARRAY* array)
 {
     if (array == nullptr) {
         return E_INVALIDARG;
+    }
+    if (array->cLocks >= maxLocks) {
+        return E_UNEXPECTED;
     }
     ++array->cLocks;
     return S_OK;
@@ -291,8 +334,9 @@ HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data)
     if (array == nullptr || data == nullptr) {
         return E_INVALIDARG;
     }
-    *data = array->pvData;
-    return SafeArrayLock(array);
+    const HRESULT locked = SafeArrayLock(array);
+    *data = SUCCEEDED(locked) ? array->pvData : nullptr;
+    return locked;
 }
 
 HRESULT SafeArrayUnaccessData(SAFEARRAY* array)
@@ -320,12 +364,16 @@ HRESULT SafeArrayPtrOfIndex(SAFEARRAY* array, LONG* indices, void** element)
     return S_OK;
 }
 
+// An array that is locked as often as can be gives and takes no elements: doing so is one lock more.
 HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* indices, void* element)
 {
     void* place = nullptr;
     const HRESULT found = SafeArrayPtrOfIndex(array, indices, &place);
     if (FAILED(found)) {
         return found;
+    }
+    if (array->cLocks >= maxLocks) {
+        return E_UNEXPECTED;
     }
     if (element == nullptr) {
         return E_INVALIDARG;
@@ -340,6 +388,9 @@ HRESULT SafeArrayPutElement(SAFEARRAY* array, LONG* indices, void* element)
     const HRESULT found = SafeArrayPtrOfIndex(array, indices, &place);
     if (FAILED(found)) {
         return found;
+    }
+    if (array->cLocks >= maxLocks) {
+        return E_UNEXPECTED;
     }
     const bool isPointer = (array->fFeatures & (FADF_BSTR | FADF_DISPATCH | FADF_UNKNOWN)) != 0;
     if (element == nullptr && !isPointer) {

@@ -1,9 +1,11 @@
 // The coercions between the types of a variant.
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <optional>
+#include <type_traits>
 #include <variant>
 
 #include <oleauto.h>
@@ -21,7 +23,7 @@ struct Nothing
 {};
 
 // A value before it gets its new type. A Boolean is the integer that it is stored as.
-using Value = std::variant<Nothing, Wide, double, Decimal, std::u16string_view>;
+using Value = std::variant<Nothing, Wide, double, Decimal, NumberText>;
 
 struct Conversion
 {
@@ -30,55 +32,88 @@ struct Conversion
     VARTYPE from;
 };
 
-// Nothing where the type has no such value at all.
-std::optional<Value> valueOf(const VARIANT& source) noexcept
+// How many bytes an integer type has; 0 for every other type.
+std::size_t integerSize(VARTYPE vt) noexcept
 {
-    switch (source.vt) {
-    case VT_EMPTY:
-        return Nothing{};
+    switch (vt) {
     case VT_I1:
-        return Wide{source.cVal};
     case VT_UI1:
-        return Wide{source.bVal};
+        return 1;
     case VT_I2:
-    case VT_BOOL:
-        return Wide{source.iVal};
     case VT_UI2:
-        return Wide{source.uiVal};
+        return 2;
     case VT_I4:
-    case VT_INT:
-        return Wide{source.lVal};
     case VT_UI4:
+    case VT_INT:
     case VT_UINT:
-        return Wide{source.ulVal};
+        return 4;
     case VT_I8:
-        return Wide{source.llVal};
     case VT_UI8:
-        return Wide{source.ullVal};
-    case VT_R4:
-        return double{source.fltVal};
-    case VT_R8:
-    case VT_DATE:
-        return source.dblVal;
-    case VT_CY:
-        return Decimal::fromCurrency(source.cyVal);
-    case VT_DECIMAL:
-        return Decimal::fromStorage(source.decVal);
-    case VT_BSTR:
-        return zul::textOf(source.bstrVal);
+        return 8;
     default:
-        return std::nullopt;
+        return 0;
     }
 }
 
-// The text of a number as "-12.5e3", or DISP_E_TYPEMISMATCH.
-HRESULT plainOf(std::u16string_view text, const Conversion& conversion, std::string& plain)
+// As many digits as a real type is good for.
+int digitsOf(VARTYPE vt) noexcept
 {
-    std::optional<std::string> number = plainNumber(text, conversion.style);
-    if (!number) {
+    return vt == VT_R4 ? 7 : 15;
+}
+
+// The value of every type but those that texts are read for; DISP_E_TYPEMISMATCH where there is none.
+HRESULT valueOf(const VARIANT& source, Value& value) noexcept
+{
+    switch (source.vt) {
+    case VT_EMPTY:
+        value = Nothing{};
+        break;
+    case VT_I1:
+        value = Wide{source.cVal};
+        break;
+    case VT_UI1:
+        value = Wide{source.bVal};
+        break;
+    case VT_I2:
+    case VT_BOOL:
+        value = Wide{source.iVal};
+        break;
+    case VT_UI2:
+        value = Wide{source.uiVal};
+        break;
+    case VT_I4:
+    case VT_INT:
+        value = Wide{source.lVal};
+        break;
+    case VT_UI4:
+    case VT_UINT:
+        value = Wide{source.ulVal};
+        break;
+    case VT_I8:
+        value = Wide{source.llVal};
+        break;
+    case VT_UI8:
+        value = Wide{source.ullVal};
+        break;
+    case VT_R4:
+        value = double{source.fltVal};
+        break;
+    case VT_R8:
+    case VT_DATE:
+        value = source.dblVal;
+        break;
+    case VT_CY:
+        value = Decimal::fromCurrency(source.cyVal);
+        break;
+    case VT_DECIMAL:
+        if (!Decimal::isWellFormed(source.decVal)) {
+            return E_INVALIDARG;
+        }
+        value = Decimal::fromStorage(source.decVal);
+        break;
+    default:
         return DISP_E_TYPEMISMATCH;
     }
-    plain = std::move(*number);
     return S_OK;
 }
 
@@ -86,16 +121,25 @@ HRESULT doubleFromPlain(const std::string& plain, double& result) noexcept
 {
     const std::from_chars_result read = std::from_chars(plain.data(), plain.data() + plain.size(), result);
     if (read.ec == std::errc::result_out_of_range) {
-        // Too small is zero; too large is told.
-        const std::size_t e = plain.find("e-");
-        const bool tiny = e != std::string::npos || plain.find_first_of("123456789") > plain.find('.');
+        // Too small is zero; too large is told. The library does not say which, but the digits do.
+        const std::optional<Decimal> decimal = Decimal::fromPlain(plain);
         result = 0;
-        return tiny ? S_OK : DISP_E_OVERFLOW;
+        return decimal && decimal->mantissa == 0 ? S_OK : DISP_E_OVERFLOW;
     }
     return S_OK;
 }
 
-HRESULT toReal(const Value& value, const Conversion& conversion, double& result)
+// The bits of a number to another base, as a signed number of 32 bits.
+HRESULT longFromBits(std::uint64_t bits, double& result) noexcept
+{
+    if (bits > std::numeric_limits<std::uint32_t>::max()) {
+        return DISP_E_OVERFLOW;
+    }
+    result = static_cast<std::int32_t>(bits);
+    return S_OK;
+}
+
+HRESULT toReal(const Value& value, double& result)
 {
     if (const auto* integer = std::get_if<Wide>(&value)) {
         result = static_cast<double>(*integer);
@@ -103,10 +147,8 @@ HRESULT toReal(const Value& value, const Conversion& conversion, double& result)
         result = *real;
     } else if (const auto* decimal = std::get_if<Decimal>(&value)) {
         result = decimal->toDouble();
-    } else if (const auto* text = std::get_if<std::u16string_view>(&value)) {
-        std::string plain;
-        const HRESULT read = plainOf(*text, conversion, plain);
-        return FAILED(read) ? read : doubleFromPlain(plain, result);
+    } else if (const auto* text = std::get_if<NumberText>(&value)) {
+        return text->bits ? longFromBits(*text->bits, result) : doubleFromPlain(text->plain, result);
     } else {
         result = 0;
     }
@@ -128,7 +170,7 @@ HRESULT integerFromReal(double real, Wide& result) noexcept
     return S_OK;
 }
 
-HRESULT toInteger(const Value& value, const Conversion& conversion, Wide& result)
+HRESULT toInteger(const Value& value, Wide& result)
 {
     if (const auto* integer = std::get_if<Wide>(&value)) {
         result = *integer;
@@ -141,14 +183,9 @@ HRESULT toInteger(const Value& value, const Conversion& conversion, Wide& result
         result = decimal->toInteger();
         return S_OK;
     }
-    if (const auto* text = std::get_if<std::u16string_view>(&value)) {
+    if (const auto* text = std::get_if<NumberText>(&value)) {
         // Through a decimal number, which keeps every digit of the largest integer.
-        std::string plain;
-        const HRESULT read = plainOf(*text, conversion, plain);
-        if (FAILED(read)) {
-            return read;
-        }
-        const std::optional<Decimal> decimal = Decimal::fromPlain(plain);
+        const std::optional<Decimal> decimal = Decimal::fromPlain(text->plain);
         if (!decimal) {
             return DISP_E_OVERFLOW;
         }
@@ -163,18 +200,17 @@ HRESULT toDecimal(const Value& value, const Conversion& conversion, Decimal& res
 {
     std::optional<Decimal> decimal;
     if (const auto* integer = std::get_if<Wide>(&value)) {
-        decimal = Decimal::fromInteger(*integer);
+        // The one place where a true Boolean counts as one.
+        decimal = Decimal::fromInteger(conversion.from == VT_BOOL ? Wide{*integer != 0} : *integer);
     } else if (const auto* real = std::get_if<double>(&value)) {
-        decimal = Decimal::fromDouble(*real);
+        decimal = Decimal::fromDouble(*real, digitsOf(conversion.from));
     } else if (const auto* given = std::get_if<Decimal>(&value)) {
         decimal = *given;
-    } else if (const auto* text = std::get_if<std::u16string_view>(&value)) {
-        std::string plain;
-        const HRESULT read = plainOf(*text, conversion, plain);
-        if (FAILED(read)) {
-            return read;
+    } else if (const auto* text = std::get_if<NumberText>(&value)) {
+        decimal = text->bits ? Decimal::fromInteger(Wide{*text->bits}) : Decimal::fromPlain(text->plain);
+        if (decimal) {
+            decimal->dropZeros();
         }
-        decimal = Decimal::fromPlain(plain);
     } else {
         decimal = Decimal{};
     }
@@ -185,16 +221,65 @@ HRESULT toDecimal(const Value& value, const Conversion& conversion, Decimal& res
     return S_OK;
 }
 
-// Stores an integer as type T, which must be able to hold it. A true Boolean becomes all ones in every type.
+HRESULT storeCurrency(const Value& value, CY& place)
+{
+    std::optional<CY> currency;
+    const auto* text = std::get_if<NumberText>(&value);
+    if (const auto* real = std::get_if<double>(&value)) {
+        currency = Decimal::currencyFromDouble(*real);
+    } else if (text != nullptr && text->bits) {
+        double number = 0;
+        const HRESULT read = longFromBits(*text->bits, number);
+        if (FAILED(read)) {
+            return read;
+        }
+        currency = Decimal::currencyFromDouble(number);
+    } else {
+        std::optional<Decimal> decimal;
+        if (text != nullptr) {
+            decimal = Decimal::fromPlain(text->plain);
+        } else if (const auto* integer = std::get_if<Wide>(&value)) {
+            decimal = Decimal::fromInteger(*integer);
+        } else if (const auto* given = std::get_if<Decimal>(&value)) {
+            decimal = *given;
+        } else {
+            decimal = Decimal{};
+        }
+        currency = decimal ? decimal->toCurrency() : std::nullopt;
+    }
+    if (!currency) {
+        return DISP_E_OVERFLOW;
+    }
+    place = *currency;
+    return S_OK;
+}
+
+// Stores an integer as type T, which must be able to hold it.
 template <typename T>
 HRESULT storeInteger(const Value& value, const Conversion& conversion, T& place)
 {
+    const auto* text = std::get_if<NumberText>(&value);
+    if (text != nullptr && text->bits) {
+        // "&HFFFF" is -1 where 16 bits are wanted and 65535 where there is room for more.
+        place = static_cast<T>(*text->bits);
+        return *text->bits > std::numeric_limits<std::make_unsigned_t<T>>::max() ? DISP_E_OVERFLOW : S_OK;
+    }
     Wide integer = 0;
-    const HRESULT read = toInteger(value, conversion, integer);
+    const HRESULT read = toInteger(value, integer);
     if (FAILED(read)) {
         return read;
     }
-    if (conversion.from != VT_BOOL &&
+    if constexpr (std::is_same_v<T, LONGLONG>) {
+        // Meant: the system rounds a negative currency down here, and to the nearest in every other integer.
+        const auto* decimal = std::get_if<Decimal>(&value);
+        if (conversion.from == VT_CY && decimal->negative) {
+            integer = -static_cast<Wide>((decimal->mantissa + 9999) / 10000);
+        }
+    }
+    // Among integers of one size the bits stay as they are, whatever they mean then; a true Boolean becomes all ones
+    // in every type.
+    const bool bitsStay = conversion.from == VT_BOOL || integerSize(conversion.from) == sizeof(T);
+    if (!bitsStay &&
         (integer < Wide{std::numeric_limits<T>::min()} || integer > Wide{std::numeric_limits<T>::max()})) {
         return DISP_E_OVERFLOW;
     }
@@ -202,69 +287,62 @@ HRESULT storeInteger(const Value& value, const Conversion& conversion, T& place)
     return S_OK;
 }
 
-HRESULT storeTruth(const Value& value, const Conversion& conversion, VARIANT_BOOL& place)
+HRESULT storeTruth(const Value& value, VARIANT_BOOL& place)
 {
     bool truth = false;
-    if (const auto* text = std::get_if<std::u16string_view>(&value)) {
-        const std::optional<bool> word = parseTruth(*text, conversion.style);
-        if (word) {
-            truth = *word;
-        } else {
-            double number = 0;
-            const HRESULT read = toReal(value, conversion, number);
-            if (FAILED(read)) {
-                return read;
-            }
-            truth = number != 0.0;
-        }
-    } else if (const auto* integer = std::get_if<Wide>(&value)) {
+    if (const auto* integer = std::get_if<Wide>(&value)) {
         truth = *integer != 0;
-    } else if (const auto* real = std::get_if<double>(&value)) {
-        truth = *real != 0.0;
     } else if (const auto* decimal = std::get_if<Decimal>(&value)) {
         truth = decimal->mantissa != 0;
+    } else {
+        double real = 0;
+        const HRESULT read = toReal(value, real);
+        if (FAILED(read)) {
+            return read;
+        }
+        truth = real != 0.0;
     }
     place = truth ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
 }
 
-HRESULT storeDate(const Value& value, const Conversion& conversion, DATE& place)
+HRESULT storeSingle(const Value& value, FLOAT& place)
 {
-    if (const auto* text = std::get_if<std::u16string_view>(&value)) {
-        const std::optional<DATE> date = parseDate(*text, conversion.style);
-        if (!date) {
-            return DISP_E_TYPEMISMATCH;
-        }
-        place = *date;
-        return S_OK;
+    double real = 0;
+    const HRESULT read = toReal(value, real);
+    if (FAILED(read)) {
+        return read;
     }
-    const HRESULT read = toReal(value, conversion, place);
+    // A text that is no zero must not become one.
+    const bool lost = std::holds_alternative<NumberText>(value) && real != 0.0 &&
+                      std::fabs(real) < double{std::numeric_limits<float>::denorm_min()};
+    if (lost || std::fabs(real) > double{std::numeric_limits<float>::max()}) {
+        return DISP_E_OVERFLOW;
+    }
+    place = static_cast<float>(real);
+    return S_OK;
+}
+
+HRESULT storeDate(const Value& value, DATE& place)
+{
+    const HRESULT read = toReal(value, place);
     if (FAILED(read)) {
         return read;
     }
     return isDateInRange(place) ? S_OK : DISP_E_OVERFLOW;
 }
 
-std::u16string realText(double value, int digits, const LocaleStyle& style)
+std::u16string_view wordFor(bool truth, const Conversion& conversion) noexcept
 {
-    char text[64];
-    const std::to_chars_result end = std::to_chars(text, text + sizeof text, value == 0.0 ? 0.0 : value,
-                                                   std::chars_format::general, digits);
-    return localNumber({text, static_cast<std::size_t>(end.ptr - text)}, style);
-}
-
-std::u16string wordFor(bool truth, const Conversion& conversion)
-{
-    if ((conversion.flags & VARIANT_LOCALBOOL) != 0 && conversion.style.italian) {
-        return truth ? u"Vero" : u"Falso";
-    }
-    return truth ? u"True" : u"False";
+    const LocaleWords& words =
+        (conversion.flags & VARIANT_LOCALBOOL) != 0 ? *conversion.style.words : englishWords();
+    return truth ? words.yes : words.no;
 }
 
 std::u16string textFor(const Value& value, const Conversion& conversion)
 {
     if (conversion.from == VT_BOOL && (conversion.flags & (VARIANT_ALPHABOOL | VARIANT_LOCALBOOL)) != 0) {
-        return wordFor(std::get<Wide>(value) != 0, conversion);
+        return std::u16string(wordFor(std::get<Wide>(value) != 0, conversion));
     }
     if (conversion.from == VT_DATE) {
         return formatDate(std::get<double>(value), conversion.style);
@@ -273,8 +351,7 @@ std::u16string textFor(const Value& value, const Conversion& conversion)
         return zul::utf16FromUtf8(Decimal::fromInteger(*integer).toPlain());
     }
     if (const auto* real = std::get_if<double>(&value)) {
-        // As many digits as the type is good for.
-        return realText(*real, conversion.from == VT_R4 ? 7 : 15, conversion.style);
+        return localNumber(plainReal(*real, digitsOf(conversion.from)), conversion.style);
     }
     if (const auto* decimal = std::get_if<Decimal>(&value)) {
         return localNumber(decimal->toPlain(), conversion.style);
@@ -285,7 +362,7 @@ std::u16string textFor(const Value& value, const Conversion& conversion)
 HRESULT storeText(const Value& value, const Conversion& conversion, BSTR& place)
 {
     if (conversion.from == VT_DATE && !isDateInRange(std::get<double>(value))) {
-        return DISP_E_TYPEMISMATCH;
+        return E_INVALIDARG;
     }
     place = zul::Bstr(textFor(value, conversion)).detach();
     return S_OK;
@@ -313,43 +390,47 @@ HRESULT store(const Value& value, const Conversion& conversion, VARTYPE vt, VARI
     case VT_UI8:
         return storeInteger(value, conversion, result.ullVal);
     case VT_BOOL:
-        return storeTruth(value, conversion, result.boolVal);
-    case VT_R4: {
-        double real = 0;
-        const HRESULT read = toReal(value, conversion, real);
-        if (SUCCEEDED(read) && std::fabs(real) > double{std::numeric_limits<float>::max()}) {
-            return DISP_E_OVERFLOW;
-        }
-        result.fltVal = static_cast<float>(real);
-        return read;
-    }
+        return storeTruth(value, result.boolVal);
+    case VT_R4:
+        return storeSingle(value, result.fltVal);
     case VT_R8:
-        return toReal(value, conversion, result.dblVal);
+        return toReal(value, result.dblVal);
     case VT_DATE:
-        return storeDate(value, conversion, result.date);
+        return storeDate(value, result.date);
     case VT_BSTR:
         return storeText(value, conversion, result.bstrVal);
     case VT_CY:
+        return storeCurrency(value, result.cyVal);
     case VT_DECIMAL: {
         Decimal decimal;
         const HRESULT read = toDecimal(value, conversion, decimal);
-        if (FAILED(read)) {
-            return read;
-        }
-        if (vt == VT_DECIMAL) {
+        if (SUCCEEDED(read)) {
             result.decVal = decimal.toStorage();
-            return S_OK;
         }
-        const std::optional<CY> currency = decimal.toCurrency();
-        if (!currency) {
-            return DISP_E_OVERFLOW;
-        }
-        result.cyVal = *currency;
-        return S_OK;
+        return read;
     }
     default:
         return DISP_E_TYPEMISMATCH;
     }
+}
+
+// A text as a number, a date or a truth value.
+HRESULT storeFromText(std::u16string_view text, const Conversion& conversion, VARTYPE vt, VARIANT& result)
+{
+    if (vt == VT_DATE) {
+        const std::optional<DATE> date = readDate(text, conversion.style);
+        result.date = date.value_or(0.0);
+        return date ? S_OK : DISP_E_TYPEMISMATCH;
+    }
+    if (vt == VT_BOOL) {
+        const bool localized = (conversion.flags & VARIANT_LOCALBOOL) != 0;
+        if (const std::optional<bool> word = readTruth(text, conversion.style, localized)) {
+            result.boolVal = *word ? VARIANT_TRUE : VARIANT_FALSE;
+            return S_OK;
+        }
+    }
+    std::optional<NumberText> number = readNumber(text, conversion.style);
+    return number ? store(Value{std::move(*number)}, conversion, vt, result) : DISP_E_TYPEMISMATCH;
 }
 
 bool isObject(VARTYPE vt) noexcept
@@ -375,7 +456,7 @@ HRESULT changeObject(IUnknown* object, VARTYPE vt, Variant& result) noexcept
 HRESULT defaultValue(IDispatch* object, LCID lcid, Variant& value) noexcept
 {
     if (object == nullptr) {
-        return DISP_E_TYPEMISMATCH;
+        return DISP_E_BADVARTYPE;
     }
     DISPPARAMS none{};
     const HRESULT read = object->Invoke(DISPID_VALUE, GUID_NULL, lcid, DISPATCH_PROPERTYGET, &none,
@@ -383,9 +464,72 @@ HRESULT defaultValue(IDispatch* object, LCID lcid, Variant& value) noexcept
     return SUCCEEDED(read) && value.vt != VT_DISPATCH ? S_OK : DISP_E_TYPEMISMATCH;
 }
 
-bool isValueType(VARTYPE vt) noexcept
+// A text and the array of the bytes it stands on are the same to automation.
+HRESULT bytesFromText(BSTR text, Variant& result) noexcept
 {
-    return vt <= VT_DECIMAL ? vt != VT_VARIANT : vt >= VT_I1 && vt <= VT_UINT;
+    const UINT count = SysStringByteLen(text);
+    SAFEARRAY* const array = SafeArrayCreateVector(VT_UI1, 0, count);
+    void* data = nullptr;
+    if (array == nullptr || FAILED(SafeArrayAccessData(array, &data))) {
+        return E_OUTOFMEMORY;
+    }
+    if (count != 0) {
+        std::memcpy(data, text, count);
+    }
+    SafeArrayUnaccessData(array);
+    result.parray = array;
+    result.vt = VT_ARRAY | VT_UI1;
+    return S_OK;
+}
+
+HRESULT textFromBytes(SAFEARRAY* array, Variant& result) noexcept
+{
+    if (SafeArrayGetDim(array) != 1) {
+        return E_INVALIDARG;
+    }
+    LONG lower = 0;
+    LONG upper = 0;
+    void* data = nullptr;
+    SafeArrayGetLBound(array, 1, &lower);
+    SafeArrayGetUBound(array, 1, &upper);
+    if (FAILED(SafeArrayAccessData(array, &data))) {
+        return E_INVALIDARG;
+    }
+    // An odd byte at the end is no character.
+    const UINT count = static_cast<UINT>(std::int64_t{upper} - lower + 1) / sizeof(OLECHAR);
+    result.bstrVal = SysAllocStringLen(nullptr, count);
+    if (result.bstrVal != nullptr) {
+        std::memcpy(result.bstrVal, data, count * sizeof(OLECHAR));
+        result.vt = VT_BSTR;
+    }
+    SafeArrayUnaccessData(array);
+    return result.bstrVal != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+// A type that a variant can have or be asked to become, though perhaps nothing can become it.
+bool isVariantType(VARTYPE vt) noexcept
+{
+    const auto type = static_cast<VARTYPE>(vt & VT_TYPEMASK);
+    const auto modifiers = static_cast<VARTYPE>(vt & ~VT_TYPEMASK);
+    if ((modifiers & ~(VT_ARRAY | VT_BYREF)) != 0) {
+        return false;
+    }
+    if (type == VT_EMPTY || type == VT_NULL) {
+        return modifiers == 0;
+    }
+    return type <= VT_DECIMAL || (type >= VT_I1 && type <= VT_UINT) || type == VT_RECORD;
+}
+
+HRESULT changeText(Variant& source, const Conversion& conversion, VARTYPE vt, Variant& result)
+{
+    if (vt == (VT_ARRAY | VT_UI1)) {
+        return bytesFromText(source.bstrVal, result);
+    }
+    const HRESULT stored = storeFromText(source.text(), conversion, vt, result);
+    if (SUCCEEDED(stored)) {
+        result.vt = vt; // last: a decimal number lies over it
+    }
+    return stored;
 }
 
 HRESULT change(Variant& source, LCID lcid, USHORT flags, VARTYPE vt, Variant& result)
@@ -394,7 +538,23 @@ HRESULT change(Variant& source, LCID lcid, USHORT flags, VARTYPE vt, Variant& re
         result.swap(source);
         return S_OK;
     }
-    if ((vt & VT_ARRAY) != 0 || (source.vt & VT_ARRAY) != 0) {
+    if ((source.vt & VT_ARRAY) != 0) {
+        return source.vt == (VT_ARRAY | VT_UI1) && vt == VT_BSTR ? textFromBytes(source.parray, result)
+                                                                 : DISP_E_TYPEMISMATCH;
+    }
+    if (source.vt == VT_NULL || source.vt == VT_ERROR || (vt & VT_BYREF) != 0) {
+        return DISP_E_TYPEMISMATCH; // Null and error codes are nothing else
+    }
+    if (vt == VT_EMPTY || vt == VT_NULL) {
+        result.vt = vt; // everything can be forgotten
+        return S_OK;
+    }
+    const Conversion conversion{localeStyle(lcid), flags, source.vt};
+    if (source.vt == VT_BSTR) {
+        return isObject(vt) || vt == VT_ERROR ? DISP_E_TYPEMISMATCH
+                                              : changeText(source, conversion, vt, result);
+    }
+    if ((vt & VT_ARRAY) != 0 || vt == VT_VARIANT || vt == VT_RECORD || vt == VT_ERROR) {
         return DISP_E_TYPEMISMATCH;
     }
     if (isObject(source.vt)) {
@@ -402,22 +562,30 @@ HRESULT change(Variant& source, LCID lcid, USHORT flags, VARTYPE vt, Variant& re
             return changeObject(source.punkVal, vt, result);
         }
         Variant value;
-        if (source.vt != VT_DISPATCH || (flags & VARIANT_NOVALUEPROP) != 0 ||
-            FAILED(defaultValue(source.pdispVal, lcid, value))) {
+        if (source.vt != VT_DISPATCH || (flags & VARIANT_NOVALUEPROP) != 0) {
             return DISP_E_TYPEMISMATCH;
         }
-        return change(value, lcid, flags, vt, result);
+        const HRESULT read = defaultValue(source.pdispVal, lcid, value);
+        return FAILED(read) ? read : change(value, lcid, flags, vt, result);
     }
-    const std::optional<Value> value = valueOf(source);
-    if (!value) {
-        return DISP_E_TYPEMISMATCH; // Null and error codes are nothing else
+    if (isObject(vt)) {
+        return DISP_E_TYPEMISMATCH;
     }
-    const Conversion conversion{localeStyle(lcid), flags, source.vt};
-    const HRESULT stored = store(*value, conversion, vt, result);
-    if (SUCCEEDED(stored)) {
+    Value value;
+    HRESULT outcome = valueOf(source, value);
+    if (SUCCEEDED(outcome)) {
+        outcome = store(value, conversion, vt, result);
+    }
+    if (SUCCEEDED(outcome)) {
         result.vt = vt; // last: a decimal number lies over it
     }
-    return stored;
+    return outcome;
+}
+
+// A reference that leads nowhere has no type at all.
+bool leadsNowhere(const VARIANT& source) noexcept
+{
+    return (source.vt & VT_BYREF) != 0 && source.byref == nullptr;
 }
 
 } // namespace
@@ -433,11 +601,11 @@ HRESULT VariantChangeTypeEx(VARIANTARG* destination, const VARIANTARG* source, L
     if (destination == nullptr || source == nullptr) {
         return E_INVALIDARG;
     }
-    if ((vt & VT_BYREF) != 0) {
-        return DISP_E_TYPEMISMATCH;
-    }
-    if (!isValueType(static_cast<VARTYPE>(vt & VT_TYPEMASK))) {
+    if (!isVariantType(vt)) {
         return DISP_E_BADVARTYPE;
+    }
+    if (leadsNowhere(*source)) {
+        return isVariantType(source->vt) ? DISP_E_TYPEMISMATCH : DISP_E_BADVARTYPE;
     }
     try {
         Variant plain;

@@ -11,7 +11,8 @@ STDAPI_(LPVOID) CoTaskMemAlloc(SIZE_T size);
 STDAPI_(LPVOID) CoTaskMemRealloc(LPVOID memory, SIZE_T size);
 STDAPI_(void) CoTaskMemFree(LPVOID memory);
 
-// Once per thread that uses objects, balanced by CoUninitialize; S_FALSE when the thread has it already.
+// Once per thread that uses objects, balanced by CoUninitialize; S_FALSE when the thread has it already,
+// RPC_E_CHANGED_MODE (not to be balanced) when it has the other kind of apartment.
 STDAPI CoInitialize(LPVOID reserved);
 STDAPI CoInitializeEx(LPVOID reserved, DWORD coInit);
 STDAPI_(void) CoUninitialize();

@@ -132,6 +132,8 @@ enum VARENUM
     VT_SAFEARRAY = 27,
     VT_USERDEFINED = 29,
     VT_RECORD = 36,
+    VT_INT_PTR = 37,
+    VT_UINT_PTR = 38,
     VT_ARRAY = 0x2000,
     VT_BYREF = 0x4000,
     VT_TYPEMASK = 0xfff

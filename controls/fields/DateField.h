@@ -5,8 +5,8 @@
 #include <QPointer>
 #include <QWidget>
 
-class QFrame;
-class QLineEdit;
+QT_FORWARD_DECLARE_CLASS(QFrame)
+QT_FORWARD_DECLARE_CLASS(QLineEdit)
 
 namespace zul {
 

@@ -1,10 +1,12 @@
 // What the fields that are made of a text box and buttons have in common.
 #pragma once
 
-class QLineEdit;
-class QToolButton;
-class QWidget;
-class QString;
+#include <QtGlobal>
+
+QT_FORWARD_DECLARE_CLASS(QLineEdit)
+QT_FORWARD_DECLARE_CLASS(QToolButton)
+QT_FORWARD_DECLARE_CLASS(QWidget)
+QT_FORWARD_DECLARE_CLASS(QString)
 
 namespace zul {
 

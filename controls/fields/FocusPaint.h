@@ -6,7 +6,7 @@
 #include <QPointer>
 #include <QVector>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

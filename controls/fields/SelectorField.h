@@ -3,8 +3,8 @@
 
 #include <QWidget>
 
-class QLineEdit;
-class QToolButton;
+QT_FORWARD_DECLARE_CLASS(QLineEdit)
+QT_FORWARD_DECLARE_CLASS(QToolButton)
 
 namespace zul {
 

@@ -5,7 +5,7 @@
 #include <QFont>
 #include <QPalette>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

@@ -5,7 +5,9 @@
 
 #include <functional>
 
-class QWidget;
+#include <QtGlobal>
+
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

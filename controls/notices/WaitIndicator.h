@@ -3,8 +3,8 @@
 
 #include <QFrame>
 
-class QLabel;
-class QProgressBar;
+QT_FORWARD_DECLARE_CLASS(QLabel)
+QT_FORWARD_DECLARE_CLASS(QProgressBar)
 
 namespace zul {
 

@@ -4,7 +4,7 @@
 #include <QFrame>
 #include <QTimer>
 
-class QLabel;
+QT_FORWARD_DECLARE_CLASS(QLabel)
 
 namespace zul {
 

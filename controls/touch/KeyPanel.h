@@ -4,8 +4,8 @@
 #include <QFrame>
 #include <QPointer>
 
-class QAbstractButton;
-class QPushButton;
+QT_FORWARD_DECLARE_CLASS(QAbstractButton)
+QT_FORWARD_DECLARE_CLASS(QPushButton)
 
 namespace zul {
 

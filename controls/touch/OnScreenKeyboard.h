@@ -5,7 +5,7 @@
 
 #include <QVector>
 
-class QGridLayout;
+QT_FORWARD_DECLARE_CLASS(QGridLayout)
 
 namespace zul {
 

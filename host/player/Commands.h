@@ -8,7 +8,7 @@
 #include <functional>
 #include <vector>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul::host {
 class EventPrinter;

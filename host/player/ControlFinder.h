@@ -3,8 +3,8 @@
 
 #include <QString>
 
-class QObject;
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QObject)
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul::host {
 /// The control of that name in the window, or the window itself; of several that share a name the visible one.

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul::host {
 /// "control NAME visible=… enabled=… … background=…".

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QVariantList>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul::host {
 /// A report grid, known only through the members that its probe offers to Qt's meta-object system; the host links

@@ -5,7 +5,7 @@
 #include <QString>
 #include <Qt>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul::host {
 // Everything goes to the window as the window system would deliver it, so that grabs, popups, focus, hover and

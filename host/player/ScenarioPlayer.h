@@ -9,7 +9,7 @@
 #include <functional>
 #include <set>
 
-class QEventLoop;
+QT_FORWARD_DECLARE_CLASS(QEventLoop)
 
 namespace zul::host {
 class EventPrinter;

@@ -9,8 +9,8 @@
 #include <QString>
 #include <QTimer>
 
-class QMessageBox;
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QMessageBox)
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul::host {
 class EventPrinter;

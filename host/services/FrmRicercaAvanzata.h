@@ -4,12 +4,12 @@
 
 #include <QDialog>
 
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QRadioButton;
-class QToolButton;
-class QVBoxLayout;
+QT_FORWARD_DECLARE_CLASS(QComboBox)
+QT_FORWARD_DECLARE_CLASS(QLabel)
+QT_FORWARD_DECLARE_CLASS(QLineEdit)
+QT_FORWARD_DECLARE_CLASS(QRadioButton)
+QT_FORWARD_DECLARE_CLASS(QToolButton)
+QT_FORWARD_DECLARE_CLASS(QVBoxLayout)
 
 namespace zul::host {
 

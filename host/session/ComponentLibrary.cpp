@@ -34,7 +34,8 @@ ComPtr<IDispatch> createSmsCreator(const QString& libraryFile)
 
 QString defaultLibraryFile()
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("libZul_MessageBuilder.so"));
+    return QDir(QCoreApplication::applicationDirPath())
+        .filePath(LoadedLibrary::fileName(QStringLiteral("Zul_MessageBuilder")));
 }
 
 Advised::Advised(IDispatch* source, const IID& events, IUnknown* sink)

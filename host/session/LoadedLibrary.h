@@ -12,6 +12,9 @@ public:
     // The file's path in the platform's form. Throws std::runtime_error with a text for the user.
     explicit LoadedLibrary(const QString& file);
 
+    // The file of a library with this name: "libName.so", "Name.dll".
+    [[nodiscard]] static QString fileName(const QString& name);
+
     // A function that the library exports. Throws std::runtime_error when there is none.
     template <typename Function>
     [[nodiscard]] Function* function(const char* name) const

@@ -12,6 +12,7 @@
 #include "automation/Dispatch.h"
 #include "automation/ErrorInfo.h"
 #include "automation/Variant.h"
+#include "tests/automation/ScopedEnvironment.h"
 
 using zul::Bstr;
 using zul::ComPtr;
@@ -531,19 +532,32 @@ TEST_F(Dispatch, AnOverflowIsNoMismatch)
               DISP_E_OVERFLOW);
 }
 
-TEST_F(Dispatch, TextsAreReadInTheCallersLocale)
+TEST_F(Dispatch, TextsAreReadInTheUsersLocaleWhateverTheCallSays)
 {
     const auto subtract = [&](LCID lcid) {
         return invoke(target.get(), 12, DISPATCH_METHOD,
                       list(Variant::fromLong(0), Variant::fromLong(0), Variant::fromText(u"18,5")), {}, lcid)
             .value.dblVal;
     };
-    EXPECT_EQ(subtract(0x0410), 18.5);
-    EXPECT_EQ(subtract(0x0409), 185);
+    for (const LCID lcid : {LCID{0x0410}, LCID{0x0409}, LCID{0}}) {
+        {
+            const ScopedEnvironment user("LC_ALL", "it_IT.UTF-8");
+            EXPECT_EQ(subtract(lcid), 18.5);
+        }
+        const ScopedEnvironment user("LC_ALL", "en_US.UTF-8");
+        EXPECT_EQ(subtract(lcid), 185);
+    }
+}
+
+TEST_F(Dispatch, ATruthValueBecomesTheTextOfItsNumber)
+{
+    EXPECT_EQ(invokeMethod(target.get(), 3, list(Variant::fromBool(true))).result, S_OK);
+    EXPECT_EQ(target->noted, u"-1");
 }
 
 TEST_F(Dispatch, EveryValueTypeReachesTheMember)
 {
+    const ScopedEnvironment user("LC_ALL", "en_US.UTF-8");
     const Call call =
         invokeMethod(target.get(), 13,
                      list(Variant::fromText(u"2.5"), Variant::fromText(u"200"),

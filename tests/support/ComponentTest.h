@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 // Texts in failure reports.
 void PrintTo(const QString& text, std::ostream* out);

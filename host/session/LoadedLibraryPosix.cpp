@@ -26,4 +26,9 @@ void* LoadedLibrary::address(const char* name) const
     }
     return found;
 }
+
+QString LoadedLibrary::fileName(const QString& name)
+{
+    return QStringLiteral("lib%1.so").arg(name);
+}
 } // namespace zul::host

@@ -1,0 +1,170 @@
+#include "ftp/LocalFile.h"
+
+#include <algorithm>
+#include <string>
+
+#include <windows.h>
+
+namespace zul::ftp {
+
+namespace {
+
+// In the system's form: "\" between folders, and the prefix that lifts the limit of 260 characters where a path is
+// longer. Empty for what can be no path.
+std::wstring nativePath(const std::string& path)
+{
+    // Cut at a NUL, the system's functions would open another file than the one that was named.
+    if (path.empty() || path.find('\0') != std::string::npos)
+        return {};
+    const auto bytes = static_cast<int>(path.size());
+    std::wstring native(path.size(), L'\0');
+    const int length = MultiByteToWideChar(CP_UTF8, 0, path.data(), bytes, native.data(), bytes);
+    native.resize(static_cast<std::size_t>(std::max(length, 0)));
+    std::replace(native.begin(), native.end(), L'/', L'\\');
+    if (native.size() < MAX_PATH || native.starts_with(L"\\\\?\\"))
+        return native;
+    const DWORD needed = GetFullPathNameW(native.c_str(), 0, nullptr, nullptr);
+    std::wstring full(needed, L'\0');
+    full.resize(GetFullPathNameW(native.c_str(), needed, full.data(), nullptr));
+    return full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
+}
+
+std::wstring folderOf(const std::wstring& native)
+{
+    const std::size_t separator = native.rfind(L'\\');
+    return separator == std::wstring::npos ? L"." : native.substr(0, separator + 1);
+}
+
+bool isFolder(const std::wstring& native)
+{
+    const DWORD attributes = GetFileAttributesW(native.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+LocalError fromSystem(DWORD number)
+{
+    switch (number) {
+    case ERROR_FILE_NOT_FOUND:
+        return LocalError::NoFile;
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_DIRECTORY:
+        return LocalError::NoFolder;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_WRITE_PROTECT:
+    case ERROR_FILENAME_EXCED_RANGE:
+        return LocalError::Denied;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return LocalError::Full;
+    default:
+        return LocalError::Fault;
+    }
+}
+
+HANDLE handleOf(std::intptr_t handle)
+{
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+} // namespace
+
+LocalFile::~LocalFile()
+{
+    close();
+}
+
+LocalError LocalFile::open(const std::string& path, Mode mode)
+{
+    close();
+    const std::wstring native = nativePath(path);
+    if (native.empty())
+        return LocalError::NoFolder;
+    if (isFolder(native))
+        return LocalError::Denied;
+    const bool reading = mode == Mode::Read;
+    const HANDLE file = CreateFileW(native.c_str(), reading ? GENERIC_READ : GENERIC_WRITE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    reading                 ? OPEN_EXISTING
+                                    : mode == Mode::Replace ? CREATE_ALWAYS
+                                                            : OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return fromSystem(GetLastError());
+    m_handle = reinterpret_cast<std::intptr_t>(file);
+    return LocalError::None;
+}
+
+void LocalFile::close()
+{
+    if (isOpen())
+        CloseHandle(handleOf(m_handle));
+    m_handle = -1;
+}
+
+LocalError LocalFile::size(std::uint64_t& bytes) const
+{
+    LARGE_INTEGER length{};
+    if (!GetFileSizeEx(handleOf(m_handle), &length))
+        return LocalError::Fault;
+    bytes = static_cast<std::uint64_t>(length.QuadPart);
+    return LocalError::None;
+}
+
+LocalError LocalFile::read(char* buffer, std::size_t wanted, std::size_t& got)
+{
+    constexpr std::size_t most = 1U << 30U;
+    got = 0;
+    while (got < wanted) {
+        DWORD count = 0;
+        const auto piece = static_cast<DWORD>(std::min(wanted - got, most));
+        if (!ReadFile(handleOf(m_handle), buffer + got, piece, &count, nullptr))
+            return LocalError::Fault;
+        if (count == 0)
+            break;
+        got += count;
+    }
+    return LocalError::None;
+}
+
+LocalError LocalFile::write(std::string_view data)
+{
+    constexpr std::size_t most = 1U << 30U;
+    while (!data.empty()) {
+        DWORD count = 0;
+        const auto piece = static_cast<DWORD>(std::min(data.size(), most));
+        if (!WriteFile(handleOf(m_handle), data.data(), piece, &count, nullptr))
+            return fromSystem(GetLastError());
+        data.remove_prefix(count);
+    }
+    return LocalError::None;
+}
+
+LocalError LocalFile::probeReplace(const std::string& path)
+{
+    const std::wstring native = nativePath(path);
+    if (native.empty())
+        return LocalError::NoFolder;
+    const DWORD attributes = GetFileAttributesW(native.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        if (!isFolder(folderOf(native)))
+            return LocalError::NoFolder;
+        // Whether a folder takes new files is told by its rights alone, which only trying can weigh.
+        return LocalError::None;
+    }
+    const DWORD refused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+    return (attributes & refused) != 0 ? LocalError::Denied : LocalError::None;
+}
+
+bool LocalFile::exists(const std::string& path)
+{
+    const std::wstring native = nativePath(path);
+    return !native.empty() && GetFileAttributesW(native.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+} // namespace zul::ftp

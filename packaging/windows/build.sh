@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Builds the component for Windows on Debian: build.sh [x86_64|i686] [TARGET…]. As root it installs what it needs first.
+# The libraries that it links are built once, from Debian's source packages, into ~/.cache/zul-windows (ZUL_WINDOWS_CACHE
+# names another folder); the results stand in build/windows-x86_64/bin or build/windows-i686/bin.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+
+arch=x86_64
+case ${1:-} in x86_64 | i686) arch=$1 && shift ;; esac
+targets=()
+[ $# -eq 0 ] || targets=(--target "$@")
+
+packaging/install.sh build windows "windows-$arch"
+dependencies=$(packaging/windows/dependencies.sh "$arch")
+mkdir -p build
+log=build/configure-windows-$arch.log
+cmake --preset "windows-$arch" -DZUL_WINDOWS_DEPENDENCIES="$dependencies" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
+cmake --build --preset "windows-$arch" -j "${ZUL_JOBS:-$(nproc)}" "${targets[@]}"

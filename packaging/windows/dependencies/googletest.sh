@@ -1,0 +1,5 @@
+source=googletest
+
+build() {
+    cmake_build -DBUILD_SHARED_LIBS=OFF
+}

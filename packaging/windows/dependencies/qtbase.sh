@@ -1,0 +1,27 @@
+# Qt's ground: Core, Gui, Widgets, Test and the platform plug-ins, with what the component uses and no more. Its
+# libraries and its namespace have names of their own: a host may have brought a Qt of another version.
+source=qt6-base
+features_off="
+    sql network xml dbus concurrent printsupport
+    opengl opengl_dynamic vulkan direct2d direct2d1_1 tuiotouch
+    glib icu zstd pkg_config etw cpp_winrt mimetype_database
+    islamiccivilcalendar jalalicalendar hijricalendar
+    sharedmemory systemsemaphore
+    gif ico jpeg imageformat_ppm imageformat_xbm imageformat_xpm movie picture pdf
+    systemtrayicon sessionmanager desktopservices undocommand
+    textmarkdownreader textmarkdownwriter textodfwriter
+    colordialog fontdialog fontcombobox wizard inputdialog errormessage progressdialog
+    splashscreen lcdnumber dial mainwindow mdiarea dockwidget toolbar statusbar toolbox commandlinkbutton
+    keysequenceedit datawidgetmapper columnview undoview syntaxhighlighter
+    graphicsview graphicseffect style_windowsvista
+    valgrind testlib_selfcover"
+bundled="zlib png jpeg freetype harfbuzz pcre2 doubleconversion libb2 textmarkdownreader"
+
+build() {
+    local options=() name
+    for name in $features_off; do options+=("-DFEATURE_$name=OFF"); done
+    for name in $bundled; do options+=("-DFEATURE_system_$name=OFF"); done
+    cmake_build -DBUILD_SHARED_LIBS=ON -DQT_LIBINFIX=Zul -DQT_NAMESPACE=ZulQt -DINPUT_opengl=no \
+        -DQT_BUILD_TESTS=OFF -DQT_BUILD_EXAMPLES=OFF -DQT_QMAKE_TARGET_MKSPEC=win32-g++ \
+        -DCMAKE_CXX_FLAGS=-fpch-preprocess "${options[@]}"
+}
