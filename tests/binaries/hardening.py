@@ -20,7 +20,7 @@ def output(*command):
 
 def first_instruction(file, function):
     symbols = output("readelf", "-W", "--syms", file)
-    place = re.search(rf"^\s*\d+: ([0-9a-f]+)\s+\d+\s+FUNC\s+GLOBAL\s+\S+\s+\d+ {function}$", symbols, re.MULTILINE)
+    place = re.search(rf"^\s*\d+: ([0-9a-f]+)\s+\d+\s+FUNC\s+\S+\s+\S+\s+\d+ {function}$", symbols, re.MULTILINE)
     if not place:
         return None
     begin = int(place.group(1), 16)
