@@ -112,6 +112,13 @@ HRESULT coerceVariant(const ParamInfo& param, VARIANT* given, ArgSlot& slot)
     return VariantCopyInd(&slot.value, given);
 }
 
+// Whether a text consists of whole characters. A reference is not null.
+bool isWhole(const VARIANT& text) noexcept
+{
+    const BSTR bytes = (text.vt & VT_BYREF) != 0 ? *text.pbstrVal : text.bstrVal;
+    return SysStringByteLen(bytes) % sizeof(OLECHAR) == 0;
+}
+
 // Makes an argument fit a parameter. The argument is not missing. Texts are read and written in the user's way: the
 // system's dispatcher does not use the locale of the call either, nor words for truth values.
 HRESULT coerce(const ParamInfo& param, VARIANT* given, ArgSlot& slot)
@@ -136,6 +143,10 @@ HRESULT coerce(const ParamInfo& param, VARIANT* given, ArgSlot& slot)
     }
     if (param.isObject) {
         return coerceObject(param, argument, slot);
+    }
+    const bool isText = (argument->vt & ~VT_BYREF) == VT_BSTR;
+    if (isText && !isWhole(*argument)) {
+        return DISP_E_TYPEMISMATCH;
     }
     if (argument->vt == (param.type | VT_BYREF)) {
         if (param.byRef) {

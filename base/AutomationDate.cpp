@@ -21,6 +21,16 @@ DayAndTime splitDate(double date)
     return parts;
 }
 
+DayAndTime splitDateInRange(double date)
+{
+    const DayAndTime parts = splitDate(date);
+    if (parts.day < firstAutomationDay)
+        return {firstAutomationDay, 0};
+    if (parts.day > lastAutomationDay)
+        return {lastAutomationDay, millisecondsPerDay - 1};
+    return parts;
+}
+
 double joinDate(std::int64_t day, std::int64_t milliseconds)
 {
     const auto days = static_cast<double>(day);

@@ -26,6 +26,9 @@ struct DayAndTime
 /// no number is day 0, and a day too large to count stays the largest (10^15 and its negative).
 DayAndTime splitDate(double date);
 
+/// The same, with the nearest bound for a date outside the years 1 to 9999.
+DayAndTime splitDateInRange(double date);
+
 /// Puts a date together. @p milliseconds lies between 0 and those of a day.
 double joinDate(std::int64_t day, std::int64_t milliseconds);
 

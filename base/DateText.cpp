@@ -81,14 +81,7 @@ std::optional<double> parseDate(std::string_view text)
 
 std::string formatDate(double date)
 {
-    auto [days, milliseconds] = splitDate(date);
-    if (days < firstAutomationDay) {
-        days = firstAutomationDay;
-        milliseconds = 0;
-    } else if (days > lastAutomationDay) {
-        days = lastAutomationDay;
-        milliseconds = millisecondsPerDay - 1;
-    }
+    const auto [days, milliseconds] = splitDateInRange(date);
     const CivilDay day = civilFromDays(days);
     std::string text = "0000-00-00 00:00:00.000";
     writeDigits(text.data(), day.year, 4);

@@ -37,6 +37,17 @@ else()
   set(ZUL_TEST_RUNNER "${CMAKE_SOURCE_DIR}/tests/run-in-locale.sh")
 endif()
 
+# Whatever gets past the checks of our own code meets a guarded stack, checked copies (in release builds; they need
+# optimisation), tables that nobody can overwrite once the library is loaded, and jumps that land where a jump may.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON) # libraries are found beside each other, wherever the build folder is moved to
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  add_compile_options(-fstack-protector-strong "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    add_compile_options(-fcf-protection=full)
+  endif()
+  add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+endif()
+
 if(ZUL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)

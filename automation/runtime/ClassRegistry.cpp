@@ -189,6 +189,17 @@ bool writeAll(int descriptor, std::string_view text) noexcept
     return true;
 }
 
+// Who may read the file: as before, and where there was none, the user alone, as with everything else that is
+// his; a file that the environment names may be meant for others too.
+mode_t permissionsFor(const std::string& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) == 0) {
+        return status.st_mode & 0777;
+    }
+    return environment("ZUL_AUTOMATION_REGISTRY").empty() ? 0600 : 0644;
+}
+
 // The new file is complete on the disk before it takes the old one's name, so that a reader sees one or the
 // other and a failure leaves the old one as it was.
 HRESULT writeSections(const std::string& path, const std::vector<Section>& sections)
@@ -205,7 +216,7 @@ HRESULT writeSections(const std::string& path, const std::vector<Section>& secti
     if (file.get() < 0) {
         return REGDB_E_WRITEREGDB;
     }
-    const bool written = writeAll(file.get(), text) && ::fchmod(file.get(), 0644) == 0 &&
+    const bool written = writeAll(file.get(), text) && ::fchmod(file.get(), permissionsFor(path)) == 0 &&
                          ::fsync(file.get()) == 0 && file.close() &&
                          ::rename(temporary.c_str(), path.c_str()) == 0;
     if (!written) {
@@ -228,7 +239,8 @@ HRESULT changeFile(const std::function<HRESULT(std::vector<Section>&)>& change)
         const fs::path target = fs::canonical(path, error);
         path = error ? path : target.string();
     }
-    const FileHandle lock(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644));
+    const FileHandle lock(
+        ::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, permissionsFor(path)));
     if (lock.get() < 0 || ::flock(lock.get(), LOCK_EX) != 0) {
         return REGDB_E_WRITEREGDB;
     }

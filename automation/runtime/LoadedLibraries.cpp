@@ -35,7 +35,7 @@ struct Library
 
 // Guards the list and everything in it but for what never changes while a library is loaded.
 std::mutex librariesMutex;
-std::uint64_t lastRound = 0;
+std::uint64_t rounds = 0;
 
 // Never destroyed: at the end of the process a component may still be called. Entries keep their place.
 std::list<Library>& libraries()
@@ -178,7 +178,7 @@ void freeUnusedLibraries(const std::function<std::chrono::milliseconds()>& delay
     std::uint64_t round = 0;
     {
         const std::lock_guard<std::mutex> lock(librariesMutex);
-        round = ++lastRound;
+        round = ++rounds;
     }
     std::optional<Call> call;
     for (std::uint64_t askedBefore = 0; callNext(round, call, askedBefore);) {

@@ -27,7 +27,10 @@ BSTR allocate(const void* contents, std::size_t bytes) noexcept
     if (bytes > maxBytes) {
         return nullptr;
     }
-    auto* const block = static_cast<char*>(std::malloc(prefix + bytes + endMark));
+    // Bytes may be odd in number. The end mark is a whole character at a character's place all the same, for those
+    // who look for it.
+    const std::size_t padding = bytes % sizeof(OLECHAR);
+    auto* const block = static_cast<char*>(std::malloc(prefix + bytes + padding + endMark));
     if (block == nullptr) {
         return nullptr;
     }
@@ -39,7 +42,7 @@ BSTR allocate(const void* contents, std::size_t bytes) noexcept
     } else {
         std::memset(block + prefix, 0, bytes);
     }
-    std::memset(block + prefix + bytes, 0, endMark);
+    std::memset(block + prefix + bytes, 0, padding + endMark);
     return reinterpret_cast<BSTR>(block + prefix);
 }
 

@@ -7,6 +7,9 @@
 //   ProgID=Zul_MessageBuilder.SmsCreator
 //   Description=The customer-messaging component
 //   Library=/opt/zul/lib/libZul_MessageBuilder.so
+//
+// A new file in the user's own folder is readable by the user alone; who may read a file stays as it is when it is
+// changed.
 #pragma once
 #pragma GCC system_header
 #include <objbase.h>

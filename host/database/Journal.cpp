@@ -1,6 +1,7 @@
 #include "host/database/Journal.h"
 
 #include "base/DateText.h"
+#include "base/Utf8.h"
 
 #include <array>
 #include <charconv>
@@ -9,31 +10,6 @@
 namespace zul::host {
 
 namespace {
-
-// Length of the well-formed UTF-8 sequence at the front of the text, 0 when there is none.
-std::size_t sequenceLength(std::string_view text)
-{
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const auto follows = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0U) == 0x80U; };
-    const unsigned first = byte(0);
-    if (first < 0x80U)
-        return 1;
-    if (first >= 0xC2U && first <= 0xDFU)
-        return follows(1) ? 2 : 0;
-    if (first >= 0xE0U && first <= 0xEFU) {
-        if (!follows(1) || !follows(2) || (first == 0xE0U && byte(1) < 0xA0U) ||
-            (first == 0xEDU && byte(1) > 0x9FU))
-            return 0;
-        return 3;
-    }
-    if (first >= 0xF0U && first <= 0xF4U) {
-        if (!follows(1) || !follows(2) || !follows(3) || (first == 0xF0U && byte(1) < 0x90U) ||
-            (first == 0xF4U && byte(1) > 0x8FU))
-            return 0;
-        return 4;
-    }
-    return 0;
-}
 
 void appendJson(std::string& out, std::string_view text)
 {
@@ -64,12 +40,9 @@ void appendJson(std::string& out, std::string_view text)
                 out += hex[static_cast<unsigned char>(c) >> 4U];
                 out += hex[static_cast<unsigned char>(c) & 15U];
             } else {
-                const std::size_t length = sequenceLength(text);
-                if (length > 0)
-                    out += text.substr(0, length);
-                else
-                    out += "\xEF\xBF\xBD";
-                text.remove_prefix(length > 0 ? length : 1);
+                const Utf8Character character = utf8CharacterAt(text, 0);
+                appendUtf8(out, character.value);
+                text.remove_prefix(character.isWellFormed ? character.bytes : 1);
                 continue;
             }
         }

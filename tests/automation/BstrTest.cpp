@@ -56,6 +56,17 @@ TEST(Bstr, OfAnOddNumberOfBytesKeepsThem)
     SysFreeString(text);
 }
 
+TEST(Bstr, OfAnOddNumberOfBytesEndsWhereCharactersEnd)
+{
+    // On memory that is not zero: the freed block is the one that is given out next.
+    SysFreeString(SysAllocStringByteLen(std::string(30, '\xFF').c_str(), 30));
+    const BSTR text = SysAllocStringByteLen("123456789012345", 15);
+    EXPECT_EQ(std::u16string_view(text).size(), 8u) << "seven characters, half a one, the end mark";
+    EXPECT_EQ(text[7], u'5');
+    EXPECT_EQ(zul::textOf(text).size(), 7u);
+    SysFreeString(text);
+}
+
 TEST(Bstr, TooLongIsRefused)
 {
     EXPECT_EQ(SysAllocStringLen(nullptr, 0x7fffffff), nullptr);

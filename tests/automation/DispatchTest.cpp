@@ -523,6 +523,28 @@ TEST_F(Dispatch, AMismatchIsToldWithItsArgument)
     EXPECT_EQ(target->number, 0) << "the member was not called";
 }
 
+TEST_F(Dispatch, ATextOfHalfACharacterMoreIsNone)
+{
+    const Bstr odd = Bstr::adopt(SysAllocStringByteLen("abc", 3));
+    const auto given = [&] {
+        Variant v;
+        v.vt = VT_BSTR;
+        v.bstrVal = SysAllocStringByteLen("abc", 3);
+        return v;
+    };
+    BSTR place = odd.get();
+    Variant whole = given();
+    EXPECT_EQ(invokeMethod(target.get(), 3, list(given())).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(invokeMethod(target.get(), 3, list(Variant::ref(&place))).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(invokeMethod(target.get(), 3, list(Variant::ref(static_cast<VARIANT*>(&whole)))).result,
+              DISP_E_TYPEMISMATCH);
+    const Call put = invoke(target.get(), DISPID_VALUE, DISPATCH_PROPERTYPUT,
+                            list(given(), Variant::fromLong(1)), {DISPID_PROPERTYPUT});
+    EXPECT_EQ(put.result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(put.argErr, 0u);
+    EXPECT_TRUE(target->noted.empty());
+}
+
 TEST_F(Dispatch, AnOverflowIsNoMismatch)
 {
     const Call call = invoke(target.get(), 1, DISPATCH_PROPERTYPUT, list(Variant::fromDouble(3e9)));

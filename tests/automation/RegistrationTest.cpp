@@ -198,6 +198,20 @@ TEST_F(Registration, AFolderThatCannotBeMadeIsAFailedWrite)
     fs::remove(folder / "nested");
 }
 
+TEST_F(Registration, WhoMayReadTheFileStays)
+{
+    const auto permissions = [&] { return fs::status(file).permissions(); };
+    write("; by hand\n");
+    for (const auto given : {fs::perms(0640), fs::perms(0600), fs::perms(0644)}) {
+        fs::permissions(file, given);
+        ASSERT_EQ(registerSample(), S_OK);
+        EXPECT_EQ(permissions(), given);
+    }
+    fs::remove(file);
+    ASSERT_EQ(registerSample(), S_OK);
+    EXPECT_EQ(permissions(), fs::perms(0644)) << "a file that was named may be meant for others";
+}
+
 TEST_F(Registration, WritesThroughALink)
 {
     fs::create_directories(fs::path(file).parent_path());
@@ -315,6 +329,8 @@ TEST(RegistrationPath, IsTheUsersOwn)
     }
     const ScopedEnvironment data("XDG_DATA_HOME", nullptr);
     EXPECT_EQ(ZulRegisterClass(sampleClass, nullptr, nullptr, "/x.so"), S_OK);
-    EXPECT_TRUE(fs::exists(folder / "home/.local/share/Zul/automation-classes.ini"));
+    const fs::path file = folder / "home/.local/share/Zul/automation-classes.ini";
+    EXPECT_TRUE(fs::exists(file));
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600));
     fs::remove_all(folder);
 }

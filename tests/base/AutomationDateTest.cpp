@@ -44,6 +44,14 @@ TEST(AutomationDateTest, TakesAnyNumber)
     EXPECT_EQ(civilFromDate(std::numeric_limits<double>::quiet_NaN()), (CivilDay{1899, 12, 30}));
 }
 
+TEST(AutomationDateTest, KeepsDatesInTheYearsThatDatabasesKnow)
+{
+    EXPECT_EQ(splitDateInRange(-1.25), (DayAndTime{-1, 21'600'000}));
+    EXPECT_EQ(splitDateInRange(-693'594.5), (DayAndTime{firstAutomationDay, 0}));
+    EXPECT_EQ(splitDateInRange(2'958'466.0), (DayAndTime{lastAutomationDay, millisecondsPerDay - 1}));
+    EXPECT_EQ(splitDateInRange(1e300), (DayAndTime{lastAutomationDay, millisecondsPerDay - 1}));
+}
+
 TEST(AutomationDateTest, NowIsTheMachinesLocalTime)
 {
     const std::time_t before = std::time(nullptr);

@@ -26,18 +26,16 @@ SQLULEN unitsOf(std::string_view text)
 
 SQL_TIMESTAMP_STRUCT timestampOf(double date)
 {
-    const std::string text = formatDate(date);
-    const auto number = [&](std::size_t from, std::size_t count) {
-        return std::stoi(text.substr(from, count));
-    };
+    const auto [days, milliseconds] = splitDateInRange(date);
+    const CivilDay day = civilFromDays(days);
     SQL_TIMESTAMP_STRUCT moment{};
-    moment.year = static_cast<SQLSMALLINT>(number(0, 4));
-    moment.month = static_cast<SQLUSMALLINT>(number(5, 2));
-    moment.day = static_cast<SQLUSMALLINT>(number(8, 2));
-    moment.hour = static_cast<SQLUSMALLINT>(number(11, 2));
-    moment.minute = static_cast<SQLUSMALLINT>(number(14, 2));
-    moment.second = static_cast<SQLUSMALLINT>(number(17, 2));
-    moment.fraction = static_cast<SQLUINTEGER>(number(20, 3)) * 1'000'000U;
+    moment.year = static_cast<SQLSMALLINT>(day.year);
+    moment.month = static_cast<SQLUSMALLINT>(day.month);
+    moment.day = static_cast<SQLUSMALLINT>(day.day);
+    moment.hour = static_cast<SQLUSMALLINT>(milliseconds / 3'600'000);
+    moment.minute = static_cast<SQLUSMALLINT>(milliseconds / 60'000 % 60);
+    moment.second = static_cast<SQLUSMALLINT>(milliseconds / 1000 % 60);
+    moment.fraction = static_cast<SQLUINTEGER>(milliseconds % 1000) * 1'000'000U;
     return moment;
 }
 

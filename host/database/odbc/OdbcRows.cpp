@@ -27,8 +27,7 @@ double dateOf(const SQL_TIMESTAMP_STRUCT& moment)
     const std::int64_t days = daysFromCivil({moment.year, moment.month, moment.day});
     const std::int64_t time = ((moment.hour * 60 + moment.minute) * 60 + moment.second) * std::int64_t{1000} +
                               (moment.fraction + 500'000) / 1'000'000;
-    const double fraction = static_cast<double>(time) / 86'400'000.0;
-    return days < 0 ? static_cast<double>(days) - fraction : static_cast<double>(days) + fraction;
+    return joinDate(days, time);
 }
 
 /// How the values of a column are fetched.
