@@ -7,6 +7,8 @@
 
 namespace zul {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Widths in pixels of the columns as they first show; a layout the operator saved takes their place.
@@ -28,6 +30,24 @@ int defaultWidth(int column)
     default:
         return 120;
     }
+}
+
+/// What the fields hold: the captions, which are kept, do not always tell.
+QHash<QString, QString> fieldContents()
+{
+    return {{u"IdCLiente"_s, u"codice del cliente"_s},
+            {u"Selezione"_s, u"spunta dei destinatari"_s},
+            {u"Cliente"_s, u"ragione sociale, o nome e cognome"_s},
+            {u"Paese"_s, u"comune"_s},
+            {u"Provincia"_s, u"provincia"_s},
+            {u"Eta"_s, u"età in anni"_s},
+            {u"Sesso"_s, u"sesso, M o F"_s},
+            {u"DataNascita"_s, u"data di nascita"_s},
+            {u"Telefono"_s, u"primo numero di telefono"_s},
+            {u"Telefono2"_s, u"secondo numero di telefono"_s},
+            {u"email"_s, u"indirizzo e-mail"_s},
+            {u"MailCommerciale"_s, u"indirizzo e-mail commerciale"_s},
+            {u"MailAmministrazione"_s, u"indirizzo e-mail dell'amministrazione"_s}};
 }
 
 std::vector<ReportColumn> resultColumns(const ado::Recordset& rows)
@@ -70,6 +90,7 @@ void loadResultGrid(const ado::Connection& connection, ReportGrid& grid, QDate t
     grid.deleteRecords();
     grid.deleteColumns();
     grid.addColumns(columns);
+    grid.setFieldContents(fieldContents());
     grid.store() = std::move(store);
     grid.populate();
 }

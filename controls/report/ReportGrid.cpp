@@ -130,6 +130,11 @@ void ReportGrid::columnsChanged()
     m->view->layoutChanged();
 }
 
+void ReportGrid::setFieldContents(const QHash<QString, QString>& contents)
+{
+    m->model->setFieldContents(contents);
+}
+
 ColumnStore& ReportGrid::store()
 {
     return m->model->store();

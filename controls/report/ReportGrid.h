@@ -6,6 +6,7 @@
 #include "grid/GridLayoutFile.h"
 #include "grid/ReportColumn.h"
 
+#include <QHash>
 #include <QWidget>
 
 #include <cstdint>
@@ -53,6 +54,8 @@ public:
     void addColumn(const ReportColumn& column);
     /// The same for several columns at once, which takes no longer than one does.
     void addColumns(const std::vector<ReportColumn>& columns);
+    /// What fields hold, by name in any case: the header's tooltip tells it beside the field's name. Stays when columns go.
+    void setFieldContents(const QHash<QString, QString>& contents);
     ColumnStore& store();
     const ColumnStore& store() const;
     /// Sorts, filters and groups anew, and shows the result. Highlighted records stay highlighted when they

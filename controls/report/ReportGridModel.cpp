@@ -34,6 +34,14 @@ void ReportGridModel::addColumns(const std::vector<ReportColumn>& columns)
     endResetModel();
 }
 
+void ReportGridModel::setFieldContents(const QHash<QString, QString>& contents)
+{
+    m_contents.clear();
+    for (auto content = contents.begin(); content != contents.end(); ++content) {
+        m_contents.insert(content.key().toLower(), content.value());
+    }
+}
+
 void ReportGridModel::deleteColumns()
 {
     beginResetModel();
@@ -474,11 +482,23 @@ bool ReportGridModel::setData(const QModelIndex& index, const QVariant& value, i
 
 QVariant ReportGridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation == Qt::Horizontal && section >= 0 && section < columnCount() &&
-        (role == Qt::DisplayRole || role == Qt::AccessibleTextRole)) {
-        return m_columns[static_cast<size_t>(section)].caption;
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) {
+        return {};
     }
-    return {};
+    const ReportColumn& own = m_columns[static_cast<size_t>(section)];
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return own.caption;
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole: {
+        const QString content = m_contents.value(own.field.toLower());
+        return content.isEmpty() ? u"Campo: %1"_s.arg(own.field)
+                                 : u"Campo: %1\nContenuto: %2"_s.arg(own.field, content);
+    }
+    default:
+        return {};
+    }
 }
 
 Qt::ItemFlags ReportGridModel::flags(const QModelIndex& index) const

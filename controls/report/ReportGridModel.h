@@ -7,6 +7,7 @@
 #include "grid/ReportColumn.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
 
 #include <cstdint>
 #include <vector>
@@ -48,6 +49,8 @@ public:
     const std::vector<ReportColumn>& columns() const { return m_columns; }
     void addColumn(const ReportColumn& column) { addColumns({column}); }
     void addColumns(const std::vector<ReportColumn>& columns);
+    /// What fields hold, by name in any case; for the tooltips of their headers, whatever the captions say.
+    void setFieldContents(const QHash<QString, QString>& contents);
     void deleteColumns(); ///< and all records
     void deleteRecords();
     /// Shows what was added, in the order, groups and filter that are set.
@@ -117,6 +120,7 @@ private:
     ColumnStore m_store;
     std::vector<ReportColumn> m_columns;
     std::vector<bool> m_shown;
+    QHash<QString, QString> m_contents;
     uint32_t m_recordCount = 0; // of the last populate; the store may hold more
     uint64_t m_changesSeen = 0; // of the store, by the order at hand
     int m_checkColumn = -1;

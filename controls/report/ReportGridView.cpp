@@ -1,5 +1,6 @@
 #include "controls/report/ReportGridView.h"
 
+#include "controls/report/CellToolTip.h"
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridKeys.h"
 #include "controls/report/ReportGridModel.h"
@@ -12,6 +13,7 @@
 #include <QPointer>
 #include <QScrollBar>
 #include <QScroller>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -188,9 +190,8 @@ QRect ReportGridView::rowRect(int row) const
     return {0, static_cast<int>(top), viewport()->width(), m_rowHeight};
 }
 
-QRect ReportGridView::checkCellRect(int row) const
+QRect ReportGridView::cellRect(int row, int column) const
 {
-    const int column = m_grid->checkColumn();
     if (column < 0 || m_header->isSectionHidden(column) || m_grid->record(row) < 0) {
         return {};
     }
@@ -199,9 +200,15 @@ QRect ReportGridView::checkCellRect(int row) const
             line.height()};
 }
 
+QRect ReportGridView::textRect(int row, int column) const
+{
+    const int padding = m_header->padding() + 2;
+    return cellRect(row, column).adjusted(padding, 0, -padding, 0);
+}
+
 QRect ReportGridView::checkRect(int row) const
 {
-    const QRect cell = checkCellRect(row);
+    const QRect cell = cellRect(row, m_grid->checkColumn());
     if (cell.isEmpty()) {
         return {};
     }
@@ -228,15 +235,7 @@ QRect ReportGridView::visualRect(const QModelIndex& index) const
     if (!index.isValid()) {
         return {};
     }
-    const QRect line = rowRect(index.row());
-    if (m_grid->isGroup(index.row())) {
-        return line;
-    }
-    if (m_header->isSectionHidden(index.column())) {
-        return {};
-    }
-    return {m_header->sectionViewportPosition(index.column()), line.top(),
-            m_header->sectionSize(index.column()), line.height()};
+    return m_grid->isGroup(index.row()) ? rowRect(index.row()) : cellRect(index.row(), index.column());
 }
 
 QModelIndex ReportGridView::indexAt(const QPoint& point) const
@@ -449,7 +448,7 @@ void ReportGridView::keyboardSearch(const QString& search)
 bool ReportGridView::pressesCheck(const QPoint& position, int& row) const
 {
     row = rowAt(position.y());
-    return row >= 0 && checkCellRect(row).contains(position);
+    return row >= 0 && cellRect(row, m_grid->checkColumn()).contains(position);
 }
 
 void ReportGridView::mousePressEvent(QMouseEvent* event)
@@ -530,6 +529,21 @@ void ReportGridView::contextMenuEvent(QContextMenuEvent* event)
         at = viewport()->mapToGlobal(QPoint(24, std::clamp(line.bottom(), 0, viewport()->height())));
     }
     Q_EMIT menuRequested(-1, at);
+}
+
+bool ReportGridView::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip) {
+        return QAbstractItemView::viewportEvent(event);
+    }
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const QString text = cutTextAt(*this, help->pos());
+    if (text.isEmpty()) {
+        QToolTip::hideText();
+    } else {
+        QToolTip::showText(help->globalPos(), asToolTip(text), viewport(), visualRect(indexAt(help->pos())));
+    }
+    return true;
 }
 
 void ReportGridView::keyPressEvent(QKeyEvent* event)

@@ -33,6 +33,8 @@ public:
     // --- Places in the viewport; empty for what is not there
 
     QRect rowRect(int row) const;
+    QRect cellRect(int row, int column) const;
+    QRect textRect(int row, int column) const; ///< of a cell, without its padding
     QRect checkRect(int row) const;
     QRect expanderRect(int row) const; ///< of a group's row
     int rowAt(int y) const;            ///< -1 below the last row
@@ -91,10 +93,10 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
     void measure();
-    QRect checkCellRect(int row) const;
     int searchedColumn() const;
     bool pressesCheck(const QPoint& position, int& row) const;
 

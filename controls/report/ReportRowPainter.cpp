@@ -21,6 +21,14 @@ constexpr qsizetype longestShown = 512; // characters of a cell that can be seen
 constexpr int besideAlign = static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) | Qt::TextSingleLine;
 constexpr int numberAlign = static_cast<int>(Qt::AlignRight | Qt::AlignVCenter) | Qt::TextSingleLine;
 
+constexpr int besideExpander = 4;
+
+/// The number of records behind a group's caption.
+QString countText(int records)
+{
+    return u" (%1)"_s.arg(records);
+}
+
 QPalette::ColorGroup colorGroup(const QWidget& view)
 {
     if (!view.isEnabled()) {
@@ -40,6 +48,13 @@ QString oneLine(QString text)
         }
     }
     return text;
+}
+
+int groupCaptionWidth(const ReportGridView& view, int row)
+{
+    const QRect text =
+        view.rowRect(row).adjusted(view.expanderRect(row).right() + besideExpander, 0, -besideExpander, 0);
+    return text.width() - view.fontMetrics().horizontalAdvance(countText(view.grid().groupCount(row))) - 2;
 }
 
 ReportRowPainter::ReportRowPainter(const ReportGridView& view, QPainter& painter)
@@ -71,7 +86,7 @@ void ReportRowPainter::paintRows(const QRect& area)
         if (grid.isGroup(row)) {
             paintGroup(row, rect, selected);
         } else {
-            paintRecord(row, rect);
+            paintRecord(row);
         }
         if (m_view.hasRowLines()) {
             m_painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, line);
@@ -96,11 +111,9 @@ void ReportRowPainter::paintGroup(int row, const QRect& rect, bool selected)
     QFont bold = m_view.font();
     bold.setBold(true);
     const QFontMetrics metrics(bold);
-    const QRect text = rect.adjusted(expander.right() + 4, 0, -4, 0);
-    const QString count = u" (%1)"_s.arg(grid.groupCount(row));
-    const int countWidth = m_view.fontMetrics().horizontalAdvance(count) + 2;
+    const QRect text = rect.adjusted(expander.right() + besideExpander, 0, -besideExpander, 0);
     const QString caption =
-        metrics.elidedText(oneLine(grid.groupCaption(row)), Qt::ElideRight, text.width() - countWidth);
+        metrics.elidedText(oneLine(grid.groupCaption(row)), Qt::ElideRight, groupCaptionWidth(m_view, row));
     m_painter.save();
     m_painter.setRenderHint(QPainter::Antialiasing);
     m_painter.setPen(m_palette.color(m_colors, QPalette::Text));
@@ -108,21 +121,19 @@ void ReportRowPainter::paintGroup(int row, const QRect& rect, bool selected)
     m_painter.drawText(text, besideAlign, caption);
     m_painter.setFont(m_view.font());
     m_painter.setPen(quiet);
-    m_painter.drawText(text.adjusted(metrics.horizontalAdvance(caption), 0, 0, 0), besideAlign, count);
+    m_painter.drawText(text.adjusted(metrics.horizontalAdvance(caption), 0, 0, 0), besideAlign,
+                       countText(grid.groupCount(row)));
     m_painter.restore();
 }
 
-void ReportRowPainter::paintRecord(int row, const QRect& rect)
+void ReportRowPainter::paintRecord(int row)
 {
     const ReportGridModel& grid = m_view.grid();
-    const ReportHeader& header = *m_view.header();
     const auto record = static_cast<uint32_t>(grid.record(row));
-    const int padding = header.padding() + 2;
     const QFontMetrics metrics = m_view.fontMetrics();
     m_painter.setPen(m_palette.color(m_colors, QPalette::Text));
     for (const int column : m_columns) {
-        const QRect cell(header.sectionViewportPosition(column), rect.top(), header.sectionSize(column),
-                         rect.height());
+        const QRect cell = m_view.cellRect(row, column);
         if (cell.right() < 0 || cell.left() > m_view.viewport()->width()) {
             continue;
         }
@@ -133,7 +144,7 @@ void ReportRowPainter::paintRecord(int row, const QRect& rect)
             continue;
         }
         const QString text = grid.store().text(record, column);
-        const QRect inner = cell.adjusted(padding, 0, -padding, 0);
+        const QRect inner = m_view.textRect(row, column);
         if (text.isEmpty() || inner.width() <= 0) {
             continue;
         }

@@ -24,7 +24,7 @@ public:
 
 private:
     void paintGroup(int row, const QRect& rect, bool selected);
-    void paintRecord(int row, const QRect& rect);
+    void paintRecord(int row);
     QColor checkColor(bool checked) const;
 
     const ReportGridView& m_view;
@@ -33,6 +33,9 @@ private:
     const QPalette::ColorGroup m_colors;
     const std::vector<int> m_columns; // in the order on the screen
 };
+
+/// The room for a group's caption in its row, in pixels.
+int groupCaptionWidth(const ReportGridView& view, int row);
 
 /// A text on one line: control characters are blanks, and what cannot be seen at once is cut.
 QString oneLine(QString text);

@@ -7,6 +7,7 @@
 #include "selection/ResultGridQuery.h"
 #include "tests/support/ComponentTest.h"
 
+#include <QHeaderView>
 #include <gtest/gtest.h>
 
 namespace zul {
@@ -63,6 +64,21 @@ TEST_P(GridLoadReaderTest, RunsTheQueryForwardOnlyAndShowsThirteenColumns)
     EXPECT_EQ(grid.cellText(0, ColumnMailCommerciale), QString());
     EXPECT_EQ(grid.cellText(0, ColumnMailAmministrazione), QStringLiteral("c@d.it"));
     EXPECT_FALSE(grid.isChecked(0));
+}
+
+TEST_F(GridLoadTest, HeadersTellWhatTheirFieldsHoldWhateverTheirCaptionsSay)
+{
+    host.answer("tabSpoolReportStat2", {fields, {}});
+    load();
+    const auto* header = qobject_cast<QHeaderView*>(probeOf(&grid)->headerViewport()->parentWidget());
+    ASSERT_NE(header, nullptr);
+    const auto toolTip = [header](int column) {
+        return header->model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString();
+    };
+    EXPECT_EQ(grid.columnCaption(ColumnEta), QStringLiteral("Telefono"));
+    EXPECT_EQ(toolTip(ColumnEta), QStringLiteral("Campo: Eta\nContenuto: età in anni"));
+    for (int column = 0; column < grid.columnCount(); ++column)
+        EXPECT_TRUE(toolTip(column).contains(QStringLiteral("\nContenuto: "))) << column;
 }
 
 TEST_P(GridLoadReaderTest, NamesComeAsTheyAre)

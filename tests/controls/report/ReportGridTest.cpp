@@ -9,6 +9,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -143,6 +145,24 @@ protected:
         columns->close();
         menu->close();
         return done;
+    }
+
+    /// What the tooltip at a point says, without its markup; empty when there is none.
+    static QString toolTip(QWidget* widget, const QPoint& at)
+    {
+        QToolTip::showText(widget->mapToGlobal(at), u"prima"_s, widget);
+        QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));
+        QApplication::sendEvent(widget, &event);
+        QTest::qWait(400); // one that goes away takes a moment
+        return QToolTip::isVisible() ? QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText()
+                                     : QString();
+    }
+
+    QString cellToolTip(int row, int column)
+    {
+        const QRect header = probeOf(&grid)->headerRect(column);
+        return toolTip(probeOf(&grid)->bodyViewport(),
+                       {header.center().x(), probeOf(&grid)->rowRect(row).center().y()});
     }
 
     ReportGrid grid;
@@ -476,6 +496,53 @@ TEST_F(ReportGridTest, CopiesRecordsOfGroupsAndTextsThatNeedCare)
     QMenu* menu = openMenu(-1);
     EXPECT_FALSE(choose(menu, u"Copia con intestazioni"_s));
     menu->close();
+}
+
+TEST_F(ReportGridTest, ACellThatIsCutTellsItsWholeText)
+{
+    const std::string name = "D'Amico <b>\"50%\"</b> & figli, con sede legale in un comune dal nome lungo 😀";
+    grid.deleteRecords();
+    add(name, "Roma", 3);
+    add("Rossi", "prima\nseconda", 4);
+    add(std::string(10'000, 'x'), "", 5);
+    grid.populate();
+    EXPECT_EQ(cellToolTip(0, 2).toStdString(), name);
+    EXPECT_EQ(cellToolTip(0, 3), QString()) << "all of it is seen";
+    EXPECT_EQ(cellToolTip(0, 1), QString()) << "a check box";
+    EXPECT_EQ(cellToolTip(0, 5), QString()) << "NULL";
+    EXPECT_EQ(cellToolTip(1, 3), u"prima\nseconda"_s) << "a line break is shown as a blank";
+    EXPECT_EQ(cellToolTip(2, 2), QString(4000, u'x') + u'…') << "more does not fit on a screen";
+    EXPECT_EQ(toolTip(probeOf(&grid)->bodyViewport(), QPoint(300, 250)), QString()) << "below the rows";
+    const QPoint edge(probeOf(&grid)->headerRect(2).right() - 1, 5);
+    drag(probeOf(&grid)->headerViewport(), edge, probeOf(&grid)->headerViewport(), edge + QPoint(600, 0));
+    EXPECT_EQ(cellToolTip(0, 2), QString()) << "after the column was made wide";
+}
+
+TEST_F(ReportGridTest, AGroupThatIsCutTellsItsWholeCaption)
+{
+    grid.deleteRecords();
+    add("Rossi", std::string(300, 'y'), 3);
+    add("Bianchi", "Roma", 3);
+    grid.populate();
+    grid.groupBy(3);
+    const auto at = [this](int row) { return QPoint(200, probeOf(&grid)->rowRect(row).center().y()); };
+    EXPECT_EQ(toolTip(probeOf(&grid)->bodyViewport(), at(0)), QString());
+    EXPECT_EQ(toolTip(probeOf(&grid)->bodyViewport(), at(2)), u"Paese: "_s + QString(300, u'y'));
+}
+
+TEST_F(ReportGridTest, AHeaderTellsItsFieldAndWhatItHolds)
+{
+    const auto header = [this](int column) {
+        return toolTip(probeOf(&grid)->headerViewport(), probeOf(&grid)->headerRect(column).center());
+    };
+    EXPECT_EQ(QToolTip::text(), QString());
+    EXPECT_TRUE(header(4).startsWith(u"Campo: Eta"_s));
+    grid.setFieldContents({{u"eta"_s, u"età in anni"_s}});
+    header(4);
+    EXPECT_EQ(QToolTip::text(), u"Campo: Eta\nContenuto: età in anni"_s);
+    header(3);
+    EXPECT_EQ(QToolTip::text(), u"Campo: Paese"_s);
+    EXPECT_EQ(grid.columnCaption(4), u"Eta"_s);
 }
 
 TEST_F(ReportGridTest, TheCheckColumnCannotBeHidden)
