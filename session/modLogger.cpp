@@ -4,10 +4,12 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <memory>
 #include <new>
+#include <spdlog/details/null_mutex.h>
 #include <spdlog/logger.h>
-#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/base_sink.h>
 
 namespace zul {
 
@@ -15,16 +17,43 @@ namespace {
 
 constexpr const char* ApplicationName = "Zul_Messagebuilder";
 
+/// Appends to a file that belongs to its owner alone, because errors may quote what customers are called. What
+/// stands at its place and is no file (a folder, or a pipe that would wait for a reader) is refused at once.
+class FileSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
+{
+public:
+    /// @throws Error 75 when the file cannot be opened
+    explicit FileSink(const QString& path)
+        : m_file(path)
+    {
+        const QFileInfo place(path);
+        if ((place.exists() && !place.isFile()) ||
+            !m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered,
+                         QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+            throw Error(75, QStringLiteral("Path/File access error"));
+    }
+
+protected:
+    void sink_it_(const spdlog::details::log_msg& message) override
+    {
+        spdlog::memory_buf_t line;
+        formatter_->format(message, line);
+        m_file.write(line.data(), static_cast<qint64>(line.size()));
+    }
+    void flush_() override {}
+
+private:
+    QFile m_file;
+};
+
 /// The in-house logging object: an application name, a log file, and a time stamp given before every entry.
 class Logger
 {
 public:
     Logger(std::string applicationName, const QString& file)
-        : m_log(std::move(applicationName),
-                std::make_shared<spdlog::sinks::basic_file_sink_st>(QFile::encodeName(file).toStdString()))
+        : m_log(std::move(applicationName), std::make_shared<FileSink>(file))
     {
         m_log.set_pattern("%v", spdlog::pattern_time_type::local);
-        m_log.flush_on(spdlog::level::err);
         // A full disk loses the entry; it is nothing to tell the host's console about.
         m_log.set_error_handler([](const std::string&) {});
     }

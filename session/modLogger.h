@@ -11,8 +11,9 @@ namespace zul {
 
 /// Appends one line to "Zul_Messagebuilder.log" in the component's folder: time stamp, application name,
 /// procedure name, message text, detail text, separated by " | ". Line breaks inside a text are written as
-/// blanks. The file is opened at the first entry and stays open until the component is unloaded. An entry
-/// that cannot be written is lost without a word: an error report must never become an error of the host.
+/// blanks. The file is opened at the first entry and stays open until the component is unloaded; a new one can be
+/// read by its owner alone. An entry that cannot be written is lost without a word and without waiting: an error
+/// report must never become an error of the host.
 ///
 /// @param owner the name of the form in which the error occurred, empty for modules and classes
 /// @param flag 0 in every call

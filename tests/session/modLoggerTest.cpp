@@ -4,10 +4,12 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace zul {
 namespace {
@@ -18,7 +20,30 @@ using namespace Qt::StringLiterals;
 class ModLoggerTest : public ComponentTest
 {};
 
-// First in this program: nothing was logged before it.
+// First in this program, these two: nothing was logged before them.
+
+TEST_F(ModLoggerTest, WhatIsNoFileCostsAnEntryNoTime)
+{
+    const auto logMany = [] {
+        QElapsedTimer timer;
+        timer.start();
+        constexpr int Entries = 100;
+        for (int i = 0; i < Entries; ++i)
+            LogError(u"perso"_s, u"Error 5 (x)"_s, {}, 0, {});
+        return timer.elapsed();
+    };
+    constexpr qint64 ShortTime = 1000;
+    QFile::remove(logFile());
+    QDir().rmdir(logFile());
+    ASSERT_TRUE(QDir().mkpath(logFile()));
+    EXPECT_LT(logMany(), ShortTime);
+    ASSERT_TRUE(QDir().rmdir(logFile()));
+
+    ASSERT_EQ(mkfifo(QFile::encodeName(logFile()).constData(), 0600), 0);
+    EXPECT_LT(logMany(), ShortTime) << "nobody reads at the other end of a pipe";
+    ASSERT_TRUE(QFile::remove(logFile()));
+}
+
 TEST_F(ModLoggerTest, AnEntryThatCannotBeWrittenIsLostWithoutAWordAndTheNextOneCreatesTheFile)
 {
     QFile::remove(logFile());
@@ -31,6 +56,8 @@ TEST_F(ModLoggerTest, AnEntryThatCannotBeWrittenIsLostWithoutAWordAndTheNextOneC
 
     LogError(u"primo"_s, u"Error 5 (x)"_s, {}, 0, {});
     EXPECT_TRUE(QFileInfo(logFile()).isFile());
+    EXPECT_EQ(QFileInfo(logFile()).permissions() & (QFile::ReadGroup | QFile::ReadOther), 0)
+        << "only its owner reads it";
     LogError(u"secondo"_s, u"Error 6 (y)"_s, {}, 0, {});
     QFile file(logFile());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));

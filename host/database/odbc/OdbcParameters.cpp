@@ -1,6 +1,6 @@
 #include "host/database/odbc/OdbcParameters.h"
 
-#include "base/DateText.h"
+#include "base/AutomationDate.h"
 
 #include <algorithm>
 #include <string>
