@@ -496,7 +496,7 @@ HRESULT textFromBytes(SAFEARRAY* array, Variant& result) noexcept
         return E_INVALIDARG;
     }
     // An odd byte at the end is no character.
-    const UINT count = static_cast<UINT>(std::int64_t{upper} - lower + 1) / sizeof(OLECHAR);
+    const auto count = static_cast<UINT>((std::int64_t{upper} - lower + 1) / std::int64_t{sizeof(OLECHAR)});
     result.bstrVal = SysAllocStringLen(nullptr, count);
     if (result.bstrVal != nullptr) {
         std::memcpy(result.bstrVal, data, count * sizeof(OLECHAR));
