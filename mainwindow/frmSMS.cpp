@@ -57,11 +57,19 @@ frmSMS::frmSMS()
     m_lookups = new LookupFields(this);
     m_gridCommands = new GridCommands(*m_ui, this);
     m_sendPages = new SendPages(*m_ui, this);
-    new TemplateEditors(*m_ui, this);
+    m_templateEditors = new TemplateEditors(*m_ui, this);
     Form_Load();
 }
 
-frmSMS::~frmSMS() = default;
+frmSMS::~frmSMS()
+{
+    // They know the controls through m_ui, which goes before the children do.
+    delete m_templateEditors;
+    delete m_sendPages;
+    delete m_gridCommands;
+    delete m_lookups;
+    delete m_criteria;
+}
 
 void frmSMS::setRefToClass(ComponentObject* object)
 {

@@ -20,6 +20,7 @@ class CriteriaFields;
 class GridCommands;
 class LookupFields;
 class SendPages;
+class TemplateEditors;
 
 class frmSMS : public QDialog
 {
@@ -77,6 +78,7 @@ private:
     LookupFields* m_lookups;
     GridCommands* m_gridCommands;
     SendPages* m_sendPages;
+    TemplateEditors* m_templateEditors;
     std::unique_ptr<hostlib::AdvancedSearch> m_frmRicercaAvanzata; ///< created on first use
     QString m_parametriRicercaAvanzata;
 };

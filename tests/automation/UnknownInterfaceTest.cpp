@@ -33,8 +33,8 @@ constexpr IID unknown(std::uint32_t number)
 template <typename Class>
 HRESULT ask(const IID& iid)
 {
-    void* object = nullptr;
-    return zul::makeCom<Class>()->QueryInterface(iid, &object);
+    zul::ComPtr<IUnknown> object;
+    return zul::makeCom<Class>()->QueryInterface(iid, reinterpret_cast<void**>(object.put()));
 }
 
 std::vector<std::pair<IID, std::string>> told;

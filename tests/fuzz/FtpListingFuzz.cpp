@@ -40,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(entry.lastWriteTime < (std::uint64_t{1} << 63U));
         require(fileTimeToLocalDate(entry.lastWriteTime) > -110'000);
         require(matchesPattern(entry.name, "*"));
-        require(leftCharacters(entry.name, 259).size() <= entry.name.size());
+        require(zul::leftCharacters(entry.name, 259).size() <= entry.name.size());
     }
     require(bytes <= size);
 

@@ -139,7 +139,8 @@ TEST_F(GridLayoutFileTest, TakesWhatAnyoneMayHaveWritten)
 {
     const QByteArray good = "\xEF\xBB\xBF; by hand\r\n[Other]\r\nKey=C:\\Temp\\\r\n[ZUL]\nLayout=1\n"
                             "Column1=0,180,1,Cliente\nColumn2=1,0,0,a%5Cb%00%C3%A0\\n\n[Third]\nx=[y]\nlast";
-    const QByteArray odd("[]=,%\\\"'\0\r\n0129-Zz\xFF\xC3\xA0;", 24);
+    static constexpr char oddBytes[] = "[]=,%\\\"'\0\r\n0129-Zz\xFF\xC3\xA0;";
+    const QByteArray odd(oddBytes, sizeof oddBytes - 1);
     const std::vector<ColumnLayout> columns = {{QStringLiteral("New\\\n]"), 0, 60, true}};
     std::mt19937 random(7);
     for (int round = 0; round < 200; ++round) {
