@@ -34,9 +34,9 @@ struct InterfaceOf<T, std::void_t<typename T::ComInterface>>
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-// Answers IUnknown (by the first interface), IDispatch (by the first dual one) and every interface of the list.
-// Other ids are noted; see UnknownInterface.h. Counts as a reference to its module while it lives. Destroyed by the last Release; references may be taken
-// and given back on any thread.
+// Answers IUnknown (by the first interface), IDispatch (by the first dual one) and every interface of the list;
+// other ids are noted (see UnknownInterface.h). Counts as a reference to its module while it lives. Destroyed by
+// the last Release; references may be taken and given back on any thread.
 template <typename... Interfaces>
 class ComObject : public Interfaces...
 {
