@@ -10,24 +10,28 @@ namespace zul {
 DayAndTime splitDate(double date)
 {
     constexpr double beyondCounting = 1e15;
-    if (std::isnan(date))
+    if (std::isnan(date)) {
         return {};
+    }
     const double whole = std::trunc(std::clamp(date, -beyondCounting, beyondCounting));
     const double fraction = std::fabs(date) < beyondCounting ? std::fabs(date - whole) : 0.0;
     DayAndTime parts{static_cast<std::int64_t>(whole),
                      std::llround(fraction * static_cast<double>(millisecondsPerDay))};
-    if (parts.milliseconds >= millisecondsPerDay)
+    if (parts.milliseconds >= millisecondsPerDay) {
         parts = {parts.day + 1, 0};
+    }
     return parts;
 }
 
 DayAndTime splitDateInRange(double date)
 {
     const DayAndTime parts = splitDate(date);
-    if (parts.day < firstAutomationDay)
+    if (parts.day < firstAutomationDay) {
         return {firstAutomationDay, 0};
-    if (parts.day > lastAutomationDay)
+    }
+    if (parts.day > lastAutomationDay) {
         return {lastAutomationDay, millisecondsPerDay - 1};
+    }
     return parts;
 }
 
@@ -40,8 +44,9 @@ double joinDate(std::int64_t day, std::int64_t milliseconds)
 
 CivilDay civilFromDate(double date)
 {
-    if (std::isnan(date))
+    if (std::isnan(date)) {
         return {};
+    }
     return civilFromDays(static_cast<std::int64_t>(std::trunc(
         std::clamp(date, static_cast<double>(firstAutomationDay), static_cast<double>(lastAutomationDay)))));
 }

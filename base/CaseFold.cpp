@@ -39,8 +39,9 @@ struct Cases
 
     constexpr Cases()
     {
-        for (std::size_t i = 0; i < lower.size(); ++i)
+        for (std::size_t i = 0; i < lower.size(); ++i) {
             lower[i] = upper[i] = static_cast<char16_t>(First + i);
+        }
         for (const Capitals& run : capitals) {
             for (unsigned c = run.first; c <= run.last && c >= First && c < End; c += run.step) {
                 const auto small = static_cast<char16_t>(static_cast<int>(c) + run.distance);
@@ -60,15 +61,17 @@ constexpr Cases<0x1E00, 0x1F00> additionalCases;
 
 char32_t lowerCharacter(char32_t character) noexcept
 {
-    if (commonCases.holds(character))
+    if (commonCases.holds(character)) {
         return commonCases.lower[character];
+    }
     return additionalCases.holds(character) ? additionalCases.lower[character - 0x1E00] : character;
 }
 
 char32_t upperCharacter(char32_t character) noexcept
 {
-    if (commonCases.holds(character))
+    if (commonCases.holds(character)) {
         return commonCases.upper[character];
+    }
     return additionalCases.holds(character) ? additionalCases.upper[character - 0x1E00] : character;
 }
 
@@ -78,10 +81,11 @@ std::string foldCase(std::string_view text)
     folded.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
         const Utf8Character character = utf8CharacterAt(text, at);
-        if (character.isWellFormed)
+        if (character.isWellFormed) {
             appendUtf8(folded, lowerCharacter(character.value));
-        else
+        } else {
             folded += text.substr(at, character.bytes);
+        }
         at += character.bytes;
     }
     return folded;

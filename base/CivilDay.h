@@ -24,8 +24,9 @@ constexpr bool isDay(const CivilDay& day)
 {
     using namespace std::chrono;
     // The calendar's own types keep a byte of month and day only.
-    if (day.year < 1 || day.year > 9999 || day.month < 1 || day.month > 12 || day.day < 1 || day.day > 31)
+    if (day.year < 1 || day.year > 9999 || day.month < 1 || day.month > 12 || day.day < 1 || day.day > 31) {
         return false;
+    }
     return year_month_day{year{day.year}, month{static_cast<unsigned>(day.month)},
                           std::chrono::day{static_cast<unsigned>(day.day)}}
         .ok();

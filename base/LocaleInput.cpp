@@ -27,14 +27,18 @@ bool isBlankSeparator(QStringView separator)
 // no-break blank and one apostrophe only, so those stand for the typographic ones.
 qsizetype separatorLength(QStringView text, QStringView separator)
 {
-    if (text.isEmpty() || separator.isEmpty())
+    if (text.isEmpty() || separator.isEmpty()) {
         return 0;
-    if (text.startsWith(separator))
+    }
+    if (text.startsWith(separator)) {
         return separator.size();
-    if (isBlankSeparator(separator) && text[0].isSpace())
+    }
+    if (isBlankSeparator(separator) && text[0].isSpace()) {
         return 1;
-    if (separator == u"’" && text[0] == u'\'')
+    }
+    if (separator == u"’" && text[0] == u'\'') {
         return 1;
+    }
     return 0;
 }
 
@@ -62,10 +66,12 @@ bool readWhole(QStringView& text, const QString& grouping, QByteArray& digits)
             continue;
         }
         const qsizetype length = separatorLength(text, grouping);
-        if (length == 0)
+        if (length == 0) {
             break;
-        if (inGroup == 0 || inGroup > 3 || (grouped && inGroup != 3))
+        }
+        if (inGroup == 0 || inGroup > 3 || (grouped && inGroup != 3)) {
             return false;
+        }
         grouped = true;
         inGroup = 0;
         text = text.mid(length);
@@ -87,10 +93,12 @@ Order orderOf(const QLocale& locale)
     const qsizetype day = format.indexOf(u'd', 0, Qt::CaseInsensitive);
     const qsizetype month = format.indexOf(u'm', 0, Qt::CaseInsensitive);
     const qsizetype year = format.indexOf(u'y', 0, Qt::CaseInsensitive);
-    if (year >= 0 && year < day && year < month)
+    if (year >= 0 && year < day && year < month) {
         return {Part::Year, Part::Month, Part::Day};
-    if (month >= 0 && month < day)
+    }
+    if (month >= 0 && month < day) {
         return {Part::Month, Part::Day, Part::Year};
+    }
     return {Part::Day, Part::Month, Part::Year};
 }
 
@@ -107,30 +115,37 @@ std::optional<std::array<QStringView, 3>> splitDate(QStringView text)
     std::size_t run = 0;
     qsizetype begin = 0;
     for (qsizetype i = 0; i <= text.size(); ++i) {
-        if (i < text.size() && isDigit(text[i]))
+        if (i < text.size() && isDigit(text[i])) {
             continue;
-        if (i == begin || run == runs.size())
+        }
+        if (i == begin || run == runs.size()) {
             return std::nullopt;
+        }
         runs[run++] = text.mid(begin, i - begin);
         begin = i + 1;
-        if (i == text.size())
+        if (i == text.size()) {
             break;
-        if (!isDateSeparator(text[i]) || (!separator.isNull() && separator != text[i]))
+        }
+        if (!isDateSeparator(text[i]) || (!separator.isNull() && separator != text[i])) {
             return std::nullopt;
+        }
         separator = text[i];
     }
-    if (run != runs.size())
+    if (run != runs.size()) {
         return std::nullopt;
+    }
     return runs;
 }
 
 int fullYear(QStringView digits)
 {
     const int year = digits.toInt();
-    if (digits.size() == 4)
+    if (digits.size() == 4) {
         return year;
-    if (digits.size() != 2)
+    }
+    if (digits.size() != 2) {
         return 0;
+    }
     return year >= firstTwoDigitYearOf1900 ? 1900 + year : 2000 + year;
 }
 
@@ -138,8 +153,9 @@ QChar dateSeparator(const QLocale& locale)
 {
     const QString format = locale.dateFormat(QLocale::ShortFormat);
     for (const QChar character : format) {
-        if (isDateSeparator(character))
+        if (isDateSeparator(character)) {
             return character;
+        }
     }
     return u'/';
 }
@@ -153,8 +169,9 @@ std::optional<double> toNumber(QStringView text, const QLocale& locale)
     text = text.mid(signLength(text, locale, negative));
 
     QByteArray digits;
-    if (!readWhole(text, locale.groupSeparator(), digits))
+    if (!readWhole(text, locale.groupSeparator(), digits)) {
         return std::nullopt;
+    }
     bool anyDigit = !digits.isEmpty();
     const qsizetype point = separatorLength(text, locale.decimalPoint());
     if (point > 0) {
@@ -166,16 +183,20 @@ std::optional<double> toNumber(QStringView text, const QLocale& locale)
             text = text.mid(1);
         }
     }
-    if (!anyDigit || !text.isEmpty())
+    if (!anyDigit || !text.isEmpty()) {
         return std::nullopt;
-    if (digits.startsWith('.'))
+    }
+    if (digits.startsWith('.')) {
         digits.prepend('0');
-    if (digits.endsWith('.'))
+    }
+    if (digits.endsWith('.')) {
         digits.chop(1);
+    }
     bool read = false;
     const double value = digits.toDouble(&read);
-    if (!read || !std::isfinite(value))
+    if (!read || !std::isfinite(value)) {
         return std::nullopt;
+    }
     return negative ? -value : value;
 }
 
@@ -187,8 +208,9 @@ bool isNumeric(QStringView text, const QLocale& locale)
 std::optional<QDate> toDate(QStringView text, const QLocale& locale)
 {
     const auto runs = splitDate(text.trimmed());
-    if (!runs)
+    if (!runs) {
         return std::nullopt;
+    }
     const bool yearFirst = (*runs)[0].size() == 4;
     const Order order = yearFirst ? Order{Part::Year, Part::Month, Part::Day} : orderOf(locale);
     int day = 0;
@@ -196,15 +218,17 @@ std::optional<QDate> toDate(QStringView text, const QLocale& locale)
     int year = 0;
     for (std::size_t i = 0; i < runs->size(); ++i) {
         const QStringView digits = (*runs)[i];
-        if (order[i] == Part::Year)
+        if (order[i] == Part::Year) {
             year = fullYear(digits);
-        else if (digits.size() > 2)
+        } else if (digits.size() > 2) {
             return std::nullopt;
-        else
+        } else {
             (order[i] == Part::Day ? day : month) = digits.toInt();
+        }
     }
-    if (year < earliestYear || year > latestYear || !QDate::isValid(year, month, day))
+    if (year < earliestYear || year > latestYear || !QDate::isValid(year, month, day)) {
         return std::nullopt;
+    }
     return QDate(year, month, day);
 }
 
@@ -215,12 +239,14 @@ bool isDate(QStringView text, const QLocale& locale)
 
 QString dateText(const QDate& date, const QLocale& locale)
 {
-    if (!date.isValid())
+    if (!date.isValid()) {
         return {};
+    }
     QString text;
     for (const Part part : orderOf(locale)) {
-        if (!text.isEmpty())
+        if (!text.isEmpty()) {
             text += dateSeparator(locale);
+        }
         switch (part) {
         case Part::Day:
             text += QStringLiteral("%1").arg(date.day(), 2, 10, QLatin1Char('0'));
@@ -241,8 +267,9 @@ QString datePlaceholder(const QLocale& locale)
     const bool italian = locale.language() == QLocale::Italian;
     QString text;
     for (const Part part : orderOf(locale)) {
-        if (!text.isEmpty())
+        if (!text.isEmpty()) {
             text += dateSeparator(locale);
+        }
         switch (part) {
         case Part::Day:
             text += italian ? QStringLiteral("gg") : QStringLiteral("dd");

@@ -8,10 +8,12 @@ QString trimBlanks(const QString& text)
 {
     qsizetype from = 0;
     qsizetype to = text.size();
-    while (from < to && text.at(from) == u' ')
+    while (from < to && text.at(from) == u' ') {
         ++from;
-    while (to > from && text.at(to - 1) == u' ')
+    }
+    while (to > from && text.at(to - 1) == u' ') {
         --to;
+    }
     return text.mid(from, to - from);
 }
 

@@ -11,8 +11,9 @@ template <typename Unit>
 std::size_t asciiPrefix(std::basic_string_view<Unit> text) noexcept
 {
     std::size_t i = 0;
-    while (i < text.size() && static_cast<std::make_unsigned_t<Unit>>(text[i]) < 0x80)
+    while (i < text.size() && static_cast<std::make_unsigned_t<Unit>>(text[i]) < 0x80) {
         ++i;
+    }
     return i;
 }
 
@@ -37,23 +38,27 @@ Utf8Character utf8CharacterAt(std::string_view text, std::size_t at) noexcept
 {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byte(at);
-    if (first < 0x80)
+    if (first < 0x80) {
         return {first, 1, true};
+    }
     // No sequence begins with a byte that continues one, nor with those of overlong forms of ASCII.
     const std::size_t length = first < 0xC2   ? 0U
                                : first < 0xE0 ? 2U
                                : first < 0xF0 ? 3U
                                : first < 0xF5 ? 4U
                                               : 0U;
-    if (length == 0)
+    if (length == 0) {
         return {};
+    }
     char32_t value = first & (0xFFU >> (length + 1));
     std::size_t bytes = 1;
-    while (bytes < length && at + bytes < text.size() && (byte(at + bytes) & 0xC0U) == 0x80U)
+    while (bytes < length && at + bytes < text.size() && (byte(at + bytes) & 0xC0U) == 0x80U) {
         value = (value << 6U) | (byte(at + bytes++) & 0x3FU);
+    }
     const bool overlong = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
-    if (bytes < length || overlong || value > 0x10FFFF || isSurrogate(value))
+    if (bytes < length || overlong || value > 0x10FFFF || isSurrogate(value)) {
         return {replacementCharacter, bytes, false};
+    }
     return {value, bytes, true};
 }
 
@@ -61,8 +66,9 @@ std::size_t firstInvalidUtf8(std::string_view text) noexcept
 {
     for (std::size_t at = asciiPrefix(text); at < text.size();) {
         const Utf8Character character = utf8CharacterAt(text, at);
-        if (!character.isWellFormed)
+        if (!character.isWellFormed) {
             return at;
+        }
         at += character.bytes;
     }
     return std::string_view::npos;
@@ -70,8 +76,9 @@ std::size_t firstInvalidUtf8(std::string_view text) noexcept
 
 std::size_t characterSize(std::string_view text, std::size_t at) noexcept
 {
-    if (at >= text.size())
+    if (at >= text.size()) {
         return 0;
+    }
     const Utf8Character character = utf8CharacterAt(text, at);
     return character.isWellFormed ? character.bytes : 1;
 }
@@ -79,16 +86,18 @@ std::size_t characterSize(std::string_view text, std::size_t at) noexcept
 std::size_t characterCount(std::string_view text) noexcept
 {
     std::size_t count = 0;
-    for (std::size_t at = 0; at < text.size(); at += characterSize(text, at))
+    for (std::size_t at = 0; at < text.size(); at += characterSize(text, at)) {
         ++count;
+    }
     return count;
 }
 
 std::string_view leftCharacters(std::string_view text, std::size_t count) noexcept
 {
     std::size_t at = 0;
-    for (; count > 0 && at < text.size(); --count)
+    for (; count > 0 && at < text.size(); --count) {
         at += characterSize(text, at);
+    }
     return text.substr(0, at);
 }
 
@@ -118,8 +127,9 @@ std::u32string charactersFromUtf8(std::string_view text)
 {
     std::u32string characters;
     characters.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();)
+    for (std::size_t at = 0; at < text.size();) {
         characters += nextCharacter(text, at);
+    }
     return characters;
 }
 
@@ -127,8 +137,9 @@ std::string utf8FromCharacters(std::u32string_view characters)
 {
     std::string text;
     text.reserve(characters.size());
-    for (const char32_t character : characters)
+    for (const char32_t character : characters) {
         appendUtf8(text, character);
+    }
     return text;
 }
 
@@ -149,8 +160,9 @@ std::string utf8FromUtf16(std::u16string_view text)
 {
     const std::size_t plain = asciiPrefix(text);
     std::string result(plain, '\0');
-    for (std::size_t i = 0; i < plain; ++i)
+    for (std::size_t i = 0; i < plain; ++i) {
         result[i] = static_cast<char>(text[i]);
+    }
     result.reserve(text.size());
     for (std::size_t i = plain; i < text.size(); ++i) {
         char32_t character = text[i];

@@ -18,14 +18,18 @@ constexpr std::array columns{"RagioneSociale1", "RagioneSociale2", "Paese",
 std::string expression(const std::string& column, const std::string& contents)
 {
     const std::string own = "'" + column + " ' || (IdCliente * 7919 % 1000003) || ' ' || IdCliente";
-    if (contents == "distinct")
+    if (contents == "distinct") {
         return own;
-    if (contents == "same")
+    }
+    if (contents == "same") {
         return "'" + column + "'";
-    if (contents == "long")
+    }
+    if (contents == "long") {
         return own + " || substr(replace(hex(zeroblob(100)), '00', 'àe'), 1, 180)";
-    if (contents == "null")
+    }
+    if (contents == "null") {
         return "NULL";
+    }
     throw std::runtime_error("no such contents: " + contents);
 }
 
@@ -34,12 +38,14 @@ std::string expression(const std::string& column, const std::string& contents)
 void makeDatabase(const std::string& path, int customers, const std::string& contents)
 {
     host::createDemo(path, customers);
-    if (contents == "demo")
+    if (contents == "demo") {
         return;
+    }
     host::SqliteEngine engine(path, host::SqliteDatabase::Mode::OpenExisting);
     std::string set;
-    for (const char* column : columns)
+    for (const char* column : columns) {
         set += (set.empty() ? "" : ", ") + std::string(column) + " = " + expression(column, contents);
+    }
     engine.execute("UPDATE tabClienti SET " + set, host::Language::Native);
     engine.execute("VACUUM", host::Language::Native);
 }

@@ -41,11 +41,13 @@ void printPeak()
     std::FILE* status = std::fopen("/proc/self/status", "r");
     char line[256];
     while (status != nullptr && std::fgets(line, sizeof line, status) != nullptr) {
-        if (std::strncmp(line, "VmHWM:", 6) == 0)
+        if (std::strncmp(line, "VmHWM:", 6) == 0) {
             std::printf("peak %ld\n", std::strtol(line + 6, nullptr, 10));
+        }
     }
-    if (status != nullptr)
+    if (status != nullptr) {
         std::fclose(status);
+    }
 }
 
 } // namespace zul::bench

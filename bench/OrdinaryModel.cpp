@@ -9,8 +9,9 @@ OrdinaryModel::OrdinaryModel(const ColumnStore& store)
     for (int column = 1; column < store.columnCount(); ++column) {
         std::vector<QString>& texts = m_texts[static_cast<std::size_t>(column)];
         texts.reserve(store.rowCount());
-        for (uint32_t row = 0; row < store.rowCount(); ++row)
+        for (uint32_t row = 0; row < store.rowCount(); ++row) {
             texts.push_back(store.text(row, column));
+        }
     }
 }
 

@@ -24,8 +24,9 @@ void runPreparation(const std::string& database, Kind kind, bool half)
     LoadedGrid loaded(database);
     loaded.search();
     ReportGrid& grid = loaded.grid();
-    for (std::uint32_t record = 0; record < grid.recordCount(); record += half ? 2 : 1)
+    for (std::uint32_t record = 0; record < grid.recordCount(); record += half ? 2 : 1) {
         grid.setChecked(record, true);
+    }
     grid.show();
     OutcomeList list;
     list.resize(1000, 600);
@@ -35,18 +36,21 @@ void runPreparation(const std::string& database, Kind kind, bool half)
     GridRecipients recipients(grid);
     ListOutcomes outcomes(list);
     bool ok = true;
-    if (kind == Kind::Mail)
+    if (kind == Kind::Mail) {
         createMail(loaded.connection(), recipients, outcomes, mailTemplate, operatorId, true);
-    else
+    } else {
         ok = createSms(loaded.connection(), recipients, outcomes, smsTemplate, true);
+    }
     grid.populate();
     list.flush();
     const Times taken = now() - start;
-    if (!ok)
+    if (!ok) {
         throw std::runtime_error("the preparation failed");
+    }
     std::uint64_t prepared = 0;
-    for (int line = 0; line < list.count(); ++line)
+    for (int line = 0; line < list.count(); ++line) {
         prepared += list.line(line).startsWith(QLatin1String("OK     - ")) ? 1U : 0U;
+    }
     printRun(taken, prepared);
     printPeak();
 }

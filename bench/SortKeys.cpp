@@ -24,8 +24,9 @@ Collator collatorOf(const QLocale& locale)
     Collator collator(ucol_open(name.constData(), &status), &ucol_close);
     ucol_setAttribute(collator.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
     ucol_setAttribute(collator.get(), UCOL_STRENGTH, UCOL_SECONDARY, &status);
-    if (U_FAILURE(status))
+    if (U_FAILURE(status)) {
         throw std::runtime_error(u_errorName(status));
+    }
     return collator;
 }
 
@@ -69,8 +70,9 @@ public:
                                                                       bytes.data() + items.back().offset,
                                                                       static_cast<int32_t>(room)));
                 bytes.resize(items.back().offset + std::min(size, room));
-                if (size <= room)
+                if (size <= room) {
                     break;
+                }
                 room = size;
             }
         }

@@ -36,8 +36,9 @@ public:
     const std::string& heard(const std::string& beginning) const
     {
         for (const std::string& statement : m_heard) {
-            if (statement.compare(0, beginning.size(), beginning) == 0)
+            if (statement.compare(0, beginning.size(), beginning) == 0) {
                 return statement;
+            }
         }
         throw std::runtime_error("no statement begins with \"" + beginning + '"');
     }
@@ -62,8 +63,9 @@ void writeStatements(const std::string& database, const std::string& file)
     auto& engine = dynamic_cast<host::SqliteEngine&>(loaded.database().engine());
     std::ofstream out(file);
     const auto write = [&out](const char* name, const std::string& statement) {
-        if (statement.find('\n') != std::string::npos)
+        if (statement.find('\n') != std::string::npos) {
             throw std::runtime_error("a statement has several lines");
+        }
         out << name << '\t' << statement << '\n';
     };
     {
@@ -92,8 +94,9 @@ void writeStatements(const std::string& database, const std::string& file)
         write("template", listener.heard("SELECT [TestoSMS]"));
         write("sms", listener.heard("INSERT INTO TMK_MailingList"));
     }
-    if (!out.flush())
+    if (!out.flush()) {
         throw std::runtime_error(file + " cannot be written");
+    }
 }
 
 } // namespace zul::bench

@@ -57,8 +57,9 @@ void runPlainWindow(const std::string& /*database*/, int runs)
         QDialog window;
         auto* layout = new QGridLayout(&window);
         constexpr int Columns = 12;
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             layout->addWidget(new QLineEdit, i / Columns, i % Columns);
+        }
         applyCommonLook(&window, false);
         paint(window);
         printRun(now() - start, static_cast<std::uint64_t>(count));

@@ -27,24 +27,25 @@ bool run(const std::vector<std::string>& words)
 {
     const std::size_t count = words.size();
     const std::string verb = count > 0 ? words[0] : std::string();
-    if (verb == "demo" && (count == 3 || count == 4))
+    if (verb == "demo" && (count == 3 || count == 4)) {
         makeDatabase(words[1], std::atoi(words[2].c_str()), count == 4 ? words[3] : "demo");
-    else if (verb == "statements" && count == 3)
+    } else if (verb == "statements" && count == 3) {
         writeStatements(words[1], words[2]);
-    else if (verb == "search" && count == 3)
+    } else if (verb == "search" && count == 3) {
         runSearch(words[1], std::atoi(words[2].c_str()));
-    else if ((verb == "mail" || verb == "sms") && count == 3)
+    } else if ((verb == "mail" || verb == "sms") && count == 3) {
         runPreparation(words[1], verb == "mail" ? Kind::Mail : Kind::Sms, words[2] == "half");
-    else if (verb == "grid" && count == 2)
+    } else if (verb == "grid" && count == 2) {
         runGrid(words[1]);
-    else if (verb == "proxy" && count == 2)
+    } else if (verb == "proxy" && count == 2) {
         runProxy(words[1]);
-    else if (verb == "window" && count == 3)
+    } else if (verb == "window" && count == 3) {
         runMainWindow(words[1], std::atoi(words[2].c_str()));
-    else if (verb == "widgets" && count == 3)
+    } else if (verb == "widgets" && count == 3) {
         runPlainWindow(words[1], std::atoi(words[2].c_str()));
-    else
+    } else {
         return false;
+    }
     return true;
 }
 
@@ -52,13 +53,15 @@ bool run(const std::vector<std::string>& words)
 
 int main(int argc, char** argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const std::vector<std::string> words(argv + 1, argv + argc);
     const QApplication application(argc, argv);
     try {
-        if (run(words))
+        if (run(words)) {
             return 0;
+        }
         std::fputs(usage, stderr);
         return 2;
     } catch (const std::exception& error) {

@@ -35,8 +35,9 @@ public:
     ULONG STDMETHODCALLTYPE Release() override
     {
         const ULONG left = --m_references;
-        if (left == 0)
+        if (left == 0) {
             delete this;
+        }
         return left;
     }
 
@@ -47,11 +48,13 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* id) override
     {
-        if (id == nullptr)
+        if (id == nullptr) {
             return E_POINTER;
+        }
         *id = GUID_NULL;
-        if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID)
+        if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID) {
             return E_INVALIDARG;
+        }
         *id = DIID___SmsCreator;
         return S_OK;
     }
@@ -68,8 +71,9 @@ private:
 HRESULT provideClassInfo(IUnknown& object, REFIID riid, void** answer) noexcept
 {
     if (!(riid == iidOf<IProvideClassInfo>() || riid == iidOf<IProvideClassInfo2>()) ||
-        typeInfoCount(CLSID_SmsCreator) == 0)
+        typeInfoCount(CLSID_SmsCreator) == 0) {
         return E_NOINTERFACE;
+    }
     auto* const info = new (std::nothrow) ClassInfo(object);
     *answer = info;
     return info != nullptr ? S_OK : E_OUTOFMEMORY;

@@ -14,8 +14,9 @@ namespace {
 bool isForUser(const wchar_t* commandLine)
 {
     std::wstring words = commandLine == nullptr ? L"" : commandLine;
-    for (wchar_t& c : words)
+    for (wchar_t& c : words) {
         c = static_cast<wchar_t>(std::towlower(c));
+    }
     return words.find(L"user") != std::wstring::npos;
 }
 

@@ -21,8 +21,9 @@ public:
 
     Form& load()
     {
-        if (!m_form)
+        if (!m_form) {
             m_form = std::make_unique<Form>();
+        }
         return *m_form;
     }
 
@@ -48,8 +49,9 @@ public:
     /// @throws Error 5 when the form is on the screen already
     void refuseWhileShown() const
     {
-        if (m_shown)
+        if (m_shown) {
             throw Error(RunTime::InvalidCall);
+        }
     }
 
 private:
@@ -67,8 +69,9 @@ private:
             // others.
             m_form.m_form->hide();
             m_form.m_shown = false;
-            if (std::exchange(m_form.m_discardLater, false))
+            if (std::exchange(m_form.m_discardLater, false)) {
                 m_form.m_form.reset();
+            }
         }
         Showing(const Showing&) = delete;
         Showing& operator=(const Showing&) = delete;

@@ -62,11 +62,13 @@ TypeLibrary readTypeLibrary(int resource)
 {
     TypeLibrary result;
     result.path = moduleFile();
-    if (resource > 1)
+    if (resource > 1) {
         result.path += L"\\" + std::to_wstring(resource);
+    }
     ComPtr<ITypeLib> library;
-    if (FAILED(LoadTypeLibEx(result.path.c_str(), REGKIND_NONE, library.put())))
+    if (FAILED(LoadTypeLibEx(result.path.c_str(), REGKIND_NONE, library.put()))) {
         throw ComError(SELFREG_E_TYPELIB, u"The library carries no type library");
+    }
     TLIBATTR* attributes = nullptr;
     throwIfFailed(library->GetLibAttr(&attributes));
     result.id = guidText(attributes->guid);
@@ -78,14 +80,16 @@ TypeLibrary readTypeLibrary(int resource)
     BSTR help = nullptr;
     throwIfFailed(library->GetDocumentation(-1, &name, &help, nullptr, nullptr));
     result.name = takeText(name);
-    if (const std::wstring described = takeText(help); !described.empty())
+    if (const std::wstring described = takeText(help); !described.empty()) {
         result.name = described;
+    }
 
     for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
         ComPtr<ITypeInfo> info;
         TYPEATTR* type = nullptr;
-        if (FAILED(library->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&type)))
+        if (FAILED(library->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&type))) {
             continue;
+        }
         const bool dual = (type->wTypeFlags & TYPEFLAG_FDUAL) != 0;
         const bool automation = (type->wTypeFlags & TYPEFLAG_FOLEAUTOMATION) != 0;
         if (type->typekind == TKIND_DISPATCH || (type->typekind == TKIND_INTERFACE && automation)) {
@@ -126,8 +130,9 @@ void writeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
         const std::wstring key = interfaceKey(described);
         // An interface of another maker's, which our library only describes once more, stays as it is.
         const std::wstring owner = classes.read(key + L"\\TypeLib");
-        if (!owner.empty() && _wcsicmp(owner.c_str(), library.id.c_str()) != 0)
+        if (!owner.empty() && _wcsicmp(owner.c_str(), library.id.c_str()) != 0) {
             continue;
+        }
         classes.set(key, L"", described.name);
         classes.set(key + L"\\ProxyStubClsid32", L"",
                     described.dispatchOnly ? DispatchMarshaller : AutomationMarshaller);
@@ -140,21 +145,24 @@ void writeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
 void removeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
 {
     const std::wstring registered = classes.read(fileKey(library));
-    if (_wcsicmp(registered.c_str(), library.path.c_str()) != 0)
+    if (_wcsicmp(registered.c_str(), library.path.c_str()) != 0) {
         return;
+    }
     const std::wstring version = libraryKey(library) + L"\\" + library.version;
     const std::wstring locale = version + L"\\" + hexText(library.locale);
     classes.removeTree(fileKey(library));
     classes.removeIfEmpty(locale);
     // The same library for processes of the other width may still be registered.
-    if (!classes.read(locale + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64")).empty())
+    if (!classes.read(locale + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64")).empty()) {
         return;
+    }
     classes.removeTree(version);
     classes.removeIfEmpty(libraryKey(library));
     for (const Described& described : library.interfaces) {
         const std::wstring owner = classes.read(interfaceKey(described) + L"\\TypeLib");
-        if (_wcsicmp(owner.c_str(), library.id.c_str()) == 0)
+        if (_wcsicmp(owner.c_str(), library.id.c_str()) == 0) {
             classes.removeTree(interfaceKey(described));
+        }
     }
 }
 
@@ -182,12 +190,14 @@ void removeClass(ClassesKey& classes)
     const std::wstring id = guidText(CLSID_SmsCreator);
     const std::wstring key = L"CLSID\\" + id;
     const std::wstring file = classes.read(key + L"\\InprocServer32");
-    if (_wcsicmp(file.c_str(), moduleFile().c_str()) != 0)
+    if (_wcsicmp(file.c_str(), moduleFile().c_str()) != 0) {
         return;
+    }
     classes.removeTree(key);
     for (const std::wstring progId : {ProgId, VersionedProgId}) {
-        if (_wcsicmp(classes.read(progId + L"\\CLSID").c_str(), id.c_str()) == 0)
+        if (_wcsicmp(classes.read(progId + L"\\CLSID").c_str(), id.c_str()) == 0) {
             classes.removeTree(progId);
+        }
     }
 }
 
@@ -195,8 +205,9 @@ HRESULT remove(RegistryScope scope)
 {
     ClassesKey classes(scope);
     removeClass(classes);
-    for (int i = 1; i <= TypeLibraries; ++i)
+    for (int i = 1; i <= TypeLibraries; ++i) {
         removeTypeLibrary(classes, readTypeLibrary(i));
+    }
     return classes.result();
 }
 
@@ -205,19 +216,22 @@ HRESULT remove(RegistryScope scope)
 HRESULT registerServer(RegistryScope scope) noexcept
 {
     const HRESULT result = comGuard(u"Zul_MessageBuilder", [&]() -> HRESULT {
-        if (moduleFile().empty())
+        if (moduleFile().empty()) {
             return SELFREG_E_CLASS;
+        }
         ClassesKey classes(scope);
         for (int i = 1; i <= TypeLibraries; ++i) {
             const TypeLibrary library = readTypeLibrary(i);
-            if (i == 1)
+            if (i == 1) {
                 writeClass(classes, library);
+            }
             writeTypeLibrary(classes, library);
         }
         return classes.result();
     });
-    if (FAILED(result))
+    if (FAILED(result)) {
         comGuard(u"Zul_MessageBuilder", [&] { return remove(scope); });
+    }
     return result;
 }
 

@@ -46,8 +46,9 @@ QString textOfArgument(const BSTR* argument)
 /// A Variant result is always Empty.
 void clear(VARIANT* result)
 {
-    if (result != nullptr)
+    if (result != nullptr) {
         VariantInit(result);
+    }
 }
 
 /// A member without a trap of its own: what its procedures trapped is in the log already.
@@ -78,8 +79,9 @@ HRESULT SmsCreatorObject::put_idUtente(LONG idUtente)
 
 HRESULT SmsCreatorObject::get_idUtente(LONG* idUtente)
 {
-    if (idUtente == nullptr)
+    if (idUtente == nullptr) {
         return E_POINTER;
+    }
     *idUtente = m_idUtente;
     return S_OK;
 }
@@ -93,8 +95,9 @@ HRESULT SmsCreatorObject::InitWhatToShow(VARIANT_BOOL* showSendSms, VARIANT_BOOL
                                          VARIANT_BOOL* showPushNotify, VARIANT* result)
 {
     clear(result);
-    if (showSendSms == nullptr || showSendMail == nullptr || showPushNotify == nullptr || result == nullptr)
+    if (showSendSms == nullptr || showSendMail == nullptr || showPushNotify == nullptr || result == nullptr) {
         return E_POINTER;
+    }
     SetWhatToShow(isTrue(showSendSms), isTrue(showSendMail), isTrue(showPushNotify));
     return S_OK;
 }
@@ -103,8 +106,9 @@ HRESULT SmsCreatorObject::InitWhatToSearch(VARIANT_BOOL* searchBy_Ricorrenze,
                                            VARIANT_BOOL* searchBy_Classificazioni, VARIANT* result)
 {
     clear(result);
-    if (searchBy_Ricorrenze == nullptr || searchBy_Classificazioni == nullptr || result == nullptr)
+    if (searchBy_Ricorrenze == nullptr || searchBy_Classificazioni == nullptr || result == nullptr) {
         return E_POINTER;
+    }
     SetWhatToSearch(isTrue(searchBy_Ricorrenze), isTrue(searchBy_Classificazioni));
     return S_OK;
 }
@@ -114,8 +118,9 @@ HRESULT SmsCreatorObject::ShowForm(_SqlConnection** SqlConnection, BSTR* PathMai
 {
     clear(result);
     if (SqlConnection == nullptr || PathMainApplication == nullptr || ShowTouchMode == nullptr ||
-        result == nullptr)
+        result == nullptr) {
         return E_POINTER;
+    }
     // The window refers to this object while it is shown, also when the host lets go of it meanwhile.
     const ComPtr<IUnknown> alive(static_cast<_SmsCreator*>(this));
     // The session takes connection and folders first, whatever becomes of the showing: a call that comes while
@@ -134,8 +139,9 @@ HRESULT SmsCreatorObject::ShowForm(_SqlConnection** SqlConnection, BSTR* PathMai
 
 HRESULT SmsCreatorObject::isOkPressed(VARIANT_BOOL* result)
 {
-    if (result == nullptr)
+    if (result == nullptr) {
         return E_POINTER;
+    }
     *result = toBool(trapped(inheritedProcedure(u"isOkPressed"_s), false,
                              [&] { return formChoice(funGetFormChoice()) == FormChoice::Confirmed; }));
     return S_OK;
@@ -144,8 +150,9 @@ HRESULT SmsCreatorObject::isOkPressed(VARIANT_BOOL* result)
 HRESULT SmsCreatorObject::DiscardForm(VARIANT* result)
 {
     clear(result);
-    if (result == nullptr)
+    if (result == nullptr) {
         return E_POINTER;
+    }
     funDiscardForm();
     return S_OK;
 }
@@ -158,17 +165,21 @@ HRESULT SmsCreatorObject::EventoGrd_CaricaGrd(IDispatch** grdCodejock, BSTR* Sql
     const std::array<BSTR*, 9> texts{SqlString,    strVisibility,   strIconIndex,
                                      strEditMask,  strSizable,      strButtonType,
                                      strPreFormat, strPreFormatQta, strPreFormatColore};
-    if (grdCodejock == nullptr || CaptionCollection == nullptr)
+    if (grdCodejock == nullptr || CaptionCollection == nullptr) {
         return E_POINTER;
-    for (const BSTR* text : texts)
-        if (text == nullptr)
+    }
+    for (const BSTR* text : texts) {
+        if (text == nullptr) {
             return E_POINTER;
+        }
+    }
     const ComPtr<IUnknown> alive(static_cast<_SmsCreator*>(this));
     trapped(procedure(u"EventoGrd_CaricaGrd"_s), [&] {
         std::vector<Variant> arguments;
         arguments.push_back(Variant::ref(grdCodejock));
-        for (BSTR* text : texts)
+        for (BSTR* text : texts) {
             arguments.push_back(Variant::ref(text));
+        }
         // A sink takes any object where an object goes; the collection is one.
         arguments.push_back(Variant::ref(reinterpret_cast<IDispatch**>(CaptionCollection)));
         m_events->fire(EventCaricaGriglia, arguments, [](DWORD, const ErrorDetails& details) {
@@ -182,9 +193,10 @@ void SmsCreatorObject::EventoGrd_CaricaGrd(ReportGrid& grid, const GridRequest& 
 {
     const ComPtr<GridObject> gridObject = makeCom<GridObject>(grid);
     const ComPtr<CaptionCollection> captions = makeCom<zul::CaptionCollection>();
-    for (const QString& caption : request.captions)
+    for (const QString& caption : request.captions) {
         captions->append(
             {reinterpret_cast<const char16_t*>(caption.utf16()), static_cast<std::size_t>(caption.size())});
+    }
 
     // Passed by reference: what a sink puts in their place is freed here.
     ComPtr<IDispatch> gridPlace(gridObject.get());
@@ -210,11 +222,13 @@ void SmsCreatorObject::EventoGrd_CaricaGrd(ReportGrid& grid, const GridRequest& 
 HRESULT SmsCreatorObject::ShowOptions(_SqlConnection** SqlConnection, BSTR* PathMainApplication,
                                       VARIANT_BOOL* ShowTouchMode, VARIANT_BOOL* result)
 {
-    if (result != nullptr)
+    if (result != nullptr) {
         *result = VARIANT_FALSE;
+    }
     if (SqlConnection == nullptr || PathMainApplication == nullptr || ShowTouchMode == nullptr ||
-        result == nullptr)
+        result == nullptr) {
         return E_POINTER;
+    }
     const ComPtr<IUnknown> alive(static_cast<_SmsCreator*>(this));
     *result = toBool(trapped(procedure(u"ShowOptions"_s), false, [&] {
         setConnessione(*SqlConnection);
@@ -228,10 +242,12 @@ HRESULT SmsCreatorObject::ShowCheckErrorSMSSend(_SqlConnection** SqlConnection, 
                                                 VARIANT_BOOL* result)
 {
     // The result is false also when the check ran to its end: the method reports nothing through it.
-    if (result != nullptr)
+    if (result != nullptr) {
         *result = VARIANT_FALSE;
-    if (SqlConnection == nullptr || ShowTouchMode == nullptr || result == nullptr)
+    }
+    if (SqlConnection == nullptr || ShowTouchMode == nullptr || result == nullptr) {
         return E_POINTER;
+    }
     const ComPtr<IUnknown> alive(static_cast<_SmsCreator*>(this));
     // Reports under the name of ShowOptions, as it always did.
     trapped(procedure(u"ShowOptions"_s), [&] {
@@ -244,24 +260,27 @@ HRESULT SmsCreatorObject::ShowCheckErrorSMSSend(_SqlConnection** SqlConnection, 
 HRESULT SmsCreatorObject::DiscardOptionsForm(VARIANT* result)
 {
     clear(result);
-    if (result == nullptr)
+    if (result == nullptr) {
         return E_POINTER;
+    }
     funDiscardOptionsForm();
     return S_OK;
 }
 
 HRESULT SmsCreatorObject::GetOptionsFormChoice(BSTR* result)
 {
-    if (result == nullptr)
+    if (result == nullptr) {
         return E_POINTER;
+    }
     *result = nullptr;
     return untrapped([&] { *result = bstr(funGetOptionsFormChoice()).detach(); });
 }
 
 HRESULT SmsCreatorObject::GetFormChoice(BSTR* result)
 {
-    if (result == nullptr)
+    if (result == nullptr) {
         return E_POINTER;
+    }
     *result = nullptr;
     return untrapped([&] { *result = bstr(funGetFormChoice()).detach(); });
 }

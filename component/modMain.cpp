@@ -31,20 +31,24 @@ Procedure procedure(const QString& name)
 void needApplication()
 {
     const bool hasApplication = QCoreApplication::instance() != nullptr;
-    if (hasApplication && qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+    if (hasApplication && qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         throw Error(51, u"The host's QCoreApplication cannot show windows"_s);
+    }
     // From here on Qt keeps parts of this library.
     windowShown = true;
-    if (hasApplication)
+    if (hasApplication) {
         return;
+    }
     platform::prepareApplicationEnvironment();
     // They live as long as the process: Qt's own libraries stay loaded, and so does this one.
     static auto* const texts = new std::vector<QByteArray>{"Zul_MessageBuilder"};
-    for (const QString& argument : platform::applicationArguments())
+    for (const QString& argument : platform::applicationArguments()) {
         texts->push_back(argument.toLocal8Bit());
+    }
     static auto* const arguments = new std::vector<char*>;
-    for (QByteArray& text : *texts)
+    for (QByteArray& text : *texts) {
         arguments->push_back(text.data());
+    }
     static int count = static_cast<int>(arguments->size());
     static QApplication* const application = new QApplication(count, arguments->data());
     application->setQuitOnLastWindowClosed(false);
@@ -74,8 +78,9 @@ public:
     {}
     ~Reference()
     {
-        if (m_form.get() != nullptr)
+        if (m_form.get() != nullptr) {
             m_form.get()->setRefToClass(nullptr);
+        }
     }
     Reference(const Reference&) = delete;
     Reference& operator=(const Reference&) = delete;
@@ -127,8 +132,9 @@ void SetWhatToSearch(bool searchBy_Ricorrenze, bool searchBy_Classificazioni) no
 void prepareForm(ComponentObject* object)
 {
     // A form on the screen keeps the object that showed it, which outlives its showing; funShowForm refuses it.
-    if (mainForm().isShown())
+    if (mainForm().isShown()) {
         return;
+    }
     mainForm().discard();
     load(mainForm()).setRefToClass(object);
 }
@@ -168,8 +174,9 @@ QString funGetFormChoice() noexcept
 void funDiscardForm() noexcept
 {
     trapped(procedure(u"funDiscardForm"_s), [&] {
-        if (!session().isFormLoaded)
+        if (!session().isFormLoaded) {
             return;
+        }
         mainForm().discard();
         session().isFormLoaded = false;
     });

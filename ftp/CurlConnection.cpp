@@ -31,17 +31,20 @@ std::string urlBase(const ConnectRequest& request)
 {
     const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> url(curl_url(), &curl_url_cleanup);
     std::string host = request.server;
-    if (host.find(':') != std::string::npos && !host.starts_with('['))
+    if (host.find(':') != std::string::npos && !host.starts_with('[')) {
         host = "[" + host + "]"; // a bare IPv6 address
+    }
     const unsigned port = request.port == 0 ? 21 : request.port;
     if (host.empty() || curl_url_set(url.get(), CURLUPART_SCHEME, "ftp", 0) != CURLUE_OK ||
         curl_url_set(url.get(), CURLUPART_HOST, host.c_str(), 0) != CURLUE_OK ||
         curl_url_set(url.get(), CURLUPART_PORT, std::to_string(port).c_str(), 0) != CURLUE_OK ||
-        curl_url_set(url.get(), CURLUPART_PATH, "/", 0) != CURLUE_OK)
+        curl_url_set(url.get(), CURLUPART_PATH, "/", 0) != CURLUE_OK) {
         return {};
+    }
     char* text = nullptr;
-    if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK)
+    if (curl_url_get(url.get(), CURLUPART_URL, &text, 0) != CURLUE_OK) {
         return {};
+    }
     std::string base = text;
     curl_free(text);
     return base;
@@ -49,11 +52,13 @@ std::string urlBase(const ConnectRequest& request)
 
 std::string escaped(CURL* easy, const std::string& text)
 {
-    if (text.empty())
+    if (text.empty()) {
         return {};
+    }
     char* raw = curl_easy_escape(easy, text.data(), static_cast<int>(text.size()));
-    if (raw == nullptr)
+    if (raw == nullptr) {
         return {};
+    }
     std::string result = raw;
     curl_free(raw);
     return result;
@@ -75,15 +80,17 @@ CurlConnection::CurlConnection(ConnectRequest request, const CurlTransportOption
 {
     if (m_request.user.empty()) {
         m_request.user = "anonymous";
-        if (m_request.password.empty())
+        if (m_request.password.empty()) {
             m_request.password = "anonymous@";
+        }
     }
 }
 
 CurlConnection::~CurlConnection()
 {
-    if (m_running)
+    if (m_running) {
         cut(State::Closed);
+    }
     if (m_state == State::Open) {
         m_options.commandTimeout = std::min(m_options.commandTimeout, m_options.goodbyeTimeout);
         command("QUIT");
@@ -103,8 +110,9 @@ ErrorCode CurlConnection::open()
 
 ErrorCode CurlConnection::connect()
 {
-    if (!m_multi || !m_easy)
+    if (!m_multi || !m_easy) {
         return NotEnoughMemory;
+    }
     m_connecting = true;
     m_ownPort = 0;
     if (const auto code = prepare({}); code != Success) {
@@ -113,8 +121,9 @@ ErrorCode CurlConnection::connect()
     }
     set(CURLOPT_NOBODY, 1L);
     auto code = begin(m_options.connectTimeout);
-    if (code == Success)
+    if (code == Success) {
         code = runToEnd();
+    }
     m_connecting = false;
     m_state = code == Success ? State::Open : State::Lost;
     return code;
@@ -124,8 +133,9 @@ ErrorCode CurlConnection::connect()
 ErrorCode CurlConnection::restore()
 {
     if (m_state == State::Closed) {
-        if (const auto code = connect(); code != Success)
+        if (const auto code = connect(); code != Success) {
             return code;
+        }
         if (m_directoryChanged) {
             if (m_directory.empty()) {
                 m_state = State::Lost;
@@ -139,36 +149,43 @@ ErrorCode CurlConnection::restore()
 
 ErrorCode CurlConnection::command(const std::string& line, bool (FtpReply::*expected)() const)
 {
-    if (const auto code = restore(); code != Success)
+    if (const auto code = restore(); code != Success) {
         return code;
-    if (const auto code = prepare({}); code != Success)
+    }
+    if (const auto code = prepare({}); code != Success) {
         return code;
+    }
     // With the star curl does not end the connection over a refusal.
     m_quote.reset(curl_slist_append(nullptr, ("*" + line).c_str()));
     set(CURLOPT_QUOTE, m_quote.get());
     set(CURLOPT_NOBODY, 1L);
     auto code = begin(m_options.commandTimeout);
-    if (code == Success)
+    if (code == Success) {
         code = runToEnd();
-    if (code == Success && !(lastReply().*expected)())
+    }
+    if (code == Success && !(lastReply().*expected)()) {
         code = lastReply().isRefusal() ? ExtendedError : InvalidServerResponse;
+    }
     return code;
 }
 
 ErrorCode CurlConnection::changeDirectory(const std::string& directory)
 {
-    if (const auto code = command("CWD " + directory); code != Success)
+    if (const auto code = command("CWD " + directory); code != Success) {
         return code;
+    }
     // Where we are is needed only if the connection has to be restored; a server that does not tell is no
     // failure. The reply to the command proper stays the last one.
     const ReplyReader replies = m_replies;
     m_directoryChanged = true;
     m_directory.clear();
     const auto code = command("PWD");
-    if (code == Success)
+    if (code == Success) {
         m_directory = quotedDirectory(lastReply().text).value_or(std::string());
-    if (!isSendable(m_directory))
+    }
+    if (!isSendable(m_directory)) {
         m_directory.clear();
+    }
     m_replies = replies;
     return Success;
 }
@@ -177,16 +194,18 @@ ErrorCode CurlConnection::list(const std::string& directory, std::string& text)
 {
     // A directory whose name starts with a dash would be read as an option.
     std::string path = directory.starts_with('-') ? "./" + directory : directory;
-    if (!path.empty() && !path.ends_with('/'))
+    if (!path.empty() && !path.ends_with('/')) {
         path += '/';
+    }
     const auto prepareOnce = [this, &path, &text] {
         text.clear();
         const auto code = restore();
         return code == Success ? prepare(path) : code;
     };
     const auto sink = [this, &text](std::string_view data) -> ErrorCode {
-        if (data.size() > m_options.maxListingBytes - text.size())
+        if (data.size() > m_options.maxListingBytes - text.size()) {
             return InvalidServerResponse;
+        }
         text += data;
         return Success;
     };
@@ -204,16 +223,19 @@ ErrorCode CurlConnection::download(const std::function<ErrorCode()>& prepareOnce
 {
     ErrorCode code = Success;
     for (int attempt = 0; attempt < 2; ++attempt) {
-        if (code = prepareOnce(); code != Success)
+        if (code = prepareOnce(); code != Success) {
             return code;
+        }
         m_downloading = true;
         m_sink = sink;
         code = begin(limit);
-        if (code == Success)
+        if (code == Success) {
             code = runToEnd();
+        }
         m_sink = nullptr;
-        if (!missedData())
+        if (!missedData()) {
             break;
+        }
         discard();
     }
     return code;
@@ -231,10 +253,12 @@ bool CurlConnection::missedData() const
 /// Gives up the connection, to be restored by the next operation.
 void CurlConnection::discard()
 {
-    if (m_running)
+    if (m_running) {
         end();
-    if (m_control != CURL_SOCKET_BAD)
+    }
+    if (m_control != CURL_SOCKET_BAD) {
         shutSocket(m_control);
+    }
     m_control = CURL_SOCKET_BAD;
     m_multi.reset(curl_multi_init());
     m_state = State::Closed;
@@ -243,12 +267,14 @@ void CurlConnection::discard()
 ErrorCode CurlConnection::put(const std::string& remote, bool ascii, const TransferLimits& limits,
                               const Source& source)
 {
-    if (const auto code = prepareWhole(remote, ascii, true, limits); code != Success)
+    if (const auto code = prepareWhole(remote, ascii, true, limits); code != Success) {
         return code;
+    }
     m_source = source;
     auto code = begin(limits.longestTime);
-    if (code == Success)
+    if (code == Success) {
         code = runToEnd();
+    }
     m_source = nullptr;
     return code;
 }
@@ -256,18 +282,21 @@ ErrorCode CurlConnection::put(const std::string& remote, bool ascii, const Trans
 ErrorCode CurlConnection::openRead(const std::string& remote, bool ascii)
 {
     for (int attempt = 0; attempt < 2; ++attempt) {
-        if (const auto code = prepareTransfer(remote, ascii, false); code != Success)
+        if (const auto code = prepareTransfer(remote, ascii, false); code != Success) {
             return code;
+        }
         m_downloading = true;
         m_sink = [this](std::string_view data) {
             m_incoming += data;
             return Success;
         };
-        if (const auto code = begin(m_options.commandTimeout); code != Success)
+        if (const auto code = begin(m_options.commandTimeout); code != Success) {
             return code;
+        }
         const auto code = drive([this] { return lastReply().isPreliminary(); }, m_options.stallTimeout);
-        if (code != Success || (m_done && m_result != CURLE_OK))
+        if (code != Success || (m_done && m_result != CURLE_OK)) {
             return end();
+        }
         if (!missedData()) {
             m_fileOpen = true;
             return Success;
@@ -279,10 +308,12 @@ ErrorCode CurlConnection::openRead(const std::string& remote, bool ascii)
 
 ErrorCode CurlConnection::openWrite(const std::string& remote, bool ascii)
 {
-    if (const auto code = prepareTransfer(remote, ascii, true); code != Success)
+    if (const auto code = prepareTransfer(remote, ascii, true); code != Success) {
         return code;
-    if (const auto code = begin(m_options.commandTimeout); code != Success)
+    }
+    if (const auto code = begin(m_options.commandTimeout); code != Success) {
         return code;
+    }
     // The server's 150, and curl asking for the first bytes: only now does the data connection stand.
     auto code = drive([this] { return m_paused; }, m_options.stallTimeout);
     if (code != Success || m_done) {
@@ -300,10 +331,12 @@ ErrorCode CurlConnection::read(char* buffer, std::size_t wanted, std::size_t& go
     touch();
     const auto enough = [this, wanted] { return m_incoming.size() >= wanted; };
     const auto code = m_done || enough() ? Success : drive(enough, m_options.stallTimeout);
-    if (code != Success)
+    if (code != Success) {
         return code;
-    if (m_incoming.size() < wanted && m_done && outcome() != Success)
+    }
+    if (m_incoming.size() < wanted && m_done && outcome() != Success) {
         return outcome();
+    }
     got = std::min(wanted, m_incoming.size());
     std::memcpy(buffer, m_incoming.data(), got);
     m_incoming.erase(0, got);
@@ -312,28 +345,34 @@ ErrorCode CurlConnection::read(char* buffer, std::size_t wanted, std::size_t& go
 
 ErrorCode CurlConnection::write(std::string_view data)
 {
-    if (m_done)
+    if (m_done) {
         return outcome() == Success ? ConnectionAborted : outcome();
-    if (data.empty())
+    }
+    if (data.empty()) {
         return Success;
+    }
     m_deadline = Clock::now() + m_options.commandTimeout;
     touch();
     m_outgoing.erase(0, m_outgoingSent);
     m_outgoingSent = 0;
     for (const char c : data) {
         // curl writes CR LF for every LF of an ASCII transfer; a CR that stands there already would be doubled.
-        if (m_normaliseLineEnds && std::exchange(m_heldCarriageReturn, c == '\r') && c != '\n')
+        if (m_normaliseLineEnds && std::exchange(m_heldCarriageReturn, c == '\r') && c != '\n') {
             m_outgoing += '\r';
-        if (!m_normaliseLineEnds || c != '\r')
+        }
+        if (!m_normaliseLineEnds || c != '\r') {
             m_outgoing += c;
+        }
     }
     resume();
     const auto code =
         drive([this] { return m_paused && m_outgoingSent == m_outgoing.size(); }, m_options.stallTimeout);
-    if (code != Success)
+    if (code != Success) {
         return code;
-    if (m_done)
+    }
+    if (m_done) {
         return outcome() == Success ? ConnectionAborted : outcome();
+    }
     return Success;
 }
 
@@ -344,8 +383,9 @@ ErrorCode CurlConnection::closeFile()
     touch();
     ErrorCode code = Success;
     if (m_uploading) {
-        if (m_heldCarriageReturn)
+        if (m_heldCarriageReturn) {
             m_outgoing += '\r';
+        }
         m_outgoingEnd = true;
         resume();
         return runToEnd();
@@ -361,12 +401,14 @@ ErrorCode CurlConnection::closeFile()
     const auto enough = [this, &drained] {
         return drained > m_options.maxDrainBytes || Clock::now() >= m_deadline;
     };
-    if (!m_done)
+    if (!m_done) {
         code = drive(enough, m_options.stallTimeout);
-    if (m_done)
+    }
+    if (m_done) {
         code = end();
-    else if (m_running)
+    } else if (m_running) {
         cut(State::Closed);
+    }
     m_sink = nullptr;
     return code;
 }
@@ -375,12 +417,14 @@ ErrorCode CurlConnection::closeFile()
 ErrorCode CurlConnection::prepare(const std::string& path)
 {
     const std::string base = urlBase(m_request);
-    if (base.empty())
+    if (base.empty()) {
         return NameNotResolved;
+    }
     // curl takes no path with control characters, and would give up the connection over one.
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
-    if (path.size() > m_options.maxReplyBytes || std::any_of(path.begin(), path.end(), isControl))
+    if (path.size() > m_options.maxReplyBytes || std::any_of(path.begin(), path.end(), isControl)) {
         return InvalidParameter;
+    }
 
     curl_easy_reset(m_easy.get());
     m_quote.reset();
@@ -409,8 +453,9 @@ ErrorCode CurlConnection::prepare(const std::string& path)
     set(CURLOPT_FTP_SKIP_PASV_IP, 1L);
     set(CURLOPT_FTP_USE_EPSV, 0L);
     set(CURLOPT_FTP_USE_EPRT, 0L);
-    if ((m_request.flags & ModePassive) == 0)
+    if ((m_request.flags & ModePassive) == 0) {
         set(CURLOPT_FTPPORT, "-");
+    }
     set(CURLOPT_IGNORE_CONTENT_LENGTH, 1L); // no SIZE command in front of every download
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(m_options.connectTimeout.count()));
     set(CURLOPT_ACCEPTTIMEOUT_MS, static_cast<long>(m_options.stallTimeout.count()));
@@ -431,12 +476,15 @@ ErrorCode CurlConnection::prepare(const std::string& path)
 ErrorCode CurlConnection::prepareTransfer(const std::string& remote, bool ascii, bool upload)
 {
     // Of a name that ends in a slash curl would fetch the listing.
-    if (remote.empty() || remote.ends_with('/'))
+    if (remote.empty() || remote.ends_with('/')) {
         return InvalidParameter;
-    if (const auto code = restore(); code != Success)
+    }
+    if (const auto code = restore(); code != Success) {
         return code;
-    if (const auto code = prepare(remote); code != Success)
+    }
+    if (const auto code = prepare(remote); code != Success) {
         return code;
+    }
     set(CURLOPT_TRANSFERTEXT, ascii ? 1L : 0L);
     set(CURLOPT_UPLOAD, upload ? 1L : 0L);
     m_uploading = upload;
@@ -463,8 +511,9 @@ ErrorCode CurlConnection::begin(std::chrono::milliseconds limit)
     m_failure = Success;
     m_deadline = Clock::now() + limit;
     touch();
-    if (curl_multi_add_handle(m_multi.get(), m_easy.get()) != CURLM_OK)
+    if (curl_multi_add_handle(m_multi.get(), m_easy.get()) != CURLM_OK) {
         return InternalError;
+    }
     m_running = true;
     return Success;
 }
@@ -486,8 +535,9 @@ ErrorCode CurlConnection::drive(const std::function<bool()>& enough, std::chrono
                 m_result = message->data.result;
             }
         }
-        if (m_done || enough())
+        if (m_done || enough()) {
             return Success;
+        }
 
         const auto now = Clock::now();
         const auto limit = std::min(m_deadline, m_lastActivity + stall);
@@ -507,8 +557,9 @@ ErrorCode CurlConnection::runToEnd()
     // While connecting the one limit covers it all.
     const auto stall = m_connecting ? m_options.connectTimeout : m_options.stallTimeout;
     if (!m_done) {
-        if (const auto code = drive([] { return false; }, stall); code != Success)
+        if (const auto code = drive([] { return false; }, stall); code != Success) {
             return code;
+        }
     }
     return end();
 }
@@ -522,9 +573,10 @@ ErrorCode CurlConnection::end()
         curl_multi_remove_handle(m_multi.get(), m_easy.get());
         m_running = false;
         // A local failure makes curl cut the connection; that is no fault of the server's.
-        if (!m_connecting && m_control == CURL_SOCKET_BAD)
+        if (!m_connecting && m_control == CURL_SOCKET_BAD) {
             m_state =
                 m_failure != Success && m_failure != InvalidServerResponse ? State::Closed : State::Lost;
+        }
     }
     return outcome();
 }
@@ -535,23 +587,28 @@ void CurlConnection::cut(State state)
     m_control = CURL_SOCKET_BAD;
     m_running = false;
     m_done = true;
-    if (m_result == CURLE_OK)
+    if (m_result == CURLE_OK) {
         m_result = CURLE_ABORTED_BY_CALLBACK;
+    }
     m_state = state;
 }
 
 ErrorCode CurlConnection::outcome() const
 {
-    if (m_failure != Success)
+    if (m_failure != Success) {
         return m_failure;
-    if (m_result == CURLE_OK)
-        return missedData() ? ConnectionAborted : Success;
-    if (m_connecting) {
-        if (const auto code = loginOutcome(); code != Success)
-            return code;
     }
-    if (lastReply().isRefusal())
+    if (m_result == CURLE_OK) {
+        return missedData() ? ConnectionAborted : Success;
+    }
+    if (m_connecting) {
+        if (const auto code = loginOutcome(); code != Success) {
+            return code;
+        }
+    }
+    if (lastReply().isRefusal()) {
         return ExtendedError;
+    }
     switch (m_result) {
     case CURLE_OPERATION_TIMEDOUT:
     case CURLE_FTP_ACCEPT_TIMEOUT:
@@ -588,22 +645,27 @@ ErrorCode CurlConnection::outcome() const
 ErrorCode CurlConnection::loginOutcome() const
 {
     const auto& codes = m_replies.codes();
-    if (codes.size() < 2 || m_result == CURLE_OPERATION_TIMEDOUT)
+    if (codes.size() < 2 || m_result == CURLE_OPERATION_TIMEDOUT) {
         return Success; // refused at the door
+    }
     const int code = codes.back();
-    if (code == 421)
+    if (code == 421) {
         return Success;
-    if (code == 332)
+    }
+    if (code == 332) {
         return LoginFailure;
-    if (!lastReply().isRefusal())
+    }
+    if (!lastReply().isRefusal()) {
         return Success;
+    }
     return std::find(codes.begin(), codes.end(), 331) != codes.end() ? IncorrectPassword : LoginFailure;
 }
 
 void CurlConnection::resume()
 {
-    if (std::exchange(m_paused, false))
+    if (std::exchange(m_paused, false)) {
         curl_easy_pause(m_easy.get(), CURLPAUSE_CONT);
+    }
 }
 
 std::size_t CurlConnection::onHeader(char* data, std::size_t size, std::size_t count, void* self)
@@ -615,8 +677,9 @@ std::size_t CurlConnection::onHeader(char* data, std::size_t size, std::size_t c
         return 0;
     }
     // Lines without a reply are no sign of life.
-    if (connection->m_replies.codes().size() != replies)
+    if (connection->m_replies.codes().size() != replies) {
         connection->touch();
+    }
     return size * count;
 }
 
@@ -624,8 +687,9 @@ std::size_t CurlConnection::onData(char* data, std::size_t size, std::size_t cou
 {
     auto* connection = static_cast<CurlConnection*>(self);
     connection->touch();
-    if (!connection->m_sink)
+    if (!connection->m_sink) {
         return size * count;
+    }
     connection->m_failure = connection->m_sink({data, size * count});
     // A count that differs from what came ends the operation.
     return connection->m_failure == Success ? size * count : size * count + 1;
@@ -642,8 +706,9 @@ std::size_t CurlConnection::onRead(char* buffer, std::size_t size, std::size_t c
     }
     const std::size_t rest = connection->m_outgoing.size() - connection->m_outgoingSent;
     if (rest == 0) {
-        if (connection->m_outgoingEnd)
+        if (connection->m_outgoingEnd) {
             return 0;
+        }
         connection->m_paused = true;
         return CURL_READFUNC_PAUSE;
     }
@@ -668,8 +733,9 @@ int CurlConnection::onReady(void* self, char* serverAddress, char*, int, int own
 /// In active mode anybody could be faster than the server; only the server may connect.
 int CurlConnection::onSocket(void* self, curl_socket_t socket, curlsocktype purpose)
 {
-    if (purpose != CURLSOCKTYPE_ACCEPT)
+    if (purpose != CURLSOCKTYPE_ACCEPT) {
         return CURL_SOCKOPT_OK;
+    }
     const auto* connection = static_cast<CurlConnection*>(self);
     const std::string peer = peerAddress(socket);
     return !peer.empty() && connection->m_serverAddress == peer ? CURL_SOCKOPT_OK : CURL_SOCKOPT_ERROR;

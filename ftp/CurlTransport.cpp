@@ -30,8 +30,9 @@ bool isAscii(std::uint32_t flags)
 std::pair<std::string, std::string> splitPath(const std::string& path)
 {
     const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos)
+    if (slash == std::string::npos) {
         return {{}, path};
+    }
     return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
 }
 
@@ -61,14 +62,17 @@ ErrorCode CurlTransport::openSession(const std::string&, std::uint32_t, Handle& 
 ErrorCode CurlTransport::connect(Handle session, const ConnectRequest& request, Handle& connection)
 {
     connection = 0;
-    if (std::find(m_sessions.begin(), m_sessions.end(), session) == m_sessions.end())
+    if (std::find(m_sessions.begin(), m_sessions.end(), session) == m_sessions.end()) {
         return InvalidHandle;
+    }
     if (request.service != ServiceFtp || !isSendable(request.server) || !isSendable(request.user) ||
-        !isSendable(request.password))
+        !isSendable(request.password)) {
         return InvalidParameter;
+    }
     auto made = std::make_unique<CurlConnection>(request, m_options);
-    if (const auto code = keep(*made, made->open()); code != Success)
+    if (const auto code = keep(*made, made->open()); code != Success) {
         return code;
+    }
     connection = ++m_lastHandle;
     m_connections.emplace(connection, std::move(made));
     m_sessionOf.emplace(connection, session);
@@ -82,18 +86,21 @@ ErrorCode CurlTransport::closeHandle(Handle handle)
         m_files.erase(file);
         return keep(connection, connection.closeFile());
     }
-    if (m_finds.erase(handle) != 0)
+    if (m_finds.erase(handle) != 0) {
         return Success;
+    }
     if (m_connections.contains(handle)) {
         forgetConnection(handle);
         return Success;
     }
-    if (std::erase(m_sessions, handle) == 0)
+    if (std::erase(m_sessions, handle) == 0) {
         return InvalidHandle;
+    }
     const auto sessionOf = m_sessionOf;
     for (const auto& [connection, session] : sessionOf) {
-        if (session == handle)
+        if (session == handle) {
             forgetConnection(connection);
+        }
     }
     return Success;
 }
@@ -118,11 +125,13 @@ ErrorCode CurlTransport::ready(Handle connection, std::initializer_list<const st
                                CurlConnection*& found)
 {
     found = find(connection);
-    if (found == nullptr)
+    if (found == nullptr) {
         return InvalidHandle;
+    }
     for (const std::string* name : names) {
-        if (name->empty() || !isSendable(*name))
+        if (name->empty() || !isSendable(*name)) {
             return InvalidParameter;
+        }
     }
     return found->isFileOpen() ? TransferInProgress : Success;
 }
@@ -137,8 +146,9 @@ ErrorCode CurlTransport::keep(const CurlConnection& connection, ErrorCode code)
 ErrorCode CurlTransport::command(Handle handle, const char* verb, const std::string& name)
 {
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {&name}, connection); code != Success)
+    if (const auto code = ready(handle, {&name}, connection); code != Success) {
         return code;
+    }
     return keep(*connection, connection->command(std::string(verb) + ' ' + name));
 }
 
@@ -146,11 +156,13 @@ ErrorCode CurlTransport::putFile(Handle handle, const std::string& local, const 
                                  std::uint32_t flags)
 {
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {&remote}, connection); code != Success)
+    if (const auto code = ready(handle, {&remote}, connection); code != Success) {
         return code;
+    }
     LocalFile file;
-    if (const auto error = file.open(local, LocalFile::Mode::Read); error != LocalError::None)
+    if (const auto error = file.open(local, LocalFile::Mode::Read); error != LocalError::None) {
         return errorCode(error);
+    }
     // curl writes CR LF for every LF of an ASCII transfer, so a local CR LF goes out as its LF. A CR at the end
     // of a piece is held back until it is known what follows.
     bool held = false;
@@ -159,10 +171,13 @@ ErrorCode CurlTransport::putFile(Handle handle, const std::string& local, const 
         for (;;) {
             std::size_t read = 0;
             const std::size_t start = held ? 1 : 0;
-            if (held)
+            if (held) {
                 buffer[0] = '\r';
-            if (const auto error = file.read(buffer + start, wanted - start, read); error != LocalError::None)
+            }
+            if (const auto error = file.read(buffer + start, wanted - start, read);
+                error != LocalError::None) {
                 return errorCode(error);
+            }
             const bool atEnd = read < wanted - start;
             const std::size_t total = start + read;
             held = false;
@@ -173,13 +188,15 @@ ErrorCode CurlTransport::putFile(Handle handle, const std::string& local, const 
             got = 0;
             for (std::size_t i = 0; i < total; ++i) {
                 const bool last = i + 1 == total;
-                if (buffer[i] == '\r' && last && !atEnd)
+                if (buffer[i] == '\r' && last && !atEnd) {
                     held = true;
-                else if (buffer[i] != '\r' || last || buffer[i + 1] != '\n')
+                } else if (buffer[i] != '\r' || last || buffer[i + 1] != '\n') {
                     buffer[got++] = buffer[i];
+                }
             }
-            if (got > 0 || atEnd)
+            if (got > 0 || atEnd) {
                 return Success;
+            }
         }
     };
     return keep(*connection, connection->put(remote, isAscii(flags), limits(), source));
@@ -189,31 +206,38 @@ ErrorCode CurlTransport::getFile(Handle handle, const std::string& remote, const
                                  bool failIfExists, std::uint32_t, std::uint32_t flags)
 {
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {&remote}, connection); code != Success)
+    if (const auto code = ready(handle, {&remote}, connection); code != Success) {
         return code;
-    if (failIfExists && LocalFile::exists(local))
+    }
+    if (failIfExists && LocalFile::exists(local)) {
         return FileExists;
+    }
     // Better to know before the transfer than in its midst.
-    if (const auto error = LocalReplacement::probe(local); error != LocalError::None)
+    if (const auto error = LocalReplacement::probe(local); error != LocalError::None) {
         return errorCode(error);
+    }
 
     // What comes is written beside the local file, which half a file must not take the place of.
     LocalReplacement file;
     std::uint64_t room = limits().largestFile;
     const auto write = [&file, &local, &room](std::string_view data) -> ErrorCode {
-        if (data.size() > room)
+        if (data.size() > room) {
             return FileTooLarge;
+        }
         room -= data.size();
         auto error = LocalError::None;
-        if (!file.isOpen())
+        if (!file.isOpen()) {
             error = file.open(local);
-        if (error == LocalError::None)
+        }
+        if (error == LocalError::None) {
             error = file.write(data);
+        }
         return errorCode(error);
     };
     auto code = keep(*connection, connection->get(remote, isAscii(flags), limits(), write));
-    if (code == Success && !file.isOpen())
+    if (code == Success && !file.isOpen()) {
         code = write({}); // an empty remote file makes an empty local one
+    }
     return code == Success ? errorCode(file.commit()) : code;
 }
 
@@ -222,13 +246,15 @@ ErrorCode CurlTransport::openFile(Handle handle, const std::string& remote, std:
 {
     file = 0;
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {&remote}, connection); code != Success)
+    if (const auto code = ready(handle, {&remote}, connection); code != Success) {
         return code;
+    }
     const bool writing = access == AccessWrite;
     const auto code = writing ? connection->openWrite(remote, isAscii(flags))
                               : connection->openRead(remote, isAscii(flags));
-    if (keep(*connection, code) != Success)
+    if (keep(*connection, code) != Success) {
         return code;
+    }
     file = ++m_lastHandle;
     m_files.emplace(file, File{handle, writing});
     return Success;
@@ -238,8 +264,9 @@ ErrorCode CurlTransport::readFile(Handle file, char* buffer, std::size_t wanted,
 {
     got = 0;
     const auto found = m_files.find(file);
-    if (found == m_files.end() || found->second.writing)
+    if (found == m_files.end() || found->second.writing) {
         return InvalidHandle;
+    }
     CurlConnection& connection = *m_connections.at(found->second.connection);
     return keep(connection, connection.read(buffer, wanted, got));
 }
@@ -248,23 +275,27 @@ ErrorCode CurlTransport::writeFile(Handle file, std::string_view data, std::size
 {
     written = 0;
     const auto found = m_files.find(file);
-    if (found == m_files.end() || !found->second.writing)
+    if (found == m_files.end() || !found->second.writing) {
         return InvalidHandle;
+    }
     CurlConnection& connection = *m_connections.at(found->second.connection);
     const auto code = keep(connection, connection.write(data));
-    if (code == Success)
+    if (code == Success) {
         written = data.size();
+    }
     return code;
 }
 
 ErrorCode CurlTransport::renameFile(Handle handle, const std::string& existing, const std::string& newName)
 {
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {&existing, &newName}, connection); code != Success)
+    if (const auto code = ready(handle, {&existing, &newName}, connection); code != Success) {
         return code;
+    }
     auto code = connection->command("RNFR " + existing, &FtpReply::isIntermediate);
-    if (code == Success)
+    if (code == Success) {
         code = connection->command("RNTO " + newName);
+    }
     return keep(*connection, code);
 }
 
@@ -286,8 +317,9 @@ ErrorCode CurlTransport::deleteFile(Handle connection, const std::string& name)
 ErrorCode CurlTransport::setCurrentDirectory(Handle handle, const std::string& directory)
 {
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {&directory}, connection); code != Success)
+    if (const auto code = ready(handle, {&directory}, connection); code != Success) {
         return code;
+    }
     return keep(*connection, connection->changeDirectory(directory));
 }
 
@@ -295,15 +327,19 @@ ErrorCode CurlTransport::getCurrentDirectory(Handle handle, std::size_t capacity
 {
     directory.clear();
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {}, connection); code != Success)
+    if (const auto code = ready(handle, {}, connection); code != Success) {
         return code;
-    if (const auto code = keep(*connection, connection->command("PWD")); code != Success)
+    }
+    if (const auto code = keep(*connection, connection->command("PWD")); code != Success) {
         return code;
+    }
     auto quoted = quotedDirectory(m_lastResponse);
-    if (!quoted)
+    if (!quoted) {
         return InvalidServerResponse;
-    if (characterCount(*quoted) >= capacity)
+    }
+    if (characterCount(*quoted) >= capacity) {
         return InsufficientBuffer;
+    }
     directory = std::move(*quoted);
     return Success;
 }
@@ -312,12 +348,14 @@ ErrorCode CurlTransport::listing(CurlConnection& connection, const std::string& 
                                  std::vector<FindRecord>& entries)
 {
     std::string text;
-    if (const auto code = keep(connection, connection.list(directory, text)); code != Success)
+    if (const auto code = keep(connection, connection.list(directory, text)); code != Success) {
         return code;
+    }
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     Listing parsed = parseListing(text, now, m_options.maxListingEntries);
-    if (parsed.tooMany)
+    if (parsed.tooMany) {
         return InvalidServerResponse;
+    }
     entries = std::move(parsed.entries);
     return Success;
 }
@@ -326,15 +364,19 @@ ErrorCode CurlTransport::search(CurlConnection& connection, const std::string& f
                                 std::vector<FindRecord>& entries)
 {
     const auto [directory, pattern] = splitPath(filter);
-    if (pattern.empty() || pattern == "." || pattern == "..")
+    if (pattern.empty() || pattern == "." || pattern == "..") {
         return listing(connection, filter, entries);
-    if (const auto code = listing(connection, directory, entries); code != Success)
+    }
+    if (const auto code = listing(connection, directory, entries); code != Success) {
         return code;
+    }
     std::erase_if(entries, [&pattern = pattern](const FindRecord& entry) {
         return hasWildcards(pattern) ? !matchesPattern(entry.name, pattern) : entry.name != pattern;
     });
-    if (!hasWildcards(pattern) && !entries.empty() && (entries.front().attributes & AttributeDirectory) != 0)
+    if (!hasWildcards(pattern) && !entries.empty() &&
+        (entries.front().attributes & AttributeDirectory) != 0) {
         return listing(connection, filter, entries);
+    }
     return Success;
 }
 
@@ -342,16 +384,20 @@ ErrorCode CurlTransport::findFirst(Handle handle, const std::string& filter, Fin
 {
     find = 0;
     CurlConnection* connection = nullptr;
-    if (const auto code = ready(handle, {}, connection); code != Success)
+    if (const auto code = ready(handle, {}, connection); code != Success) {
         return code;
-    if (!isSendable(filter))
+    }
+    if (!isSendable(filter)) {
         return InvalidParameter;
+    }
     Find search;
     search.connection = handle;
-    if (const auto code = this->search(*connection, filter, search.entries); code != Success)
+    if (const auto code = this->search(*connection, filter, search.entries); code != Success) {
         return code;
-    if (search.entries.empty())
+    }
+    if (search.entries.empty()) {
         return NoMoreFiles;
+    }
     record = search.entries.front();
     search.next = 1;
     find = ++m_lastHandle;
@@ -362,10 +408,12 @@ ErrorCode CurlTransport::findFirst(Handle handle, const std::string& filter, Fin
 ErrorCode CurlTransport::findNext(Handle find, FindRecord& record)
 {
     const auto found = m_finds.find(find);
-    if (found == m_finds.end())
+    if (found == m_finds.end()) {
         return InvalidHandle;
-    if (found->second.next == found->second.entries.size())
+    }
+    if (found->second.next == found->second.entries.size()) {
         return NoMoreFiles;
+    }
     record = found->second.entries[found->second.next++];
     return Success;
 }

@@ -9,8 +9,9 @@ double fileTimeToLocalDate(std::uint64_t fileTime, const LocalTimeConversion& to
 {
     const std::optional<std::uint64_t> local =
         toLocal ? toLocal(fileTime) : fileTimeToLocalFileTime(fileTime);
-    if (!local)
+    if (!local) {
         return 0;
+    }
     constexpr auto daysBefore = static_cast<double>((automationDayZero - fileTimeDayZero).count());
     // Whole milliseconds and their fraction apart: together they would not fit into the digits of a double.
     const std::uint64_t whole = *local / 10'000;

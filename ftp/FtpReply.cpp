@@ -9,12 +9,14 @@ namespace {
 /// The code of a line that ends a reply, or 0.
 int finalCode(std::string_view line)
 {
-    if (line.size() < 4 || line[3] != ' ')
+    if (line.size() < 4 || line[3] != ' ') {
         return 0;
+    }
     int code = 0;
     for (std::size_t i = 0; i < 3; ++i) {
-        if (line[i] < '0' || line[i] > '9')
+        if (line[i] < '0' || line[i] > '9') {
             return 0;
+        }
         code = code * 10 + (line[i] - '0');
     }
     return code;
@@ -24,8 +26,9 @@ int finalCode(std::string_view line)
 
 bool ReplyReader::addLine(std::string_view line)
 {
-    if (line.size() > m_limit - m_taken)
+    if (line.size() > m_limit - m_taken) {
         return false;
+    }
     m_taken += line.size();
     m_open += line;
     if (const int code = finalCode(line); code != 0) {
@@ -38,8 +41,9 @@ bool ReplyReader::addLine(std::string_view line)
 std::optional<std::string> quotedDirectory(std::string_view replyText)
 {
     const std::size_t start = replyText.find('"');
-    if (start == std::string_view::npos)
+    if (start == std::string_view::npos) {
         return std::nullopt;
+    }
     std::string directory;
     for (std::size_t i = start + 1; i < replyText.size(); ++i) {
         if (replyText[i] != '"') {

@@ -51,8 +51,9 @@ public:
     void add(Item item, std::string_view key)
     {
         std::string folded = foldCase(key);
-        if (!m_byKey.emplace(folded, item).second)
+        if (!m_byKey.emplace(folded, item).second) {
             throw RunTimeError(DuplicateKey);
+        }
         m_entries.push_back(Entry{std::move(folded), std::move(item)});
     }
 
@@ -63,8 +64,9 @@ public:
     const Item& item(std::string_view key) const
     {
         const auto found = m_byKey.find(foldCase(key));
-        if (found == m_byKey.end())
+        if (found == m_byKey.end()) {
             throw RunTimeError(InvalidProcedureCall);
+        }
         return found->second;
     }
 
@@ -83,8 +85,9 @@ public:
 private:
     std::size_t index(std::int32_t position) const
     {
-        if (position < 1 || position > count())
+        if (position < 1 || position > count()) {
             throw RunTimeError(SubscriptOutOfRange);
+        }
         return static_cast<std::size_t>(position - 1);
     }
 

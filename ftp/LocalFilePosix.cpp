@@ -16,8 +16,9 @@ namespace {
 std::string nativePath(const std::string& path)
 {
     // Cut at a NUL, the system's functions would open another file than the one that was named.
-    if (path.find('\0') != std::string::npos)
+    if (path.find('\0') != std::string::npos) {
         return {};
+    }
     std::string native = path;
     std::replace(native.begin(), native.end(), '\\', '/');
     return native;
@@ -26,8 +27,9 @@ std::string nativePath(const std::string& path)
 std::string folderOf(const std::string& native)
 {
     const std::size_t slash = native.rfind('/');
-    if (slash == std::string::npos)
+    if (slash == std::string::npos) {
         return ".";
+    }
     return slash == 0 ? "/" : native.substr(0, slash);
 }
 
@@ -85,13 +87,15 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
     close();
     const std::string native = nativePath(path);
     int flags = O_CLOEXEC;
-    if (mode == Mode::Read)
+    if (mode == Mode::Read) {
         flags |= O_RDONLY;
-    else
+    } else {
         flags |= O_WRONLY | O_CREAT;
+    }
     const int file = ::open(native.c_str(), flags, 0666);
-    if (file == -1)
+    if (file == -1) {
         return fromErrno(errno, native);
+    }
     struct stat status
     {};
     if (fstat(file, &status) != 0 || S_ISDIR(status.st_mode)) {
@@ -104,8 +108,9 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
 
 void LocalFile::close()
 {
-    if (isOpen())
+    if (isOpen()) {
         ::close(descriptor(m_handle));
+    }
     m_handle = -1;
 }
 
@@ -113,8 +118,9 @@ LocalError LocalFile::size(std::uint64_t& bytes) const
 {
     struct stat status
     {};
-    if (fstat(descriptor(m_handle), &status) != 0)
+    if (fstat(descriptor(m_handle), &status) != 0) {
         return LocalError::Fault;
+    }
     bytes = static_cast<std::uint64_t>(status.st_size);
     return LocalError::None;
 }
@@ -124,11 +130,13 @@ LocalError LocalFile::read(char* buffer, std::size_t wanted, std::size_t& got)
     got = 0;
     while (got < wanted) {
         const ssize_t count = ::read(descriptor(m_handle), buffer + got, wanted - got);
-        if (count == 0)
+        if (count == 0) {
             break;
+        }
         if (count < 0) {
-            if (errno == EINTR)
+            if (errno == EINTR) {
                 continue;
+            }
             return LocalError::Fault;
         }
         got += static_cast<std::size_t>(count);
@@ -141,8 +149,9 @@ LocalError LocalFile::write(std::string_view data)
     while (!data.empty()) {
         const ssize_t count = ::write(descriptor(m_handle), data.data(), data.size());
         if (count < 0) {
-            if (errno == EINTR)
+            if (errno == EINTR) {
                 continue;
+            }
             return fromErrno(errno, {});
         }
         data.remove_prefix(static_cast<std::size_t>(count));
@@ -163,33 +172,38 @@ LocalReplacement::~LocalReplacement()
 LocalError LocalReplacement::probe(const std::string& path)
 {
     const std::string native = targetOf(nativePath(path));
-    if (native.empty())
+    if (native.empty()) {
         return LocalError::NoFolder;
+    }
     struct stat status
     {};
     if (stat(native.c_str(), &status) == 0) {
         // A pipe or a device is not taken the place of.
-        if (!S_ISREG(status.st_mode) || access(native.c_str(), W_OK) != 0)
+        if (!S_ISREG(status.st_mode) || access(native.c_str(), W_OK) != 0) {
             return LocalError::Denied;
+        }
     } else if (errno != ENOENT) {
         return fromErrno(errno, native);
     }
     const std::string folder = folderOf(native);
-    if (!isFolder(folder))
+    if (!isFolder(folder)) {
         return LocalError::NoFolder;
+    }
     return access(folder.c_str(), W_OK | X_OK) == 0 ? LocalError::None : LocalError::Denied;
 }
 
 LocalError LocalReplacement::open(const std::string& path)
 {
     discard();
-    if (const auto error = probe(path); error != LocalError::None)
+    if (const auto error = probe(path); error != LocalError::None) {
         return error;
+    }
     m_target = targetOf(nativePath(path));
     std::string beside = folderOf(m_target) + "/.zul-XXXXXX";
     const int file = mkostemp(beside.data(), O_CLOEXEC);
-    if (file == -1)
+    if (file == -1) {
         return fromErrno(errno, m_target);
+    }
     m_file.m_handle = file;
     m_beside = beside;
     return LocalError::None;
@@ -198,11 +212,13 @@ LocalError LocalReplacement::open(const std::string& path)
 LocalError LocalReplacement::commit()
 {
     // Data first: a machine that stops after the renaming must not find an empty file.
-    if (fsync(descriptor(m_file.m_handle)) != 0)
+    if (fsync(descriptor(m_file.m_handle)) != 0) {
         return fromErrno(errno, m_target);
+    }
     m_file.close();
-    if (rename(m_beside.c_str(), m_target.c_str()) != 0)
+    if (rename(m_beside.c_str(), m_target.c_str()) != 0) {
         return fromErrno(errno, m_target);
+    }
     m_beside.clear();
     return LocalError::None;
 }
@@ -210,8 +226,9 @@ LocalError LocalReplacement::commit()
 void LocalReplacement::discard()
 {
     m_file.close();
-    if (!m_beside.empty())
+    if (!m_beside.empty()) {
         unlink(m_beside.c_str());
+    }
     m_beside.clear();
 }
 

@@ -14,15 +14,17 @@ namespace {
 std::wstring nativePath(const std::string& path)
 {
     // Cut at a NUL, the system's functions would open another file than the one that was named.
-    if (path.empty() || path.find('\0') != std::string::npos)
+    if (path.empty() || path.find('\0') != std::string::npos) {
         return {};
+    }
     const auto bytes = static_cast<int>(path.size());
     std::wstring native(path.size(), L'\0');
     const int length = MultiByteToWideChar(CP_UTF8, 0, path.data(), bytes, native.data(), bytes);
     native.resize(static_cast<std::size_t>(std::max(length, 0)));
     std::replace(native.begin(), native.end(), L'/', L'\\');
-    if (native.size() < MAX_PATH || native.starts_with(L"\\\\?\\"))
+    if (native.size() < MAX_PATH || native.starts_with(L"\\\\?\\")) {
         return native;
+    }
     const DWORD needed = GetFullPathNameW(native.c_str(), 0, nullptr, nullptr);
     std::wstring full(needed, L'\0');
     full.resize(GetFullPathNameW(native.c_str(), needed, full.data(), nullptr));
@@ -83,10 +85,12 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
 {
     close();
     const std::wstring native = nativePath(path);
-    if (native.empty())
+    if (native.empty()) {
         return LocalError::NoFolder;
-    if (isFolder(native))
+    }
+    if (isFolder(native)) {
         return LocalError::Denied;
+    }
     const bool reading = mode == Mode::Read;
     const HANDLE file = CreateFileW(native.c_str(), reading ? GENERIC_READ : GENERIC_WRITE,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -94,24 +98,27 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
                                     : mode == Mode::Replace ? CREATE_ALWAYS
                                                             : OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
+    if (file == INVALID_HANDLE_VALUE) {
         return fromSystem(GetLastError());
+    }
     m_handle = reinterpret_cast<std::intptr_t>(file);
     return LocalError::None;
 }
 
 void LocalFile::close()
 {
-    if (isOpen())
+    if (isOpen()) {
         CloseHandle(handleOf(m_handle));
+    }
     m_handle = -1;
 }
 
 LocalError LocalFile::size(std::uint64_t& bytes) const
 {
     LARGE_INTEGER length{};
-    if (!GetFileSizeEx(handleOf(m_handle), &length))
+    if (!GetFileSizeEx(handleOf(m_handle), &length)) {
         return LocalError::Fault;
+    }
     bytes = static_cast<std::uint64_t>(length.QuadPart);
     return LocalError::None;
 }
@@ -123,10 +130,12 @@ LocalError LocalFile::read(char* buffer, std::size_t wanted, std::size_t& got)
     while (got < wanted) {
         DWORD count = 0;
         const auto piece = static_cast<DWORD>(std::min(wanted - got, most));
-        if (!ReadFile(handleOf(m_handle), buffer + got, piece, &count, nullptr))
+        if (!ReadFile(handleOf(m_handle), buffer + got, piece, &count, nullptr)) {
             return LocalError::Fault;
-        if (count == 0)
+        }
+        if (count == 0) {
             break;
+        }
         got += count;
     }
     return LocalError::None;
@@ -138,8 +147,9 @@ LocalError LocalFile::write(std::string_view data)
     while (!data.empty()) {
         DWORD count = 0;
         const auto piece = static_cast<DWORD>(std::min(data.size(), most));
-        if (!WriteFile(handleOf(m_handle), data.data(), piece, &count, nullptr))
+        if (!WriteFile(handleOf(m_handle), data.data(), piece, &count, nullptr)) {
             return fromSystem(GetLastError());
+        }
         data.remove_prefix(count);
     }
     return LocalError::None;
@@ -148,12 +158,14 @@ LocalError LocalFile::write(std::string_view data)
 LocalError LocalFile::probeReplace(const std::string& path)
 {
     const std::wstring native = nativePath(path);
-    if (native.empty())
+    if (native.empty()) {
         return LocalError::NoFolder;
+    }
     const DWORD attributes = GetFileAttributesW(native.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-        if (!isFolder(folderOf(native)))
+        if (!isFolder(folderOf(native))) {
             return LocalError::NoFolder;
+        }
         // Whether a folder takes new files is told by its rights alone, which only trying can weigh.
         return LocalError::None;
     }

@@ -26,8 +26,9 @@ std::optional<std::uint64_t> fileTimeToLocalFileTime(std::uint64_t fileTime)
     SYSTEMTIME local{};
     FILETIME result{};
     if (!FileTimeToSystemTime(&given, &utc) || !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) ||
-        !SystemTimeToFileTime(&local, &result))
+        !SystemTimeToFileTime(&local, &result)) {
         return std::nullopt;
+    }
     // A system time has milliseconds; what is finer stays.
     constexpr std::uint64_t unitsPerMillisecond = 10'000;
     return toCount(result) + fileTime % unitsPerMillisecond;

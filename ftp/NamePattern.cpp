@@ -37,8 +37,9 @@ bool matchesPattern(std::string_view name, std::string_view pattern)
             return false;
         }
     }
-    while (p < pattern.size() && pattern[p] == '*')
+    while (p < pattern.size() && pattern[p] == '*') {
         ++p;
+    }
     return p == pattern.size();
 }
 

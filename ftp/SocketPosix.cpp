@@ -19,8 +19,9 @@ std::string peerAddress(curl_socket_t socket)
     std::array<char, NI_MAXHOST> name{};
     if (getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &length) != 0 ||
         getnameinfo(reinterpret_cast<const sockaddr*>(&peer), length, name.data(), name.size(), nullptr, 0,
-                    NI_NUMERICHOST) != 0)
+                    NI_NUMERICHOST) != 0) {
         return {};
+    }
     return name.data();
 }
 

@@ -25,31 +25,37 @@ bool isDigit(char c)
 
 std::string_view withoutBlanks(std::string_view text)
 {
-    while (!text.empty() && isBlank(text.front()))
+    while (!text.empty() && isBlank(text.front())) {
         text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
+    }
+    while (!text.empty() && isBlank(text.back())) {
         text.remove_suffix(1);
+    }
     return text;
 }
 
 /// &H and &O texts are bit patterns: &HFFFF is -1.
 std::optional<std::int16_t> fromPattern(std::string_view text)
 {
-    if (text.size() < 3 || text[0] != '&')
+    if (text.size() < 3 || text[0] != '&') {
         return std::nullopt;
+    }
     int base = 0;
-    if (text[1] == 'H' || text[1] == 'h')
+    if (text[1] == 'H' || text[1] == 'h') {
         base = 16;
-    else if (text[1] == 'O' || text[1] == 'o')
+    } else if (text[1] == 'O' || text[1] == 'o') {
         base = 8;
-    else
+    } else {
         throw RunTimeError(TypeMismatch);
+    }
     std::uint64_t value = 0;
     const auto [end, error] = std::from_chars(text.data() + 2, text.data() + text.size(), value, base);
-    if (end != text.data() + text.size())
+    if (end != text.data() + text.size()) {
         throw RunTimeError(TypeMismatch);
-    if (error != std::errc() || value > std::numeric_limits<std::uint16_t>::max())
+    }
+    if (error != std::errc() || value > std::numeric_limits<std::uint16_t>::max()) {
         throw RunTimeError(Overflow);
+    }
     return static_cast<std::int16_t>(value);
 }
 
@@ -77,20 +83,25 @@ std::string normalised(std::string_view text, const NumberFormat& format)
             break;
         }
     }
-    if (!digits)
+    if (!digits) {
         throw RunTimeError(TypeMismatch);
+    }
     if (i < text.size()) {
         const char c = text[i++];
-        if (c != 'e' && c != 'E' && c != 'd' && c != 'D')
+        if (c != 'e' && c != 'E' && c != 'd' && c != 'D') {
             throw RunTimeError(TypeMismatch);
+        }
         number += 'e';
-        if (i < text.size() && (text[i] == '+' || text[i] == '-'))
+        if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
             number += text[i++];
-        if (i == text.size())
+        }
+        if (i == text.size()) {
             throw RunTimeError(TypeMismatch);
+        }
         for (; i < text.size(); ++i) {
-            if (!isDigit(text[i]))
+            if (!isDigit(text[i])) {
                 throw RunTimeError(TypeMismatch);
+            }
             number += text[i];
         }
     }
@@ -103,18 +114,21 @@ NumberFormat localeNumberFormat()
 {
     const std::lconv* locale = std::localeconv();
     NumberFormat format;
-    if (locale->decimal_point != nullptr && *locale->decimal_point != '\0')
+    if (locale->decimal_point != nullptr && *locale->decimal_point != '\0') {
         format.decimalSeparator = locale->decimal_point;
-    if (locale->thousands_sep != nullptr)
+    }
+    if (locale->thousands_sep != nullptr) {
         format.groupSeparator = locale->thousands_sep;
+    }
     return format;
 }
 
 std::int16_t textToInt16(std::string_view text, const NumberFormat& format)
 {
     text = withoutBlanks(text);
-    if (const auto pattern = fromPattern(text))
+    if (const auto pattern = fromPattern(text)) {
         return *pattern;
+    }
 
     bool negative = false;
     if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
@@ -127,15 +141,18 @@ std::int16_t textToInt16(std::string_view text, const NumberFormat& format)
     const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
         // Too small is as good as 0, too large is too large.
-        if (number.find("e-") == std::string::npos)
+        if (number.find("e-") == std::string::npos) {
             throw RunTimeError(Overflow);
+        }
         value = 0;
     } else if (result.ec != std::errc()) {
         throw RunTimeError(TypeMismatch);
     }
     value = std::nearbyint(negative ? -value : value); // the default rounding is half to even
-    if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max())
+    if (value < std::numeric_limits<std::int16_t>::min() ||
+        value > std::numeric_limits<std::int16_t>::max()) {
         throw RunTimeError(Overflow);
+    }
     return static_cast<std::int16_t>(value);
 }
 

@@ -34,8 +34,9 @@ void cDirList::Clear()
 {
     // The upper bound is taken once, before the first removal; that is the meant behaviour (see the header).
     const std::int32_t last = Count() - 1;
-    for (std::int32_t i = 1; i <= last; ++i)
+    for (std::int32_t i = 1; i <= last; ++i) {
         entries().remove(i);
+    }
 }
 
 std::shared_ptr<cDirItem> cDirList::Item(std::int32_t Index) const
@@ -55,8 +56,9 @@ std::int32_t cDirList::Count() const
 
 cDirList::Entries& cDirList::entries() const
 {
-    if (!m_entries)
+    if (!m_entries) {
         m_entries.emplace();
+    }
     return *m_entries;
 }
 

@@ -30,8 +30,9 @@ class FileNumberOne
 public:
     FileNumberOne(const std::string& path, ftp::LocalFile::Mode mode)
     {
-        if (s_open.exchange(true))
+        if (s_open.exchange(true)) {
             throw ftp::RunTimeError(ftp::FileAlreadyOpen);
+        }
         if (const auto error = m_file.open(path, mode); error != ftp::LocalError::None) {
             s_open = false;
             throw ftp::RunTimeError(ftp::runTimeNumber(error));
@@ -46,8 +47,9 @@ public:
     {
         std::uint64_t bytes = 0;
         check(m_file.size(bytes));
-        if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max()))
+        if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
             throw ftp::RunTimeError(ftp::Overflow);
+        }
         return static_cast<std::int32_t>(bytes);
     }
 
@@ -63,16 +65,18 @@ public:
     /// Before the last event: its listener may start the next transfer, or read the file.
     void close()
     {
-        if (m_file.isOpen())
+        if (m_file.isOpen()) {
             s_open = false;
+        }
         m_file.close();
     }
 
 private:
     static void check(ftp::LocalError error)
     {
-        if (error != ftp::LocalError::None)
+        if (error != ftp::LocalError::None) {
             throw ftp::RunTimeError(ftp::runTimeNumber(error));
+        }
     }
 
     static inline std::atomic<bool> s_open = false;
@@ -106,8 +110,9 @@ cFtp::cFtp(std::unique_ptr<ftp::FtpTransport> transport)
     : m_transport(std::move(transport))
 {
     const auto code = m_transport->openSession(std::string(AgentName), ftp::OpenPreconfigured, m_session);
-    if (!succeeded(code, "InternetOpen"))
+    if (!succeeded(code, "InternetOpen")) {
         stringaLog = "Apertura internet errata (" + std::to_string(code) + ")";
+    }
 }
 
 cFtp::~cFtp()
@@ -130,8 +135,9 @@ bool cFtp::OpenConnection(const std::string& sServer, const std::string& sPort, 
 
 void cFtp::CloseConnection()
 {
-    if (m_connection != 0)
+    if (m_connection != 0) {
         m_transport->closeHandle(m_connection);
+    }
     m_connection = 0;
 }
 
@@ -151,11 +157,13 @@ bool cFtp::FTPUploadFile(std::string& sLocal, std::string& sRemote)
 {
     trim(sLocal);
     trim(sRemote);
-    if (sLocal.empty() || sRemote.empty())
+    if (sLocal.empty() || sRemote.empty()) {
         return false;
+    }
     if (!succeeded(m_transport->openFile(m_connection, sRemote, ftp::AccessWrite, m_transferType, m_file),
-                   "FtpOpenFile:PutFile"))
+                   "FtpOpenFile:PutFile")) {
         return false;
+    }
 
     FileNumberOne local(sLocal, ftp::LocalFile::Mode::Read);
     const std::int32_t total = local.length();
@@ -170,8 +178,9 @@ bool cFtp::FTPUploadFile(std::string& sLocal, std::string& sRemote)
     for (std::int32_t i = 0; i < chunks; ++i) {
         local.read(buffer);
         const auto code = m_transport->writeFile(m_file, {buffer.data(), buffer.size()}, written);
-        if (!succeeded(code, "InternetWriteFile"))
+        if (!succeeded(code, "InternetWriteFile")) {
             return false;
+        }
         breathe();
         breathe();
         sent += ChunkSize;
@@ -182,8 +191,9 @@ bool cFtp::FTPUploadFile(std::string& sLocal, std::string& sRemote)
     local.read(buffer);
     const auto code =
         m_transport->writeFile(m_file, {buffer.data(), static_cast<std::size_t>(remainder)}, written);
-    if (!succeeded(code, "InternetWriteFile2"))
+    if (!succeeded(code, "InternetWriteFile2")) {
         return false;
+    }
     sent += remainder;
     raiseProgress(sent, total);
     local.close();
@@ -195,11 +205,13 @@ bool cFtp::FTPDownloadFile(const std::string& sLocal, const std::string& sRemote
 {
     breathe();
     raiseStateChanged(DownloadStarted);
-    if (sLocal.empty() || sRemote.empty() || FileSize < 0)
+    if (sLocal.empty() || sRemote.empty() || FileSize < 0) {
         return false;
+    }
     if (!succeeded(m_transport->openFile(m_connection, sRemote, ftp::AccessRead, m_transferType, m_file),
-                   "FtpOpenFile:GetFile"))
+                   "FtpOpenFile:GetFile")) {
         return false;
+    }
     breathe();
     breathe();
 
@@ -213,8 +225,9 @@ bool cFtp::FTPDownloadFile(const std::string& sLocal, const std::string& sRemote
 
     for (std::int32_t i = 0; i < chunks; ++i) {
         const auto code = m_transport->readFile(m_file, buffer.data(), buffer.size(), got);
-        if (!succeeded(code, "InternetReadFile"))
+        if (!succeeded(code, "InternetReadFile")) {
             return false; // the remote file stays open, as in the upload
+        }
         // The whole buffer, also when the file ended early: the size was the caller's to know.
         local.write({buffer.data(), buffer.size()});
         breathe();
@@ -227,8 +240,9 @@ bool cFtp::FTPDownloadFile(const std::string& sLocal, const std::string& sRemote
     // the same: 256 zero bytes behind the data. It is meant so.
     std::vector<char> last(remainder == 0 ? 256 : static_cast<std::size_t>(remainder));
     const auto code = m_transport->readFile(m_file, last.data(), static_cast<std::size_t>(remainder), got);
-    if (!succeeded(code, "InternetReadFile2"))
+    if (!succeeded(code, "InternetReadFile2")) {
         return false;
+    }
     local.write({last.data(), last.size()});
     breathe();
     breathe();
@@ -270,8 +284,9 @@ std::string cFtp::GetFTPDirectory()
 {
     std::string directory;
     if (!succeeded(m_transport->getCurrentDirectory(m_connection, DirectoryBuffer, directory),
-                   "FtpGetCurrentDirectory"))
+                   "FtpGetCurrentDirectory")) {
         return {};
+    }
     return std::string(untilNul(directory));
 }
 
@@ -282,8 +297,9 @@ std::int32_t cFtp::GetFTPFileSize(const std::string& sFile)
     const auto code = m_transport->findFirst(m_connection, sFile, record, find);
     if (code != ftp::Success) {
         record = {};
-        if (code != ftp::NoMoreFiles)
+        if (code != ftp::NoMoreFiles) {
             recordError(code, "FtpFindFirstFile");
+        }
     }
     m_transport->closeHandle(find); // also when it is 0
     return low32(record.size);
@@ -298,8 +314,9 @@ std::shared_ptr<cDirList> cFtp::GetDirectoryListing(const std::string& sFilter, 
     ftp::Handle find = 0;
     auto code = m_transport->findFirst(m_connection, sFilter, record, find);
     if (code != ftp::Success) {
-        if (code != ftp::NoMoreFiles)
+        if (code != ftp::NoMoreFiles) {
             recordError(code, "FtpFindFirstFile");
+        }
         returnIsOK = true; // meant so: a search that cannot start is told by the message alone
         return nullptr;
     }
@@ -327,8 +344,9 @@ std::shared_ptr<cDirList> cFtp::GetDirectoryListing(const std::string& sFilter, 
 
 std::shared_ptr<cDirList> cFtp::Directory()
 {
-    if (!m_directory)
+    if (!m_directory) {
         m_directory = std::make_shared<cDirList>();
+    }
     return m_directory;
 }
 
@@ -344,27 +362,31 @@ void cFtp::recordError(ftp::ErrorCode code, std::string_view operation)
 
 bool cFtp::succeeded(ftp::ErrorCode code, std::string_view operation)
 {
-    if (code != ftp::Success)
+    if (code != ftp::Success) {
         recordError(code, operation);
+    }
     return code == ftp::Success;
 }
 
 void cFtp::breathe()
 {
-    if (yield)
+    if (yield) {
         yield();
+    }
 }
 
 void cFtp::raiseStateChanged(std::int32_t state)
 {
-    if (StateChanged)
+    if (StateChanged) {
         StateChanged(state);
+    }
 }
 
 void cFtp::raiseProgress(std::int32_t current, std::int32_t total)
 {
-    if (FileTransferProgress)
+    if (FileTransferProgress) {
         FileTransferProgress(current, total);
+    }
 }
 
 void cFtp::closeFile()

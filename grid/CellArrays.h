@@ -18,15 +18,14 @@ namespace zul {
 /// `holds` tells whether the array's type can keep a value; only such values are given to `push` (a new last row) and
 /// `set` (a row that is there). `holdsNumbers`: whether there are whole numbers and reals, and nothing else but NULL.
 template <typename Array>
-concept CellArray = requires(Array array, const Array& read, uint32_t row, Cell cell)
-{
-    Array::holds(cell);
-    array.push(cell);
-    array.set(row, cell);
-    read.cell(row);
-    read.holdsNumbers();
-    read.bytes();
-};
+concept CellArray = requires(Array array, const Array& read, uint32_t row, Cell cell) {
+                        Array::holds(cell);
+                        array.push(cell);
+                        array.set(row, cell);
+                        read.cell(row);
+                        read.holdsNumbers();
+                        read.bytes();
+                    };
 
 template <CellArray... Arrays>
 using OneOf = std::variant<Arrays...>;
@@ -194,9 +193,6 @@ private:
 
 /// Arrays whose cells may be texts.
 template <typename Array>
-concept HasTexts = requires(Array array)
-{
-    array.texts();
-};
+concept HasTexts = requires(Array array) { array.texts(); };
 
 } // namespace zul

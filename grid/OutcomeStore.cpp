@@ -10,8 +10,9 @@ constexpr char16_t lastNarrow = 0x2000;
 int cells(QStringView text)
 {
     int count = 0;
-    for (const QChar character : text)
+    for (const QChar character : text) {
         count += character.unicode() < lastNarrow ? 1 : 2;
+    }
     return count;
 }
 
@@ -42,8 +43,9 @@ void OutcomeStore::clear()
 
 QString OutcomeStore::line(int index) const
 {
-    if (index < 0 || index >= count())
+    if (index < 0 || index >= count()) {
         return {};
+    }
     const Line& line = m_lines[static_cast<std::size_t>(index)];
     return QString::fromUtf8(m_blocks[line.block].constData() + line.offset,
                              static_cast<qsizetype>(line.length));

@@ -87,8 +87,9 @@ public:
 
     void rethrow() const
     {
-        if (m_failure)
+        if (m_failure) {
             std::rethrow_exception(m_failure);
+        }
     }
 
 private:
@@ -174,21 +175,24 @@ qint32 toInteger(const Value& value)
         {
             bool ok = false;
             const double number = v.trimmed().toDouble(&ok);
-            if (!ok)
+            if (!ok) {
                 throw Error(RunTime::TypeMismatch);
+            }
             return std::nearbyint(number);
         }
     };
     const double number = std::visit(Visitor{}, value);
-    if (!(number >= std::numeric_limits<qint32>::min() && number <= std::numeric_limits<qint32>::max()))
+    if (!(number >= std::numeric_limits<qint32>::min() && number <= std::numeric_limits<qint32>::max())) {
         throw Error(RunTime::Overflow);
+    }
     return static_cast<qint32>(number);
 }
 
 qint32 keyAfter(qint32 largest)
 {
-    if (largest == std::numeric_limits<qint32>::max())
+    if (largest == std::numeric_limits<qint32>::max()) {
         throw Error(RunTime::Overflow);
+    }
     return largest + 1;
 }
 
@@ -201,8 +205,9 @@ Recordset::Recordset(ComPtr<IRecordset> rows, Ownership ownership)
 
 Recordset::~Recordset()
 {
-    if (m_rows && m_ownership == Ownership::Own)
+    if (m_rows && m_ownership == Ownership::Own) {
         m_rows->Close();
+    }
 }
 
 Recordset& Recordset::operator=(Recordset&& other) noexcept
@@ -215,8 +220,9 @@ Recordset& Recordset::operator=(Recordset&& other) noexcept
 IRecordset* Recordset::opened() const
 {
     constexpr long ObjectClosed = 3704;
-    if (!m_rows)
+    if (!m_rows) {
         throw Error(ObjectClosed, QStringLiteral("Operation is not allowed when the object is closed."));
+    }
     return m_rows.get();
 }
 
@@ -333,8 +339,9 @@ Recordset Connection::open(const QString& source, Cursor cursor, Lock lock) cons
     ComPtr<IRecordset> rows;
     check(m_connection->OpenRecordset(text.get(), static_cast<CursorKind>(cursor),
                                       static_cast<LockKind>(lock), rows.put()));
-    if (!rows)
+    if (!rows) {
         throw Error(RunTime::ObjectNotSet);
+    }
     return Recordset(std::move(rows));
 }
 

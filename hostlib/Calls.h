@@ -31,8 +31,9 @@ inline VARIANT_BOOL toBool(bool value)
 /// Throws the error of a failed call, with the description that the other side left.
 inline void check(HRESULT result)
 {
-    if (SUCCEEDED(result))
+    if (SUCCEEDED(result)) {
         return;
+    }
     const ErrorDetails details = takeErrorDetails(result);
     throw Error(result, toQString(details.description));
 }

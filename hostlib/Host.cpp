@@ -31,11 +31,14 @@ QDateTime secondCreationColumn(const Message& message)
 bool looksLikeEmail(const QString& email)
 {
     const qsizetype at = email.indexOf(u'@');
-    if (at < 1 || email.indexOf(u'@', at + 1) >= 0)
+    if (at < 1 || email.indexOf(u'@', at + 1) >= 0) {
         return false;
-    for (const QChar c : email)
-        if (c.isSpace())
+    }
+    for (const QChar c : email) {
+        if (c.isSpace()) {
             return false;
+        }
+    }
     const QString domain = email.mid(at + 1);
     const qsizetype dot = domain.indexOf(u'.');
     return dot > 0 && !domain.endsWith(u'.') && !domain.contains(u".."_s);
@@ -52,39 +55,46 @@ SqlConnection::SqlConnection(ComPtr<_SqlConnection> object)
 void SqlConnection::queryService(const IID& iid, void** result) const
 {
     const ComPtr<IServiceProvider> provider = m_object.as<IServiceProvider>();
-    if (!provider)
+    if (!provider) {
         return;
+    }
     // A failed query leaves nothing that could be taken for a reference.
-    if (FAILED(provider->QueryService(iid, iid, result)))
+    if (FAILED(provider->QueryService(iid, iid, result))) {
         *result = nullptr;
+    }
 }
 
 ado::Connection SqlConnection::connection() const
 {
-    if (!m_object)
+    if (!m_object) {
         throw Error(RunTime::ObjectNotSet);
+    }
     ComPtr<IConnection> connection;
     check(m_object->get_Connection(connection.put()));
-    if (!connection)
+    if (!connection) {
         throw Error(RunTime::ObjectNotSet);
+    }
     return ado::Connection(std::move(connection));
 }
 
 QString SqlConnection::userName() const
 {
-    if (!m_object)
+    if (!m_object) {
         throw Error(RunTime::ObjectNotSet);
+    }
     return text([&](BSTR* result) { return m_object->get_UserName(result); });
 }
 
 QString SqlConnection::lookupText(const QString& field, const QString& table, const QString& condition) const
 {
-    if (!m_object)
+    if (!m_object) {
         throw Error(RunTime::ObjectNotSet);
+    }
     Variant result;
     check(m_object->LookupValue(bstr(field).get(), bstr(table).get(), bstr(condition).get(), result.put()));
-    if (result.isEmpty() || result.isNull())
+    if (result.isEmpty() || result.isNull()) {
         return {};
+    }
     check(result.changeType(VT_BSTR));
     return toQString(result.text());
 }
@@ -95,8 +105,9 @@ std::optional<qint32> SqlConnection::generatedId(const QString& table, const QSt
         m_idGenerator = service<IIdGenerator>();
         m_askedForIdGenerator = true;
     }
-    if (!m_idGenerator)
+    if (!m_idGenerator) {
         return std::nullopt;
+    }
     const Bstr tableText = bstr(table);
     const Bstr keyText = bstr(key);
     return static_cast<qint32>(value<LONG>(
@@ -105,15 +116,17 @@ std::optional<qint32> SqlConnection::generatedId(const QString& table, const QSt
 
 void SqlConnection::tellRowAdded(const QString& table, qint32 id) const
 {
-    if (const auto tracker = service<IChangeTracker>())
+    if (const auto tracker = service<IChangeTracker>()) {
         check(tracker->RowAdded(bstr(table).get(), id, m_object.get()));
+    }
 }
 
 bool SqlConnection::startProgram(const QString& nativePath, const QString& parameters) const
 {
     const auto starter = service<IProgramStarter>();
-    if (!starter)
+    if (!starter) {
         return false;
+    }
     // Whether the program started is not looked at, here as on the component's own way.
     starter->Start(bstr(nativePath).get(), bstr(parameters).get());
     return true;
@@ -121,10 +134,11 @@ bool SqlConnection::startProgram(const QString& nativePath, const QString& param
 
 bool SqlConnection::isValidEmail(const QString& email) const
 {
-    if (const auto emailCheck = service<IEmailCheck>())
+    if (const auto emailCheck = service<IEmailCheck>()) {
         return value<VARIANT_BOOL>([&](VARIANT_BOOL* valid) {
                    return emailCheck->IsValid(bstr(email).get(), valid);
                }) != VARIANT_FALSE;
+    }
     return looksLikeEmail(email);
 }
 
@@ -134,8 +148,9 @@ Customer::Customer(const SqlConnection& connection)
     : m_connection(connection)
     , m_object(connection.service<ICustomer>())
 {
-    if (!m_object)
+    if (!m_object) {
         m_object = makeCom<StandInCustomer>();
+    }
 }
 
 void Customer::init(qint32 idCliente)
@@ -193,8 +208,9 @@ bool MessageRecord::save(const Message& message)
     check(m_object->put_IdTipoMessaggio(message.idTipoMessaggio));
     check(m_object->put_Descrizione(bstr(message.descrizione).get()));
     check(m_object->put_Testo(bstr(message.testo).get()));
-    if (!message.contatto.isNull())
+    if (!message.contatto.isNull()) {
         check(m_object->put_Contatto(bstr(message.contatto).get()));
+    }
     check(m_object->put_IDCliente(message.idCliente));
     check(m_object->put_Riferimento(bstr(u"-1"_s).get()));
     check(m_object->put_Flag1(VARIANT_TRUE));
@@ -219,8 +235,9 @@ void MessageRecord::saveRow(const Message& message)
     row.set(u"idTipoMessaggio"_s, message.idTipoMessaggio);
     row.set(u"Descrizione"_s, message.descrizione);
     row.set(u"Testo"_s, message.testo);
-    if (!message.contatto.isNull())
+    if (!message.contatto.isNull()) {
         row.set(u"Contatto"_s, message.contatto);
+    }
     row.set(u"IDCliente"_s, message.idCliente);
     row.set(u"Riferimento"_s, u"-1"_s);
     row.set(u"Flag1"_s, true);
@@ -244,8 +261,9 @@ TextParser::TextParser(const SqlConnection& connection)
 QString TextParser::parse(const QString& source, const Customer& customer,
                           const QString& classificazione) const
 {
-    if (!m_object)
+    if (!m_object) {
         return source;
+    }
     return text([&](BSTR* result) {
         return m_object->Parse(bstr(source).get(), customer.object(), bstr(classificazione).get(), result);
     });
@@ -259,10 +277,12 @@ CustomerFilterSql::CustomerFilterSql(const SqlConnection& connection)
 
 ICustomerFilterSql* CustomerFilterSql::object() const
 {
-    if (!m_object)
+    if (!m_object) {
         m_object = m_connection.service<ICustomerFilterSql>();
-    if (!m_object)
+    }
+    if (!m_object) {
         throw Error(RunTime::ObjectNotSet);
+    }
     return m_object.get();
 }
 
@@ -345,8 +365,9 @@ AdvancedSearch::AdvancedSearch(const SqlConnection& connection)
 
 QString AdvancedSearch::search(const SqlConnection& connection, qint32 kind)
 {
-    if (!m_object)
+    if (!m_object) {
         return {};
+    }
     check(m_object->put_Connection(connection.object()));
     return text([&](BSTR* filter) { return m_object->Search(kind, filter); });
 }
@@ -356,8 +377,9 @@ QString AdvancedSearch::search(const SqlConnection& connection, qint32 kind)
 AppConnector::AppConnector(const SqlConnection& connection, const QString& slug, const QString& salt)
     : m_object(connection.service<IAppConnector>())
 {
-    if (m_object)
+    if (m_object) {
         check(m_object->Init(bstr(slug).get(), bstr(salt).get()));
+    }
 }
 
 namespace {
@@ -381,8 +403,9 @@ AppConnector::Result sendResult(Call&& call)
 AppConnector::Result AppConnector::sendToContact(const QString& email, const QDateTime& when,
                                                  const QString& message)
 {
-    if (!m_object)
+    if (!m_object) {
         return notAvailable();
+    }
     return sendResult([&](BSTR* errorText, VARIANT_BOOL* sent) {
         return m_object->SendToContact(bstr(email).get(), toDate(when), bstr(message).get(), errorText, sent);
     });
@@ -390,8 +413,9 @@ AppConnector::Result AppConnector::sendToContact(const QString& email, const QDa
 
 AppConnector::Result AppConnector::sendToEverybody(const QString& message, const QDateTime& when)
 {
-    if (!m_object)
+    if (!m_object) {
         return notAvailable();
+    }
     return sendResult([&](BSTR* errorText, VARIANT_BOOL* sent) {
         return m_object->SendToEverybody(bstr(message).get(), toDate(when), errorText, sent);
     });

@@ -49,14 +49,16 @@ NewRowId::NewRowId(const SqlConnection& connection, const QString& table, const 
 
 NewRowId::~NewRowId()
 {
-    if (m_transaction)
+    if (m_transaction) {
         rollbackQuietly(*m_transaction);
+    }
 }
 
 void NewRowId::written()
 {
-    if (!m_transaction)
+    if (!m_transaction) {
         return;
+    }
     m_transaction->commit();
     m_transaction.reset();
 }

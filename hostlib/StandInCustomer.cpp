@@ -21,16 +21,18 @@ bool flag(const ado::Recordset& row, const QString& field)
 template <class T>
 HRESULT give(T* place, T value)
 {
-    if (place == nullptr)
+    if (place == nullptr) {
         return E_POINTER;
+    }
     *place = value;
     return S_OK;
 }
 
 HRESULT give(BSTR* place, const QString& value)
 {
-    if (place == nullptr)
+    if (place == nullptr) {
         return E_POINTER;
+    }
     *place = nullptr;
     return comGuard(Source, [&] { *place = calls::bstr(value).detach(); });
 }
@@ -40,16 +42,18 @@ HRESULT give(BSTR* place, const QString& value)
 HRESULT StandInCustomer::Init(LONG idCliente, _SqlConnection* connection)
 {
     m_columns = {};
-    if (connection == nullptr)
+    if (connection == nullptr) {
         return E_POINTER;
+    }
     return comGuard(Source, [&] {
         try {
             const SqlConnection sqlConnection{ComPtr<_SqlConnection>(connection)};
             ado::Recordset row = sqlConnection.connection().open(
                 u"SELECT * FROM tabClienti WHERE IdCliente="_s + QString::number(idCliente),
                 ado::Cursor::Static, ado::Lock::ReadOnly);
-            if (row.eof())
+            if (row.eof()) {
                 return;
+            }
             Columns read;
             read.id = static_cast<qint32>(idCliente);
             read.name = row.text(u"RagioneSociale1"_s) + u' ' + row.text(u"RagioneSociale2"_s);

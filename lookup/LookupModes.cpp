@@ -69,16 +69,19 @@ const std::vector<LookupMode>& modes()
 
 std::optional<LookupMode> lookupMode(const QString& table)
 {
-    for (const LookupMode& mode : modes())
-        if (mode.key.compare(table, Qt::CaseInsensitive) == 0)
+    for (const LookupMode& mode : modes()) {
+        if (mode.key.compare(table, Qt::CaseInsensitive) == 0) {
             return mode;
+        }
+    }
     return std::nullopt;
 }
 
 QString lookupStatus(int rowCount)
 {
-    if (rowCount == 0)
+    if (rowCount == 0) {
         return u"Ricerca avanzata ** Nessun elemento visualizzato."_s;
+    }
     return u"Ricerca avanzata ** Elementi visualizzati: "_s + QString::number(rowCount);
 }
 

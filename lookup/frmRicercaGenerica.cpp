@@ -73,16 +73,19 @@ void frmRicercaGenerica::Form_Load()
             m_ui->grdRicerca->setFocus();
         });
         connect(m_ui->grdRicerca, &ReportGrid::gridKeyPressed, this, [this](int key) {
-            if (key == Qt::Key_Escape)
+            if (key == Qt::Key_Escape) {
                 cmdAnnulla_Click();
+            }
         });
         connect(m_ui->grdRicerca, &ReportGrid::mouseReleasedOn, this, [this](qint64 record) {
-            if (record >= 0)
+            if (record >= 0) {
                 m_rowClicked = true;
+            }
         });
         connect(m_ui->grdRicerca, &ReportGrid::recordDoubleClicked, this, [this] {
-            if (!m_rowClicked)
+            if (!m_rowClicked) {
                 return;
+            }
             cmdOK_Click();
             m_rowClicked = false;
         });
@@ -97,8 +100,9 @@ void frmRicercaGenerica::Init(const QString& table)
 void frmRicercaGenerica::caricaModalita(const QString& table)
 {
     const std::optional<LookupMode> mode = lookupMode(table);
-    if (!mode)
+    if (!mode) {
         throw Error(RunTime::InvalidCall);
+    }
     m_ui->Label2->setText(mode->title);
     m_ui->lblHeader->setText(mode->header);
     m_ui->lblHeader->setVisible(!mode->header.isEmpty());
@@ -136,14 +140,17 @@ void frmRicercaGenerica::FiltroRicercaVeloce(const QString& text)
 
 qint32 frmRicercaGenerica::GetId() const
 {
-    if (m_id.isNull())
+    if (m_id.isNull()) {
         return 0;
+    }
     bool ok = false;
     const qlonglong id = m_id.toLongLong(&ok);
-    if (!ok)
+    if (!ok) {
         throw Error(RunTime::TypeMismatch);
-    if (id < std::numeric_limits<qint32>::min() || id > std::numeric_limits<qint32>::max())
+    }
+    if (id < std::numeric_limits<qint32>::min() || id > std::numeric_limits<qint32>::max()) {
         throw Error(RunTime::Overflow);
+    }
     return static_cast<qint32>(id);
 }
 
@@ -204,8 +211,9 @@ void frmRicercaGenerica::Form_Activate()
 {
     trapped(procedure(u"Form_Activate"_s), [&] {
         m_ui->txtRicVeloce->setFocus();
-        if (trimBlanks(m_presetFilter).isEmpty())
+        if (trimBlanks(m_presetFilter).isEmpty()) {
             return;
+        }
         m_ui->txtRicVeloce->setText(m_presetFilter);
         RicercaVeloce();
     });

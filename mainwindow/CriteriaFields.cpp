@@ -26,13 +26,15 @@ CriteriaFields::CriteriaFields(const Ui::frmSMS& ui, QObject* parent)
 
 void CriteriaFields::connectSubTypes()
 {
-    for (QCheckBox* subType : {m_ui.chkANA_Tipo_Cli, m_ui.chkANA_Tipo_For, m_ui.chkANA_Tipo_Con})
+    for (QCheckBox* subType : {m_ui.chkANA_Tipo_Cli, m_ui.chkANA_Tipo_For, m_ui.chkANA_Tipo_Con}) {
         connect(subType, &QCheckBox::clicked, this, [this, subType](bool ticked) {
             trapped(smsProcedure(subType->objectName() + u"_Click"_s), [&] {
-                if (ticked && !m_ui.chkANA_Tipo->isChecked())
+                if (ticked && !m_ui.chkANA_Tipo->isChecked()) {
                     m_ui.chkANA_Tipo->setChecked(true);
+                }
             });
         });
+    }
 }
 
 void CriteriaFields::connectFocus()
@@ -42,12 +44,14 @@ void CriteriaFields::connectFocus()
     auto* focus = new FocusPaint(this);
     for (QLineEdit* field :
          {m_ui.txtANA_Eta_I, m_ui.txtANA_Eta_F, m_ui.txtECO_Fatt_Da, m_ui.txtECO_Fatt_A, m_ui.txtECO_NAcq_Da,
-          m_ui.txtECO_NAcq_A, m_ui.txtECO_PtFid_I, m_ui.txtECO_PtFid_F})
+          m_ui.txtECO_NAcq_A, m_ui.txtECO_PtFid_I, m_ui.txtECO_PtFid_F}) {
         focus->watch(field, FocusSelect::First100);
-    for (DateField* field :
-         {m_ui.cbbANA_Ricorr_DataI, m_ui.cbbANA_Ricorr_DataF, m_ui.cbbECO_Fatt_DataI, m_ui.cbbECO_Fatt_DataF,
-          m_ui.cbbECO_NAcq_DataI, m_ui.cbbECO_NAcq_DataF, m_ui.cbbECO_PerAcq_DataI, m_ui.cbbECO_PerAcq_DataF})
+    }
+    for (DateField* field : {m_ui.cbbANA_Ricorr_DataI, m_ui.cbbANA_Ricorr_DataF, m_ui.cbbECO_Fatt_DataI,
+                             m_ui.cbbECO_Fatt_DataF, m_ui.cbbECO_NAcq_DataI, m_ui.cbbECO_NAcq_DataF,
+                             m_ui.cbbECO_PerAcq_DataI, m_ui.cbbECO_PerAcq_DataF}) {
         focus->watch(field, FocusSelect::Nothing, FocusPaint::Paint::No);
+    }
     connect(focus, &FocusPaint::entered, this, [this](QWidget* field) {
         trapped(smsProcedure(field->objectName() + u"_GotFocus"_s),
                 [&] { m_ui.Virtual_KeyPAD->attach(field, qobject_cast<DateField*>(field) != nullptr); });
@@ -67,8 +71,9 @@ void CriteriaFields::copy(DateField* start, DateField* end)
 {
     connect(start, &DateField::valueChanged, end, [start, end] {
         trapped(smsProcedure(start->objectName() + u"_Change"_s), [&] {
-            if (start->isDate())
+            if (start->isDate()) {
                 end->setText(start->text());
+            }
         });
     });
 }

@@ -49,10 +49,12 @@ qint32 GridRecipients::idCliente(int row) const
     bool ok = cells.kind(record(row), ColumnIdCliente) == CellKind::Integer;
     const qlonglong id =
         ok ? cells.integer(record(row), ColumnIdCliente) : text(row, ColumnIdCliente).toLongLong(&ok);
-    if (!ok)
+    if (!ok) {
         throw Error(RunTime::TypeMismatch);
-    if (id < std::numeric_limits<qint32>::min() || id > std::numeric_limits<qint32>::max())
+    }
+    if (id < std::numeric_limits<qint32>::min() || id > std::numeric_limits<qint32>::max()) {
         throw Error(RunTime::Overflow);
+    }
     return static_cast<qint32>(id);
 }
 
@@ -70,8 +72,9 @@ ListOutcomes::~ListOutcomes()
 void ListOutcomes::append(const QString& line)
 {
     m_list.append(line);
-    if (m_sincePainted.elapsed() < m_untilPaint)
+    if (m_sincePainted.elapsed() < m_untilPaint) {
         return;
+    }
     m_sincePainted.restart();
     m_list.flush();
     m_list.viewport()->repaint();
@@ -92,10 +95,12 @@ void WaitPleaseProgress::GestWaitPlease(bool show, qint32 value, const QString& 
     m_control.setValue(value);
     m_control.setVisible(show);
     m_control.setProperty("tag", show ? QStringLiteral("1") : QStringLiteral("0"));
-    if (!show)
+    if (!show) {
         return;
-    if (!wasShown)
+    }
+    if (!wasShown) {
         m_control.raise();
+    }
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 

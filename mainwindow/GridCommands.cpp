@@ -29,8 +29,9 @@ void GridCommands::arrange()
         int width = columns > 1 ? m_ui.cmdProsegui1->sizeHint().width() : -grid->horizontalSpacing();
         for (std::size_t column = 0; column < columns; ++column) {
             int widest = 0;
-            for (std::size_t i = column; i < commands.size(); i += columns)
+            for (std::size_t i = column; i < commands.size(); i += columns) {
                 widest = std::max(widest, commands[i]->sizeHint().width());
+            }
             width += widest + grid->horizontalSpacing();
         }
         return width;
@@ -38,24 +39,28 @@ void GridCommands::arrange()
     // Without this the captions of a whole row would be what the splitter cannot go below.
     m_ui.gridPanel->setMinimumWidth(widthIn(1) + margins.left() + margins.right());
     const std::size_t columns = widthIn(4) <= room ? 4 : widthIn(2) <= room ? 2 : 1;
-    if (columns == m_columns)
+    if (columns == m_columns) {
         return;
+    }
     m_columns = columns;
     const int all = grid->columnCount();
-    for (std::size_t i = 0; i < commands.size(); ++i)
+    for (std::size_t i = 0; i < commands.size(); ++i) {
         grid->addWidget(commands[i], static_cast<int>(i / columns), static_cast<int>(i % columns), 1,
                         columns > 1 ? 1 : all);
+    }
     const int rows = static_cast<int>(commands.size() / columns);
-    if (columns > 1)
+    if (columns > 1) {
         grid->addWidget(m_ui.cmdProsegui1, rows - 1, all - 1);
-    else
+    } else {
         grid->addWidget(m_ui.cmdProsegui1, rows, 0, 1, all, Qt::AlignRight);
+    }
 }
 
 bool GridCommands::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_ui.gridPanel && event->type() == QEvent::Resize)
+    if (watched == m_ui.gridPanel && event->type() == QEvent::Resize) {
         trapped(smsProcedure(u"gridPanel_Resize"_s), [&] { arrange(); });
+    }
     return QObject::eventFilter(watched, event);
 }
 

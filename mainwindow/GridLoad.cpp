@@ -81,8 +81,9 @@ void loadResultGrid(const ado::Connection& connection, ReportGrid& grid, QDate t
     const std::vector<ReportColumn> columns = resultColumns(rows);
     // The rows are read aside: a row set that breaks off half-way leaves the grid with what it showed.
     ColumnStore store;
-    for (std::size_t column = 0; column < columns.size(); ++column)
+    for (std::size_t column = 0; column < columns.size(); ++column) {
         store.addColumn();
+    }
     appendRows(store, rows);
     rows.close();
     store.settle();

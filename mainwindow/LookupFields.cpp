@@ -40,18 +40,21 @@ void LookupFields::requestSelection(const LookupField& lookup)
     frmRicercaGenerica dialog(m_filler, m_form);
     dialog.Init(lookup.table);
     dialog.exec();
-    if (!isAccepted(choiceOf(&dialog), lookup.accepts))
+    if (!isAccepted(choiceOf(&dialog), lookup.accepts)) {
         return;
+    }
     lookup.field->setText(dialog.GetDescrizione());
-    if (lookup.takes == LookupField::Takes::TextAndId)
+    if (lookup.takes == LookupField::Takes::TextAndId) {
         lookup.field->setSelectedId(dialog.GetId());
+    }
     Q_EMIT chosen(lookup.field);
 }
 
 void LookupFields::clear(SelectorField* field, LookupField::Takes takes)
 {
-    if (takes == LookupField::Takes::TextAndId)
+    if (takes == LookupField::Takes::TextAndId) {
         field->setSelectedId(-1);
+    }
     field->setText(QString());
 }
 

@@ -11,8 +11,9 @@ PageTabs::PageTabs(QWidget* parent)
 {
     // The buttons that scroll a bar without room are for the mouse; the arrow keys reach every tab.
     const auto scrollButtons = tabBar()->findChildren<QToolButton*>();
-    for (QToolButton* button : scrollButtons)
+    for (QToolButton* button : scrollButtons) {
         button->setFocusPolicy(Qt::NoFocus);
+    }
     connect(this, &QTabWidget::currentChanged, this, &PageTabs::stayOnShownPage);
 }
 
@@ -36,8 +37,9 @@ void PageTabs::stayOnShownPage(int page)
 bool PageTabs::anyPageShown() const
 {
     for (int page = 0; page < count(); ++page) {
-        if (isTabVisible(page))
+        if (isTabVisible(page)) {
             return true;
+        }
     }
     return false;
 }

@@ -26,8 +26,9 @@ SendPages::SendPages(Ui::frmSMS& ui, QWidget* form)
     m_ui.optApp_SoloSelezionati->setChecked(true);
     connect(m_ui.tab_Invio, &QTabWidget::currentChanged, this, [this](int page) {
         trapped(smsProcedure(u"tab_Invio_SelectedChanged"_s), [&] {
-            if (page != PagePrepara)
+            if (page != PagePrepara) {
                 m_ui.tab_Invio->setPageShown(PagePrepara, false);
+            }
         });
     });
     connect(m_ui.cmdProsegui1, &QPushButton::clicked, this, [this] {
@@ -101,9 +102,11 @@ SendChoices SendPages::choices() const
 bool SendPages::somebodyIsMarked() const
 {
     const GridRecipients rows(*m_ui.grdClienti);
-    for (int row = 0; row < rows.count(); ++row)
-        if (rows.isMarked(row))
+    for (int row = 0; row < rows.count(); ++row) {
+        if (rows.isMarked(row)) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -114,15 +117,18 @@ void SendPages::cmdProsegui2_Click()
         pages->setPageShown(PagePrepara, false);
         const SendChoices chosen = choices();
         std::optional<SendFailure> failure;
-        if (chosen.criterion != PushCriterion::Everybody)
+        if (chosen.criterion != PushCriterion::Everybody) {
             failure = checkRecipients(somebodyIsMarked());
-        if (!failure)
+        }
+        if (!failure) {
             failure = checkChoices(chosen);
+        }
         if (failure) {
             ask(m_form, notice(failure->message, MessageIcon::Information,
                                failure->ownTitle ? MessageTitle : ApplicationTitle));
-            if (failure->page)
+            if (failure->page) {
                 pages->setCurrentIndex(*failure->page);
+            }
             return;
         }
         pages->setPageShown(PagePrepara, true);
@@ -166,8 +172,9 @@ void SendPages::PreparaInvioMessaggi()
             tellOperator(m_form, u"Nessuna opzione selezionata."_s);
             break;
         }
-        if (!ok)
+        if (!ok) {
             return;
+        }
         line = 40;
         m_somethingPrepared = true;
         tellOperator(m_form, closingMessage(choices()));

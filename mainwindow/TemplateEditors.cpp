@@ -48,14 +48,16 @@ void TemplateEditors::connectPushText()
     texts->watch(m_ui.txtTestoMessaggio_1_, FocusSelect::Nothing, FocusPaint::Paint::No);
     connect(texts, &FocusPaint::entered, this, [this](QWidget* field) {
         trapped(smsProcedure(u"txtTestoMessaggio_GotFocus"_s), [&] {
-            if (session().ShowTouchMode)
+            if (session().ShowTouchMode) {
                 showKeyboard(field);
+            }
         });
     });
     connect(texts, &FocusPaint::left, this, [this] {
         trapped(smsProcedure(u"txtTestoMessaggio_LostFocus"_s), [&] {
-            if (session().ShowTouchMode && m_ui.txtTestoMessaggio_0_->isHidden())
+            if (session().ShowTouchMode && m_ui.txtTestoMessaggio_0_->isHidden()) {
                 m_ui.Virtual_Keyboard->hide();
+            }
         });
     });
 }
@@ -69,11 +71,13 @@ void TemplateEditors::toggleSmsEditor()
     const QString text = templateText(m_ui.txtTestoMessaggio_0_->toPlainText());
     if (!text.isEmpty()) {
         if (!askOperator(m_form,
-                         u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text))
+                         u"Si conferma la preparazione dell'sms con il seguente testo?\r\n\r\n"_s + text)) {
             return;
+        }
         const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
-        if (id > 0)
+        if (id > 0) {
             m_ui.cntrMessaggio_0_->setSelection(id, u"SMS ("_s + text + u')');
+        }
     }
     showSmsEditor(false);
 }
@@ -101,14 +105,17 @@ void TemplateEditors::showKeyboard(QWidget* field)
 void TemplateEditors::savePushTemplate()
 {
     const QString text = templateText(m_ui.txtTestoMessaggio_1_->toPlainText());
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         return;
+    }
     if (!askOperator(m_form,
-                     u"Si desidera salvare il testo inserito come nuovo modello?\r\n\r\nTesto: "_s + text))
+                     u"Si desidera salvare il testo inserito come nuovo modello?\r\n\r\nTesto: "_s + text)) {
         return;
+    }
     const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
-    if (id > 0)
+    if (id > 0) {
         m_ui.cntrMessaggio_1_->setSelection(id, text);
+    }
 }
 
 } // namespace zul

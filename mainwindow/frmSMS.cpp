@@ -103,12 +103,15 @@ void frmSMS::Form_Load()
         // The shared appearance goes to buttons, tab controls, grid and labels only: the button-face colour
         // reaches neither frameRicorrenze nor the check boxes of this form.
         QList<QWidget*> controls;
-        for (auto* button : findChildren<QPushButton*>())
+        for (auto* button : findChildren<QPushButton*>()) {
             controls.append(button);
-        for (auto* tab : findChildren<QTabWidget*>())
+        }
+        for (auto* tab : findChildren<QTabWidget*>()) {
             controls.append(tab);
-        for (auto* label : findChildren<QLabel*>())
+        }
+        for (auto* label : findChildren<QLabel*>()) {
             controls.append(label);
+        }
         controls.append(m_ui->grdClienti);
         SetupControlsAppearance(controls);
     });
@@ -181,12 +184,14 @@ void frmSMS::addLookupFields()
         {m_ui->cntrLOC_Provincia, u"cntrLOC_Provincia"_s, u"tabProvince"_s, Takes::Text, Accepts::AllButEsc});
     m_lookups->add({m_ui->cntrMailFinder, u"cntrMailFinder"_s, u"Tmk_Messaggi_MAIL"_s, Takes::TextAndId,
                     Accepts::AllButEsc});
-    for (SelectorField* message : {m_ui->cntrMessaggio_0_, m_ui->cntrMessaggio_1_})
+    for (SelectorField* message : {m_ui->cntrMessaggio_0_, m_ui->cntrMessaggio_1_}) {
         m_lookups->add(
             {message, u"cntrMessaggio"_s, u"Tmk_Messaggi_SMS"_s, Takes::TextAndId, Accepts::AllButEsc});
+    }
     connect(m_lookups, &LookupFields::chosen, this, [this](const SelectorField* field) {
-        if (field == m_ui->cntrMessaggio_0_ || field == m_ui->cntrMessaggio_1_)
+        if (field == m_ui->cntrMessaggio_0_ || field == m_ui->cntrMessaggio_1_) {
             m_ui->RBN_PushModel->setChecked(true);
+        }
     });
 }
 
@@ -259,8 +264,9 @@ void frmSMS::Form_Resize()
 void frmSMS::keyPressEvent(QKeyEvent* event)
 {
     // The window has no confirm or cancel button: neither Enter nor Escape ends a day's selection.
-    if (event->key() == Qt::Key_Escape)
+    if (event->key() == Qt::Key_Escape) {
         return;
+    }
     QDialog::keyPressEvent(event);
 }
 
@@ -288,8 +294,9 @@ bool frmSMS::testFiltri(const Criteria& chosen)
 {
     return trapped(smsProcedure(u"testFiltri"_s), false, [&] {
         const std::optional<CriteriaFailure> failure = zul::testFiltri(chosen);
-        if (!failure)
+        if (!failure) {
             return true;
+        }
         tellOperator(this, failure->message);
         m_ui->TabControl1->setCurrentIndex(failure->page);
         return false;
@@ -300,8 +307,9 @@ void frmSMS::cmdElabora_Click()
 {
     trapped(smsProcedure(u"cmdElabora_Click"_s), [&] {
         const Criteria chosen = criteria();
-        if (!testFiltri(chosen))
+        if (!testFiltri(chosen)) {
             return;
+        }
         const QPointer<QWidget> focused = focusWidget();
         m_ui->cmdElabora->setEnabled(false);
         // The search holds the thread until its end: what is to be seen meanwhile is drawn now.
@@ -311,8 +319,9 @@ void frmSMS::cmdElabora_Click()
         // An error on the way leaves button and form disabled: that search has no result to work with.
         m_ui->cmdElabora->setEnabled(true);
         setEnabled(true);
-        if (focused)
+        if (focused) {
             focused->setFocus();
+        }
     });
 }
 
@@ -341,19 +350,22 @@ void frmSMS::CaricaGriglia()
 
 void frmSMS::GrdAllSelectedValue(bool value)
 {
-    if (m_ui->grdClienti->recordCount() == 0)
+    if (m_ui->grdClienti->recordCount() == 0) {
         return;
+    }
     m_ui->grdClienti->setAllChecked(value);
 }
 
 void frmSMS::saveLayout(int kind)
 {
     trapped(smsProcedure(u"grdClienti_ColumnOrderChanged"_s), [&] {
-        if (kind == ReportGrid::SortChanged)
+        if (kind == ReportGrid::SortChanged) {
             return;
+        }
         constexpr long PathOrFileAccess = 75;
-        if (!m_ui->grdClienti->saveLayout(layoutFile(), QString::fromLatin1(LayoutSection)))
+        if (!m_ui->grdClienti->saveLayout(layoutFile(), QString::fromLatin1(LayoutSection))) {
             throw Error(PathOrFileAccess, u"Path/File access error: "_s + layoutFile());
+        }
     });
 }
 
@@ -361,8 +373,9 @@ void frmSMS::cmd_Ricerca_Avanzata_Click()
 {
     trapped(smsProcedure(u"cmd_Ricerca_Avanzata_Click"_s), [&] {
         const hostlib::SqlConnection& connection = session().connection();
-        if (!m_frmRicercaAvanzata)
+        if (!m_frmRicercaAvanzata) {
             m_frmRicercaAvanzata = std::make_unique<hostlib::AdvancedSearch>(connection);
+        }
         constexpr qint32 SearchKind = 1;
         m_parametriRicercaAvanzata = m_frmRicercaAvanzata->search(connection, SearchKind);
         m_ui->chk_Avanzata->setChecked(!m_parametriRicercaAvanzata.isEmpty());

@@ -29,8 +29,9 @@ qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& ca
     const ado::Connection database = connection.connection();
     const bool isNew = !idCampagna.has_value();
     std::optional<hostlib::NewRowId> newId;
-    if (isNew)
+    if (isNew) {
         newId.emplace(connection, u"TMK_Campagne"_s, u"idCampagna"_s);
+    }
     const qint32 id = isNew ? newId->value() : *idCampagna;
     ado::Recordset row =
         database.open(isNew ? u"select * from TMK_Campagne where 1=2"_s
@@ -43,8 +44,9 @@ qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& ca
         row.addNew();
         row.set(u"idCampagna"_s, id);
     } else {
-        if (row.eof())
+        if (row.eof()) {
             throw Error(3021, u"Either BOF or EOF is True, or the current record has been deleted."_s);
+        }
         currentScript = row.integer(u"IdScript"_s, 0);
     }
     row.set(u"Predefinita"_s, campaign.Predefinita);
@@ -52,8 +54,9 @@ qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& ca
     row.set(u"Descrizione"_s, campaign.Descrizione);
     row.set(u"DataLancio"_s, ado::dayValue(campaign.DataLancio));
     row.set(u"datatermine"_s, ado::dayValue(campaign.datatermine));
-    if (currentScript != campaign.IdScript)
+    if (currentScript != campaign.IdScript) {
         moveOpenCalls(database, id, campaign.IdScript);
+    }
     row.set(u"IdScript"_s, campaign.IdScript);
     row.set(u"idMessaggio"_s, campaign.idMessaggio);
     row.set(u"tipoCampagna"_s, campaign.tipoCampagna);
@@ -76,8 +79,9 @@ qint32 saveCampaign(const hostlib::SqlConnection& connection, const Campaign& ca
     row.set(u"UtenteUltimoAccesso"_s, connection.userName());
     row.update();
     row.close();
-    if (newId)
+    if (newId) {
         newId->written();
+    }
     return id;
 }
 

@@ -46,14 +46,17 @@ void createMail(const hostlib::SqlConnection& connection, Recipients& recipients
                 outcomeLine(OutcomeTag::Skipped, u"Saltata richiesta invio EMAIL per "_s + name + why));
             return true;
         };
-        if (recipients.text(row, ColumnEmail).isEmpty())
+        if (recipients.text(row, ColumnEmail).isEmpty()) {
             return skip(u": email non presente."_s);
-        if (!recipients.isNumeric(row, ColumnIdCliente))
+        }
+        if (!recipients.isNumeric(row, ColumnIdCliente)) {
             return true;
+        }
         const qint32 idCliente = recipients.idCliente(row);
         customer.init(idCliente);
-        if (!customer.consensoEmail())
+        if (!customer.consensoEmail()) {
             return skip(u": consenso EMAIL non presente."_s);
+        }
 
         queue.addNew();
         hostlib::NewRowId idMailing(connection, u"TMK_MailingList"_s, u"idMailing"_s);

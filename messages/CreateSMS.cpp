@@ -54,12 +54,14 @@ bool createSms(const hostlib::SqlConnection& connection, Recipients& recipients,
                 outcomeLine(OutcomeTag::Skipped, u"Saltata richiesta invio SMS per "_s + name + why));
             return true;
         };
-        if (!recipients.isNumeric(row, ColumnIdCliente) || number.isEmpty())
+        if (!recipients.isNumeric(row, ColumnIdCliente) || number.isEmpty()) {
             return skip(u": numero cellulare non valido."_s);
+        }
         const qint32 idCliente = recipients.idCliente(row);
         customer.init(idCliente);
-        if (!customer.consensoSms())
+        if (!customer.consensoSms()) {
             return skip(u": consenso SMS non presente."_s);
+        }
 
         const QString classification = classificationText(connection, customer.idClassificazione());
         const QDateTime now = clock.now();
@@ -68,8 +70,9 @@ bool createSms(const hostlib::SqlConnection& connection, Recipients& recipients,
                           .testo = parser.parse(message, customer, classification),
                           .contatto = number,
                           .idCliente = idCliente,
-                          .creazione = now}))
+                          .creazione = now})) {
             return false;
+        }
         outcomes.append(outcomeLine(OutcomeTag::Prepared, u"Preparato SMS per "_s + name));
         return true;
     });

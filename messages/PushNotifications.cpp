@@ -61,13 +61,15 @@ public:
     {
         m_parsed = m_text;
         m_customer.init(contact.idCliente);
-        if (m_customer.id() < 1)
+        if (m_customer.id() < 1) {
             return u" Metodo init oggetto cliente fallito."_s;
+        }
         m_parsed = PushNotify_TextMessage_Parser(m_parser, m_text, m_customer);
         const QDateTime now = QDateTime::currentDateTime();
         const hostlib::AppConnector::Result result = m_connector.sendToContact(contact.email, now, m_parsed);
-        if (!result.sent)
+        if (!result.sent) {
             return result.errorText;
+        }
         // Saving that fails outright has the reason in the log; it stops the loop no more than a refusal does.
         const bool stored = trapped(creationProcedure(), false, [&] {
             return m_record.save({.idTipoMessaggio = KindPush,
@@ -78,8 +80,9 @@ public:
                                   .creazione = now,
                                   .creazioneIntera = true});
         });
-        if (!stored)
+        if (!stored) {
             return u"Generazione messaggio su db non riuscita!"_s;
+        }
         return std::nullopt;
     }
 
@@ -89,8 +92,9 @@ public:
     {
         QString text = u"Errore durante la creazione della notifica push per idCliente: "_s +
                        QString::number(contact.idCliente);
-        if (m_customer.id() >= 1)
+        if (m_customer.id() >= 1) {
             text += u" ("_s + m_customer.name() + u", "_s + m_customer.email() + u')';
+        }
         return text + u", email: "_s + contact.email + u", testo: "_s + m_parsed + u"- Errore: "_s + error;
     }
 
@@ -168,26 +172,32 @@ bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connecti
         }
         progress.GestWaitPlease(true, 0, u"Invio notifiche push..."_s);
         const ProgressGuard hideAtTheEnd(progress);
-        if (criterion == PushCriterion::Selected)
+        if (criterion == PushCriterion::Selected) {
             sendToContacts(connection, connector, contacts, text, errors, outcomes, progress);
-        else
+        } else {
             sendToEverybody(connector, text, errors, outcomes, progress);
+        }
         return true;
     });
 }
 
 std::optional<QString> checkPush(const SendChoices& choices, const SettingsStore& store)
 {
-    if (choices.RBN_PushModel && choices.pushTemplateText.isEmpty())
+    if (choices.RBN_PushModel && choices.pushTemplateText.isEmpty()) {
         return u"Selezionare correttamente un modello di messaggio per la notifica push."_s;
-    if (!choices.RBN_PushModel && choices.RBN_Push && choices.pushText.isEmpty())
+    }
+    if (!choices.RBN_PushModel && choices.RBN_Push && choices.pushText.isEmpty()) {
         return u"Inserire correttamente il testo per la notifica push."_s;
-    if (store.getDbValue(settings::ConnettoreAppSalt).isEmpty())
+    }
+    if (store.getDbValue(settings::ConnettoreAppSalt).isEmpty()) {
         return missingSetting(settings::ConnettoreAppSalt);
-    if (store.getDbValue(settings::ConnettoreAppSlug).isEmpty())
+    }
+    if (store.getDbValue(settings::ConnettoreAppSlug).isEmpty()) {
         return missingSetting(settings::ConnettoreAppSlug);
-    if (choices.criterion == PushCriterion::NotChosen)
+    }
+    if (choices.criterion == PushCriterion::NotChosen) {
         return u"Selezionare un criterio di spedizione."_s;
+    }
     return std::nullopt;
 }
 
@@ -209,16 +219,20 @@ PushValidation validateProfiles(const hostlib::SqlConnection& connection, Recipi
     };
     walkMarkedRows(recipients, false, [&](int row) {
         const QString name = recipients.text(row, ColumnCliente);
-        if (!recipients.isNumeric(row, ColumnIdCliente))
+        if (!recipients.isNumeric(row, ColumnIdCliente)) {
             return reject(name + u": id cliente non valido."_s);
+        }
         const QString email = trimBlanks(recipients.text(row, ColumnEmail));
-        if (email.isEmpty())
+        if (email.isEmpty()) {
             return reject(name + u": email mancante."_s);
-        if (!connection.isValidEmail(email))
+        }
+        if (!connection.isValidEmail(email)) {
             return reject(name + u": email non valida ("_s + email + u")."_s);
+        }
         const qint32 id = recipients.idCliente(row);
-        if (ids.contains(id))
+        if (ids.contains(id)) {
             throw Error(RunTime::DuplicateKey);
+        }
         ids.insert(id);
         validation.contacts.push_back({id, email});
         outcomes.append(outcomeLine(OutcomeTag::Prepared, name + u": il profilo presenta email valida."_s));
@@ -231,9 +245,10 @@ QString profilesQuestion(const PushValidation& validation)
 {
     QString text = u"Esito validazione profili selezionati:\r\n - "_s +
                    QString::number(validation.contacts.size()) + u" profili validi"_s;
-    if (validation.rejected > 0)
+    if (validation.rejected > 0) {
         text += u"\r\n - "_s + QString::number(validation.rejected) +
                 u" non riceveranno la notifica push (vedi errori)."_s;
+    }
     return text + u"\r\nProseguire con la creazione delle notifiche?"_s;
 }
 
@@ -250,8 +265,9 @@ bool prepareNotifications(const hostlib::SqlConnection& connection, const SendCh
     PushValidation validation;
     if (choices.criterion == PushCriterion::Everybody) {
         if (askOperator(question(u"Proseguire con l'invio della notifica globale?"_s,
-                                 MessageIcon::Information)) != Answer::Yes)
+                                 MessageIcon::Information)) != Answer::Yes) {
             return false;
+        }
     } else {
         validation = validateProfiles(connection, recipients, outcomes);
         if (validation.contacts.empty()) {
@@ -260,8 +276,9 @@ bool prepareNotifications(const hostlib::SqlConnection& connection, const SendCh
                                MessageIcon::Exclamation));
             return false;
         }
-        if (askOperator(question(profilesQuestion(validation), MessageIcon::Exclamation)) != Answer::Yes)
+        if (askOperator(question(profilesQuestion(validation), MessageIcon::Exclamation)) != Answer::Yes) {
             return false;
+        }
     }
     QStringList errors;
     return CreatePushNotifies_ListOfContacts_BL(connection, validation.contacts, pushText(choices), errors,

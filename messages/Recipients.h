@@ -31,10 +31,12 @@ template <class Handle>
 bool walkMarkedRows(Recipients& recipients, bool clearMarks, Handle&& handle)
 {
     for (int row = 0; row < recipients.count(); ++row) {
-        if (recipients.isMarked(row) && !handle(row))
+        if (recipients.isMarked(row) && !handle(row)) {
             return false;
-        if (clearMarks)
+        }
+        if (clearMarks) {
             recipients.clearMark(row);
+        }
     }
     return true;
 }

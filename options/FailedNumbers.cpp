@@ -15,9 +15,10 @@ namespace {
 /// A text that may stand between the apostrophes of a statement as it is.
 const QString& sendable(const QString& number)
 {
-    if (number.contains(u'\''))
+    if (number.contains(u'\'')) {
         throw Error(static_cast<long>(RunTime::InvalidCall),
                     u"A number with an apostrophe is not sent to the database"_s);
+    }
     return number;
 }
 
@@ -26,10 +27,12 @@ const QString& sendable(const QString& number)
 FailedNumbersReader::FailedNumbersReader(const QString& path)
     : m_file(platform::nativePath(path))
 {
-    if (!platform::fileExists(path))
+    if (!platform::fileExists(path)) {
         throw Error(RunTime::FileNotFound);
-    if (!m_file.open(QIODevice::ReadOnly))
+    }
+    if (!m_file.open(QIODevice::ReadOnly)) {
         throw Error(75, u"Path/File access error"_s);
+    }
 }
 
 std::optional<QString> FailedNumbersReader::next()
@@ -39,8 +42,9 @@ std::optional<QString> FailedNumbersReader::next()
         if (end == m_buffer.size()) {
             end -= m_at; // where it stands once what is taken has gone
             if (!fill()) {
-                if (end == 0)
+                if (end == 0) {
                     return std::nullopt;
+                }
                 break;
             }
         }
@@ -49,10 +53,12 @@ std::optional<QString> FailedNumbersReader::next()
             m_at = end + 1;
             continue;
         }
-        if (c == '\n' || c == '\r')
+        if (c == '\n' || c == '\r') {
             break;
-        if (end - m_at >= LongestLine)
+        }
+        if (end - m_at >= LongestLine) {
             throw Error(14, u"Out of string space"_s);
+        }
     }
     const QString line = QString::fromUtf8(m_buffer.constData() + m_at, end - m_at);
     m_passLineFeed = end < m_buffer.size() && m_buffer.at(end) == '\r';
@@ -70,8 +76,9 @@ bool FailedNumbersReader::fill()
     m_buffer.resize(kept + Piece);
     const qint64 got = m_file.read(m_buffer.data() + kept, Piece);
     m_buffer.resize(kept + std::max<qint64>(got, 0));
-    if (got < 0)
+    if (got < 0) {
         throw Error(57, u"Device I/O error"_s);
+    }
     return got > 0;
 }
 
@@ -87,12 +94,14 @@ qint64 FailedNumbersReader::size() const
 
 QString searchedNumber(const QString& line)
 {
-    if (!line.startsWith(u"39"_s))
+    if (!line.startsWith(u"39"_s)) {
         return line;
+    }
     // Three less than the line: two for the prefix, one more that is meant.
     constexpr qsizetype Taken = 3;
-    if (line.size() < Taken)
+    if (line.size() < Taken) {
         throw Error(RunTime::InvalidCall);
+    }
     return line.mid(2, line.size() - Taken);
 }
 

@@ -74,8 +74,9 @@ frmCheckSendError::frmCheckSendError()
     // The FTP fields keep their colour on this form; the keyboard alone follows the focus.
     auto* focus = new FocusPaint(this);
     for (QLineEdit* field :
-         {m_ui->txtFTP_Server, m_ui->txtFTP_Port, m_ui->txtFTP_User, m_ui->txtFTP_Password})
+         {m_ui->txtFTP_Server, m_ui->txtFTP_Port, m_ui->txtFTP_User, m_ui->txtFTP_Password}) {
         focus->watch(field, FocusSelect::Nothing, FocusPaint::Paint::No);
+    }
     connect(focus, &FocusPaint::entered, this, [this](QWidget* field) { m_ui->keybT->attach(field); });
 
     connect(m_ui->cmdSMS_TestSMS, &QPushButton::clicked, this, &frmCheckSendError::cmdSMS_TestSMS_Click);
@@ -95,11 +96,13 @@ void frmCheckSendError::Form_Load()
         setBackground(this, Qt::white);
         setBackground(m_ui->GroupBox2, Qt::white);
         const SettingsStore store(session().connectionOrNone());
-        for (const auto& [key, field] : settingFields())
+        for (const auto& [key, field] : settingFields()) {
             field->setText(m_settings.read(store, *key));
+        }
     });
-    for (const auto& [key, field] : settingFields())
+    for (const auto& [key, field] : settingFields()) {
         m_settings.isShown(key->name, field->text());
+    }
 }
 
 /// The FTP fields by their settings, in the order in which they are read and written.
@@ -120,9 +123,11 @@ void frmCheckSendError::Form_Unload()
 {
     trapped(procedure(u"Form_Unload"_s), [&] {
         const SettingsStore store(session().connectionOrNone());
-        for (const auto& [key, field] : settingFields())
-            if (m_settings.isToStore(key->name, field->text()))
+        for (const auto& [key, field] : settingFields()) {
+            if (m_settings.isToStore(key->name, field->text())) {
                 store.setDbValue(*key, field->text());
+            }
+        }
     });
 }
 
@@ -183,8 +188,9 @@ void frmCheckSendError::download(cFtp& ftp)
                 ftp.OpenConnection(utf8(m_ui->txtFTP_Server->text()), utf8(m_ui->txtFTP_Port->text()),
                                    utf8(m_ui->txtFTP_User->text()), utf8(m_ui->txtFTP_Password->text()));
             // Whether the file came is not looked at; the message is the same.
-            if (connected)
+            if (connected) {
                 ftp.SimpleFTPGetFile(utf8(localCopy()), FailedNumbersFile);
+            }
         }
         tell(connected ? u"Download completato"_s : u"connessione non riuscia"_s);
     } catch (const ftp::RunTimeError& error) {

@@ -72,14 +72,16 @@ frmOpzioni::frmOpzioni()
     m_ui->cmdSMS_TestSMSSender->setIcon(icon(IconId::Start));
     m_ui->cmdSalva->setIcon(icon(IconId::Save, IconTone::OnAccent));
     m_ui->cmdAnnulla->setIcon(icon(IconId::Cancel));
-    if (session().ShowTouchMode)
+    if (session().ShowTouchMode) {
         arrangeForTouch();
+    }
 
     auto* focus = new FocusPaint(this);
     for (QLineEdit* field :
          {m_ui->txtSMS_Prov_User, m_ui->txtSMS_Prov_Pwd, m_ui->txtSMS_Prov_Mittente,
-          m_ui->txtSMS_Prov_Soggetto, m_ui->txtSMS_Prov_ListId, m_ui->txtSMS_Prov_ConsoleId})
+          m_ui->txtSMS_Prov_Soggetto, m_ui->txtSMS_Prov_ListId, m_ui->txtSMS_Prov_ConsoleId}) {
         focus->watch(field);
+    }
     connect(focus, &FocusPaint::entered, this, [this](QWidget* field) { m_ui->keybT->attach(field); });
 
     connect(m_ui->cmdSalva, &QPushButton::clicked, this, &frmOpzioni::cmdSalva_Click);
@@ -124,8 +126,9 @@ void frmOpzioni::Form_Load()
         setBackground(m_ui->chkSMS_Add0039, Qt::white);
         setBackground(m_ui->chkSMS_ZulSmsSenderAutoSend, Qt::white);
     });
-    for (const auto& [key, text] : fieldTexts())
+    for (const auto& [key, text] : fieldTexts()) {
         m_settings.isShown(key->name, text);
+    }
     m_settings.isShown(RegistryPathCartellaSMSSender, m_ui->txtPathSMSSender->text());
 }
 
@@ -135,8 +138,9 @@ void frmOpzioni::loadSettings()
     const auto read = [&](const settings::Key& key) { return m_settings.read(store, key); };
     // Each switch is read a second time once its text has been judged, as the settings table has always been
     // asked.
-    if (prefixSwitch(read(settings::Aggiungi0039)))
+    if (prefixSwitch(read(settings::Aggiungi0039))) {
         setCheck(m_ui->chkSMS_Add0039, toInt16(read(settings::Aggiungi0039)));
+    }
     autoSendSwitch(read(settings::InvioAutomatico));
     setCheck(m_ui->chkSMS_ZulSmsSenderAutoSend, toInt16(read(settings::InvioAutomatico)));
 
@@ -182,13 +186,16 @@ void frmOpzioni::cmdSalva_Click()
 {
     trapped(procedure(u"cmdSalva_Click"_s), [&] {
         const SettingsStore store(session().connectionOrNone());
-        for (const auto& [key, text] : fieldTexts())
-            if (m_settings.isToStore(key->name, text))
+        for (const auto& [key, text] : fieldTexts()) {
+            if (m_settings.isToStore(key->name, text)) {
                 store.setDbValue(*key, text);
+            }
+        }
         const QString folder = m_ui->txtPathSMSSender->text();
-        if (m_settings.isToStore(RegistryPathCartellaSMSSender, folder))
+        if (m_settings.isToStore(RegistryPathCartellaSMSSender, folder)) {
             saveRegistry(QString::fromLatin1(RegistryKey), QString::fromLatin1(RegistrySection),
                          QString::fromLatin1(RegistryPathCartellaSMSSender), folder);
+        }
         setTag(this, FormChoice::Confirmed);
         hide();
     });
@@ -216,21 +223,24 @@ void frmOpzioni::closeEvent(QCloseEvent* event)
 void frmOpzioni::cmdSelezionaPath_Click()
 {
     trapped(procedure(u"cmdSelezionaPath_Click"_s), [&] {
-        if (!m_frmShowPath)
+        if (!m_frmShowPath) {
             m_frmShowPath = std::make_unique<frmShowPath>(this);
+        }
         setTag(m_frmShowPath.get(), FormChoice::None);
         m_frmShowPath->exec();
         const QString path = m_frmShowPath->selectedPath();
-        if (choiceOf(m_frmShowPath.get()) == FormChoice::Confirmed && isFolder(path))
+        if (choiceOf(m_frmShowPath.get()) == FormChoice::Confirmed && isFolder(path)) {
             m_ui->txtPathSMSSender->setText(chosenFolder(path));
+        }
     });
 }
 
 void frmOpzioni::cmdSMS_TestSMSSender_Click()
 {
     trapped(procedure(u"cmdSMS_TestSMSSender_Click"_s), [&] {
-        if (!AvviaSmsSender(true, m_ui->txtPathSMSSender->text(), this))
+        if (!AvviaSmsSender(true, m_ui->txtPathSMSSender->text(), this)) {
             return;
+        }
         WaitNotice::open(
             this, u"Caricamento avviato..."_s,
             u"Il programma di gestione degli SMS è stato avviato. Attendere il caricamento..."_s);

@@ -96,9 +96,11 @@ AgeRange ageRange(const QString& from, const QString& to, const QLocale& locale)
 
 std::optional<CriteriaFailure> testFiltri(const Criteria& criteria)
 {
-    for (const Check& check : Checks)
-        if (check.applies(criteria) && check.fails(criteria))
+    for (const Check& check : Checks) {
+        if (check.applies(criteria) && check.fails(criteria)) {
             return CriteriaFailure{QString::fromUtf8(check.message), check.page};
+        }
+    }
     return std::nullopt;
 }
 

@@ -37,8 +37,9 @@ ColumnLists resultGridLists(int fieldCount)
         lists.buttonType += isCheck ? u"CHK,"_s : u"0,"_s;
         lists.sizable += u"1,"_s;
     }
-    for (QString* list : {&lists.visibility, &lists.buttonType, &lists.sizable})
+    for (QString* list : {&lists.visibility, &lists.buttonType, &lists.sizable}) {
         list->chop(1);
+    }
     return lists;
 }
 

@@ -15,27 +15,34 @@ using namespace Qt::StringLiterals;
 QString typeClause(const Criteria& criteria)
 {
     if (criteria.chkANA_Tipo != 1 ||
-        (criteria.chkANA_Tipo_Con != 1 && criteria.chkANA_Tipo_For != 1 && criteria.chkANA_Tipo_Cli != 1))
+        (criteria.chkANA_Tipo_Con != 1 && criteria.chkANA_Tipo_For != 1 && criteria.chkANA_Tipo_Cli != 1)) {
         return {};
+    }
     QString clause = u" and ("_s;
-    if (criteria.chkANA_Tipo_Cli == 1)
+    if (criteria.chkANA_Tipo_Cli == 1) {
         clause += u" tabClienti.Cliente<>0 or"_s;
-    if (criteria.chkANA_Tipo_For == 1)
+    }
+    if (criteria.chkANA_Tipo_For == 1) {
         clause += u" tabClienti.Fornitore<>0 or"_s;
-    if (criteria.chkANA_Tipo_Con == 1)
+    }
+    if (criteria.chkANA_Tipo_Con == 1) {
         clause += u" tabClienti.Contatto<>0 or"_s;
+    }
     clause.chop(3);
     return clause + u" )"_s;
 }
 
 QString sexClause(const Criteria& criteria)
 {
-    if (criteria.chkANA_Sesso != 1)
+    if (criteria.chkANA_Sesso != 1) {
         return {};
-    if (criteria.optMaschio)
+    }
+    if (criteria.optMaschio) {
         return u" and tabClienti.Sesso='M'"_s;
-    if (criteria.optFemmina)
+    }
+    if (criteria.optFemmina) {
         return u" and tabClienti.Sesso='F'"_s;
+    }
     return {};
 }
 
@@ -85,12 +92,15 @@ QString selectionStatement(const Criteria& criteria, QDate today)
         select += u" and "_s + age + u" <= "_s + criteria.eta.to;
     }
     select += sexClause(criteria);
-    if (criteria.chkLOC_Comune == 1 && !criteria.comune.isEmpty())
+    if (criteria.chkLOC_Comune == 1 && !criteria.comune.isEmpty()) {
         select += u" and tabClienti.Paese='"_s + SqlLiteral::TextLiteral(criteria.comune) + u"'"_s;
-    if (criteria.chkLOC_Provincia == 1 && !criteria.provincia.isEmpty())
+    }
+    if (criteria.chkLOC_Provincia == 1 && !criteria.provincia.isEmpty()) {
         select += u" and tabClienti.provincia='"_s + SqlLiteral::TextLiteral(criteria.provincia) + u"'"_s;
-    if (criteria.chk_Avanzata == 1)
+    }
+    if (criteria.chk_Avanzata == 1) {
         select += u" and tabClienti.idcliente in ("_s + criteria.parametriRicercaAvanzata + u") "_s;
+    }
     // The join leaves two blanks behind the column list, as it always has.
     return insert + u" "_s + select;
 }
@@ -105,8 +115,9 @@ void fillScratchTable(const ado::Connection& connection, hostlib::CustomerFilter
     // were there before and meet the criterion.
     const QString ids = QString::fromLatin1(ScratchTableIds);
     const auto narrow = [&](int check, auto&& plain, auto&& restricted) {
-        if (check != 1)
+        if (check != 1) {
             return;
+        }
         connection.execute(plain());
         connection.execute(restricted());
     };

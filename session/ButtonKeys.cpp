@@ -22,20 +22,24 @@ ButtonKeys::ButtonKeys(QWidget* form)
 ButtonKeys::ButtonKeys(QWidget* form, const QList<QPushButton*>& buttons)
     : QObject(form)
 {
-    for (QPushButton* button : buttons)
+    for (QPushButton* button : buttons) {
         button->installEventFilter(this);
+    }
 }
 
 bool ButtonKeys::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() != QEvent::KeyPress)
+    if (event->type() != QEvent::KeyPress) {
         return false;
+    }
     const auto* key = static_cast<QKeyEvent*>(event);
-    if (!isEnter(*key))
+    if (!isEnter(*key)) {
         return false;
+    }
     // A key that is held down presses once.
-    if (!key->isAutoRepeat())
+    if (!key->isAutoRepeat()) {
         static_cast<QPushButton*>(watched)->click();
+    }
     return true;
 }
 

@@ -30,8 +30,9 @@ bool isGiven(const VARIANT* argument)
 Variant plain(const VARIANT* argument)
 {
     Variant value;
-    if (FAILED(VariantCopyInd(value.put(), argument)))
+    if (FAILED(VariantCopyInd(value.put(), argument))) {
         fail(5, u"Invalid procedure call or argument");
+    }
     return value;
 }
 
@@ -49,42 +50,49 @@ using ValueEnumerator = Enumerator<IEnumVARIANT, Variant, VARIANT, handOutCopy>;
 
 HRESULT CaptionCollection::Item(VARIANT* Index, VARIANT* pvarRet)
 {
-    if (pvarRet == nullptr)
+    if (pvarRet == nullptr) {
         return E_POINTER;
+    }
     VariantInit(pvarRet);
     return comGuard(Source, [&] { return handOutCopy(m_entries[place(Index)].value, *pvarRet); });
 }
 
 HRESULT CaptionCollection::Add(VARIANT* Item, VARIANT* Key, VARIANT* Before, VARIANT* After)
 {
-    if (Item == nullptr)
+    if (Item == nullptr) {
         return E_POINTER;
+    }
     return comGuard(Source, [&] {
         Entry entry;
         entry.value = plain(Item);
         if (isGiven(Key)) {
             const Variant key = plain(Key);
-            if (key.vt != VT_BSTR)
+            if (key.vt != VT_BSTR) {
                 fail(13, u"Type mismatch");
+            }
             entry.key = std::u16string(key.text());
-            if (placeOfKey(entry.key) != m_entries.size())
+            if (placeOfKey(entry.key) != m_entries.size()) {
                 fail(457, u"This key is already associated with an element of this collection");
+            }
         }
-        if (isGiven(Before) && isGiven(After))
+        if (isGiven(Before) && isGiven(After)) {
             fail(5, u"Invalid procedure call or argument");
+        }
         std::size_t at = m_entries.size();
-        if (isGiven(Before))
+        if (isGiven(Before)) {
             at = place(Before);
-        else if (isGiven(After))
+        } else if (isGiven(After)) {
             at = place(After) + 1;
+        }
         m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(at), std::move(entry));
     });
 }
 
 HRESULT CaptionCollection::Count(LONG* pi4)
 {
-    if (pi4 == nullptr)
+    if (pi4 == nullptr) {
         return E_POINTER;
+    }
     *pi4 = static_cast<LONG>(m_entries.size());
     return S_OK;
 }
@@ -97,14 +105,17 @@ HRESULT CaptionCollection::Remove(VARIANT* Index)
 
 HRESULT CaptionCollection::_NewEnum(IUnknown** ppunk)
 {
-    if (ppunk == nullptr)
+    if (ppunk == nullptr) {
         return E_POINTER;
+    }
     *ppunk = nullptr;
     return comGuard(Source, [&] {
         std::vector<Variant> values(m_entries.size());
-        for (std::size_t i = 0; i < m_entries.size(); ++i)
-            if (const HRESULT copied = handOutCopy(m_entries[i].value, *values[i].put()); FAILED(copied))
+        for (std::size_t i = 0; i < m_entries.size(); ++i) {
+            if (const HRESULT copied = handOutCopy(m_entries[i].value, *values[i].put()); FAILED(copied)) {
                 return copied;
+            }
+        }
         *ppunk = makeCom<ValueEnumerator>(std::move(values)).detach();
         return S_OK;
     });
@@ -117,27 +128,33 @@ void CaptionCollection::append(std::u16string_view caption)
 
 std::size_t CaptionCollection::placeOfKey(std::u16string_view key) const
 {
-    for (std::size_t i = 0; i < m_entries.size(); ++i)
-        if (!m_entries[i].key.empty() && equalNames(m_entries[i].key, key))
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        if (!m_entries[i].key.empty() && equalNames(m_entries[i].key, key)) {
             return i;
+        }
+    }
     return m_entries.size();
 }
 
 std::size_t CaptionCollection::place(const VARIANT* index) const
 {
-    if (index == nullptr)
+    if (index == nullptr) {
         fail(5, u"Invalid procedure call or argument");
+    }
     Variant position = plain(index);
     if (position.vt == VT_BSTR) {
         const std::size_t found = placeOfKey(position.text());
-        if (found == m_entries.size())
+        if (found == m_entries.size()) {
             fail(5, u"Invalid procedure call or argument");
+        }
         return found;
     }
-    if (FAILED(position.changeType(VT_I4)))
+    if (FAILED(position.changeType(VT_I4))) {
         fail(5, u"Invalid procedure call or argument");
-    if (position.lVal < 1 || static_cast<std::size_t>(position.lVal) > m_entries.size())
+    }
+    if (position.lVal < 1 || static_cast<std::size_t>(position.lVal) > m_entries.size()) {
         fail(9, u"Subscript out of range");
+    }
     return static_cast<std::size_t>(position.lVal) - 1;
 }
 

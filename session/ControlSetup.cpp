@@ -21,8 +21,9 @@ void makeFlat(QWidget* control)
     // "Appearance" 0: no raised edge. The style sheet of the common look draws the edge of push buttons and
     // edits; what is left is the frame of plain frames.
     if (auto* frame = qobject_cast<QFrame*>(control);
-        frame != nullptr && frame->frameShadow() != QFrame::Plain)
+        frame != nullptr && frame->frameShadow() != QFrame::Plain) {
         frame->setFrameShadow(QFrame::Plain);
+    }
 }
 
 /// Only check boxes, option buttons and group boxes can let shine through what lies behind them; a label has no
@@ -36,8 +37,9 @@ bool canBeTransparent(const QWidget* control)
 
 void makeOpaque(QWidget* control)
 {
-    if (canBeTransparent(control))
+    if (canBeTransparent(control)) {
         control->setAutoFillBackground(true);
+    }
 }
 
 } // namespace
@@ -45,8 +47,9 @@ void makeOpaque(QWidget* control)
 void setupReportControl(ReportGrid* grid) noexcept
 {
     trapped(moduleProcedure(u"modSetup"_s, u"setupReportControl"_s), [&] {
-        if (grid == nullptr)
+        if (grid == nullptr) {
             throw Error(RunTime::ObjectNotSet);
+        }
         grid->setEmptyText(u"Nessun elemento da visualizzare"_s);
         grid->setGroupHint(u"Trascinare qui l'intestazione di colonna per raggruppare per quella colonna"_s);
         grid->setSortCaptionPrefix(u"Ordina per: "_s);
@@ -65,8 +68,9 @@ void SetupControlsAppearance(const QList<QWidget*>& controls) noexcept
         try {
             makeFlat(control);
             makeOpaque(control);
-            if (takesButtonFace(control->objectName()))
+            if (takesButtonFace(control->objectName())) {
                 setBackground(control, control->palette().color(QPalette::Button));
+            }
         } catch (...) {
             continue;
         }

@@ -24,17 +24,21 @@ FormActivation::FormActivation(QWidget* form, std::function<void()> activate)
 {
     form->installEventFilter(this);
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* window) {
-        if (window != nullptr && window != m_form->windowHandle() && !isOfTheForm(window))
+        if (window != nullptr && window != m_form->windowHandle() && !isOfTheForm(window)) {
             m_wasElsewhere = true;
+        }
     });
 }
 
 bool FormActivation::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_form && event->type() == QEvent::Hide)
+    if (watched == m_form && event->type() == QEvent::Hide) {
         m_wasElsewhere = true;
-    if (watched == m_form && event->type() == QEvent::WindowActivate && std::exchange(m_wasElsewhere, false))
+    }
+    if (watched == m_form && event->type() == QEvent::WindowActivate &&
+        std::exchange(m_wasElsewhere, false)) {
         m_activate();
+    }
     return false;
 }
 

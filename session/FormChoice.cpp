@@ -19,9 +19,11 @@ QString textOf(FormChoice choice)
 
 FormChoice formChoice(const QString& text)
 {
-    for (const FormChoice choice : {FormChoice::Confirmed, FormChoice::Cancelled})
-        if (text == textOf(choice))
+    for (const FormChoice choice : {FormChoice::Confirmed, FormChoice::Cancelled}) {
+        if (text == textOf(choice)) {
             return choice;
+        }
+    }
     return FormChoice::None;
 }
 

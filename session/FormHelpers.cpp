@@ -29,16 +29,18 @@ void restoreIndexedNames(QWidget* form)
     const QList<QWidget*> children = form->findChildren<QWidget*>();
     for (QWidget* child : children) {
         const QRegularExpressionMatch match = indexed.match(child->objectName());
-        if (match.hasMatch())
+        if (match.hasMatch()) {
             child->setObjectName(match.captured(1) + u'(' + match.captured(2) + u')');
+        }
     }
 }
 
 void liftTextLimits(QWidget* form)
 {
     const QList<QLineEdit*> fields = form->findChildren<QLineEdit*>();
-    for (QLineEdit* field : fields)
+    for (QLineEdit* field : fields) {
         field->setMaxLength(std::numeric_limits<int>::max());
+    }
 }
 
 void tellOperator(QWidget* owner, const QString& text, MessageIcon icon)

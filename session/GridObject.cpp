@@ -28,8 +28,9 @@ HRESULT guarded(Body&& body) noexcept
 void setCell(ColumnStore& store, uint32_t record, int column, const VARIANT& given)
 {
     Variant value;
-    if (FAILED(VariantCopyInd(value.put(), &given)))
+    if (FAILED(VariantCopyInd(value.put(), &given))) {
         throw ComError(DISP_E_TYPEMISMATCH, u"The value cannot be shown in a grid");
+    }
     switch (value.vt) {
     case VT_EMPTY:
     case VT_NULL:
@@ -72,8 +73,9 @@ GridObject::GridObject(ReportGrid& grid)
 
 ReportGrid& GridObject::grid() const
 {
-    if (!m_grid)
+    if (!m_grid) {
         throw ComError(E_FAIL, u"The grid is no longer there");
+    }
     return *m_grid;
 }
 
@@ -91,8 +93,9 @@ HRESULT GridObject::AddColumn(BSTR field, BSTR caption, LONG width, VARIANT_BOOL
                               VARIANT_BOOL visible)
 {
     return guarded([&] {
-        if (width < 0)
+        if (width < 0) {
             throw ComError(E_INVALIDARG, u"A column's width cannot be negative");
+        }
         ReportColumn column;
         column.field = calls::toQString(textOf(field));
         column.caption = calls::toQString(textOf(caption));
@@ -105,8 +108,9 @@ HRESULT GridObject::AddColumn(BSTR field, BSTR caption, LONG width, VARIANT_BOOL
 
 HRESULT GridObject::AddRecord(LONG* record)
 {
-    if (record == nullptr)
+    if (record == nullptr) {
         return E_POINTER;
+    }
     *record = -1;
     return guarded([&] {
         ColumnStore& store = grid().store();
@@ -120,16 +124,18 @@ HRESULT GridObject::SetItem(LONG record, LONG column, VARIANT value)
     return guarded([&] {
         ColumnStore& store = grid().store();
         if (record < 0 || static_cast<uint32_t>(record) >= store.rowCount() || column < 0 ||
-            column >= store.columnCount())
+            column >= store.columnCount()) {
             throw ComError(DISP_E_BADINDEX, u"There is no such record or column");
+        }
         setCell(store, static_cast<uint32_t>(record), static_cast<int>(column), value);
     });
 }
 
 HRESULT GridObject::FillFromRecordset(IRecordset* recordset)
 {
-    if (recordset == nullptr)
+    if (recordset == nullptr) {
         return E_POINTER;
+    }
     return guarded([&] {
         ado::Recordset rows(ComPtr<IRecordset>(recordset), ado::Recordset::Ownership::Borrowed);
         appendRows(grid().store(), rows);
@@ -146,16 +152,18 @@ HRESULT GridObject::Populate()
 
 HRESULT GridObject::get_RecordCount(LONG* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     *value = 0;
     return guarded([&] { *value = static_cast<LONG>(grid().store().rowCount()); });
 }
 
 HRESULT GridObject::get_ColumnCount(LONG* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     *value = 0;
     return guarded([&] { *value = static_cast<LONG>(grid().columnCount()); });
 }

@@ -17,8 +17,9 @@ std::vector<HWND> ownWindows()
 {
     std::vector<HWND> result;
     for (const QWindow* window : QGuiApplication::allWindows()) {
-        if (window->handle() != nullptr)
+        if (window->handle() != nullptr) {
             result.push_back(reinterpret_cast<HWND>(window->winId()));
+        }
     }
     return result;
 }
@@ -33,8 +34,9 @@ BOOL CALLBACK noteForeign(HWND window, LPARAM parameter)
 {
     auto& search = *reinterpret_cast<Search*>(parameter);
     const bool foreign = std::find(search.own.begin(), search.own.end(), window) == search.own.end();
-    if (foreign && IsWindowVisible(window) && IsWindowEnabled(window))
+    if (foreign && IsWindowVisible(window) && IsWindowEnabled(window)) {
         search.found.push_back(window);
+    }
     return TRUE;
 }
 
@@ -58,8 +60,9 @@ HostWindowsHeld::HostWindowsHeld(QWidget& form)
     const bool isHosts = std::find(search.found.begin(), search.found.end(), active) != search.found.end();
     m_state->active = isHosts ? active : search.found.empty() ? nullptr : search.found.front();
     m_state->focus = isHosts ? GetFocus() : nullptr;
-    if (m_state->active != nullptr)
+    if (m_state->active != nullptr) {
         SetWindowLongPtrW(m_state->form, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(m_state->active));
+    }
     for (const HWND window : search.found) {
         EnableWindow(window, FALSE);
         m_state->disabled.push_back(window);
@@ -69,18 +72,22 @@ HostWindowsHeld::HostWindowsHeld(QWidget& form)
 HostWindowsHeld::~HostWindowsHeld()
 {
     for (const HWND window : m_state->disabled) {
-        if (IsWindow(window))
+        if (IsWindow(window)) {
             EnableWindow(window, TRUE);
+        }
     }
-    if (m_state->active == nullptr || !IsWindow(m_state->active))
+    if (m_state->active == nullptr || !IsWindow(m_state->active)) {
         return;
+    }
     // Hidden with its owner disabled, our window has handed the focus to any other program.
-    if (IsWindow(m_state->form))
+    if (IsWindow(m_state->form)) {
         SetWindowLongPtrW(m_state->form, GWLP_HWNDPARENT, 0);
+    }
     SetForegroundWindow(m_state->active);
     SetActiveWindow(m_state->active);
-    if (m_state->focus != nullptr && IsWindow(m_state->focus))
+    if (m_state->focus != nullptr && IsWindow(m_state->focus)) {
         SetFocus(m_state->focus);
+    }
 }
 
 } // namespace zul

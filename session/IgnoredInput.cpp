@@ -36,8 +36,9 @@ bool isInput(QEvent::Type type)
 bool standsIn(const QObject* object, const QWidget* form)
 {
     for (const QObject* at = object; at != nullptr; at = at->parent()) {
-        if (const auto* widget = qobject_cast<const QWidget*>(at))
+        if (const auto* widget = qobject_cast<const QWidget*>(at)) {
             return widget->window() == form;
+        }
     }
     return false;
 }
@@ -52,21 +53,24 @@ IgnoredInput::IgnoredInput(QWidget* form)
 
 IgnoredInput::~IgnoredInput()
 {
-    if (!m_form || !m_form->isVisible())
+    if (!m_form || !m_form->isVisible()) {
         return;
+    }
     // What waits is taken from the queue now. The form is not drawn meanwhile: it may be disabled, and would only
     // flash.
     constexpr int AtMostMilliseconds = 100;
     m_form->setUpdatesEnabled(false);
     QCoreApplication::processEvents(QEventLoop::AllEvents, AtMostMilliseconds);
-    if (m_form)
+    if (m_form) {
         m_form->setUpdatesEnabled(true);
+    }
 }
 
 bool IgnoredInput::eventFilter(QObject* watched, QEvent* event)
 {
-    if (!m_form || !isInput(event->type()))
+    if (!m_form || !isInput(event->type())) {
         return false;
+    }
     return watched == m_form->windowHandle() || standsIn(watched, m_form);
 }
 

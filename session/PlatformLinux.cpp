@@ -13,8 +13,9 @@ namespace zul::platform {
 QString componentFolder()
 {
     Dl_info info{};
-    if (dladdr(reinterpret_cast<const void*>(&componentFolder), &info) == 0 || info.dli_fname == nullptr)
+    if (dladdr(reinterpret_cast<const void*>(&componentFolder), &info) == 0 || info.dli_fname == nullptr) {
         return QDir::currentPath();
+    }
     return QFileInfo(QFile::decodeName(info.dli_fname)).absolutePath();
 }
 
@@ -35,16 +36,18 @@ void openProgram(const QString& nativeProgramPath, const QString& parameters)
     // The parameter text is one text to the started program, as on the system's own command line; splitting
     // it would tear connection strings with blanks apart.
     QStringList arguments;
-    if (!parameters.isEmpty())
+    if (!parameters.isEmpty()) {
         arguments << trimBlanks(parameters);
+    }
     QProcess::startDetached(nativeProgramPath, arguments);
 }
 
 void prepareApplicationEnvironment()
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM",
                 qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ? "wayland;xcb;offscreen" : "xcb;offscreen");
+    }
 }
 
 QStringList applicationArguments()

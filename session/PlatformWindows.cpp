@@ -25,8 +25,9 @@ int dpiAwareness()
     const auto threadContext = reinterpret_cast<ThreadContext>(find("GetThreadDpiAwarenessContext"));
     const auto awarenessOf = reinterpret_cast<AwarenessOf>(find("GetAwarenessFromDpiAwarenessContext"));
     const auto areEqual = reinterpret_cast<AreEqual>(find("AreDpiAwarenessContextsEqual"));
-    if (threadContext == nullptr || awarenessOf == nullptr)
+    if (threadContext == nullptr || awarenessOf == nullptr) {
         return -1;
+    }
     void* const context = threadContext();
     constexpr std::intptr_t perMonitorTwo = -4;
     constexpr int perMonitor = 2;
@@ -41,8 +42,9 @@ int dpiAwareness()
 QString componentFolder()
 {
     const std::wstring file = moduleFile();
-    if (file.empty())
+    if (file.empty()) {
         return QDir::currentPath();
+    }
     return QFileInfo(QString::fromStdWString(file)).absolutePath();
 }
 
@@ -78,8 +80,9 @@ QStringList applicationArguments()
     // The process keeps the awareness of resolutions that the host gave it, and no variable of its environment chooses
     // another platform.
     QString platform = QStringLiteral("windows");
-    if (const int awareness = dpiAwareness(); awareness >= 0)
+    if (const int awareness = dpiAwareness(); awareness >= 0) {
         platform += QStringLiteral(":dpiawareness=%1").arg(awareness);
+    }
     return {QStringLiteral("-platform"),
             platform,
             QStringLiteral("-platformpluginpath"),

@@ -32,8 +32,9 @@ void saveRegistry(const QString& baseKey, const QString& section, const QString&
     QSettings settings = registry(baseKey);
     settings.setValue(section + u'/' + name, value);
     settings.sync();
-    if (settings.status() != QSettings::NoError)
+    if (settings.status() != QSettings::NoError) {
         throw Error(75, u"Path/File access error"_s);
+    }
 }
 
 } // namespace zul

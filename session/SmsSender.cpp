@@ -12,8 +12,9 @@ using namespace Qt::StringLiterals;
 QString smsSenderPath(const QString& folder)
 {
     QString path = folder;
-    if (!path.endsWith(u'\\'))
+    if (!path.endsWith(u'\\')) {
         path += u'\\';
+    }
     return path + u"ZULSms_Sender.exe"_s;
 }
 
@@ -30,11 +31,13 @@ bool AvviaSmsSender(bool passConnectionString, const QString& path, QWidget* own
             return false;
         }
         QString parameters;
-        if (passConnectionString)
+        if (passConnectionString) {
             parameters = u" -connectionstring:"_s + session().connection().connection().connectionString();
+        }
         const QString native = platform::nativePath(program);
-        if (!session().connection().startProgram(native, parameters))
+        if (!session().connection().startProgram(native, parameters)) {
             platform::openProgram(native, parameters);
+        }
         return true;
     });
 }

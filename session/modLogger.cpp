@@ -29,8 +29,9 @@ public:
         const QFileInfo place(path);
         if ((place.exists() && !place.isFile()) ||
             !m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered,
-                         QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+                         QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
             throw Error(75, QStringLiteral("Path/File access error"));
+        }
     }
 
 protected:
@@ -93,10 +94,11 @@ void LogError(const QString& procedureName, const QString& messageText, const QS
               long /*flag*/, const QString& detailText) noexcept
 {
     try {
-        if (!logger())
+        if (!logger()) {
             logger() = std::make_unique<Logger>(
                 ApplicationName, platform::nativePath(platform::componentFolder() +
                                                       QStringLiteral("\\Zul_Messagebuilder.log")));
+        }
         logger()->setTimeStamp(QDateTime::currentDateTime());
         logger()->write(procedureName, messageText, detailText);
     } catch (...) {

@@ -27,8 +27,9 @@ std::string utf8(BSTR text)
     const UINT length = SysStringLen(text);
     for (UINT i = 0; i < length; ++i) {
         unsigned long c = units[i];
-        if (c >= 0xD800 && c < 0xDC00 && i + 1 < length)
+        if (c >= 0xD800 && c < 0xDC00 && i + 1 < length) {
             c = 0x10000 + ((c - 0xD800) << 10) + (static_cast<unsigned long>(units[++i]) - 0xDC00);
+        }
         if (c < 0x80) {
             out += static_cast<char>(c);
         } else if (c < 0x800) {
@@ -62,11 +63,13 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
     {
-        if (object == nullptr)
+        if (object == nullptr) {
             return E_POINTER;
+        }
         *object = nullptr;
-        if (!(iid == IID_IUnknown) && !(iid == IID_IDispatch) && !(iid == m_iid))
+        if (!(iid == IID_IUnknown) && !(iid == IID_IDispatch) && !(iid == m_iid)) {
             return E_NOINTERFACE;
+        }
         *object = static_cast<Interface*>(this);
         AddRef();
         return S_OK;
@@ -75,8 +78,9 @@ public:
     ULONG STDMETHODCALLTYPE Release() override
     {
         const ULONG left = --m_references;
-        if (left == 0)
+        if (left == 0) {
             delete this;
+        }
         return left;
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override
@@ -142,8 +146,9 @@ public:
     {
         VARIANT text;
         VariantInit(&text);
-        if (SUCCEEDED(VariantChangeType(&text, &value, 0, VT_BSTR)))
+        if (SUCCEEDED(VariantChangeType(&text, &value, 0, VT_BSTR))) {
             std::printf("  %s = %s\n", utf8(field.bstrVal).c_str(), utf8(text.bstrVal).c_str());
+        }
         VariantClear(&text);
         return S_OK;
     }
@@ -235,14 +240,16 @@ public:
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*,
                                      EXCEPINFO*, UINT*) override
     {
-        if (id != 1 || arguments->cArgs != 11)
+        if (id != 1 || arguments->cArgs != 11) {
             return DISP_E_MEMBERNOTFOUND;
+        }
         std::printf("fill a grid from %s\n", utf8(*arguments->rgvarg[9].pbstrVal).c_str());
         IReportGrid* grid = nullptr;
         const HRESULT found = (*arguments->rgvarg[10].ppdispVal)
                                   ->QueryInterface(IID_IReportGrid, reinterpret_cast<void**>(&grid));
-        if (FAILED(found))
+        if (FAILED(found)) {
             return found;
+        }
         grid->DeleteRecords();
         grid->DeleteColumns();
         addColumn(grid, u"id", VARIANT_FALSE);
@@ -305,12 +312,14 @@ IConnectionPoint* advise(_SmsCreator* component, IDispatch* sink, DWORD* cookie)
     IConnectionPointContainer* container = nullptr;
     IConnectionPoint* point = nullptr;
     if (FAILED(
-            component->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container))))
+            component->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)))) {
         return nullptr;
+    }
     container->FindConnectionPoint(DIID___SmsCreator, &point);
     container->Release();
-    if (point != nullptr)
+    if (point != nullptr) {
         point->Advise(sink, cookie);
+    }
     return point;
 }
 
@@ -355,14 +364,16 @@ int main(int argc, char** argv)
     folder.erase(folder.find_last_of('/') + 1);
     bool quiet = false;
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--quiet") == 0)
+        if (std::strcmp(argv[i], "--quiet") == 0) {
             quiet = true;
-        else
+        } else {
             folder = std::string(argv[i]) + "/";
+        }
     }
     _SmsCreator* component = createComponent(folder + "libZul_MessageBuilder.so");
-    if (component == nullptr)
+    if (component == nullptr) {
         return 1;
+    }
     useComponent(component, quiet);
     component->Release();
     return 0;

@@ -7,8 +7,9 @@ namespace zul::host {
 std::string_view cellText(const ZulCell& cell)
 {
     const bool hasText = cell.Kind == CellText || cell.Kind == CellReal;
-    if (!hasText || cell.Text == nullptr)
+    if (!hasText || cell.Text == nullptr) {
         return {};
+    }
     return {reinterpret_cast<const char*>(cell.Text), static_cast<std::size_t>(cell.Length)};
 }
 

@@ -29,8 +29,9 @@ const DispTable<IConnection>& Connection::dispTable() const
 
 HRESULT Connection::get_ConnectionString(BSTR* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     *value = nullptr;
     return hostGuard(sourceName,
                      [&] { *value = Bstr::fromUtf8(m_session->engine->connectionString()).detach(); });
@@ -38,8 +39,9 @@ HRESULT Connection::get_ConnectionString(BSTR* value)
 
 HRESULT Connection::Execute(BSTR sql, LONG* affected)
 {
-    if (affected == nullptr)
+    if (affected == nullptr) {
         return E_POINTER;
+    }
     *affected = 0;
     return hostGuard(sourceName, [&] {
         const std::string text = utf8FromUtf16(textOf(sql));
@@ -52,8 +54,9 @@ HRESULT Connection::Execute(BSTR sql, LONG* affected)
 
 HRESULT Connection::OpenRecordset(BSTR source, CursorKind cursor, LockKind lock, IRecordset** recordset)
 {
-    if (recordset == nullptr)
+    if (recordset == nullptr) {
         return E_POINTER;
+    }
     *recordset = nullptr;
     return hostGuard(sourceName, [&] {
         const std::string text = utf8FromUtf16(textOf(source));

@@ -20,8 +20,9 @@ bool appendDigit(std::array<std::uint32_t, 3>& words, unsigned digit)
         next[i] = static_cast<std::uint32_t>(carry);
         carry >>= 32U;
     }
-    if (carry != 0)
+    if (carry != 0) {
         return false;
+    }
     words = next;
     return true;
 }
@@ -43,26 +44,31 @@ std::optional<DecimalParts> decimalFromText(std::string_view text)
             fraction = true;
             continue;
         }
-        if (c < '0' || c > '9')
+        if (c < '0' || c > '9') {
             return std::nullopt;
+        }
         any = true;
-        if (full)
+        if (full) {
             continue;
+        }
         if (fraction && result.scale == largestScale) {
             full = true;
             continue;
         }
         if (!appendDigit(result.words, static_cast<unsigned>(c - '0'))) {
-            if (!fraction)
+            if (!fraction) {
                 return std::nullopt;
+            }
             full = true;
             continue;
         }
-        if (fraction)
+        if (fraction) {
             ++result.scale;
+        }
     }
-    if (!any)
+    if (!any) {
         return std::nullopt;
+    }
     return result;
 }
 
@@ -78,23 +84,28 @@ std::string decimalToText(const DecimalParts& decimal)
             rest %= 10;
         }
         text += static_cast<char>('0' + rest);
-        if (decimal.scale != 0 && text.size() == decimal.scale)
+        if (decimal.scale != 0 && text.size() == decimal.scale) {
             text += '.';
-        if (text.size() > 64)
+        }
+        if (text.size() > 64) {
             break;
+        }
     }
-    if (text.back() == '.')
+    if (text.back() == '.') {
         text += '0';
-    if (decimal.negative)
+    }
+    if (decimal.negative) {
         text += '-';
+    }
     std::reverse(text.begin(), text.end());
     return text;
 }
 
 double decimalToDouble(std::string_view text)
 {
-    if (!text.empty() && text.front() == '+')
+    if (!text.empty() && text.front() == '+') {
         text.remove_prefix(1);
+    }
     double value = 0.0;
     std::from_chars(text.data(), text.data() + text.size(), value);
     return value;
@@ -102,8 +113,9 @@ double decimalToDouble(std::string_view text)
 
 std::string decimalText(double value)
 {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return "0";
+    }
     std::array<char, 400> buffer{};
     const auto result =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);

@@ -113,8 +113,9 @@ bool Journal::open(const std::string& path)
 
 void Journal::execute(std::string_view sql, std::string_view error)
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     std::string line = begun("execute");
     appendMember(line, "sql", sql);
     finish(line, error);
@@ -123,8 +124,9 @@ void Journal::execute(std::string_view sql, std::string_view error)
 void Journal::openRows(std::string_view sql, std::string_view cursor, std::string_view lock,
                        std::string_view error)
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     std::string line = begun("open");
     appendMember(line, "sql", sql);
     appendMember(line, "cursor", cursor);
@@ -145,8 +147,9 @@ void Journal::update(std::string_view table, const ColumnValues& values, std::st
 void Journal::change(std::string_view operation, std::string_view table, const ColumnValues& values,
                      std::string_view error)
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     std::string line = begun(operation);
     appendMember(line, "table", table);
     line += ",\"values\":[";
@@ -164,8 +167,9 @@ void Journal::change(std::string_view operation, std::string_view table, const C
 void Journal::lookup(std::string_view field, std::string_view table, std::string_view condition,
                      std::string_view error)
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     std::string line = begun("lookup");
     appendMember(line, "field", field);
     appendMember(line, "table", table);
@@ -175,8 +179,9 @@ void Journal::lookup(std::string_view field, std::string_view table, std::string
 
 void Journal::nextId(std::string_view table, std::string_view key, std::int64_t id, std::string_view error)
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     std::string line = begun("nextid");
     appendMember(line, "table", table);
     appendMember(line, "key", key);
@@ -189,16 +194,18 @@ void Journal::nextId(std::string_view table, std::string_view key, std::int64_t 
 
 void Journal::transaction(std::string_view operation, std::string_view error)
 {
-    if (!isOpen())
+    if (!isOpen()) {
         return;
+    }
     std::string line = begun(operation);
     finish(line, error);
 }
 
 void Journal::finish(std::string& line, std::string_view error)
 {
-    if (!error.empty())
+    if (!error.empty()) {
         appendMember(line, "error", error);
+    }
     line += "}\n";
     std::fwrite(line.data(), 1, line.size(), m_file.get());
     std::fflush(m_file.get());

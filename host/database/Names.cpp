@@ -6,12 +6,15 @@ namespace zul::host {
 
 std::string bareName(std::string_view name)
 {
-    while (!name.empty() && name.front() == ' ')
+    while (!name.empty() && name.front() == ' ') {
         name.remove_prefix(1);
-    while (!name.empty() && name.back() == ' ')
+    }
+    while (!name.empty() && name.back() == ' ') {
         name.remove_suffix(1);
-    if (name.empty())
+    }
+    if (name.empty()) {
         return {};
+    }
     const char last = name.back();
     if (last == ']' || last == '"') {
         const char open = last == ']' ? '[' : '"';
@@ -20,13 +23,15 @@ std::string bareName(std::string_view name)
         do {
             from = name.rfind(open, from - 1);
         } while (from != std::string_view::npos && from > 0 && name[from - 1] != '.');
-        if (from == std::string_view::npos)
+        if (from == std::string_view::npos) {
             return std::string(name);
+        }
         std::string inner;
         for (std::size_t i = from + 1; i + 1 < name.size(); ++i) {
             inner += name[i];
-            if (name[i] == last && i + 2 < name.size() && name[i + 1] == last)
+            if (name[i] == last && i + 2 < name.size() && name[i + 1] == last) {
                 ++i;
+            }
         }
         return inner;
     }
@@ -39,8 +44,9 @@ std::string enclosed(std::string_view name, char open, char close)
     std::string text(1, open);
     for (const char c : name) {
         text += c;
-        if (c == close)
+        if (c == close) {
             text += c;
+        }
     }
     return text + close;
 }

@@ -12,13 +12,15 @@ public:
         : m_engine(engine)
         , m_own(!engine.inTransaction())
     {
-        if (m_own)
+        if (m_own) {
             engine.begin();
+        }
     }
     ~OwnTransaction()
     {
-        if (!m_own)
+        if (!m_own) {
             return;
+        }
         try {
             m_engine.rollback();
         } catch (const EngineError&) {
@@ -30,8 +32,9 @@ public:
 
     void commit()
     {
-        if (m_own)
+        if (m_own) {
             m_engine.commit();
+        }
         m_own = false;
     }
 

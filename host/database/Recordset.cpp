@@ -89,13 +89,15 @@ const DispTable<IRecordset>& Recordset::dispTable() const
 std::vector<std::string> Recordset::hiddenColumns()
 {
     const bool updatable = m_lock != LockReadOnly && !m_source.table.empty();
-    if (!updatable || m_source.endOfColumns == 0)
+    if (!updatable || m_source.endOfColumns == 0) {
         return {};
+    }
     const std::vector<std::string>& key = identity().keyColumns;
     if (std::all_of(key.begin(), key.end(),
                     [&](const std::string& column) { return m_source.lists(column); })) {
-        if (!key.empty() || identity().hiddenColumn.empty())
+        if (!key.empty() || identity().hiddenColumn.empty()) {
             return {};
+        }
         return {identity().hiddenColumn};
     }
     return key;
@@ -111,20 +113,23 @@ void Recordset::read(bool whole)
         further += ", " + m_session->engine->product().nameInSource(hidden[i]) + " AS zulChiave" +
                    std::to_string(i + 1);
     }
-    if (!further.empty())
+    if (!further.empty()) {
         statement.insert(m_source.endOfColumns, further + ' ');
+    }
     m_stream = m_session->engine->query(statement, Language::Transact);
     m_columns = m_stream->columns();
     m_visible = m_columns.size() - hidden.size();
     nameColumns();
     findMarks(hidden);
     m_names.reserve(m_visible);
-    for (std::size_t i = 0; i < m_visible; ++i)
+    for (std::size_t i = 0; i < m_visible; ++i) {
         m_names.push_back(utf16FromUtf8(m_columns[i].name));
+    }
     if (whole) {
         m_store.emplace(m_columns.size());
-        while (m_stream->next())
+        while (m_stream->next()) {
             m_store->append(m_stream->cells());
+        }
         m_stream.reset();
         m_buffer.resize(m_columns.size());
         showRow();
@@ -140,19 +145,23 @@ void Recordset::nameColumns()
                           std::none_of(m_source.items.begin(), m_source.items.end(),
                                        [](const SelectItem& item) { return item.everyColumn; });
     for (std::size_t i = 0; countsUp && i < m_visible; ++i) {
-        if (!m_source.items[i].column.empty())
+        if (!m_source.items[i].column.empty()) {
             m_columns[i].baseName = m_source.items[i].column;
+        }
     }
 }
 
 void Recordset::findMarks(const std::vector<std::string>& hidden)
 {
-    if (m_lock == LockReadOnly || m_source.table.empty())
+    if (m_lock == LockReadOnly || m_source.table.empty()) {
         return;
-    for (std::size_t i = 0; i < hidden.size(); ++i)
+    }
+    for (std::size_t i = 0; i < hidden.size(); ++i) {
         m_marks.push_back({m_visible + i, hidden[i]});
-    if (!m_marks.empty())
+    }
+    if (!m_marks.empty()) {
         return;
+    }
     for (const std::string& key : identity().keyColumns) {
         const auto found = std::find_if(m_columns.begin(), m_columns.end(),
                                         [&](const ColumnInfo& column) { return sameName(column.name, key); });
@@ -193,8 +202,9 @@ void Recordset::step()
 
 void Recordset::requireOpen() const
 {
-    if (m_closed)
+    if (m_closed) {
         throw EngineError(ErrorCode::Closed, "the row set is closed");
+    }
 }
 
 bool Recordset::isLogged() const
@@ -204,17 +214,20 @@ bool Recordset::isLogged() const
 
 void Recordset::requireUpdatable() const
 {
-    if (m_lock == LockReadOnly)
+    if (m_lock == LockReadOnly) {
         throw EngineError(ErrorCode::NotUpdatable, "the row set was opened read-only and takes no changes");
-    if (m_source.table.empty())
+    }
+    if (m_source.table.empty()) {
         throw EngineError(ErrorCode::NotUpdatable, "the row set is not over one table and takes no changes");
+    }
 }
 
 std::string Recordset::columnNames() const
 {
     std::string names;
-    for (std::size_t i = 0; i < m_visible; ++i)
+    for (std::size_t i = 0; i < m_visible; ++i) {
         names += (i > 0 ? ", " : "") + m_columns[i].name;
+    }
     return names;
 }
 
@@ -223,32 +236,37 @@ std::size_t Recordset::columnOf(const VARIANT& field) const
     const VARIANT* wanted = &field;
     Variant copy;
     if ((field.vt & VT_BYREF) != 0) {
-        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&field))))
+        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&field)))) {
             throw EngineError(ErrorCode::ItemNotFound, "a field is named by a text or a number");
+        }
         wanted = &copy;
     }
     if (wanted->vt == VT_BSTR) {
         const std::u16string_view name = zul::textOf(wanted->bstrVal);
         for (std::size_t i = 0; i < m_visible; ++i) {
-            if (m_names[i].size() == name.size() && equalNames(m_names[i], name))
+            if (m_names[i].size() == name.size() && equalNames(m_names[i], name)) {
                 return i;
+            }
         }
         throw EngineError(ErrorCode::ItemNotFound,
                           "no field " + utf8FromUtf16(name) + " among " + columnNames());
     }
     const Value value = valueOf(*wanted);
     const auto* index = std::get_if<std::int64_t>(&value);
-    if (index == nullptr)
+    if (index == nullptr) {
         throw EngineError(ErrorCode::ItemNotFound, "a field is named by a text or a number");
-    if (*index < 0 || *index >= static_cast<std::int64_t>(m_visible))
+    }
+    if (*index < 0 || *index >= static_cast<std::int64_t>(m_visible)) {
         throw EngineError(ErrorCode::ItemNotFound, "no field number " + std::to_string(*index));
+    }
     return static_cast<std::size_t>(*index);
 }
 
 HRESULT Recordset::get_Eof(VARIANT_BOOL* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     *value = VARIANT_TRUE;
     return hostGuard(sourceName, [&] {
         requireOpen();
@@ -258,8 +276,9 @@ HRESULT Recordset::get_Eof(VARIANT_BOOL* value)
 
 HRESULT Recordset::get_FieldCount(LONG* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     *value = 0;
     return hostGuard(sourceName, [&] {
         requireOpen();
@@ -269,13 +288,15 @@ HRESULT Recordset::get_FieldCount(LONG* value)
 
 HRESULT Recordset::FieldName(LONG index, BSTR* name)
 {
-    if (name == nullptr)
+    if (name == nullptr) {
         return E_POINTER;
+    }
     *name = nullptr;
     return hostGuard(sourceName, [&] {
         requireOpen();
-        if (index < 0 || index >= static_cast<LONG>(m_visible))
+        if (index < 0 || index >= static_cast<LONG>(m_visible)) {
             throw EngineError(ErrorCode::ItemNotFound, "no field number " + std::to_string(index));
+        }
         *name = Bstr(m_names[static_cast<std::size_t>(index)]).detach();
     });
 }
@@ -284,22 +305,27 @@ Variant Recordset::currentValue(std::size_t column) const
 {
     const ColumnInfo& info = m_columns[column];
     for (const Pending& pending : m_pending) {
-        if (pending.column == column)
+        if (pending.column == column) {
             return variantOf(pending.stored, info);
+        }
     }
-    if (m_adding)
+    if (m_adding) {
         return Variant::null();
-    if (m_onAddedRow)
+    }
+    if (m_onAddedRow) {
         return variantOf(m_added[column], info);
-    if (m_cells == nullptr)
+    }
+    if (m_cells == nullptr) {
         throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end and has no current row");
+    }
     return variantOf(m_cells[column], info);
 }
 
 HRESULT Recordset::get_Value(VARIANT field, VARIANT* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     VariantInit(value);
     return hostGuard(sourceName, [&] {
         requireOpen();
@@ -313,10 +339,12 @@ HRESULT Recordset::put_Value(VARIANT field, VARIANT value)
         requireOpen();
         requireUpdatable();
         const std::size_t column = columnOf(field);
-        if (!m_adding && m_onAddedRow)
+        if (!m_adding && m_onAddedRow) {
             throw EngineError(ErrorCode::NotUpdatable, "a row just added is changed through a new row set");
-        if (!m_adding && m_cells == nullptr)
+        }
+        if (!m_adding && m_cells == nullptr) {
             throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end and has no current row");
+        }
         Value set = valueOf(value);
         Value stored = fitted(set, m_columns[column]);
         const auto known = std::find_if(m_pending.begin(), m_pending.end(),
@@ -327,8 +355,9 @@ HRESULT Recordset::put_Value(VARIANT field, VARIANT value)
             return;
         }
         std::string name;
-        if (isLogged())
+        if (isLogged()) {
             name = field.vt == VT_BSTR ? utf8FromUtf16(zul::textOf(field.bstrVal)) : m_columns[column].name;
+        }
         m_pending.push_back({column, std::move(name), std::move(set), std::move(stored)});
     });
 }
@@ -337,8 +366,9 @@ HRESULT Recordset::MoveNext()
 {
     return hostGuard(sourceName, [&] {
         requireOpen();
-        if (m_adding || !m_pending.empty())
+        if (m_adding || !m_pending.empty()) {
             update();
+        }
         if (m_onAddedRow) {
             // The new row stands behind the last one.
             m_onAddedRow = false;
@@ -346,8 +376,9 @@ HRESULT Recordset::MoveNext()
             m_cells = nullptr;
             return;
         }
-        if (m_eof)
+        if (m_eof) {
             throw EngineError(ErrorCode::NoCurrentRow, "the row set is at its end already");
+        }
         step();
     });
 }
@@ -357,8 +388,9 @@ HRESULT Recordset::AddNew()
     return hostGuard(sourceName, [&] {
         requireOpen();
         requireUpdatable();
-        if (m_adding || !m_pending.empty())
+        if (m_adding || !m_pending.empty()) {
             update();
+        }
         m_adding = true;
     });
 }
@@ -374,24 +406,28 @@ HRESULT Recordset::Update()
 
 void Recordset::update()
 {
-    if (!m_adding && m_pending.empty())
+    if (!m_adding && m_pending.empty()) {
         return;
+    }
     ColumnValues values;
     const bool logs = isLogged();
     if (logs) {
         values.reserve(m_pending.size());
-        for (const Pending& pending : m_pending)
+        for (const Pending& pending : m_pending) {
             values.emplace_back(pending.nameAsSet, pending.value);
+        }
     }
     const bool adding = m_adding;
     journaled([&] { adding ? insertPending() : updatePending(); },
               [&](std::string_view error) {
-                  if (!logs)
+                  if (!logs) {
                       return;
-                  if (adding)
+                  }
+                  if (adding) {
                       m_session->journal.insert(bareName(m_source.table), values, error);
-                  else
+                  } else {
                       m_session->journal.update(bareName(m_source.table), values, error);
+                  }
               });
 }
 
@@ -401,10 +437,12 @@ const std::string& Recordset::insertStatement()
 {
     std::vector<std::size_t> columns;
     columns.reserve(m_pending.size());
-    for (const Pending& pending : m_pending)
+    for (const Pending& pending : m_pending) {
         columns.push_back(pending.column);
-    if (!m_insertSql.empty() && columns == m_insertColumns)
+    }
+    if (!m_insertSql.empty() && columns == m_insertColumns) {
         return m_insertSql;
+    }
     const Product& product = m_session->engine->product();
     std::string names;
     std::string marks;
@@ -423,12 +461,14 @@ void Recordset::insertPending()
 {
     std::vector<Value> parameters;
     parameters.reserve(m_pending.size());
-    for (const Pending& pending : m_pending)
+    for (const Pending& pending : m_pending) {
         parameters.push_back(pending.stored);
+    }
     m_session->engine->execute(insertStatement(), Language::Native, parameters);
     m_added.assign(m_visible, Value());
-    for (Pending& pending : m_pending)
+    for (Pending& pending : m_pending) {
         m_added[pending.column] = std::move(pending.stored);
+    }
     m_pending.clear();
     m_adding = false;
     m_onAddedRow = true;
@@ -436,8 +476,9 @@ void Recordset::insertPending()
 
 const RowIdentity& Recordset::identity()
 {
-    if (!m_identity)
+    if (!m_identity) {
         m_identity = m_session->engine->rowIdentity(m_source.table);
+    }
     return *m_identity;
 }
 
@@ -452,8 +493,9 @@ std::string Recordset::currentRow(std::vector<Value>& parameters) const
         Value value = valueOf(m_cells[mark.column], m_columns[mark.column]);
         const bool isNull = std::holds_alternative<std::monostate>(value);
         condition += name + (isNull ? " IS NULL" : " = ?");
-        if (!isNull)
+        if (!isNull) {
             parameters.push_back(std::move(value));
+        }
     }
     return condition;
 }
@@ -466,8 +508,9 @@ std::string Recordset::rowAsRead(std::vector<Value>& parameters) const
     std::string condition;
     for (std::size_t i = 0; i < m_visible; ++i) {
         // What an expression gives is no column to look at.
-        if (listed && m_source.items[i].column.empty() && !m_source.items[i].everyColumn)
+        if (listed && m_source.items[i].column.empty() && !m_source.items[i].everyColumn) {
             continue;
+        }
         condition += condition.empty() ? "" : " AND ";
         Value value = valueOf(m_cells[i], m_columns[i]);
         if (std::holds_alternative<std::monostate>(value)) {
@@ -493,12 +536,14 @@ void Recordset::updatePending()
     std::vector<Value> found;
     std::string condition = currentRow(found);
     const bool byMarks = !condition.empty();
-    if (!byMarks && identity().keyColumns.empty() && m_source.endOfColumns > 0)
+    if (!byMarks && identity().keyColumns.empty() && m_source.endOfColumns > 0) {
         condition = rowAsRead(found);
-    if (condition.empty())
+    }
+    if (condition.empty()) {
         throw EngineError(ErrorCode::NotUpdatable, "the row set holds nothing that tells which row of " +
                                                        bareName(m_source.table) +
                                                        " it stands on; nothing was changed");
+    }
     sql += " WHERE " + condition;
     parameters.insert(parameters.end(), found.begin(), found.end());
     if (!byMarks) {
@@ -506,15 +551,17 @@ void Recordset::updatePending()
         sql += " AND 1 = (SELECT COUNT(*) FROM " + table + " WHERE " + condition + ")";
         parameters.insert(parameters.end(), found.begin(), found.end());
     }
-    if (m_session->engine->execute(sql, Language::Native, parameters) == 0)
+    if (m_session->engine->execute(sql, Language::Native, parameters) == 0) {
         failToFind(byMarks ? std::string() : condition, found);
+    }
     for (const Pending& pending : m_pending) {
         const ZulCell cell = cellOf(pending.stored);
         m_store->replace(m_row, pending.column, cell);
         // A key that was read along and set under another name goes on finding the row.
         for (const Mark& mark : m_marks) {
-            if (mark.column >= m_visible && sameName(mark.name, m_columns[pending.column].baseName))
+            if (mark.column >= m_visible && sameName(mark.name, m_columns[pending.column].baseName)) {
                 m_store->replace(m_row, mark.column, cell);
+            }
         }
     }
     m_pending.clear();
@@ -530,12 +577,13 @@ void Recordset::failToFind(const std::string& condition, const std::vector<Value
                                            " WHERE " + condition,
                                        Language::Native, parameters);
         const std::int64_t count = rows->next() ? cellNumber(rows->cells()[0]) : 0;
-        if (count > 1)
+        if (count > 1) {
             throw EngineError(
                 ErrorCode::NotUpdatable,
                 std::to_string(count) + " rows of " + bareName(m_source.table) +
                     ", which has no key, hold the same values: which one is meant cannot be told; nothing"
                     " was changed");
+        }
     }
     throw EngineError(rowNotFound, "the row was changed or deleted since it was read");
 }
@@ -554,20 +602,23 @@ HRESULT Recordset::Close()
 
 HRESULT Recordset::ReadRows(IRowSink* sink)
 {
-    if (sink == nullptr)
+    if (sink == nullptr) {
         return E_POINTER;
+    }
     // The sink may let the last reference to the row set go, or close it.
     const ComPtr<IRowReader> alive(this);
     return hostGuard(sourceName, [&]() -> HRESULT {
         requireOpen();
-        if (m_adding || !m_pending.empty())
+        if (m_adding || !m_pending.empty()) {
             update();
+        }
         m_onAddedRow = false;
         const auto count = static_cast<LONG>(m_visible);
         while (!m_eof) {
             const HRESULT result = sink->Row(count, m_cells);
-            if (FAILED(result))
+            if (FAILED(result)) {
                 return result;
+            }
             requireOpen();
             step();
         }

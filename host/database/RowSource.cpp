@@ -37,12 +37,14 @@ bool isWordCharacter(char c)
 std::size_t quotedEnd(std::string_view sql, std::size_t from, char close)
 {
     for (std::size_t i = from + 1; i < sql.size(); ++i) {
-        if (sql[i] != close)
+        if (sql[i] != close) {
             continue;
-        if (i + 1 < sql.size() && sql[i + 1] == close)
+        }
+        if (i + 1 < sql.size() && sql[i + 1] == close) {
             ++i;
-        else
+        } else {
             return i + 1;
+        }
     }
     return sql.size();
 }
@@ -76,15 +78,18 @@ std::vector<Token> tokensOf(std::string_view sql)
             end = quotedEnd(sql, i, c == '[' ? ']' : '"');
         } else if (isWordCharacter(c)) {
             kind = Token::Kind::Word;
-            while (end < sql.size() && isWordCharacter(sql[end]))
+            while (end < sql.size() && isWordCharacter(sql[end])) {
                 ++end;
+            }
         }
         // Both parentheses stand outside of what they hold.
-        if (c == ')')
+        if (c == ')') {
             --depth;
+        }
         tokens.push_back({kind, sql.substr(i, end - i), i, depth});
-        if (c == '(')
+        if (c == '(') {
             ++depth;
+        }
         i = end;
     }
     return tokens;
@@ -109,11 +114,13 @@ bool isSign(const Token& token, std::string_view sign)
 std::size_t nameEnd(const std::vector<Token>& tokens, std::size_t from)
 {
     std::size_t i = from;
-    if (i >= tokens.size() || !isName(tokens[i]))
+    if (i >= tokens.size() || !isName(tokens[i])) {
         return from;
+    }
     ++i;
-    while (i + 1 < tokens.size() && isSign(tokens[i], ".") && isName(tokens[i + 1]))
+    while (i + 1 < tokens.size() && isSign(tokens[i], ".") && isName(tokens[i + 1])) {
         i += 2;
+    }
     return i;
 }
 
@@ -141,15 +148,18 @@ bool isSingleTable(const std::vector<Token>& tokens, std::size_t afterTable)
     for (std::size_t i = afterTable; i < tokens.size(); ++i) {
         const bool spoils =
             std::any_of(spoilers.begin(), spoilers.end(), [&](auto word) { return isWord(tokens[i], word); });
-        if (spoils)
+        if (spoils) {
             return false;
+        }
     }
     // A comma before WHERE or ORDER names a second table.
     for (std::size_t i = afterTable; i < tokens.size(); ++i) {
-        if (isWord(tokens[i], "WHERE") || isWord(tokens[i], "ORDER"))
+        if (isWord(tokens[i], "WHERE") || isWord(tokens[i], "ORDER")) {
             break;
-        if (isSign(tokens[i], ","))
+        }
+        if (isSign(tokens[i], ",")) {
             return false;
+        }
     }
     return true;
 }
@@ -167,8 +177,9 @@ std::size_t beginOfList(const std::vector<Token>& tokens)
     if (skips("TOP")) {
         ++at;
         skips("PERCENT");
-        if (skips("WITH"))
+        if (skips("WITH")) {
             skips("TIES");
+        }
     }
     return at;
 }
@@ -188,18 +199,21 @@ SelectItem itemOf(std::span<const Token> tokens)
     }
     const std::size_t end = nameEnd(outer, 0);
     std::size_t rest = outer.size() - end;
-    if (rest > 0 && isWord(outer[end], "AS"))
+    if (rest > 0 && isWord(outer[end], "AS")) {
         --rest;
+    }
     // A name, and perhaps another one for it. A lone number reads like a name.
     const bool isColumn = end > 0 && (rest == 0 || (rest == 1 && isName(outer.back()))) &&
                           std::isdigit(static_cast<unsigned char>(outer.front().text.front())) == 0;
-    if (isColumn)
+    if (isColumn) {
         item.column = bareName(outer[end - 1].text);
+    }
     item.renamed = !isColumn || end < outer.size();
     if (item.renamed) {
         for (const Token& token : all) {
-            if (isName(token))
+            if (isName(token)) {
                 item.names.push_back(bareName(token.text));
+            }
         }
     }
     return item;
@@ -214,13 +228,15 @@ bool hasAggregate(std::span<const Token> tokens)
     for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
         if (isSign(tokens[i], "(") && isWord(tokens[i + 1], "SELECT")) {
             const int depth = tokens[i].depth;
-            while (i + 1 < tokens.size() && !(isSign(tokens[i], ")") && tokens[i].depth == depth))
+            while (i + 1 < tokens.size() && !(isSign(tokens[i], ")") && tokens[i].depth == depth)) {
                 ++i;
+            }
             continue;
         }
         if (isSign(tokens[i + 1], "(") && std::any_of(aggregates.begin(), aggregates.end(),
-                                                      [&](auto word) { return isWord(tokens[i], word); }))
+                                                      [&](auto word) { return isWord(tokens[i], word); })) {
             return true;
+        }
     }
     return false;
 }
@@ -234,8 +250,9 @@ std::vector<SelectItem> itemsOf(std::span<const Token> tokens)
             return token.depth == 0 && isSign(token, ",");
         });
         const auto length = static_cast<std::size_t>(comma - tokens.begin());
-        if (length > 0)
+        if (length > 0) {
             items.push_back(itemOf(tokens.first(length)));
+        }
         tokens = tokens.subspan(std::min(length + 1, tokens.size()));
     }
     return items;
@@ -248,8 +265,9 @@ bool RowSource::lists(std::string_view column) const
     const auto is = [&](const std::string& name) { return sameName(name, column); };
     bool listed = false;
     for (const SelectItem& item : items) {
-        if (item.renamed && std::any_of(item.names.begin(), item.names.end(), is))
+        if (item.renamed && std::any_of(item.names.begin(), item.names.end(), is)) {
             return false;
+        }
         listed = listed || item.everyColumn || (!item.renamed && is(item.column));
     }
     return listed;
@@ -261,8 +279,9 @@ RowSource parseRowSource(std::string_view source)
     const std::vector<Token> tokens = outerTokens(all);
     RowSource result;
     result.statement = std::string(source);
-    if (tokens.empty())
+    if (tokens.empty()) {
         return result;
+    }
     if (nameEnd(tokens, 0) == tokens.size()) {
         result.table = std::string(textOf(source, tokens, 0, tokens.size()));
         result.statement = "SELECT * FROM " + result.table;
@@ -270,28 +289,33 @@ RowSource parseRowSource(std::string_view source)
         result.items.emplace_back().everyColumn = true;
         return result;
     }
-    if (!isWord(tokens[0], "SELECT") || (tokens.size() > 1 && isWord(tokens[1], "DISTINCT")))
+    if (!isWord(tokens[0], "SELECT") || (tokens.size() > 1 && isWord(tokens[1], "DISTINCT"))) {
         return result;
+    }
     const auto from =
         std::find_if(tokens.begin(), tokens.end(), [](const Token& token) { return isWord(token, "FROM"); });
-    if (from == tokens.end())
+    if (from == tokens.end()) {
         return result;
+    }
     const auto table = static_cast<std::size_t>(from - tokens.begin()) + 1;
     const std::size_t end = nameEnd(tokens, table);
-    if (end == table || !isSingleTable(tokens, end))
+    if (end == table || !isSingleTable(tokens, end)) {
         return result;
+    }
     result.table = std::string(textOf(source, tokens, table, end));
     const auto place = [&](const Token& token) {
         return std::lower_bound(all.begin(), all.end(), token.at,
                                 [](const Token& other, std::size_t at) { return other.at < at; });
     };
     const std::size_t begin = beginOfList(tokens);
-    if (begin >= table)
+    if (begin >= table) {
         return result;
+    }
     const std::span<const Token> list(place(tokens[begin]), place(*from));
     result.items = itemsOf(list);
-    if (!hasAggregate(list))
+    if (!hasAggregate(list)) {
         result.endOfColumns = from->at;
+    }
     return result;
 }
 

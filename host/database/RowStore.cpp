@@ -31,8 +31,9 @@ const char* RowStore::keep(std::string_view text)
         m_left = size;
     }
     char* const kept = m_free;
-    if (!text.empty())
+    if (!text.empty()) {
         std::memcpy(kept, text.data(), text.size());
+    }
     m_free += text.size();
     m_left -= text.size();
     return kept;
@@ -77,11 +78,13 @@ RowStore::Packed* RowStore::cellAt(std::size_t row, std::size_t column) const
 
 void RowStore::append(const ZulCell* cells)
 {
-    if (m_rows % rowsPerBlock == 0)
+    if (m_rows % rowsPerBlock == 0) {
         m_blocks.push_back(std::make_unique<Packed[]>(rowsPerBlock * m_columns));
+    }
     Packed* to = cellAt(m_rows, 0);
-    for (std::size_t i = 0; i < m_columns; ++i)
+    for (std::size_t i = 0; i < m_columns; ++i) {
         to[i] = pack(cells[i]);
+    }
     ++m_rows;
 }
 

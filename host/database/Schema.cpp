@@ -212,22 +212,25 @@ std::string createTableStatement(const TableDefinition& table, const Product& pr
         keyMayBeMissing(table, product) ? std::vector<std::string_view>() : table.key;
     std::string sql = "CREATE TABLE ";
     // Without the clause ensureTable looks first.
-    if (ifMissing && product.createsIfMissing())
+    if (ifMissing && product.createsIfMissing()) {
         sql += "IF NOT EXISTS ";
+    }
     sql += table.name;
     sql += " (";
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
         const ColumnDefinition& column = table.columns[i];
         const bool isKey = std::find(key.begin(), key.end(), column.name) != key.end();
-        if (i > 0)
+        if (i > 0) {
             sql += ", ";
+        }
         sql += column.name;
         sql += ' ';
         sql += product.typeText(column);
         sql += isKey ? " NOT NULL" : product.nullMark();
         // In this form the key of SQLite is the row's own number, filled by the database when it is left out.
-        if (isKey && key.size() == 1)
+        if (isKey && key.size() == 1) {
             sql += " PRIMARY KEY";
+        }
     }
     if (key.size() > 1) {
         sql += ", PRIMARY KEY (";
@@ -256,28 +259,32 @@ std::vector<std::string> createIndexStatements(const TableDefinition& table)
 
 void ensureTable(Engine& engine, const TableDefinition& table)
 {
-    if (engine.hasTable(table.name))
+    if (engine.hasTable(table.name)) {
         return;
+    }
     try {
         engine.execute(createTableStatement(table, engine.product(), true), Language::Native);
     } catch (const EngineError& error) {
         // Another program may have made it meanwhile.
-        if (error.code() != ErrorCode::Statement || !engine.hasTable(table.name))
+        if (error.code() != ErrorCode::Statement || !engine.hasTable(table.name)) {
             throw;
+        }
     }
 }
 
 void createTables(Engine& engine)
 {
-    for (const TableDefinition& table : allTables())
+    for (const TableDefinition& table : allTables()) {
         engine.execute(createTableStatement(table, engine.product()), Language::Native);
+    }
 }
 
 void createIndexes(Engine& engine)
 {
     for (const TableDefinition& table : allTables()) {
-        for (const std::string& index : createIndexStatements(table))
+        for (const std::string& index : createIndexStatements(table)) {
             engine.execute(index, Language::Native);
+        }
     }
 }
 

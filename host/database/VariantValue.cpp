@@ -28,16 +28,18 @@ std::int64_t inRange(std::int64_t number, const ColumnInfo& column)
     const bool fits = column.integerBytes == 2   ? within(INT16_MIN, INT16_MAX)
                       : column.integerBytes == 4 ? within(INT32_MIN, INT32_MAX)
                                                  : true;
-    if (!fits)
+    if (!fits) {
         refuse(column);
+    }
     return number;
 }
 
 // Banker's rounding, as automation converts.
 std::int64_t rounded(double number, const ColumnInfo& column)
 {
-    if (!(std::fabs(number) < 9.2e18))
+    if (!(std::fabs(number) < 9.2e18)) {
         refuse(column);
+    }
     return inRange(static_cast<std::int64_t>(std::nearbyint(number)), column);
 }
 
@@ -46,8 +48,9 @@ std::optional<double> numberOf(const std::string& text)
     double number = 0.0;
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end)
+    if (result.ec != std::errc() || result.ptr != end) {
         return std::nullopt;
+    }
     return number;
 }
 
@@ -55,27 +58,31 @@ Value fitText(const std::string& text, const ColumnInfo& column)
 {
     if (dialect::isMoment(column.type)) {
         const auto date = parseDate(text);
-        if (!date)
+        if (!date) {
             refuse(column);
+        }
         return DateValue{*date};
     }
     const auto number = numberOf(text);
-    if (!number)
+    if (!number) {
         refuse(column);
+    }
     switch (column.type) {
     case ColumnType::Bit:
         return *number != 0.0;
     case ColumnType::Real:
         return *number;
     case ColumnType::Decimal:
-        if (decimalFromText(text))
+        if (decimalFromText(text)) {
             return DecimalValue{text};
+        }
         return DecimalValue{decimalText(*number)};
     default: {
         std::int64_t whole = 0;
         const char* const end = text.data() + text.size();
-        if (std::from_chars(text.data(), end, whole).ptr == end)
+        if (std::from_chars(text.data(), end, whole).ptr == end) {
             return inRange(whole, column);
+        }
         return rounded(*number, column);
     }
     }
@@ -84,8 +91,9 @@ Value fitText(const std::string& text, const ColumnInfo& column)
 Variant decimalVariant(std::string_view text)
 {
     const auto parts = decimalFromText(text);
-    if (!parts)
+    if (!parts) {
         return Variant::fromDouble(decimalToDouble(text));
+    }
     Variant variant;
     variant.decVal.scale = parts->scale;
     variant.decVal.sign = parts->negative ? DECIMAL_NEG : BYTE{0};
@@ -103,11 +111,13 @@ Variant wholeVariant(std::int64_t number, const ColumnInfo& column)
         variant.iVal = static_cast<SHORT>(number);
         return variant;
     }
-    if (column.type == ColumnType::Decimal)
+    if (column.type == ColumnType::Decimal) {
         return decimalVariant(std::to_string(number));
+    }
     const bool small = number >= INT32_MIN && number <= INT32_MAX;
-    if (column.integerBytes != 8 && small)
+    if (column.integerBytes != 8 && small) {
         return Variant::fromLong(static_cast<LONG>(number));
+    }
     return Variant::fromInt64(number);
 }
 
@@ -128,8 +138,9 @@ Value valueOf(const VARIANT& variant)
 {
     if ((variant.vt & VT_BYREF) != 0) {
         Variant copy;
-        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&variant))))
+        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&variant)))) {
             throw EngineError(ErrorCode::BadValue, "the value is of no type that a column holds");
+        }
         return valueOf(copy);
     }
     switch (variant.vt) {
@@ -191,51 +202,66 @@ Value fitted(const Value& value, const ColumnInfo& column)
     const ColumnType type = column.type;
     // What the database keeps as something of its own is its to judge.
     if (std::holds_alternative<std::monostate>(value) || type == ColumnType::Unknown ||
-        type == ColumnType::Time || type == ColumnType::Binary)
+        type == ColumnType::Time || type == ColumnType::Binary) {
         return value;
-    if (const auto* text = std::get_if<std::string>(&value))
+    }
+    if (const auto* text = std::get_if<std::string>(&value)) {
         return type == ColumnType::Text ? value : fitText(*text, column);
+    }
     if (const auto* date = std::get_if<DateValue>(&value)) {
-        if (dialect::isMoment(type))
+        if (dialect::isMoment(type)) {
             return value;
-        if (type == ColumnType::Text)
+        }
+        if (type == ColumnType::Text) {
             return formatDate(date->days);
+        }
         return fitted(date->days, column);
     }
     if (const auto* flag = std::get_if<bool>(&value)) {
-        if (type == ColumnType::Bit)
+        if (type == ColumnType::Bit) {
             return value;
+        }
         // True is -1 to automation.
         return fitted(std::int64_t{*flag ? -1 : 0}, column);
     }
-    if (const auto* decimal = std::get_if<DecimalValue>(&value))
+    if (const auto* decimal = std::get_if<DecimalValue>(&value)) {
         return type == ColumnType::Text ? Value(decimal->text) : fitText(decimal->text, column);
+    }
     if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-        if (type == ColumnType::Integer)
+        if (type == ColumnType::Integer) {
             return inRange(*whole, column);
-        if (type == ColumnType::Bit)
+        }
+        if (type == ColumnType::Bit) {
             return *whole != 0;
-        if (type == ColumnType::Text)
+        }
+        if (type == ColumnType::Text) {
             return std::to_string(*whole);
-        if (type == ColumnType::Decimal)
+        }
+        if (type == ColumnType::Decimal) {
             return DecimalValue{std::to_string(*whole)};
-        if (dialect::isMoment(type))
+        }
+        if (dialect::isMoment(type)) {
             return DateValue{static_cast<double>(*whole)};
+        }
         return static_cast<double>(*whole);
     }
     const double number = std::get<double>(value);
-    if (type == ColumnType::Integer)
+    if (type == ColumnType::Integer) {
         return rounded(number, column);
-    if (!std::isfinite(number))
+    }
+    if (!std::isfinite(number)) {
         refuse(column);
-    if (type == ColumnType::Bit)
+    }
+    if (type == ColumnType::Bit) {
         return number != 0.0;
+    }
     if (type == ColumnType::Text || type == ColumnType::Decimal) {
         std::string text = decimalText(number);
         return type == ColumnType::Text ? Value(std::move(text)) : Value(DecimalValue{std::move(text)});
     }
-    if (dialect::isMoment(type))
+    if (dialect::isMoment(type)) {
         return DateValue{number};
+    }
     return value;
 }
 
@@ -245,9 +271,10 @@ Variant variantOf(const ZulCell& cell, const ColumnInfo& column)
     case CellInteger:
         return wholeVariant(cell.Integer, column);
     case CellReal:
-        if (column.type == ColumnType::Decimal)
+        if (column.type == ColumnType::Decimal) {
             return decimalVariant(cell.Text != nullptr ? std::string(cellText(cell))
                                                        : decimalFromReal(cell.Real));
+        }
         return Variant::fromDouble(cell.Real);
     case CellText:
         return Variant::fromUtf8(cellText(cell));
@@ -300,9 +327,10 @@ Value valueOf(const ZulCell& cell, const ColumnInfo& column)
     case CellInteger:
         return std::int64_t{cell.Integer};
     case CellReal:
-        if (column.type == ColumnType::Decimal)
+        if (column.type == ColumnType::Decimal) {
             return DecimalValue{cell.Text != nullptr ? std::string(cellText(cell))
                                                      : decimalFromReal(cell.Real)};
+        }
         return cell.Real;
     case CellText:
         return std::string(cellText(cell));

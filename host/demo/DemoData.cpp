@@ -154,21 +154,24 @@ public:
     void row(std::initializer_list<Value> values)
     {
         m_values.insert(m_values.end(), values.begin(), values.end());
-        if (m_values.size() >= m_columns.size() * rowsAtOnce)
+        if (m_values.size() >= m_columns.size() * rowsAtOnce) {
             flush();
+        }
     }
 
     std::vector<Value>& open() { return m_values; }
     void close()
     {
-        if (m_values.size() >= m_columns.size() * rowsAtOnce)
+        if (m_values.size() >= m_columns.size() * rowsAtOnce) {
             flush();
+        }
     }
 
     void flush()
     {
-        if (!m_values.empty())
+        if (!m_values.empty()) {
             m_engine.insertRows(m_table, m_columns, m_values);
+        }
         m_values.clear();
     }
 
@@ -191,8 +194,9 @@ void fillNumbered(Engine& engine, std::string_view table, std::string_view key, 
 {
     Filler filler(engine, table, {key, "Descrizione"});
     std::int64_t id = 0;
-    for (const std::string_view text : texts)
+    for (const std::string_view text : texts) {
         filler.row({++id, textOf(text)});
+    }
     filler.flush();
 }
 
@@ -200,12 +204,14 @@ void fillLookups(Engine& engine)
 {
     Filler provinceRows(engine, "tabProvince", {"id", "Codice", "Descrizione"});
     std::int64_t id = 0;
-    for (const Province& province : provinces())
+    for (const Province& province : provinces()) {
         provinceRows.row({++id, textOf(province.code), textOf(province.name)});
+    }
     provinceRows.flush();
     Filler communeRows(engine, "tabComuni", {"Codice", "Descrizione"});
-    for (const Commune& commune : communes())
+    for (const Commune& commune : communes()) {
         communeRows.row({std::int64_t{commune.code}, textOf(commune.name)});
+    }
     communeRows.flush();
     fillNumbered(engine, "tabRIC_Ricorrenze", "id", recurrences);
     fillNumbered(engine, "tabRIC_Classificazioni", "id", classifications);
@@ -268,8 +274,9 @@ void appendAddressWord(std::string& to, std::string_view name)
 
 void appendDigits(std::string& to, Dice& dice, int count)
 {
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         to += static_cast<char>('0' + dice.below(10));
+    }
 }
 
 std::string mobileNumber(Dice& dice)
@@ -286,11 +293,13 @@ const Commune& home(Dice& dice)
 {
     const auto& all = communes();
     const auto index = static_cast<std::size_t>(dice.below(static_cast<int>(all.size())));
-    if (!dice.chance(25))
+    if (!dice.chance(25)) {
         return all[index];
+    }
     std::size_t capital = index;
-    while (capital > 0 && all[capital - 1].provinceCode == all[index].provinceCode)
+    while (capital > 0 && all[capital - 1].provinceCode == all[index].provinceCode) {
         --capital;
+    }
     return all[capital];
 }
 
@@ -374,8 +383,9 @@ public:
                                       : Value(static_cast<double>(dice.below(250) * dice.below(40))));
         m_customers.close();
         sales(id, dice);
-        if (hasBirth && dice.chance(55))
+        if (hasBirth && dice.chance(55)) {
             m_recurrences.row({std::int64_t{1}, id, DateValue{static_cast<double>(birth)}});
+        }
         if (!company && dice.chance(25)) {
             const std::int64_t day = daysFromCivil({1960, 1, 1}) + dice.below(60 * 365);
             m_recurrences.row({std::int64_t{dice.between(2, 3)}, id, DateValue{static_cast<double>(day)}});
@@ -404,18 +414,20 @@ private:
         }
         // Three ways to have no mobile number that other programs left in such tables.
         const int mobile = dice.below(100);
-        if (mobile < 82)
+        if (mobile < 82) {
             row.emplace_back(mobileNumber(dice));
-        else
+        } else {
             row.push_back(mobile < 93 ? Value() : textOf(""));
+        }
         const std::string_view domain = dice.pick(domains);
         const int email = dice.below(1000);
-        if (email < 760)
+        if (email < 760) {
             row.push_back(textOf(address + std::to_string(id) + '@' + std::string(domain)));
-        else if (email < 768)
+        } else if (email < 768) {
             row.push_back(textOf(address + "(at)" + std::string(domain)));
-        else
+        } else {
             row.push_back(email < 900 ? Value() : textOf(""));
+        }
         const std::string at = std::to_string(id) + ".example.com";
         row.push_back(company && dice.chance(60) ? textOf("vendite@azienda" + at) : Value());
         row.push_back(company && dice.chance(60) ? textOf("amministrazione@azienda" + at) : Value());
@@ -453,8 +465,9 @@ void fillDemo(Engine& engine, int customers)
         if (customers > 0) {
             fillTemplates(engine);
             CustomerFiller filler(engine);
-            for (std::int64_t id = 1; id <= customers; ++id)
+            for (std::int64_t id = 1; id <= customers; ++id) {
                 filler.customer(id);
+            }
             filler.finish();
         }
         // Behind the rows: an index over what is there is made faster than one that grows with it.
@@ -462,8 +475,9 @@ void fillDemo(Engine& engine, int customers)
         engine.commit();
     } catch (...) {
         try {
-            if (engine.inTransaction())
+            if (engine.inTransaction()) {
                 engine.rollback();
+            }
         } catch (const EngineError&) {
             // What went wrong first says more.
         }

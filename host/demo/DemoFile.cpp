@@ -29,8 +29,9 @@ bool isReplaceable(const std::string& path)
             const auto rows = engine.query(sql, Language::Native);
             return rows->next() ? std::int64_t{rows->cells()[0].Integer} : 0;
         };
-        if (first("PRAGMA application_id") == demoMark || first("SELECT COUNT(*) FROM sqlite_master") == 0)
+        if (first("PRAGMA application_id") == demoMark || first("SELECT COUNT(*) FROM sqlite_master") == 0) {
             return true;
+        }
         return first(
                    "SELECT NOT EXISTS (SELECT 1 FROM tabClienti) AND NOT EXISTS (SELECT 1 FROM TMK_Messaggi)"
                    " AND NOT EXISTS (SELECT 1 FROM TMK_MailingList)") == 1;
@@ -43,8 +44,9 @@ bool isReplaceable(const std::string& path)
 void removeDatabase(const std::string& path)
 {
     std::error_code ignored;
-    for (const char* suffix : {"-wal", "-shm", ""})
+    for (const char* suffix : {"-wal", "-shm", ""}) {
         fs::remove(path + suffix, ignored);
+    }
 }
 
 // A program that is killed leaves what it was making. Nobody works at one for an hour.
@@ -56,8 +58,9 @@ void removeLeftovers(const fs::path& path)
     for (const auto& entry : fs::directory_iterator(folder, ignored)) {
         const bool isOurs = entry.path().filename().string().starts_with(start);
         if (isOurs &&
-            entry.last_write_time(ignored) + std::chrono::hours(1) < fs::file_time_type::clock::now())
+            entry.last_write_time(ignored) + std::chrono::hours(1) < fs::file_time_type::clock::now()) {
             fs::remove(entry.path(), ignored);
+        }
     }
 }
 
@@ -71,8 +74,9 @@ bool takesName(const std::string& from, const std::string& to)
         return true;
     }
     // Some file systems know no second names.
-    if (fs::exists(to, failure))
+    if (fs::exists(to, failure)) {
         return false;
+    }
     fs::rename(from, to, failure);
     return !failure;
 }
@@ -100,26 +104,31 @@ void createDemoFile(const std::string& path, int customers)
 {
     std::error_code ignored;
     const bool replaces = fs::exists(path, ignored);
-    if (replaces && fs::file_size(path, ignored) > 0 && !isReplaceable(path))
+    if (replaces && fs::file_size(path, ignored) > 0 && !isReplaceable(path)) {
         throw EngineError(ErrorCode::Unspecified,
                           path + ": the file exists and holds other data; nothing was changed");
+    }
     removeLeftovers(path);
     const UnfinishedFile made(path);
     {
         SqliteEngine engine(made.path(), SqliteDatabase::Mode::OpenOrCreate);
         fillDemo(engine, customers);
-        if (customers > 0)
+        if (customers > 0) {
             engine.execute("PRAGMA application_id = " + std::to_string(demoMark), Language::Native);
+        }
     }
     // Closing works the log into the file, on the disk too.
-    if (fs::exists(made.path() + "-wal", ignored))
+    if (fs::exists(made.path() + "-wal", ignored)) {
         throw EngineError(ErrorCode::Unspecified, path + ": the file could not be made whole");
+    }
     // The log of an earlier file must not be taken for the new one's.
-    if (replaces)
+    if (replaces) {
         removeDatabase(path);
-    if (!takesName(made.path(), path))
+    }
+    if (!takesName(made.path(), path)) {
         throw EngineError(ErrorCode::Unspecified,
                           path + ": the file cannot get its name, or somebody else made it meanwhile");
+    }
 }
 
 } // namespace zul::host

@@ -23,18 +23,22 @@ public:
 
     ColumnType type(std::string_view table, std::string_view column) const
     {
-        if (const Table* created = find(table))
-            for (const auto& [name, type] : created->columns)
-                if (sameWord(name, column))
+        if (const Table* created = find(table)) {
+            for (const auto& [name, type] : created->columns) {
+                if (sameWord(name, column)) {
                     return type;
+                }
+            }
+        }
         return m_types ? m_types(table, column) : ColumnType::Unknown;
     }
 
     std::vector<std::string> columns(std::string_view table) const
     {
         const Table* created = find(table);
-        if (created == nullptr || !created->whole)
+        if (created == nullptr || !created->whole) {
             return m_columns ? m_columns(table) : std::vector<std::string>();
+        }
         return created->filled;
     }
 
@@ -55,18 +59,21 @@ private:
     static void add(Table& table, const ColumnDefinition& column)
     {
         table.columns.emplace_back(column.name, columnTypeNamed(column.type.name));
-        if (!column.identity)
+        if (!column.identity) {
             table.filled.push_back(column.name);
+        }
     }
 
     void apply(const CreateTable& statement)
     {
         Table* table = find(statement.table);
-        if (table == nullptr)
+        if (table == nullptr) {
             table = &m_created.emplace_back();
+        }
         *table = Table{.name = statement.table, .whole = true, .columns = {}, .filled = {}};
-        for (const ColumnDefinition& column : statement.columns)
+        for (const ColumnDefinition& column : statement.columns) {
             add(*table, column);
+        }
     }
 
     void apply(const AddColumn& statement)
@@ -109,9 +116,11 @@ private:
 
     const Table* find(std::string_view name) const
     {
-        for (const Table& table : m_created)
-            if (sameWord(table.name, name))
+        for (const Table& table : m_created) {
+            if (sameWord(table.name, name)) {
                 return &table;
+            }
+        }
         return nullptr;
     }
 
@@ -144,16 +153,20 @@ Translation translate(std::string_view tsql, const ColumnTypes& columnTypes, con
                       const TableKey& tableKey)
 {
     std::vector<ParsedStatement> statements = parseBatch(tsql);
-    if (statements.empty())
+    if (statements.empty()) {
         failAt(tsql, 0, "the statement is empty");
-    if (statements.size() > 1)
+    }
+    if (statements.size() > 1) {
         failAt(tsql, statements[1].offset, "only one statement can stand here");
+    }
     const auto* select = std::get_if<SelectStatement>(&statements.front().statement);
-    if (select != nullptr && columnTypes && tableKey)
+    if (select != nullptr && columnTypes && tableKey) {
         useKeyForDistinct(*select->query, columnTypes, tableKey);
+    }
     Translation translation = translateAll(statements, tsql, columnTypes, tableColumns).front();
-    if (select != nullptr)
+    if (select != nullptr) {
         translation.search = textSearchOf(*select->query, columnTypes);
+    }
     return translation;
 }
 

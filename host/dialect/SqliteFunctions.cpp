@@ -37,14 +37,15 @@ Argument argumentOf(sqlite3_value* value)
 
 void setResult(sqlite3_context* context, const Result& result)
 {
-    if (const auto* whole = std::get_if<std::int64_t>(&result))
+    if (const auto* whole = std::get_if<std::int64_t>(&result)) {
         sqlite3_result_int64(context, *whole);
-    else if (const auto* real = std::get_if<double>(&result))
+    } else if (const auto* real = std::get_if<double>(&result)) {
         sqlite3_result_double(context, *real);
-    else if (const auto* text = std::get_if<std::string>(&result))
+    } else if (const auto* text = std::get_if<std::string>(&result)) {
         sqlite3_result_text64(context, text->data(), text->size(), SQLITE_TRANSIENT, SQLITE_UTF8);
-    else
+    } else {
         sqlite3_result_null(context);
+    }
 }
 
 // No exception may pass through the engine.
@@ -67,15 +68,17 @@ void callScalar(sqlite3_context* context, int count, sqlite3_value** values)
         const auto size = static_cast<std::size_t>(count);
         std::array<Argument, 8> few;
         if (size <= few.size()) {
-            for (std::size_t i = 0; i < size; ++i)
+            for (std::size_t i = 0; i < size; ++i) {
                 few[i] = argumentOf(values[i]);
+            }
             setResult(context, function->call(Arguments(few.data(), size)));
             return;
         }
         std::vector<Argument> many;
         many.reserve(size);
-        for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t i = 0; i < size; ++i) {
             many.push_back(argumentOf(values[i]));
+        }
         setResult(context, function->call(many));
     });
 }
@@ -85,18 +88,21 @@ Average* averageOf(sqlite3_context* context, bool create)
 {
     constexpr int pointer = sizeof(void*);
     auto** place = static_cast<Average**>(sqlite3_aggregate_context(context, create ? pointer : 0));
-    if (place == nullptr)
+    if (place == nullptr) {
         return nullptr;
-    if (*place == nullptr && create)
+    }
+    if (*place == nullptr && create) {
         *place = new Average;
+    }
     return *place;
 }
 
 void stepAverage(sqlite3_context* context, int, sqlite3_value** values)
 {
     guarded(context, [&] {
-        if (Average* average = averageOf(context, true))
+        if (Average* average = averageOf(context, true)) {
             average->add(argumentOf(values[0]));
+        }
     });
 }
 
@@ -119,8 +125,9 @@ int registerFunctions(sqlite3* connection)
             const int code = sqlite3_create_function_v2(connection, function.name, count, always,
                                                         const_cast<Function*>(&function), callScalar, nullptr,
                                                         nullptr, nullptr);
-            if (code != SQLITE_OK)
+            if (code != SQLITE_OK) {
                 return code;
+            }
         }
     }
     return sqlite3_create_function_v2(connection, "zul_avg", 1, always, nullptr, nullptr, stepAverage,

@@ -20,20 +20,23 @@ public:
     // Every kind of search is the one over customers.
     HRESULT STDMETHODCALLTYPE Search(LONG, BSTR* filter) override
     {
-        if (filter == nullptr)
+        if (filter == nullptr) {
             return E_POINTER;
+        }
         *filter = nullptr;
         const ComPtr<IAdvancedSearch> alive(this);
         return hostGuard(u"Zul_Host.AdvancedSearch", [&] {
-            if (!m_form)
+            if (!m_form) {
                 m_form = std::make_unique<FrmRicercaAvanzata>();
+            }
             // Above the window that asked, without belonging to it: the form outlives it.
             QWidget* const asking = QApplication::activeModalWidget() != nullptr
                                         ? QApplication::activeModalWidget()
                                         : QApplication::activeWindow();
             m_form->winId();
-            if (asking != nullptr && asking->window()->windowHandle() != nullptr)
+            if (asking != nullptr && asking->window()->windowHandle() != nullptr) {
                 m_form->windowHandle()->setTransientParent(asking->window()->windowHandle());
+            }
             const QString sql = m_form->exec() == QDialog::Accepted ? m_form->sql() : QString();
             *filter = Bstr(sql.toStdU16String()).detach();
         });

@@ -42,8 +42,9 @@ public:
 private:
     HRESULT send(std::optional<std::string> email, DATE when, BSTR text, BSTR* errorText, VARIANT_BOOL* sent)
     {
-        if (errorText == nullptr || sent == nullptr)
+        if (errorText == nullptr || sent == nullptr) {
             return E_POINTER;
+        }
         *errorText = nullptr;
         *sent = VARIANT_FALSE;
         return hostGuard(sourceName, [&] {
@@ -54,10 +55,11 @@ private:
             } else {
                 error = postAppMessage(m_session->appUrl, m_salt, message);
             }
-            if (error.empty())
+            if (error.empty()) {
                 *sent = VARIANT_TRUE;
-            else
+            } else {
                 *errorText = Bstr::fromUtf8(error).detach();
+            }
         });
     }
 

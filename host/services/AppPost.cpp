@@ -23,8 +23,9 @@ std::size_t takeAnswer(char* data, std::size_t size, std::size_t count, void* us
 {
     auto& answer = *static_cast<std::string*>(user);
     const std::size_t length = size * count;
-    if (answer.size() < longestAnswer)
+    if (answer.size() < longestAnswer) {
         answer.append(data, std::min(length, longestAnswer - answer.size()));
+    }
     return length;
 }
 
@@ -77,8 +78,9 @@ std::string postAppMessage(const std::string& url, const std::string& salt, cons
 {
     static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
     const std::unique_ptr<CURL, EasyCleanup> handle(ready == CURLE_OK ? curl_easy_init() : nullptr);
-    if (!handle)
+    if (!handle) {
         return "libreria di rete non disponibile";
+    }
     const std::string body = appMessageBody(message);
     const std::string signature = "X-Signature: " + appSignature(body, salt);
     std::unique_ptr<curl_slist, ListCleanup> headers(
@@ -101,15 +103,18 @@ std::string postAppMessage(const std::string& url, const std::string& salt, cons
     curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, 5000L);
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 15000L);
     const CURLcode result = curl_easy_perform(curl);
-    if (result != CURLE_OK)
+    if (result != CURLE_OK) {
         return reason[0] != '\0' ? reason : curl_easy_strerror(result);
+    }
     long status = 0;
     curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &status);
-    if (status >= 200 && status < 300)
+    if (status >= 200 && status < 300) {
         return {};
+    }
     std::string error = "il servizio app ha risposto " + std::to_string(status);
-    if (const std::string text = oneLine(answer); !text.empty())
+    if (const std::string text = oneLine(answer); !text.empty()) {
         error += ": " + text;
+    }
     return error;
 }
 

@@ -20,8 +20,9 @@ public:
 
     HRESULT STDMETHODCALLTYPE RowAdded(BSTR table, LONG id, _SqlConnection* connection) override
     {
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return reportError(E_POINTER, u"no connection", sourceName);
+        }
         return hostGuard(sourceName, [&] {
             Engine& engine = *m_session->engine;
             ensureTable(engine, changeTable());

@@ -28,11 +28,13 @@ public:
     HRESULT STDMETHODCALLTYPE Init(LONG idCliente, _SqlConnection* connection) override
     {
         m_data = {};
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return reportError(E_POINTER, u"no connection", sourceName);
+        }
         return hostGuard(sourceName, [&] {
-            if (auto data = readCustomer(*m_session->engine, idCliente))
+            if (auto data = readCustomer(*m_session->engine, idCliente)) {
                 m_data = std::move(*data);
+            }
         });
     }
 
@@ -63,24 +65,27 @@ public:
 private:
     static HRESULT number(LONG* value, std::int64_t from)
     {
-        if (value == nullptr)
+        if (value == nullptr) {
             return E_POINTER;
+        }
         *value = static_cast<LONG>(from);
         return S_OK;
     }
 
     static HRESULT flag(VARIANT_BOOL* value, bool from)
     {
-        if (value == nullptr)
+        if (value == nullptr) {
             return E_POINTER;
+        }
         *value = from ? VARIANT_TRUE : VARIANT_FALSE;
         return S_OK;
     }
 
     static HRESULT text(BSTR* value, const std::u16string& from)
     {
-        if (value == nullptr)
+        if (value == nullptr) {
             return E_POINTER;
+        }
         *value = nullptr;
         return hostGuard(sourceName, [&] { *value = Bstr(from).detach(); });
     }
@@ -114,8 +119,9 @@ std::optional<CustomerData> readCustomer(Engine& engine, std::int64_t id)
                      " DataNascita, ConsensoSms, ConsensoEmail, idClassificazione"
                      " FROM tabClienti WHERE IdCliente = ?",
                      Language::Native, {&key, 1});
-    if (!rows->next())
+    if (!rows->next()) {
         return std::nullopt;
+    }
     const ZulCell* cells = rows->cells();
     CustomerData data;
     data.id = id;
@@ -125,8 +131,9 @@ std::optional<CustomerData> readCustomer(Engine& engine, std::int64_t id)
     data.province = textOf(cells[3]);
     data.mobile = textOf(cells[4]);
     data.email = textOf(cells[5]);
-    if (cells[6].Kind == CellDate)
+    if (cells[6].Kind == CellDate) {
         data.birth = cells[6].Real;
+    }
     data.smsConsent = cellNumber(cells[7]) != 0;
     data.emailConsent = cellNumber(cells[8]) != 0;
     data.classification = cellNumber(cells[9]);

@@ -17,8 +17,9 @@ constexpr CivilDay lastDay{9999, 12, 31};
 
 CivilDay dayOf(double date)
 {
-    if (std::isnan(date))
+    if (std::isnan(date)) {
         return firstDay;
+    }
     return std::clamp(civilFromDate(date), firstDay, lastDay);
 }
 
@@ -47,8 +48,9 @@ std::string salesOf(DateRange days)
                       " AND tabVendite.DataVendita >= ";
     sql += literal(dayOf(days.from));
     const CivilDay last = dayOf(days.to);
-    if (last != lastDay)
+    if (last != lastDay) {
         sql += " AND tabVendite.DataVendita < " + literal(civilFromDays(daysFromCivil(last) + 1));
+    }
     return sql;
 }
 
@@ -67,15 +69,18 @@ std::string recurrenceCondition(DateRange days)
     const std::string column = "tabRIC_RicorrenzeClienti.DataRicorrenza";
     const CivilDay from = dayOf(days.from);
     const CivilDay to = dayOf(days.to);
-    if (to < from)
+    if (to < from) {
         return "1 = 0";
+    }
     const int first = monthAndDay(from);
     const int last = monthAndDay(to);
-    if (to.year - from.year > 1 || (to.year > from.year && first <= last))
+    if (to.year - from.year > 1 || (to.year > from.year && first <= last)) {
         return column + " IS NOT NULL";
+    }
     const std::string number = "(MONTH(" + column + ") * 100 + DAY(" + column + "))";
-    if (first <= last)
+    if (first <= last) {
         return number + " BETWEEN " + std::to_string(first) + " AND " + std::to_string(last);
+    }
     return "(" + number + " >= " + std::to_string(first) + " OR " + number + " <= " + std::to_string(last) +
            ")";
 }
@@ -89,8 +94,9 @@ std::string dayLiteral(double date)
 
 std::string numberLiteral(double value)
 {
-    if (std::isnan(value))
+    if (std::isnan(value)) {
         value = 0.0;
+    }
     value = std::clamp(value, -1.7976931348623157e308, 1.7976931348623157e308);
     std::array<char, 64> buffer{};
     const bool plain = std::fabs(value) < 1e15 && (value == 0.0 || std::fabs(value) >= 1e-9);

@@ -74,8 +74,9 @@ private:
     template <typename Build>
     static HRESULT give(BSTR* sql, Build&& build)
     {
-        if (sql == nullptr)
+        if (sql == nullptr) {
             return E_POINTER;
+        }
         *sql = nullptr;
         return hostGuard(u"Zul_Host.CustomerFilterSql", [&] { *sql = Bstr::fromUtf8(build()).detach(); });
     }

@@ -12,8 +12,9 @@ class EmailCheck final : public ComObject<Dispatching<IEmailCheck>>
 public:
     HRESULT STDMETHODCALLTYPE IsValid(BSTR email, VARIANT_BOOL* valid) override
     {
-        if (valid == nullptr)
+        if (valid == nullptr) {
             return E_POINTER;
+        }
         *valid = VARIANT_FALSE;
         return hostGuard(u"Zul_Host.EmailCheck", [&] {
             *valid = isPlausibleEmail(utf8FromUtf16(textOf(email))) ? VARIANT_TRUE : VARIANT_FALSE;

@@ -15,8 +15,9 @@ bool isLetterOrDigit(char c)
 bool isLocalPart(std::string_view local)
 {
     if (local.empty() || local.size() > 64 || local.front() == '.' || local.back() == '.' ||
-        local.find("..") != std::string_view::npos)
+        local.find("..") != std::string_view::npos) {
         return false;
+    }
     return std::all_of(local.begin(), local.end(), [](char c) {
         return isLetterOrDigit(c) ||
                std::string_view("!#$%&'*+-/=?^_`{|}~.").find(c) != std::string_view::npos;
@@ -36,11 +37,13 @@ bool isDomain(std::string_view domain)
     while (true) {
         const std::size_t dot = domain.find('.');
         last = domain.substr(0, dot);
-        if (!isLabel(last))
+        if (!isLabel(last)) {
             return false;
+        }
         ++labels;
-        if (dot == std::string_view::npos)
+        if (dot == std::string_view::npos) {
             break;
+        }
         domain.remove_prefix(dot + 1);
     }
     // A top-level domain is not a number.

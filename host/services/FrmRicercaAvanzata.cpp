@@ -148,8 +148,9 @@ void FrmRicercaAvanzata::addRow()
     Row row;
     row.line = new QWidget(this);
     row.field = comboBox(row.line, 190, QStringLiteral("Campo"));
-    for (const SearchField& field : searchFields())
+    for (const SearchField& field : searchFields()) {
         row.field->addItem(QString::fromUtf8(field.label));
+    }
     row.comparison = comboBox(row.line, 160, QStringLiteral("Confronto"));
     row.value = new QLineEdit(row.line);
     row.value->setFixedHeight(fieldHeight);
@@ -186,20 +187,23 @@ void FrmRicercaAvanzata::removeRow(QWidget* line)
 {
     const auto found =
         std::find_if(m_rows.begin(), m_rows.end(), [&](const Row& row) { return row.line == line; });
-    if (found == m_rows.end())
+    if (found == m_rows.end()) {
         return;
+    }
     m_rows.erase(found);
     m_lines->removeWidget(line);
     line->hide();
     // Its own button is still being clicked.
     line->deleteLater();
-    for (QWidget* child : line->findChildren<QWidget*>())
+    for (QWidget* child : line->findChildren<QWidget*>()) {
         child->setObjectName({});
+    }
     m_error->clear();
-    if (m_rows.empty())
+    if (m_rows.empty()) {
         addRow();
-    else
+    } else {
         nameRows();
+    }
 }
 
 void FrmRicercaAvanzata::nameRows()
@@ -221,8 +225,9 @@ void FrmRicercaAvanzata::offerComparisons(const Row& row)
     {
         const QSignalBlocker blocker(row.comparison);
         row.comparison->clear();
-        for (const SearchComparison comparison : comparisonsFor(field.kind))
+        for (const SearchComparison comparison : comparisonsFor(field.kind)) {
             row.comparison->addItem(comparisonLabel(comparison), static_cast<int>(comparison));
+        }
         row.comparison->setCurrentIndex(std::max(0, row.comparison->findText(chosen)));
     }
     adaptValue(row);

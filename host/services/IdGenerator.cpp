@@ -19,11 +19,13 @@ public:
 
     HRESULT STDMETHODCALLTYPE NextId(BSTR table, BSTR key, _SqlConnection* connection, LONG* id) override
     {
-        if (id == nullptr)
+        if (id == nullptr) {
             return E_POINTER;
+        }
         *id = 0;
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return reportError(E_POINTER, u"no connection", sourceName);
+        }
         return hostGuard(sourceName, [&] {
             const std::string tableName = utf8FromUtf16(textOf(table));
             const std::string keyName = utf8FromUtf16(textOf(key));
@@ -31,8 +33,9 @@ public:
             journaled(
                 [&] {
                     next = m_session->engine->nextId(tableName, keyName);
-                    if (next < 1 || next > std::numeric_limits<LONG>::max())
+                    if (next < 1 || next > std::numeric_limits<LONG>::max()) {
                         throw EngineError(ErrorCode::BadValue, "the ids of " + tableName + " are used up");
+                    }
                 },
                 [&](std::string_view error) { m_session->journal.nextId(tableName, keyName, next, error); });
             *id = static_cast<LONG>(next);

@@ -65,11 +65,13 @@ public:
 
     HRESULT STDMETHODCALLTYPE Save(_SqlConnection* connection, VARIANT_BOOL* stored) override
     {
-        if (stored == nullptr)
+        if (stored == nullptr) {
             return E_POINTER;
+        }
         *stored = VARIANT_FALSE;
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return reportError(E_POINTER, u"no connection", sourceName);
+        }
         return hostGuard(sourceName, [&] {
             // The record is empty afterwards in every case: a message that failed must not colour the next.
             const auto columns = std::exchange(m_values, {});
@@ -81,16 +83,19 @@ public:
                     // Id and row go to the disk together, which takes half the time of one after the other.
                     OwnTransaction transaction(*m_session->engine);
                     parameters.emplace_back(m_session->engine->nextId(table, key));
-                    if (logs)
+                    if (logs) {
                         values.emplace_back(key, parameters.back());
+                    }
                     unsigned put = 0;
                     for (std::size_t i = 0; i < ColumnCount; ++i) {
-                        if (!columns[i])
+                        if (!columns[i]) {
                             continue;
+                        }
                         put |= 1U << i;
                         parameters.push_back(*columns[i]);
-                        if (logs)
+                        if (logs) {
                             values.emplace_back(columnNames[i], *columns[i]);
+                        }
                     }
                     m_session->engine->execute(statement(put), Language::Native, parameters);
                     transaction.commit();
@@ -128,8 +133,9 @@ private:
             std::string names(key);
             std::string marks = "?";
             for (std::size_t i = 0; i < ColumnCount; ++i) {
-                if ((put & (1U << i)) == 0)
+                if ((put & (1U << i)) == 0) {
                     continue;
+                }
                 names += ", ";
                 names += columnNames[i];
                 marks += ", ?";

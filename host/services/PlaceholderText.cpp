@@ -9,8 +9,9 @@ std::u16string fillPlaceholders(std::u16string_view text, const PlaceholderValue
     while (!text.empty()) {
         const std::size_t open = text.find(u'{');
         filled += text.substr(0, open);
-        if (open == std::u16string_view::npos)
+        if (open == std::u16string_view::npos) {
             break;
+        }
         text.remove_prefix(open);
         const std::size_t end = text.find_first_of(u"{}", 1);
         if (end != std::u16string_view::npos && text[end] == u'}') {

@@ -25,11 +25,13 @@ public:
     HRESULT STDMETHODCALLTYPE Start(BSTR path, BSTR parameters) override
     {
         return hostGuard(sourceName, [&] {
-            if (m_session->programStarted)
+            if (m_session->programStarted) {
                 m_session->programStarted(utf8FromUtf16(textOf(path)), utf8FromUtf16(textOf(parameters)));
-            if (m_session->startsPrograms && !start(toQString(textOf(path)), toQString(textOf(parameters))))
+            }
+            if (m_session->startsPrograms && !start(toQString(textOf(path)), toQString(textOf(parameters)))) {
                 throw EngineError(ErrorCode::Unspecified,
                                   "the program cannot be started: " + utf8FromUtf16(textOf(path)));
+            }
         });
     }
 
@@ -43,8 +45,9 @@ private:
 #else
         // Where a program gets a list of arguments, the parameter text is one of them: a connection string may
         // hold blanks, and the sender looks for its switch at the front.
-        if (const QString argument = parameters.trimmed(); !argument.isEmpty())
+        if (const QString argument = parameters.trimmed(); !argument.isEmpty()) {
             process.setArguments({argument});
+        }
 #endif
         process.setStandardInputFile(QProcess::nullDevice());
         process.setStandardOutputFile(QProcess::nullDevice());

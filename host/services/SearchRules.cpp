@@ -57,10 +57,11 @@ QString likeText(const QString& text)
 {
     QString escaped;
     for (const QChar c : text) {
-        if (c == '%' || c == '_' || c == '[')
+        if (c == '%' || c == '_' || c == '[') {
             escaped += '[' + QString(c) + ']';
-        else
+        } else {
             escaped += c;
+        }
     }
     return escaped;
 }
@@ -143,11 +144,13 @@ QDate dateOf(const QString& text, const QLocale& locale)
     format.replace(QLatin1String("dd"), QLatin1String("d")).replace(QLatin1String("MM"), QLatin1String("M"));
     format.replace(QRegularExpression(QStringLiteral("y+")), QStringLiteral("yyyy"));
     QDate date = QDate::fromString(text, format);
-    if (date.isValid())
+    if (date.isValid()) {
         return date;
+    }
     date = QDate::fromString(text, format.replace(QLatin1String("yyyy"), QLatin1String("yy")));
-    if (date.isValid())
+    if (date.isValid()) {
         return date.year() < 1930 ? date.addYears(100) : date;
+    }
     return QDate::fromString(text, Qt::ISODate);
 }
 
@@ -180,14 +183,16 @@ Condition conditionOf(const SearchField& field, const SearchRow& row, const QStr
     if (field.kind == SearchKind::Number) {
         bool ok = false;
         const double number = locale.toDouble(value, &ok);
-        if (!ok)
+        if (!ok) {
             return {{}, QStringLiteral("\"%1\" non è un numero valido.").arg(value)};
+        }
         return {numberCondition(column, row.comparison, number), {}};
     }
     if (field.kind == SearchKind::Date) {
         const QDate day = dateOf(value, locale);
-        if (!day.isValid() || day.year() < 1753 || day.year() > 9998)
+        if (!day.isValid() || day.year() < 1753 || day.year() > 9998) {
             return {{}, QStringLiteral("\"%1\" non è una data valida.").arg(value)};
+        }
         return {dateCondition(column, row.comparison, day), {}};
     }
     return {textCondition(column, row.comparison, value), {}};
@@ -258,24 +263,28 @@ SearchResult buildSearch(const std::vector<SearchRow>& rows, bool matchAll, cons
     QStringList conditions;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const SearchRow& row = rows[i];
-        if (row.field < 0 || row.field >= static_cast<int>(fields.size()))
+        if (row.field < 0 || row.field >= static_cast<int>(fields.size())) {
             continue;
+        }
         const SearchField& field = fields[static_cast<std::size_t>(row.field)];
         // A text is taken with its inner blanks; those around it are a slip of the hand.
         const QString value = row.value.trimmed();
-        if (takesValue(row.comparison) && value.isEmpty())
+        if (takesValue(row.comparison) && value.isEmpty()) {
             continue;
+        }
         Condition condition = conditionOf(field, row, value, locale);
-        if (!condition.error.isEmpty())
+        if (!condition.error.isEmpty()) {
             return {{},
                     QString::fromUtf8(field.label) + QLatin1String(": ") + condition.error,
                     static_cast<int>(i)};
+        }
         conditions.push_back(std::move(condition.sql));
     }
     result.sql = QStringLiteral("SELECT idCliente FROM tabClienti");
-    if (!conditions.isEmpty())
+    if (!conditions.isEmpty()) {
         result.sql += QLatin1String(" WHERE ") +
                       conditions.join(matchAll ? QLatin1String(" AND ") : QLatin1String(" OR "));
+    }
     return result;
 }
 

@@ -35,30 +35,34 @@ HRESULT SqlConnection::get_Connection(IConnection** value)
 
 HRESULT SqlConnection::get_UserName(BSTR* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     *value = nullptr;
     return hostGuard(sourceName, [&] { *value = Bstr::fromUtf8(m_session->userName).detach(); });
 }
 
 HRESULT SqlConnection::LookupValue(BSTR field, BSTR table, BSTR condition, VARIANT* value)
 {
-    if (value == nullptr)
+    if (value == nullptr) {
         return E_POINTER;
+    }
     VariantInit(value);
     return hostGuard(sourceName, [&] {
         const std::string fieldText = utf8FromUtf16(textOf(field));
         const std::string tableText = utf8FromUtf16(textOf(table));
         const std::string conditionText = utf8FromUtf16(textOf(condition));
         std::string sql = "SELECT " + fieldText + " FROM " + tableText;
-        if (!conditionText.empty())
+        if (!conditionText.empty()) {
             sql += " WHERE " + conditionText;
+        }
         Variant found;
         journaled(
             [&] {
                 const auto rows = m_session->engine->query(sql, Language::Transact);
-                if (rows->next())
+                if (rows->next()) {
                     found = variantOf(rows->cells()[0], rows->columns()[0]);
+                }
             },
             [&](std::string_view error) {
                 m_session->journal.lookup(fieldText, tableText, conditionText, error);
@@ -69,8 +73,9 @@ HRESULT SqlConnection::LookupValue(BSTR field, BSTR table, BSTR condition, VARIA
 
 HRESULT SqlConnection::QueryService(REFGUID service, REFIID riid, void** object)
 {
-    if (object == nullptr)
+    if (object == nullptr) {
         return E_POINTER;
+    }
     *object = nullptr;
     return hostGuard(sourceName, [&]() -> HRESULT {
         const ComPtr<IUnknown> created = createService(m_session, service);

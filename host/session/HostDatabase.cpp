@@ -23,10 +23,12 @@ bool isConnectionString(const std::string& database)
 
 std::unique_ptr<Engine> openEngine(const std::string& database)
 {
-    if (database.empty())
+    if (database.empty()) {
         throw EngineError(ErrorCode::InvalidArgument, "no database was named");
-    if (isConnectionString(database))
+    }
+    if (isConnectionString(database)) {
         return std::make_unique<OdbcEngine>(database);
+    }
     return std::make_unique<SqliteEngine>(database, SqliteDatabase::Mode::OpenExisting);
 }
 
@@ -42,8 +44,9 @@ std::optional<std::string> printed(const ZulCell& cell)
     case CellDate:
         return formatDate(cell.Real);
     case CellReal: {
-        if (cell.Text != nullptr)
+        if (cell.Text != nullptr) {
             break;
+        }
         std::array<char, 64> buffer{};
         return std::string(buffer.data(),
                            std::to_chars(buffer.data(), buffer.data() + buffer.size(), cell.Real).ptr);
@@ -65,8 +68,9 @@ HostDatabase::HostDatabase(const HostDatabaseOptions& options)
     m_session->appUrl = options.appUrl;
     m_session->programStarted = options.programStarted;
     m_session->startsPrograms = options.startsPrograms;
-    if (!options.journalPath.empty() && !m_session->journal.open(options.journalPath))
+    if (!options.journalPath.empty() && !m_session->journal.open(options.journalPath)) {
         throw EngineError(ErrorCode::Unspecified, options.journalPath + ": the journal cannot be written");
+    }
     m_connection = makeCom<SqlConnection>(m_session);
 }
 
@@ -77,12 +81,13 @@ void HostDatabase::close() const
 
 void HostDatabase::requireTables() const
 {
-    if (!m_session->engine->hasTable("tabClienti"))
+    if (!m_session->engine->hasTable("tabClienti")) {
         throw EngineError(ErrorCode::NoTable,
                           m_name +
                               ": the table tabClienti is missing, and the others with it. Make the"
                               " tables with --create-demo N (0: without customers) and the same --database,"
                               " or name another database.");
+    }
 }
 
 ComPtr<IRecordset> HostDatabase::openRows(std::string_view source, CursorKind cursor) const
@@ -99,26 +104,31 @@ SqlRows HostDatabase::run(std::string_view sql) const
         return result;
     }
     const auto& rows = outcome.rows;
-    for (const ColumnInfo& column : rows->columns())
+    for (const ColumnInfo& column : rows->columns()) {
         result.columns.push_back(column.name);
+    }
     while (rows->next()) {
         auto& row = result.rows.emplace_back();
-        for (std::size_t i = 0; i < result.columns.size(); ++i)
+        for (std::size_t i = 0; i < result.columns.size(); ++i) {
             row.push_back(printed(rows->cells()[i]));
+        }
     }
     return result;
 }
 
 void createDemo(const std::string& database, int customers)
 {
-    if (database.empty())
+    if (database.empty()) {
         throw EngineError(ErrorCode::InvalidArgument, "no database was named");
-    if (customers < 0)
+    }
+    if (customers < 0) {
         throw EngineError(ErrorCode::InvalidArgument, "the number of customers is negative");
-    if (isConnectionString(database))
+    }
+    if (isConnectionString(database)) {
         fillDemo(*openEngine(database), customers);
-    else
+    } else {
         createDemoFile(database, customers);
+    }
 }
 
 } // namespace zul::host

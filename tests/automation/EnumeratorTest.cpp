@@ -16,8 +16,9 @@ bool mayBeOdd = false;
 HRESULT handOut(const LONG& number, VARIANT& raw)
 {
     VariantInit(&raw);
-    if (number % 2 != 0 && !mayBeOdd)
+    if (number % 2 != 0 && !mayBeOdd) {
         return E_OUTOFMEMORY;
+    }
     raw.vt = VT_I4;
     raw.lVal = number;
     return S_OK;

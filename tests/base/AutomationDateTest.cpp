@@ -27,9 +27,12 @@ TEST(AutomationDateTest, ATimeThatRoundsUpToMidnightIsTheNextDays)
 
 TEST(AutomationDateTest, KeepsEveryMillisecondOfADay)
 {
-    for (const std::int64_t day : {firstAutomationDay, std::int64_t{-1}, std::int64_t{0}, lastAutomationDay})
-        for (std::int64_t time = 0; time < millisecondsPerDay; time += 997)
+    for (const std::int64_t day :
+         {firstAutomationDay, std::int64_t{-1}, std::int64_t{0}, lastAutomationDay}) {
+        for (std::int64_t time = 0; time < millisecondsPerDay; time += 997) {
             ASSERT_EQ(splitDate(joinDate(day, time)), (DayAndTime{day, time}));
+        }
+    }
 }
 
 TEST(AutomationDateTest, TakesAnyNumber)

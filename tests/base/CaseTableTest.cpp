@@ -47,8 +47,9 @@ TEST(CaseTableTest, BothFormsTakeTheSameBytesUpToTwo)
         appendUtf8(text, c);
         return text.size();
     };
-    for (char32_t c = 0; c < 0x800; ++c)
+    for (char32_t c = 0; c < 0x800; ++c) {
         EXPECT_EQ(bytes(c), bytes(lowerCharacter(c))) << std::hex << static_cast<unsigned>(c);
+    }
 }
 
 } // namespace zul

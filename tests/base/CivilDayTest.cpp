@@ -35,8 +35,9 @@ TEST(CivilDayTest, KnowsWhichDaysThereAre)
          {CivilDay{2023, 2, 29}, CivilDay{1900, 2, 29}, CivilDay{2024, 2, 30}, CivilDay{2024, 4, 31},
           CivilDay{2024, 0, 1}, CivilDay{2024, 13, 1}, CivilDay{2024, 1, 0}, CivilDay{2024, 1, 32},
           CivilDay{2024, 257, 1}, CivilDay{2024, 1, 257}, CivilDay{2024, -1, -1}, CivilDay{0, 1, 1},
-          CivilDay{10'000, 1, 1}, CivilDay{65'536 + 2024, 1, 1}})
+          CivilDay{10'000, 1, 1}, CivilDay{65'536 + 2024, 1, 1}}) {
         EXPECT_FALSE(isDay(none)) << none.year << '-' << none.month << '-' << none.day;
+    }
 }
 
 } // namespace zul

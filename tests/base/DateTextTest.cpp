@@ -23,8 +23,9 @@ TEST(DateText, RefusesWhatIsNoDate)
     for (const char* text :
          {"", "x", "2024-13-01", "2024-02-30", "2023-02-29", "0000-01-01", "2024-05-01 24:00",
           "2024-05-01 12", "2024-05-01 12:60", "2024-05-01 12:00:61", "2024-05-01 12:00:00.",
-          "2024-05-01 12:00:00.x", "20241301", "2024/05/01", "2024-05-01x"})
+          "2024-05-01 12:00:00.x", "20241301", "2024/05/01", "2024-05-01x"}) {
         EXPECT_FALSE(parseDate(text)) << text;
+    }
     EXPECT_FALSE(dateFromDigits(20240230));
     EXPECT_FALSE(dateFromDigits(-1));
     EXPECT_EQ(dateFromDigits(20240501), static_cast<double>(daysFromCivil({2024, 5, 1})));

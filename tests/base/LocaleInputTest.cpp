@@ -40,8 +40,9 @@ TEST(LocaleInput, RejectsWhatIsNoItalianNumber)
 {
     for (const char16_t* text :
          {u"",  u" ",   u"abc", u"18.5", u"1.23", u"12.34,5", u"1..234", u".234", u"1,2,3", u",",
-          u"-", u"+-3", u"3-",  u"1e5",  u"12a",  u"0x1F",    u"'",      u"%",    u"😀",     u"1,234.50"})
+          u"-", u"+-3", u"3-",  u"1e5",  u"12a",  u"0x1F",    u"'",      u"%",    u"😀",     u"1,234.50"}) {
         EXPECT_FALSE(zul::isNumeric(text, italian)) << QString::fromUtf16(text).toStdString();
+    }
 }
 
 TEST(LocaleInput, FollowsTheLocalesSeparators)
@@ -87,8 +88,9 @@ TEST(LocaleInput, RejectsWhatIsNoItalianDate)
           u"/12/2025",   u"25//2025",   u"25/12-2025", u"31/2/2025",  u"29/2/2025",
           u"12/25/2025", u"0/1/2025",   u"1/0/2025",   u"1/1/5",      u"1/1/202",
           u"1/1/20255",  u"001/1/2025", u"1/1/2025/1", u"25 12 2025", u"25/12/2025 10:30",
-          u"-1/1/2025",  u"'",          u"😀"})
+          u"-1/1/2025",  u"'",          u"😀"}) {
         EXPECT_FALSE(zul::isDate(text, italian)) << QString::fromUtf16(text).toStdString();
+    }
     EXPECT_FALSE(zul::isDate(QString(10000, u'1'), italian));
 }
 
@@ -113,8 +115,9 @@ TEST(LocaleInput, WritesADateThatItReadsBack)
     EXPECT_EQ(zul::dateText(date, italian), QStringLiteral("01/02/2026"));
     EXPECT_EQ(zul::dateText(date, american), QStringLiteral("02/01/2026"));
     EXPECT_EQ(zul::dateText(QDate(), italian), QString());
-    for (const QLocale& locale : {italian, american, french, swedish})
+    for (const QLocale& locale : {italian, american, french, swedish}) {
         EXPECT_EQ(zul::toDate(zul::dateText(date, locale), locale), date) << locale.name().toStdString();
+    }
 }
 
 TEST(LocaleInput, TellsTheOrderInThePlaceholder)

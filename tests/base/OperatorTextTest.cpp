@@ -13,8 +13,9 @@ TEST(OperatorTextTest, TrimmingTakesOffBlanksAndNothingElse)
     EXPECT_EQ(trimBlanks(u"a  b"_s), u"a  b"_s);
     EXPECT_EQ(trimBlanks(u"   "_s), QString());
     EXPECT_EQ(trimBlanks(QString()), QString());
-    for (const QString& kept : {u"\tx\t"_s, u"\r\nx\r\n"_s, u"\u00A0x\u00A0"_s, u"\u3000x"_s, u"\n"_s})
+    for (const QString& kept : {u"\tx\t"_s, u"\r\nx\r\n"_s, u"\u00A0x\u00A0"_s, u"\u3000x"_s, u"\n"_s}) {
         EXPECT_EQ(trimBlanks(u" "_s + kept + u' '), kept);
+    }
 }
 
 TEST(OperatorTextTest, EveryLineBreakBecomesCrLf)

@@ -48,8 +48,9 @@ TEST(Utf8Test, GoesToUtf16AndBack)
 TEST(Utf8Test, EveryCharacterGoesThereAndBack)
 {
     for (char32_t c = 0; c <= 0x10FFFF; ++c) {
-        if (c == 0xD800)
+        if (c == 0xD800) {
             c = 0xE000;
+        }
         std::string text;
         appendUtf8(text, c);
         const Utf8Character read = utf8CharacterAt(text, 0);

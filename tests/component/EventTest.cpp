@@ -17,8 +17,9 @@ class EventTest : public SmsCreatorTest
 protected:
     EventTest()
     {
-        for (std::size_t i = 0; i < texts.size(); ++i)
+        for (std::size_t i = 0; i < texts.size(); ++i) {
             texts[i] = Bstr(u"testo " + std::u16string(1, static_cast<char16_t>(u'1' + i)));
+        }
     }
 
     HRESULT raise()
@@ -40,8 +41,9 @@ TEST_F(EventTest, ElevenArgumentsGoByReferenceInTheirOrder)
         ++calls;
         EXPECT_EQ(id, 1);
         EXPECT_EQ(arguments.size(), 11U);
-        if (arguments.size() != 11U)
+        if (arguments.size() != 11U) {
             return S_OK;
+        }
         EXPECT_EQ(arguments[0].vt, VT_DISPATCH | VT_BYREF);
         EXPECT_EQ(arguments[0].ppdispVal, &grid);
         for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -54,8 +56,9 @@ TEST_F(EventTest, ElevenArgumentsGoByReferenceInTheirOrder)
     advise(sink);
     EXPECT_EQ(raise(), S_OK);
     EXPECT_EQ(calls, 1);
-    for (std::size_t i = 0; i < texts.size(); ++i)
+    for (std::size_t i = 0; i < texts.size(); ++i) {
         EXPECT_EQ(texts[i].toUtf8(), "testo " + std::to_string(i + 1)) << "nothing is written back";
+    }
 }
 
 TEST_F(EventTest, WithoutASinkItSucceeds)
@@ -114,8 +117,9 @@ TEST_F(EventTest, ASinkAdvisedFromASinkIsCalledTheNextTime)
     std::string calls;
     advise(makeCom<Sink>([&](DISPID, const auto&) {
         calls += "a";
-        if (calls.size() == 1)
+        if (calls.size() == 1) {
             advise(makeCom<Sink>([&](DISPID, const auto&) { return calls += "b", S_OK; }));
+        }
         return S_OK;
     }));
     raise();
@@ -143,8 +147,9 @@ TEST_F(EventTest, NullPointersAreRefusedAndNoSinkIsCalled)
     advise(makeCom<Sink>([&](DISPID, const auto&) { return ++calls, S_OK; }));
     for (int missing = 0; missing < 11; ++missing) {
         std::array<BSTR*, 9> places{};
-        for (std::size_t i = 0; i < places.size(); ++i)
+        for (std::size_t i = 0; i < places.size(); ++i) {
             places[i] = missing == static_cast<int>(i) + 1 ? nullptr : texts[i].inOut();
+        }
         EXPECT_EQ(creator->EventoGrd_CaricaGrd(missing == 0 ? nullptr : &grid, places[0], places[1],
                                                places[2], places[3], places[4], places[5], places[6],
                                                places[7], places[8], missing == 10 ? nullptr : &captions),
@@ -167,8 +172,9 @@ TEST_F(EventTest, LateBoundItRaisesTheEventToo)
         return S_OK;
     }));
     std::vector<Variant> owned{Variant::fromDispatch(hostConnection.get())};
-    for (int i = 1; i <= 9; ++i)
+    for (int i = 1; i <= 9; ++i) {
         owned.push_back(text("t" + std::to_string(i)));
+    }
     Variant nothing;
     nothing.vt = VT_DISPATCH;
     nothing.pdispVal = nullptr;
@@ -184,15 +190,17 @@ TEST_F(EventTest, ForAFormTheHostGetsTheGridTheQueryTheLayoutAndTheCaptions)
     ReportGrid real;
     advise(makeCom<Sink>([&](DISPID, const std::vector<VARIANT>& arguments) -> HRESULT {
         std::string texts_;
-        for (std::size_t i = 1; i <= 9; ++i)
+        for (std::size_t i = 1; i <= 9; ++i) {
             texts_ += utf8FromUtf16(textOf(*arguments[i].pbstrVal)) + "|";
+        }
         EXPECT_EQ(texts_, "select 'à'|0,1|0,0|m|s|b|p|q|c|");
         const auto gridObject = queryFor<IReportGrid>(*arguments[0].ppdispVal);
         const auto captionList = queryFor<_Collection>(*arguments[10].ppdispVal);
         EXPECT_TRUE(gridObject);
         EXPECT_TRUE(captionList);
-        if (!gridObject || !captionList)
+        if (!gridObject || !captionList) {
             return E_NOINTERFACE;
+        }
         Variant second = number(2);
         Variant caption;
         EXPECT_EQ(captionList->Item(&second, &caption), S_OK);

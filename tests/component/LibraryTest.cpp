@@ -70,14 +70,16 @@ std::set<std::string> exportedNames(const char* path)
     const auto* sections = reinterpret_cast<const Elf64_Shdr*>(bytes.data() + header->e_shoff);
     std::set<std::string> names;
     for (int i = 0; i < header->e_shnum; ++i) {
-        if (sections[i].sh_type != SHT_DYNSYM)
+        if (sections[i].sh_type != SHT_DYNSYM) {
             continue;
+        }
         const char* texts = bytes.data() + sections[sections[i].sh_link].sh_offset;
         const auto* symbols = reinterpret_cast<const Elf64_Sym*>(bytes.data() + sections[i].sh_offset);
         for (std::size_t s = 0; s < sections[i].sh_size / sizeof(Elf64_Sym); ++s) {
             const bool isDefined = symbols[s].st_shndx != SHN_UNDEF;
-            if (isDefined && ELF64_ST_BIND(symbols[s].st_info) != STB_LOCAL)
+            if (isDefined && ELF64_ST_BIND(symbols[s].st_info) != STB_LOCAL) {
                 names.insert(texts + symbols[s].st_name);
+            }
         }
     }
     return names;

@@ -20,8 +20,9 @@ struct FakeForm
     void exec()
     {
         visible = true;
-        if (whileShown)
+        if (whileShown) {
             whileShown();
+        }
         visible = false;
     }
     void hide() { visible = false; }
@@ -70,8 +71,9 @@ TEST_F(ModalFormTest, ADiscardWhileItIsShownTakesEffectWhenTheShowingHasEnded)
             form.discard();
             EXPECT_FALSE(form.get()->visible);
             EXPECT_EQ(FakeForm::alive, 1) << "not under its own handlers";
-            if (fails)
+            if (fails) {
                 throw Error(RunTime::Overflow);
+            }
         };
         EXPECT_EQ(errorOf([&] { form.show(); }), fails ? 6 : 0);
         EXPECT_EQ(form.get(), nullptr);

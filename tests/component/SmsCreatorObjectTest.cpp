@@ -315,8 +315,9 @@ TEST_F(SmsCreatorTest, ASecondShowingWithoutADiscardBeginsWithDefaults)
     EXPECT_EQ(text, QString());
     EXPECT_FALSE(ticked);
     int forms = 0;
-    for (const QWidget* widget : QApplication::topLevelWidgets())
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
         forms += widget->objectName() == u"frmSMS"_s ? 1 : 0;
+    }
     EXPECT_EQ(forms, 1);
 }
 

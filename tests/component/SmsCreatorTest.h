@@ -111,9 +111,11 @@ protected:
     static QWidget* topLevel(const char* name)
     {
         const QWidgetList widgets = QApplication::topLevelWidgets();
-        for (QWidget* widget : widgets)
-            if (widget->objectName() == QLatin1String(name))
+        for (QWidget* widget : widgets) {
+            if (widget->objectName() == QLatin1String(name)) {
                 return widget;
+            }
+        }
         return nullptr;
     }
 

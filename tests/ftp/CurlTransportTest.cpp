@@ -64,12 +64,14 @@ protected:
     {
         auto commands = server.commands();
         const auto login = std::find(commands.begin(), commands.end(), "PWD");
-        if (login != commands.end())
+        if (login != commands.end()) {
             commands.erase(commands.begin(), login + 1);
+        }
         // Where the data goes is a matter of ports.
         for (auto& command : commands) {
-            if (command.starts_with("PORT "))
+            if (command.starts_with("PORT ")) {
                 command = "PORT";
+            }
         }
         return commands;
     }
@@ -170,8 +172,9 @@ TEST_P(CurlTransportTest, UploadInAsciiSendsEveryLineEndOnceAsCrLf)
     Handle file = 0;
     std::size_t written = 0;
     ASSERT_EQ(transport.openFile(connection, "p.txt", AccessWrite, TransferAscii, file), Success);
-    for (const char* piece : {"a\r", "\nb\r", "c\n", "d\r\n", "e\r"})
+    for (const char* piece : {"a\r", "\nb\r", "c\n", "d\r\n", "e\r"}) {
         ASSERT_EQ(transport.writeFile(file, piece, written), Success);
+    }
     ASSERT_EQ(transport.closeHandle(file), Success);
     EXPECT_EQ(server.files["/p.txt"], "a\r\nb\rc\r\nd\r\ne\r");
 }
@@ -179,8 +182,9 @@ TEST_P(CurlTransportTest, UploadInAsciiSendsEveryLineEndOnceAsCrLf)
 TEST_P(CurlTransportTest, BinaryTransfersChangeNothing)
 {
     std::string bytes;
-    for (unsigned i = 0; i < 300'000; ++i)
+    for (unsigned i = 0; i < 300'000; ++i) {
         bytes += static_cast<char>(i * i % 251U);
+    }
     server.files["/a.bin"] = bytes;
     ASSERT_EQ(connect(), Success);
     ASSERT_EQ(transport.getFile(connection, "a.bin", folder.file("a"), false, 0x80, TransferBinary), Success);
@@ -613,9 +617,10 @@ TEST_P(CurlTransportTest, ServerNamesThatAreNoneDoNotResolve)
 {
     for (const std::string name :
          {"", " ", "no such host", "127.0.0.1/../x", "user@127.0.0.1", "a#b", "127.0.0.1:21:21:zz",
-          "an-impossibly-long-label-of-more-than-sixty-three-characters-is-no-name.example"})
+          "an-impossibly-long-label-of-more-than-sixty-three-characters-is-no-name.example"}) {
         EXPECT_EQ(transport.connect(session, {name, server.port(), "u", "p"}, connection), NameNotResolved)
             << name;
+    }
     EXPECT_TRUE(server.commands().empty());
 }
 

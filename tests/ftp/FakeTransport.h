@@ -33,8 +33,9 @@ struct FakeWorld
     {
         calls.push_back(arguments.empty() ? call : call + " " + arguments);
         auto& queue = answers[call];
-        if (queue.empty())
+        if (queue.empty()) {
             return ftp::Success;
+        }
         const auto code = queue.front();
         queue.pop_front();
         return code;
@@ -63,8 +64,9 @@ public:
                            ftp::Handle& connection) override
     {
         m_world->request = request;
-        if (session != Session)
+        if (session != Session) {
             return ftp::InvalidHandle;
+        }
         return given(m_world->answer("connect", std::to_string(session)), connection, Connection);
     }
     ftp::ErrorCode closeHandle(ftp::Handle handle) override
@@ -96,8 +98,9 @@ public:
         got = 0;
         const auto code =
             file == File ? m_world->answer("readFile", std::to_string(wanted)) : ftp::InvalidHandle;
-        if (code != ftp::Success)
+        if (code != ftp::Success) {
             return code;
+        }
         got = std::min(wanted, m_world->remoteContent.size() - m_world->readAt);
         std::memcpy(buffer, m_world->remoteContent.data() + m_world->readAt, got);
         m_world->readAt += got;
@@ -108,8 +111,9 @@ public:
         written = 0;
         const auto code =
             file == File ? m_world->answer("writeFile", std::to_string(data.size())) : ftp::InvalidHandle;
-        if (code != ftp::Success)
+        if (code != ftp::Success) {
             return code;
+        }
         m_world->written.emplace_back(data);
         written = data.size();
         return code;
@@ -155,24 +159,28 @@ public:
 private:
     ftp::ErrorCode onConnection(ftp::Handle connection, const std::string& call, const std::string& arguments)
     {
-        if (connection != Connection)
+        if (connection != Connection) {
             return ftp::InvalidHandle;
+        }
         return m_world->answer(call, arguments);
     }
 
     static ftp::ErrorCode given(ftp::ErrorCode code, ftp::Handle& handle, ftp::Handle value)
     {
-        if (code == ftp::Success)
+        if (code == ftp::Success) {
             handle = value;
+        }
         return code;
     }
 
     ftp::ErrorCode next(ftp::ErrorCode code, ftp::FindRecord& record)
     {
-        if (code != ftp::Success)
+        if (code != ftp::Success) {
             return code;
-        if (m_world->found.empty())
+        }
+        if (m_world->found.empty()) {
             return ftp::NoMoreFiles;
+        }
         record = m_world->found.front();
         m_world->found.pop_front();
         return code;

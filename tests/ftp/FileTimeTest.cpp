@@ -25,8 +25,9 @@ class Zone
 public:
     explicit Zone(const char* name)
     {
-        if (const char* previous = std::getenv("TZ"))
+        if (const char* previous = std::getenv("TZ")) {
             m_previous = previous;
+        }
         setenv("TZ", name, 1);
         tzset();
     }
@@ -34,10 +35,11 @@ public:
     Zone& operator=(const Zone&) = delete;
     ~Zone()
     {
-        if (m_previous)
+        if (m_previous) {
             setenv("TZ", m_previous->c_str(), 1);
-        else
+        } else {
             unsetenv("TZ");
+        }
         tzset();
     }
 

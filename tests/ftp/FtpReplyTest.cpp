@@ -22,8 +22,9 @@ TEST(FtpReplyTest, ALineWithACodeAndABlankIsAReply)
 TEST(FtpReplyTest, LinesBeforeItBelongToIt)
 {
     ReplyReader reader;
-    for (const char* line : {"220-one\r\n", " two\r\n", "220-three\r\n", "\r\n"})
+    for (const char* line : {"220-one\r\n", " two\r\n", "220-three\r\n", "\r\n"}) {
         EXPECT_TRUE(reader.addLine(line));
+    }
     EXPECT_EQ(reader.last().code, 0);
     EXPECT_TRUE(reader.addLine("220 four\r\n"));
     EXPECT_EQ(reader.last().text, "220-one\r\n two\r\n220-three\r\n\r\n220 four\r\n");
@@ -36,8 +37,9 @@ TEST(FtpReplyTest, NonsenseIsNoReply)
 {
     ReplyReader reader;
     for (const char* line :
-         {"", "2", "25", "250", "250\r\n", "25x ok", "-50 ok", " 250 ok", "2500 ok", "250-ok"})
+         {"", "2", "25", "250", "250\r\n", "25x ok", "-50 ok", " 250 ok", "2500 ok", "250-ok"}) {
         EXPECT_TRUE(reader.addLine(line)) << line;
+    }
     EXPECT_EQ(reader.last().code, 0);
 }
 

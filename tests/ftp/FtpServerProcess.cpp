@@ -49,10 +49,12 @@ std::string userName(uid_t id)
 std::string FtpServerProcess::leftOut(ServerKind kind)
 {
     const char* folder = std::getenv("ZUL_FTP_SERVERS_DIR");
-    if (folder != nullptr && std::string(folder) == "none")
+    if (folder != nullptr && std::string(folder) == "none") {
         return "left out by ZUL_FTP_SERVERS_DIR=none";
-    if (kind == ServerKind::PureFtpd && geteuid() != 0 && std::getenv("CI") == nullptr)
+    }
+    if (kind == ServerKind::PureFtpd && geteuid() != 0 && std::getenv("CI") == nullptr) {
         return "pure-ftpd needs the administrator's rights";
+    }
     return {};
 }
 
@@ -66,18 +68,21 @@ FtpServerProcess::FtpServerProcess(ServerKind kind)
     chmod(m_served.path().c_str(), 0777);
     m_port = freePort();
     const auto words = command();
-    if (m_problem.empty() && access(words[0].c_str(), X_OK) != 0)
+    if (m_problem.empty() && access(words[0].c_str(), X_OK) != 0) {
         m_problem = words[0] + " is missing; tests/ftp/servers.sh brings it";
-    if (!m_problem.empty())
+    }
+    if (!m_problem.empty()) {
         return;
+    }
     start(words);
     waitUntilItListens();
 }
 
 FtpServerProcess::~FtpServerProcess()
 {
-    if (m_process == -1)
+    if (m_process == -1) {
         return;
+    }
     // The server's own children, one for each client, are in its group.
     kill(-m_process, SIGKILL);
     waitpid(m_process, nullptr, 0);
@@ -91,8 +96,9 @@ std::string FtpServerProcess::file(const std::string& name) const
 std::vector<std::string> FtpServerProcess::command()
 {
     const std::string port = std::to_string(m_port);
-    if (m_kind == ServerKind::Pyftpdlib)
+    if (m_kind == ServerKind::Pyftpdlib) {
         return {"/usr/bin/python3", ZUL_FTP_TEST_SOURCES "/pyftpd.py", m_served.path().string(), port};
+    }
 
     if (m_kind == ServerKind::Vsftpd) {
         const std::string self = userName(geteuid());
@@ -137,8 +143,10 @@ std::vector<std::string> FtpServerProcess::command()
                      std::to_string(group) + "::" + m_served.path().string() + "/./::::::::::::\n");
     const std::string make = "LD_LIBRARY_PATH='" + file("lib") + "' '" + file("pure-pw") + "' mkdb '" +
                              users + ".pdb' -f '" + users + "' >/dev/null 2>&1";
-    if (access(file("pure-pw").c_str(), X_OK) == 0 && std::system(make.c_str()) != 0) // NOLINT(cert-env33-c)
+    if (access(file("pure-pw").c_str(), X_OK) == 0 &&
+        std::system(make.c_str()) != 0) { // NOLINT(cert-env33-c)
         m_problem = "pure-pw failed";
+    }
     return {file("pure-ftpd"),          "-S", "127.0.0.1," + port,  "-4", "-E", "-H", "-A", "-u", "1", "-l",
             "puredb:" + users + ".pdb", "-g", m_private.file("pid")};
 }
@@ -147,22 +155,25 @@ void FtpServerProcess::start(const std::vector<std::string>& command)
 {
     std::vector<char*> words;
     words.reserve(command.size() + 1);
-    for (const std::string& word : command)
+    for (const std::string& word : command) {
         words.push_back(const_cast<char*>(word.c_str()));
+    }
     words.push_back(nullptr);
     const std::string libraries = file("lib");
     const std::string python = file("python");
     const pid_t tester = getpid();
     m_process = fork();
     if (m_process != 0) {
-        if (m_process > 0)
+        if (m_process > 0) {
             setpgid(m_process, m_process);
+        }
         return;
     }
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != tester)
+    if (getppid() != tester) {
         _exit(126);
+    }
     setenv("LD_LIBRARY_PATH", libraries.c_str(), 1);
     setenv("PYTHONPATH", python.c_str(), 1);
     setenv("PYTHONDONTWRITEBYTECODE", "1", 1);
@@ -190,8 +201,9 @@ void FtpServerProcess::waitUntilItListens()
         const bool listens =
             connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
         close(socket);
-        if (listens)
+        if (listens) {
             return;
+        }
         std::this_thread::sleep_for(20ms);
     }
     m_problem = "the server does not listen";

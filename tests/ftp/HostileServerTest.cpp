@@ -33,8 +33,9 @@ protected:
     void use(const CurlTransportOptions& options)
     {
         client = std::make_unique<cFtp>(std::make_unique<CurlTransport>(options));
-        if (GetParam() == ModePassive)
+        if (GetParam() == ModePassive) {
             client->SetModePassive();
+        }
         client->SetTransferBinary();
     }
 
@@ -68,8 +69,9 @@ protected:
         return [](auto& session, const auto&) {
             session.reply("150 here");
             session.openData();
-            while (session.sendData("x"))
+            while (session.sendData("x")) {
                 std::this_thread::sleep_for(20ms);
+            }
             session.hangUp();
         };
     }
@@ -236,8 +238,9 @@ TEST_P(HostileServerTest, AStallWithinADownloadByPiecesIsItsOwnError)
 TEST_P(HostileCommandTest, AnEndlessReplyIsCutOff)
 {
     server.on["DELE"] = [](auto& session, const auto&) {
-        for (;;)
+        for (;;) {
             session.reply("250-" + std::string(70, 'x'));
+        }
     };
     ASSERT_TRUE(connect());
     EXPECT_FALSE(client->DeleteFTPFile("a"));
@@ -248,8 +251,9 @@ TEST_P(HostileCommandTest, AnEndlessLineIsCutOff)
 {
     hurry();
     server.on["DELE"] = [](auto& session, const auto&) {
-        for (;;)
+        for (;;) {
             session.send(std::string(1000, 'x'));
+        }
     };
     ASSERT_TRUE(connect());
     EXPECT_FALSE(client->DeleteFTPFile("a"));
@@ -259,8 +263,9 @@ TEST_P(HostileCommandTest, AnEndlessLineIsCutOff)
 TEST_P(HostileCommandTest, AnEndlessGreetingIsCutOff)
 {
     server.greeting = [](auto& session) {
-        for (;;)
+        for (;;) {
             session.reply("220-hello");
+        }
     };
     EXPECT_FALSE(connect());
     EXPECT_EQ(code(), 12152);
@@ -269,8 +274,9 @@ TEST_P(HostileCommandTest, AnEndlessGreetingIsCutOff)
 TEST_P(HostileCommandTest, EndlessPreliminaryRepliesEnd)
 {
     server.on["DELE"] = [](auto& session, const auto&) {
-        for (;;)
+        for (;;) {
             session.reply("150 wait");
+        }
     };
     ASSERT_TRUE(connect());
     EXPECT_FALSE(client->DeleteFTPFile("a"));
@@ -295,8 +301,9 @@ TEST_P(HostileServerTest, AnEndlessListingIsCutOff)
 
 TEST_P(HostileServerTest, AListingOfTooManyEntriesIsRefused)
 {
-    for (int i = 0; i < 1001; ++i)
+    for (int i = 0; i < 1001; ++i) {
         server.listing += "-rw-r--r-- 1 u g 7 Nov 21 2023 n" + std::to_string(i) + "\r\n";
+    }
     ASSERT_TRUE(connect());
     bool isOk = false;
     EXPECT_EQ(client->GetDirectoryListing("", isOk), nullptr);
@@ -612,12 +619,14 @@ TEST_P(ActiveTest, AReplyThatOvertakesTheDataConnectionLosesNothing)
         session.send(++ports == early ? "200 ok\r\n150 here\r\n" : "200 ok\r\n");
     };
     const auto answer = [&](auto& session, const std::string& bytes) {
-        if (ports == early)
+        if (ports == early) {
             std::this_thread::sleep_for(50ms);
-        else
+        } else {
             session.reply("150 here");
-        if (!session.openData())
+        }
+        if (!session.openData()) {
             session.hangUp();
+        }
         session.sendData(bytes);
         session.closeData();
         session.reply("226 done");

@@ -91,8 +91,9 @@ TEST(ListingParserTest, NamesAreKeptAsTheyAre)
 {
     const sys_days day{2023y / 11 / 20};
     for (const std::string name : {"a b  c", " leading", "trailing ", "à è € 😀", "'%\"", "Nov 20 2023 x",
-                                   "a\tb", "x/../y", "/abs", "-rw-r--r--"})
+                                   "a\tb", "x/../y", "/abs", "-rw-r--r--"}) {
         expectEntry("-rw-r--r-- 1 u g 7 Nov 20  2023 " + name, name, 7, AttributeNormal, day);
+    }
     const std::string longName(10'000, 'n');
     expectEntry("-rw-r--r-- 1 u g 7 Nov 20  2023 " + longName, longName, 7, AttributeNormal, day);
 }
@@ -174,8 +175,9 @@ TEST(ListingParserTest, WhatIsNoEntryIsPassedOver)
                              "11-20-23 03:41AM seven x",
                              "11-20-23 AM 7 x",
                              "1-20-23 03:41AM 7 x",
-                             "-rw-r--r-- 1 u g 7 Nov 20 0000 a"})
+                             "-rw-r--r-- 1 u g 7 Nov 20 0000 a"}) {
         EXPECT_FALSE(parse(line)) << line;
+    }
 }
 
 TEST(ListingParserTest, ListingsHaveEitherLineEnd)
@@ -197,8 +199,9 @@ TEST(ListingParserTest, ListingsHaveEitherLineEnd)
 TEST(ListingParserTest, ListingsAreLimited)
 {
     std::string text;
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         text += "-rw-r--r-- 1 u g 7 Nov 20  2023 x\n";
+    }
     EXPECT_FALSE(parseListing(text, Now, 3).tooMany);
     const auto cut = parseListing(text, Now, 2);
     EXPECT_TRUE(cut.tooMany);

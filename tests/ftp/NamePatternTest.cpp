@@ -51,8 +51,9 @@ TEST(NamePatternTest, OtherSignsAreThemselves)
 TEST(NamePatternTest, ManyStarsOnALongNameEnd)
 {
     std::string stars;
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 50; ++i) {
         stars += "*a";
+    }
     EXPECT_FALSE(matchesPattern(std::string(10'000, 'a') + "b", stars));
     EXPECT_TRUE(matchesPattern(std::string(10'000, 'a'), stars));
 }

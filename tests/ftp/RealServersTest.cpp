@@ -24,8 +24,9 @@ public:
     static FtpServerProcess& get(ServerKind kind)
     {
         auto& server = all()[kind];
-        if (!server)
+        if (!server) {
             server = std::make_unique<FtpServerProcess>(kind);
+        }
         return *server;
     }
     void TearDown() override { all().clear(); }
@@ -47,14 +48,17 @@ class RealServersTest : public ::testing::TestWithParam<Parameters>
 protected:
     void SetUp() override
     {
-        if (const auto reason = FtpServerProcess::leftOut(std::get<0>(GetParam())); !reason.empty())
+        if (const auto reason = FtpServerProcess::leftOut(std::get<0>(GetParam())); !reason.empty()) {
             GTEST_SKIP() << reason;
+        }
         server = &Servers::get(std::get<0>(GetParam()));
         ASSERT_EQ(server->problem(), "");
-        for (const auto& entry : std::filesystem::directory_iterator(server->served().path()))
+        for (const auto& entry : std::filesystem::directory_iterator(server->served().path())) {
             std::filesystem::remove_all(entry.path());
-        if (std::get<1>(GetParam()))
+        }
+        if (std::get<1>(GetParam())) {
             client.SetModePassive();
+        }
         client.SetTransferBinary();
         ASSERT_TRUE(connect()) << client.GetLastErrorMessage();
     }
@@ -81,8 +85,9 @@ protected:
         EXPECT_TRUE(isOk);
         if (found) {
             for (const auto& item : *found) {
-                if (item->Filename != "." && item->Filename != "..")
+                if (item->Filename != "." && item->Filename != "..") {
                     names.insert(item->Filename);
+                }
             }
         }
         return names;
@@ -267,8 +272,9 @@ TEST_P(RealServersTest, SizesBeyond4GiBAreTheirLow32Bits)
     remote().write("huge", "");
     std::error_code error;
     std::filesystem::resize_file(remote().path() / "huge", 0x1'0000'0100ULL, error);
-    if (error)
+    if (error) {
         GTEST_SKIP() << "no room for a file with a hole: " << error.message();
+    }
     EXPECT_EQ(client.GetFTPFileSize("huge"), 0x100);
 }
 

@@ -32,23 +32,27 @@ int listenOnLoopback(std::uint16_t& port)
     sockaddr_in address = loopback(0);
     socklen_t length = sizeof(address);
     if (bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0 ||
-        ::listen(socket, 8) != 0 || getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        ::listen(socket, 8) != 0 ||
+        getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
         throw std::runtime_error("no loopback port");
+    }
     port = ntohs(address.sin_port);
     return socket;
 }
 
 void closeSocket(int& socket)
 {
-    if (socket != -1)
+    if (socket != -1) {
         ::close(socket);
+    }
     socket = -1;
 }
 
 std::string absolutePath(const std::string& directory, const std::string& name)
 {
-    if (name.starts_with('/'))
+    if (name.starts_with('/')) {
         return name;
+    }
     return directory == "/" ? "/" + name : directory + "/" + name;
 }
 
@@ -57,8 +61,9 @@ std::string absolutePath(const std::string& directory, const std::string& name)
 ScriptedServer::ScriptedServer()
 {
     setenv("no_proxy", "127.0.0.1", 1); // whatever the machine's environment says
-    if (pipe(m_stop) != 0)
+    if (pipe(m_stop) != 0) {
         throw std::runtime_error("no pipe");
+    }
     m_listener = listenOnLoopback(m_port);
     m_thread = std::thread([this] { run(); });
 }
@@ -92,11 +97,13 @@ void ScriptedServer::run()
     for (;;) {
         std::array<pollfd, 2> waiting{pollfd{m_listener, POLLIN, 0}, pollfd{m_stop[0], POLLIN, 0}};
         poll(waiting.data(), waiting.size(), -1);
-        if (waiting[1].revents != 0)
+        if (waiting[1].revents != 0) {
             return;
+        }
         const int control = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (control == -1)
+        if (control == -1) {
             continue;
+        }
         const int immediately = 1;
         setsockopt(control, IPPROTO_TCP, TCP_NODELAY, &immediately, sizeof(immediately));
         Session session(*this, control);
@@ -109,10 +116,11 @@ void ScriptedServer::run()
 
 void ScriptedServer::serve(Session& session)
 {
-    if (greeting)
+    if (greeting) {
         greeting(session);
-    else
+    } else {
         session.reply("220 ready");
+    }
     std::string line;
     while (session.readLine(line)) {
         {
@@ -122,12 +130,14 @@ void ScriptedServer::serve(Session& session)
         const std::size_t blank = line.find(' ');
         const std::string verb = line.substr(0, blank);
         const std::string argument = blank == std::string::npos ? std::string() : line.substr(blank + 1);
-        if (const auto hook = on.find(verb); hook != on.end())
+        if (const auto hook = on.find(verb); hook != on.end()) {
             hook->second(session, argument);
-        else
+        } else {
             handle(session, verb, argument);
-        if (verb == "QUIT")
+        }
+        if (verb == "QUIT") {
             return;
+        }
     }
 }
 
@@ -152,10 +162,11 @@ void ScriptedServer::handle(Session& session, const std::string& verb, const std
     } else if (verb == "LIST") {
         transfer(session, listing);
     } else if (verb == "RETR") {
-        if (files.contains(path))
+        if (files.contains(path)) {
             transfer(session, files[path]);
-        else
+        } else {
             session.reply("550 " + argument + ": no such file");
+        }
     } else if (verb == "STOR") {
         session.reply("150 go on");
         if (session.openData()) {
@@ -218,11 +229,13 @@ bool ScriptedServer::Session::readLine(std::string& line)
             return true;
         }
         std::array<char, 4096> buffer{};
-        if (!waitFor(m_control, POLLIN))
+        if (!waitFor(m_control, POLLIN)) {
             return false;
+        }
         const ssize_t count = recv(m_control, buffer.data(), buffer.size(), 0);
-        if (count <= 0)
+        if (count <= 0) {
             return false;
+        }
         m_input.append(buffer.data(), static_cast<std::size_t>(count));
     }
 }
@@ -231,29 +244,35 @@ void ScriptedServer::Session::send(std::string_view text)
 {
     const std::size_t left = m_server.m_controlLeft;
     const bool cut = text.size() > left;
-    if (cut)
+    if (cut) {
         text = text.substr(0, left);
+    }
     while (!text.empty()) {
-        if (!waitFor(m_control, POLLOUT))
+        if (!waitFor(m_control, POLLOUT)) {
             throw Ended{};
+        }
         const ssize_t count = ::send(m_control, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count < 0)
+        if (count < 0) {
             throw Ended{};
-        if (left != Never)
+        }
+        if (left != Never) {
             m_server.m_controlLeft -= static_cast<std::size_t>(count);
+        }
         m_server.m_controlBytes += static_cast<std::size_t>(count);
         text.remove_prefix(static_cast<std::size_t>(count));
     }
-    if (cut)
+    if (cut) {
         hangUp();
+    }
 }
 
 bool ScriptedServer::Session::prepareActive(const std::string& argument)
 {
     const std::string local = "127,0,0,1,"; // then the port's high and low byte
     const std::size_t comma = argument.rfind(',');
-    if (!argument.starts_with(local) || comma <= local.size())
+    if (!argument.starts_with(local) || comma <= local.size()) {
         return false;
+    }
     m_activePort = static_cast<std::uint16_t>(std::stoi(argument.substr(local.size())) * 256 +
                                               std::stoi(argument.substr(comma + 1)));
     return true;
@@ -262,30 +281,35 @@ bool ScriptedServer::Session::prepareActive(const std::string& argument)
 bool ScriptedServer::Session::openData()
 {
     if (m_dataListener != -1) {
-        if (!waitFor(m_dataListener, POLLIN))
+        if (!waitFor(m_dataListener, POLLIN)) {
             throw Ended{};
+        }
         m_data = accept4(m_dataListener, nullptr, nullptr, SOCK_CLOEXEC);
         closeSocket(m_dataListener);
     } else {
         m_data = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         const sockaddr_in address = loopback(m_activePort);
-        if (connect(m_data, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+        if (connect(m_data, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
             closeSocket(m_data);
+        }
     }
     return m_data != -1;
 }
 
 bool ScriptedServer::Session::sendData(std::string_view bytes)
 {
-    if (m_data == -1)
+    if (m_data == -1) {
         return false;
+    }
     bytes = bytes.substr(0, m_server.cutDataAfter);
     while (!bytes.empty()) {
-        if (!waitFor(m_data, POLLOUT))
+        if (!waitFor(m_data, POLLOUT)) {
             throw Ended{};
+        }
         const ssize_t count = ::send(m_data, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count < 0)
+        if (count < 0) {
             return false;
+        }
         m_server.m_dataBytes += static_cast<std::size_t>(count);
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
@@ -297,11 +321,13 @@ std::string ScriptedServer::Session::readData()
     std::string bytes;
     while (m_data != -1) {
         std::array<char, 4096> buffer{};
-        if (!waitFor(m_data, POLLIN))
+        if (!waitFor(m_data, POLLIN)) {
             throw Ended{};
+        }
         const ssize_t count = recv(m_data, buffer.data(), buffer.size(), 0);
-        if (count <= 0)
+        if (count <= 0) {
             break;
+        }
         bytes.append(buffer.data(), static_cast<std::size_t>(count));
     }
     return bytes;
@@ -323,8 +349,9 @@ void ScriptedServer::Session::stall()
 {
     std::array<char, 4096> buffer{};
     while (waitFor(m_control, POLLIN)) {
-        if (recv(m_control, buffer.data(), buffer.size(), 0) <= 0)
+        if (recv(m_control, buffer.data(), buffer.size(), 0) <= 0) {
             break;
+        }
     }
     throw Ended{};
 }

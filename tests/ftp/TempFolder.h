@@ -18,8 +18,9 @@ public:
     TempFolder()
     {
         std::string name = (std::filesystem::temp_directory_path() / "zul-ftp-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
+        if (mkdtemp(name.data()) == nullptr) {
             throw std::runtime_error("no temporary folder");
+        }
         m_path = name;
     }
     TempFolder(const TempFolder&) = delete;
@@ -43,8 +44,9 @@ public:
     std::optional<std::string> read(const std::string& name) const
     {
         std::ifstream stream(m_path / name, std::ios::binary);
-        if (!stream)
+        if (!stream) {
             return std::nullopt;
+        }
         return std::string(std::istreambuf_iterator<char>(stream), {});
     }
 
@@ -52,8 +54,9 @@ public:
     std::set<std::string> names() const
     {
         std::set<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(m_path))
+        for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
             found.insert(entry.path().filename().string());
+        }
         return found;
     }
 
@@ -65,8 +68,9 @@ private:
 inline std::string pattern(std::size_t size)
 {
     std::string bytes(size, '\0');
-    for (std::size_t i = 0; i < size; ++i)
+    for (std::size_t i = 0; i < size; ++i) {
         bytes[i] = static_cast<char>('!' + (i * 7 + i / 255) % 90);
+    }
     return bytes;
 }
 

@@ -69,8 +69,9 @@ TEST(TextToNumberTest, WhatIsNoNumberMismatches)
 {
     for (const char* text : {"",   " ",   "abc",  "21x",   "x21",        "2 1", "--1", "+",    "-",
                              ".",  ",",   "1..2", "1.2.3", "e5",         "1e",  "1e+", "1e5x", "&",
-                             "&H", "&HG", "&X1",  "à",     "21\xc2\xa0", "inf", "nan", "0x10", "1'000"})
+                             "&H", "&HG", "&X1",  "à",     "21\xc2\xa0", "inf", "nan", "0x10", "1'000"}) {
         EXPECT_EQ(convert(text), TypeMismatched) << text;
+    }
     EXPECT_EQ(convert(std::string_view("21\0", 3)), TypeMismatched);
 }
 
@@ -97,8 +98,9 @@ TEST(TextToNumberTest, TheSeparatorsAreTheLocales)
 TEST(TextToNumberTest, TheProcesssLocaleIsAsked)
 {
     const std::string previous = std::setlocale(LC_NUMERIC, nullptr);
-    if (std::setlocale(LC_NUMERIC, "it_IT.UTF-8") == nullptr)
+    if (std::setlocale(LC_NUMERIC, "it_IT.UTF-8") == nullptr) {
         GTEST_SKIP() << "no Italian locale on this machine";
+    }
     const NumberFormat format = localeNumberFormat();
     std::setlocale(LC_NUMERIC, previous.c_str());
     EXPECT_EQ(format.decimalSeparator, ",");

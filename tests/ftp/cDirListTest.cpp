@@ -18,16 +18,18 @@ std::string name(int number)
 cDirList listOf(int count)
 {
     cDirList list;
-    for (int i = 1; i <= count; ++i)
+    for (int i = 1; i <= count; ++i) {
         list.Add(0x80, 0, 0, 0, i, name(i));
+    }
     return list;
 }
 
 std::vector<std::string> names(const cDirList& list)
 {
     std::vector<std::string> result;
-    for (const auto& item : list)
+    for (const auto& item : list) {
         result.push_back(item->Filename);
+    }
     return result;
 }
 
@@ -85,8 +87,9 @@ TEST(cDirListTest, EveryFlagIsItsBitAndNoOther)
         {0x1000, "--------O"}, {0x8, "---------"},    {0x40, "---------"},  {0x200, "---------"},
         {0x400, "---------"},  {0x2000, "---------"}, {0, "---------"},     {-1, "RHSDANTCO"},
     };
-    for (const auto& [bit, expected] : bits)
+    for (const auto& [bit, expected] : bits) {
         EXPECT_EQ(flags(*list.Add(bit, 0, 0, 0, 0, name(bit))), expected) << bit;
+    }
 }
 
 TEST(cDirListTest, ANameAlreadyPresentFailsAndLeavesTheListUnchanged)
@@ -131,8 +134,9 @@ TEST(cDirListTest, IterationFollowsTheOrderOfAddition)
 {
     cDirList list;
     EXPECT_TRUE(list.begin() == list.end());
-    for (const char* added : {"z", "a", "m"})
+    for (const char* added : {"z", "a", "m"}) {
         list.Add(0, 0, 0, 0, 0, added);
+    }
     EXPECT_THAT(names(list), ElementsAre("z", "a", "m"));
     EXPECT_EQ((*list.NewEnum())->Filename, "z");
 }

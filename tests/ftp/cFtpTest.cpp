@@ -164,8 +164,9 @@ TEST_F(cFtpTest, APort70000OverflowsAndNothingIsConnected)
 
 TEST_F(cFtpTest, APortThatIsNoNumberIsATypeMismatch)
 {
-    for (const std::string port : {"", "abc", " ", "21x", "2 1", "ftp", "à"})
+    for (const std::string port : {"", "abc", " ", "21x", "2 1", "ftp", "à"}) {
         EXPECT_EQ(thrownBy([&] { client->OpenConnection("server", port, "u", "p"); }), 13) << port;
+    }
     EXPECT_THAT(world->calls, Not(Contains("connect 1")));
 }
 
@@ -213,8 +214,9 @@ TEST_F(cFtpTest, TheServersTextIsCutToItsBuffer)
     ASSERT_TRUE(connect());
     world->answers["deleteFile"] = {12003, 12003};
     world->lastResponse.clear();
-    for (int i = 0; i < 10'000; ++i)
+    for (int i = 0; i < 10'000; ++i) {
         world->lastResponse += "è";
+    }
     EXPECT_FALSE(client->DeleteFTPFile("a"));
     EXPECT_EQ(client->GetLastErrorMessage(), world->lastResponse.substr(0, std::size_t{2} * 2047));
     world->lastResponse = std::string("550 a\0b", 7);
@@ -316,8 +318,9 @@ TEST_F(cFtpTest, SimpleOperationsTellTheirFailures)
     ASSERT_TRUE(connect());
     const std::string tail = " error code: 12002 Message: The server did not answer in time.\r\n";
     for (const char* call : {"putFile", "getFile", "renameFile", "createDirectory", "removeDirectory",
-                             "deleteFile", "setCurrentDirectory", "getCurrentDirectory"})
+                             "deleteFile", "setCurrentDirectory", "getCurrentDirectory"}) {
         world->answers[call] = {12002};
+    }
     EXPECT_FALSE(client->SimpleFTPPutFile("l", "r"));
     EXPECT_EQ(client->GetLastErrorMessage(), "SimpleFtpPutFile" + tail);
     EXPECT_FALSE(client->SimpleFTPGetFile("l", "r"));
@@ -360,8 +363,9 @@ protected:
     std::string written() const
     {
         std::string all;
-        for (const auto& piece : world->written)
+        for (const auto& piece : world->written) {
             all += piece;
+        }
         return all;
     }
 
@@ -468,8 +472,9 @@ TEST_F(UploadTest, AFileThatShrinksMeanwhileSendsWhatTheBufferHeld)
 {
     local = folder.write("l", std::string(510, 'a') + std::string(90, 'b'));
     client->FileTransferProgress = [this](std::int32_t current, std::int32_t) {
-        if (current == 255)
+        if (current == 255) {
             std::filesystem::resize_file(folder.file("l"), 300);
+        }
     };
     EXPECT_TRUE(client->FTPUploadFile(local, remote));
     EXPECT_EQ(written(), std::string(600, 'a'));
@@ -548,8 +553,9 @@ TEST_F(DownloadTest, TheLocalFileIsClosedBeforeTheEndIsTold)
     int second = -1;
     client->StateChanged = [&](std::int32_t state) {
         std::int32_t one = 1;
-        if (state == 10)
+        if (state == 10) {
             second = thrownBy([&] { other->FTPDownloadFile(folder.file("next"), "r", one); });
+        }
     };
     EXPECT_TRUE(download(300, 300));
     EXPECT_EQ(second, 0) << "the next transfer may start there";
@@ -657,8 +663,9 @@ TEST_F(DownloadTest, IntoAFolderThatIsNotThereIsARunTimeError)
 
 TEST_F(DownloadTest, OntoAFullDiskIsARunTimeError)
 {
-    if (!std::filesystem::exists("/dev/full"))
+    if (!std::filesystem::exists("/dev/full")) {
         GTEST_SKIP() << "this system has no /dev/full to stand for a full disk";
+    }
     world->remoteContent = pattern(10);
     size = 10;
     EXPECT_EQ(thrownBy([this] { client->FTPDownloadFile("/dev/full", "r", size); }), 61);
@@ -746,10 +753,11 @@ TEST_F(SearchingTest, AListingConvertsItsThreeTimesToLocalDates)
     record.lastWriteTime = 154'000 * day + day / 2;
     world->found.push_back(record);
     const auto list = client->GetDirectoryListing("", isOk);
-    if (zone)
+    if (zone) {
         setenv("TZ", zone->c_str(), 1);
-    else
+    } else {
         unsetenv("TZ");
+    }
     tzset();
     ASSERT_NE(list, nullptr);
     EXPECT_NEAR(list->Item(1)->CreationTime, 2.0 / 24, 1e-9);
@@ -761,8 +769,9 @@ TEST_F(SearchingTest, NamesAreCutBeforeTheFirstNulAndToTheirField)
 {
     find(std::string("a\0b", 3));
     std::string accents;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         accents += "è";
+    }
     find(accents);
     find(std::string(10'000, 'n'));
     const auto list = client->GetDirectoryListing("", isOk);

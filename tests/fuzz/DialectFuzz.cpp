@@ -33,21 +33,25 @@ std::vector<std::string> quotedPieces(const std::string& sql)
     for (std::size_t i = 0; i < sql.size(); ++i) {
         const char open = sql[i];
         const std::string_view two = std::string_view(sql).substr(i, 2);
-        if (open == ';' || open == '"' || two == "--" || two == "/*")
+        if (open == ';' || open == '"' || two == "--" || two == "/*") {
             broken("outside of quotes", sql);
-        if (open != '\'' && open != '[' && open != '`')
+        }
+        if (open != '\'' && open != '[' && open != '`') {
             continue;
+        }
         const char close = open == '[' ? ']' : open;
         std::string piece;
         for (++i;; ++i) {
-            if (i >= sql.size())
+            if (i >= sql.size()) {
                 broken("a quote is not closed", sql);
-            if (sql[i] != close)
+            }
+            if (sql[i] != close) {
                 piece += sql[i];
-            else if (close != ']' && i + 1 < sql.size() && sql[i + 1] == close)
+            } else if (close != ']' && i + 1 < sql.size() && sql[i + 1] == close) {
                 piece += sql[i++];
-            else
+            } else {
                 break;
+            }
         }
         pieces.push_back(piece);
     }
@@ -65,21 +69,27 @@ bool mayChange(const std::string& text)
 void checkLiterals(std::string_view tsql, const std::vector<Translation>& translations)
 {
     std::vector<std::string> out;
-    for (const Translation& translation : translations)
-        for (std::string& piece : quotedPieces(translation.sql))
+    for (const Translation& translation : translations) {
+        for (std::string& piece : quotedPieces(translation.sql)) {
             out.push_back(std::move(piece));
+        }
+    }
     const std::vector<Token> tokens = tokenize(tsql);
-    for (const Token& token : tokens)
+    for (const Token& token : tokens) {
         // Advice in parentheses is passed over with whatever stands in it.
-        if (token.isWord("OPTION") || token.isWord("WITH") || token.isWord("NOLOCK"))
+        if (token.isWord("OPTION") || token.isWord("WITH") || token.isWord("NOLOCK")) {
             return;
-    for (const Token& token : tokens)
+        }
+    }
+    for (const Token& token : tokens) {
         if (token.kind == TokenKind::Text && !mayChange(token.text)) {
             const auto found = std::find(out.begin(), out.end(), token.text);
-            if (found == out.end())
+            if (found == out.end()) {
                 broken("a literal was lost", token.text);
+            }
             out.erase(found);
         }
+    }
 }
 
 void run(std::string_view tsql, const ColumnTypes& types)
@@ -88,8 +98,9 @@ void run(std::string_view tsql, const ColumnTypes& types)
         const std::vector<Translation> translations = translateBatch(tsql, types);
         checkLiterals(tsql, translations);
     } catch (const DialectError& error) {
-        if (error.offset() > tsql.size() || error.line() == 0 || error.column() == 0)
+        if (error.offset() > tsql.size() || error.line() == 0 || error.column() == 0) {
             broken("a place outside of the text", error.what());
+        }
     }
 }
 
@@ -106,7 +117,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t half = size / 2;
     likeMatch(text.substr(0, half), text.substr(half), U'!');
     patternIndex(text.substr(0, half), text.substr(half));
-    if (const auto moment = parseMoment(text); moment && parseMoment(formatMoment(*moment)) != moment)
+    if (const auto moment = parseMoment(text); moment && parseMoment(formatMoment(*moment)) != moment) {
         broken("a date does not read back", std::string(text));
+    }
     return 0;
 }

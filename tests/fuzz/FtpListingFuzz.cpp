@@ -14,8 +14,9 @@ namespace {
 
 void require(bool condition)
 {
-    if (!condition)
+    if (!condition) {
         std::abort();
+    }
 }
 
 } // namespace

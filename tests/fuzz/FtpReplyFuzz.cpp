@@ -11,8 +11,9 @@ namespace {
 
 void require(bool condition)
 {
-    if (!condition)
+    if (!condition) {
         std::abort();
+    }
 }
 
 } // namespace
@@ -31,8 +32,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         text.remove_prefix(length);
         const bool accepted = reader.addLine(line);
         require(accepted == (taken + line.size() <= limit));
-        if (!accepted)
+        if (!accepted) {
             break;
+        }
         taken += line.size();
         require(reader.last().text.size() <= taken);
         require(reader.last().code >= 0 && reader.last().code <= 999);

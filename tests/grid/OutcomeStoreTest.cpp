@@ -15,11 +15,13 @@ TEST(OutcomeStoreTest, GivesBackEveryLineAsItWas)
                             QStringLiteral("a\r\nb"),
                             QString(3000000, u'€'),
                             QStringLiteral("fine")};
-    for (const QString& line : lines)
+    for (const QString& line : lines) {
         store.append(line);
+    }
     ASSERT_EQ(store.count(), lines.size());
-    for (int i = 0; i < store.count(); ++i)
+    for (int i = 0; i < store.count(); ++i) {
         EXPECT_EQ(store.line(i), lines[i]) << i;
+    }
     EXPECT_EQ(store.line(-1), QString());
     EXPECT_EQ(store.line(6), QString());
     store.clear();

@@ -274,8 +274,9 @@ protected:
         QStringList lines;
         rows.readRows([&](long count, const ZulCell* cells) {
             QStringList line;
-            for (long i = 0; i < count; ++i)
+            for (long i = 0; i < count; ++i) {
                 line.append(show(cells[i]));
+            }
             lines.append(line.join(u','));
         });
         return lines;

@@ -35,13 +35,14 @@ TEST(CallsTest, ANumberFarBeyondTheCalendarIsNoDate)
 TEST(CallsTest, DatesComeBackAsTheyWent)
 {
     for (const QDate day : {QDate(1753, 1, 1), QDate(1899, 12, 30), QDate(1900, 2, 28), QDate(2024, 2, 29),
-                            QDate(9999, 12, 31)})
+                            QDate(9999, 12, 31)}) {
         for (const QTime time :
              {QTime(0, 0), QTime(0, 0, 0, 1), QTime(12, 34, 56, 789), QTime(23, 59, 59, 999)}) {
             const QDateTime when(day, time, Qt::UTC);
             EXPECT_EQ(calls::fromDate(calls::toDate(when)), when)
                 << when.toString(Qt::ISODateWithMs).toStdString();
         }
+    }
 }
 
 TEST(CallsTest, TextsKeepEveryCharacter)

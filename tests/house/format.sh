@@ -3,4 +3,4 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 find . \( -name build -o -name .git -o -path ./automation/shim \) -prune -o \
-    \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 clang-format-14 --dry-run -Werror
+    \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 clang-format-15 --dry-run -Werror

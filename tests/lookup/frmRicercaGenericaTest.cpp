@@ -249,8 +249,9 @@ TEST_F(RicercaGenericaTest, EnterOnTheSearchButtonSearches)
 TEST_F(RicercaGenericaTest, OtherKeysDoNothing)
 {
     load();
-    for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F2, Qt::Key_F5, Qt::Key_F7})
+    for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F2, Qt::Key_F5, Qt::Key_F7}) {
         QTest::keyClick(&dialog, key);
+    }
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(probeOf(grid())->visibleRowCount(), 3);
 }

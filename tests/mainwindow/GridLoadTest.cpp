@@ -49,8 +49,9 @@ TEST_P(GridLoadReaderTest, RunsTheQueryForwardOnlyAndShowsThirteenColumns)
     EXPECT_EQ(host.openRowSets(), 0);
     ASSERT_EQ(grid.columnCount(), 13);
     QStringList captions;
-    for (int column = 0; column < 13; ++column)
+    for (int column = 0; column < 13; ++column) {
         captions.append(grid.columnCaption(column));
+    }
     EXPECT_EQ(captions.join(u'|'),
               QStringLiteral("Id|Selezione|RagioneSociale1|Paese|Provincia|Telefono|Eta|Sesso|Data "
                              "nascita|Telefono|Telefono2|MailCommerciale|MailAmministrazione"));
@@ -77,8 +78,9 @@ TEST_F(GridLoadTest, HeadersTellWhatTheirFieldsHoldWhateverTheirCaptionsSay)
     };
     EXPECT_EQ(grid.columnCaption(ColumnEta), QStringLiteral("Telefono"));
     EXPECT_EQ(toolTip(ColumnEta), QStringLiteral("Campo: Eta\nContenuto: età in anni"));
-    for (int column = 0; column < grid.columnCount(); ++column)
+    for (int column = 0; column < grid.columnCount(); ++column) {
         EXPECT_TRUE(toolTip(column).contains(QStringLiteral("\nContenuto: "))) << column;
+    }
 }
 
 TEST_P(GridLoadReaderTest, NamesComeAsTheyAre)

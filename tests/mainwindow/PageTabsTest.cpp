@@ -28,14 +28,17 @@ void tryEverything(QTabWidget* tabs)
     turnWheel(bar, 1);
     turnWheel(bar, 3);
     bar->setFocus();
-    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Down, Qt::Key_End, Qt::Key_PageDown})
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Down, Qt::Key_End, Qt::Key_PageDown}) {
         QTest::keyClick(bar, key);
-    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab})
+    }
+    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab}) {
         QTest::keyClick(bar, key, Qt::ControlModifier);
+    }
     QTest::keyClick(bar, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(bar);
-    for (int tab = tabs->count() - 1; tab >= 0 && !tabs->isTabVisible(tab); --tab)
+    for (int tab = tabs->count() - 1; tab >= 0 && !tabs->isTabVisible(tab); --tab) {
         accessible->child(tab)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
 }
 
 class PageTabsTest : public SmsFormTest

@@ -192,8 +192,9 @@ protected:
     QString marks()
     {
         QString result;
-        for (uint32_t record = 0; record < grid()->recordCount(); ++record)
+        for (uint32_t record = 0; record < grid()->recordCount(); ++record) {
             result += grid()->isChecked(record) ? u'x' : u'-';
+        }
         return result;
     }
 
@@ -201,8 +202,9 @@ protected:
     {
         auto* list = find<OutcomeList>(QStringLiteral("List_INFO"));
         QStringList all;
-        for (int i = 0; i < list->count(); ++i)
+        for (int i = 0; i < list->count(); ++i) {
             all.append(list->line(i));
+        }
         return all;
     }
 

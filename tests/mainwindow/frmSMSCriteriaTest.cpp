@@ -52,10 +52,12 @@ TEST_F(SmsFormCriteriaTest, OpensWithItsDefaults)
 TEST_F(SmsFormCriteriaTest, EveryCriterionIsEmptyAtFirst)
 {
     open();
-    for (const QCheckBox* check : form->findChildren<QCheckBox*>())
+    for (const QCheckBox* check : form->findChildren<QCheckBox*>()) {
         EXPECT_FALSE(check->isChecked()) << utf8(check->objectName());
-    for (const DateField* field : form->findChildren<DateField*>())
+    }
+    for (const DateField* field : form->findChildren<DateField*>()) {
         EXPECT_EQ(field->text(), QString());
+    }
     for (const SelectorField* field : form->findChildren<SelectorField*>()) {
         EXPECT_EQ(field->selectedId(), -1);
         EXPECT_EQ(field->text(), QString());
@@ -68,8 +70,9 @@ TEST_F(SmsFormCriteriaTest, TheCriteriaPagesStandInTheirOrder)
 {
     open();
     QStringList captions;
-    for (int i = 0; i < tabs("TabControl1")->count(); ++i)
+    for (int i = 0; i < tabs("TabControl1")->count(); ++i) {
         captions.append(tabs("TabControl1")->tabText(i));
+    }
     EXPECT_EQ(captions, (QStringList{u"Anagrafici"_s, u"Localizzazione"_s, u"Economici"_s, u"Avanzata"_s}));
     EXPECT_EQ(tabs("tab_Invio")->tabText(0), u"Ricerca destinatari"_s);
     EXPECT_EQ(tabs("tab_Invio")->tabText(1), u"Tipo di invio"_s);
@@ -81,8 +84,9 @@ TEST_F(SmsFormCriteriaTest, ThePresetListHasFiveEntriesAndChoosingOneDoesNothing
     open();
     auto* presets = find<QComboBox>(u"cbbECO_PerAcq_Auto"_s);
     QStringList entries;
-    for (int i = 0; i < presets->count(); ++i)
+    for (int i = 0; i < presets->count(); ++i) {
         entries.append(presets->itemText(i));
+    }
     EXPECT_EQ(entries, (QStringList{u""_s, u"Oggi"_s, u"Ieri"_s, u"Ultima settimana"_s, u"Ultimo mese"_s}));
     EXPECT_EQ(presets->currentIndex(), 0);
     page("TabControl1", 2);
@@ -99,8 +103,9 @@ TEST_F(SmsFormCriteriaTest, ThePresetListHasFiveEntriesAndChoosingOneDoesNothing
 TEST_F(SmsFormCriteriaTest, NoCheckBoxEnablesOrDisablesAnything)
 {
     open();
-    for (const QLineEdit* field : form->findChildren<QLineEdit*>())
+    for (const QLineEdit* field : form->findChildren<QLineEdit*>()) {
         EXPECT_TRUE(field->isEnabled()) << utf8(field->objectName());
+    }
     click("chkANA_Eta");
     EXPECT_TRUE(edit("txtANA_Eta_I")->isEnabled());
     click("chkANA_Eta");
@@ -299,8 +304,9 @@ INSTANTIATE_TEST_SUITE_P(
                       LookupCase{"cntrMailFinder", 1, 0, "idtipoMessaggio=102", true, false}),
     [](const auto& given) {
         std::string name = given.param.field;
-        for (char& c : name)
+        for (char& c : name) {
             c = std::isalnum(static_cast<unsigned char>(c)) != 0 ? c : '_';
+        }
         return name;
     });
 
@@ -449,8 +455,9 @@ TEST_F(SmsFormCriteriaTest, WhatIsClickedAndTypedWhileASearchRunsComesToNothing)
     edit("txtANA_Eta_I")->setFocus();
     bool queued = false;
     host.during("execute INSERT", [&] {
-        if (std::exchange(queued, true))
+        if (std::exchange(queued, true)) {
             return;
+        }
         queueClick(button("cmdElabora"));
         queueClick(button("cmdElabora"));
         queueClick(button("cmdSelAll"));
@@ -478,8 +485,9 @@ TEST_F(SmsFormCriteriaTest, TheButtonIsDrawnDisabledWhileItsSearchRuns)
         {}
         bool eventFilter(QObject* watched, QEvent* event) override
         {
-            if (event->type() == QEvent::Paint && !static_cast<QWidget*>(watched)->isEnabled())
+            if (event->type() == QEvent::Paint && !static_cast<QWidget*>(watched)->isEnabled()) {
                 ++m_count;
+            }
             return false;
         }
 
@@ -500,8 +508,9 @@ TEST_F(SmsFormCriteriaTest, EveryCriterionReachesTheStatements)
     const bool american = QLocale().dateFormat(QLocale::ShortFormat).startsWith(u'M');
     const QString from = american ? u"1/31/2024"_s : u"31/1/2024"_s;
     const QString to = american ? u"2/28/2024"_s : u"28/2/2024"_s;
-    for (QCheckBox* check : form->findChildren<QCheckBox*>())
+    for (QCheckBox* check : form->findChildren<QCheckBox*>()) {
         check->setChecked(true);
+    }
     box("chkANA_Tipo_For")->setChecked(false);
     edit("txtANA_Eta_I")->setText(u"18"_s);
     edit("txtANA_Eta_F")->setText(u"30"_s);
@@ -515,10 +524,12 @@ TEST_F(SmsFormCriteriaTest, EveryCriterionReachesTheStatements)
         find<DateField>(prefix + QLatin1String(name) + u"_DataI"_s)->setText(from);
         find<DateField>(prefix + QLatin1String(name) + u"_DataF"_s)->setText(to);
     }
-    for (const char* name : {"Fatt_Da", "NAcq_Da", "PtFid_I"})
+    for (const char* name : {"Fatt_Da", "NAcq_Da", "PtFid_I"}) {
         find<QLineEdit>(u"txtECO_"_s + QLatin1String(name))->setText(u"1"_s);
-    for (const char* name : {"Fatt_A", "NAcq_A", "PtFid_F"})
+    }
+    for (const char* name : {"Fatt_A", "NAcq_A", "PtFid_F"}) {
         find<QLineEdit>(u"txtECO_"_s + QLatin1String(name))->setText(u"9"_s);
+    }
     form->avviaRicerca();
     EXPECT_TRUE(messages.empty());
     const std::string today = utf8(QDate::currentDate().toString(u"''yyyyMMdd''"_s));
@@ -533,8 +544,9 @@ TEST_F(SmsFormCriteriaTest, EveryCriterionReachesTheStatements)
             "and tabClienti.idcliente in () ");
     const std::string days = "2024-01-31,2024-02-28";
     Lines plain;
-    for (std::size_t i = 0; i < host.operations("filter").size(); i += 2)
+    for (std::size_t i = 0; i < host.operations("filter").size(); i += 2) {
         plain.push_back(host.operations("filter")[i]);
+    }
     EXPECT_EQ(plain,
               (Lines{"filter Ricorrenze(3," + days + ")", "filter PuntiFidelity(1,9)",
                      "filter Classificazione(4)", "filter Fatturato(" + days + ",1,9)",
@@ -796,9 +808,10 @@ TEST_F(SmsFormCriteriaTest, TheCommandsOfTheGridKeepTheirWholeCaptions)
                 const QPushButton* command = button(name);
                 EXPECT_GE(command->width(), command->sizeHint().width()) << name << ' ' << size.width();
                 EXPECT_TRUE(command->parentWidget()->rect().contains(command->geometry())) << name;
-                for (const char* other : names)
+                for (const char* other : names) {
                     EXPECT_TRUE(other == name || !command->geometry().intersects(button(other)->geometry()))
                         << name << " and " << other;
+                }
             }
         }
         form->resize(1920, 1080);

@@ -21,8 +21,9 @@ public:
     {}
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == m_type)
+        if (event->type() == m_type) {
             throw Error(RunTime::InvalidCall);
+        }
         return false;
     }
 

@@ -17,8 +17,9 @@ protected:
     {
         const QWidget* widget = QApplication::focusWidget();
         while (widget != nullptr && (widget->objectName().isEmpty() || widget->objectName() == u"textBox"_s ||
-                                     widget->objectName().startsWith(u"qt_"_s)))
+                                     widget->objectName().startsWith(u"qt_"_s))) {
             widget = widget->parentWidget();
+        }
         return widget != nullptr ? widget->objectName() : QString();
     }
 
@@ -31,8 +32,9 @@ protected:
         while (names.size() < Enough) {
             names.append(focused());
             QTest::keyClick(QApplication::focusWidget(), key);
-            if (QApplication::focusWidget() == tabs("tab_Invio")->tabBar())
+            if (QApplication::focusWidget() == tabs("tab_Invio")->tabBar()) {
                 break;
+            }
         }
         return names;
     }
@@ -117,8 +119,9 @@ TEST_F(SmsFormKeyboardTest, EnterWithAnotherKeyPressesNothing)
 {
     open();
     button("cmdProsegui1")->setFocus();
-    for (const Qt::KeyboardModifier with : {Qt::ShiftModifier, Qt::AltModifier})
+    for (const Qt::KeyboardModifier with : {Qt::ShiftModifier, Qt::AltModifier}) {
         QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return, with);
+    }
     EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 0);
 }
 

@@ -78,11 +78,13 @@ TEST_F(SmsFormSendingTest, BothKindsOfferEverythingAndSetNothing)
         open(true, true, push);
         for (const char* name :
              {"RBN_SoloSMS", "RBN_SoloEMAIL", "RBM_Precedenza_SMS", "RBM_Precedenza_EMAIL", "lblSMS",
-              "cntrMessaggio(0)", "cmdNuovoTestoSMS(0)", "lblMail", "cntrMailFinder"})
+              "cntrMessaggio(0)", "cmdNuovoTestoSMS(0)", "lblMail", "cntrMailFinder"}) {
             EXPECT_TRUE(isShown(name)) << name;
+        }
         for (const char* name : {"RBN_SoloSMS", "RBN_SoloEMAIL", "RBM_Precedenza_SMS", "RBM_Precedenza_EMAIL",
-                                 "RBN_Push", "RBN_PushModel"})
+                                 "RBN_Push", "RBN_PushModel"}) {
             EXPECT_FALSE(radio(name)->isChecked()) << name;
+        }
         EXPECT_EQ(tabs("TabControlTipo")->isTabVisible(1), push);
         EXPECT_TRUE(tabs("TabControlTipo")->isTabVisible(0));
         EXPECT_EQ(tabs("TabControlTipo")->currentIndex(), 0);
@@ -97,19 +99,22 @@ TEST_F(SmsFormSendingTest, EMailAloneIsSetAndHidesTheRest)
     EXPECT_TRUE(isShown("lblMail"));
     EXPECT_TRUE(isShown("cntrMailFinder"));
     for (const char* name : {"RBN_SoloSMS", "RBM_Precedenza_SMS", "RBM_Precedenza_EMAIL", "lblSMS",
-                             "cntrMessaggio(0)", "cmdNuovoTestoSMS(0)"})
+                             "cntrMessaggio(0)", "cmdNuovoTestoSMS(0)"}) {
         EXPECT_FALSE(isShown(name)) << name;
+    }
 }
 
 TEST_F(SmsFormSendingTest, SmsAloneIsSetAndHidesTheRest)
 {
     open(true, false, false);
     EXPECT_TRUE(radio("RBN_SoloSMS")->isChecked());
-    for (const char* name : {"RBN_SoloSMS", "lblSMS", "cntrMessaggio(0)", "cmdNuovoTestoSMS(0)"})
+    for (const char* name : {"RBN_SoloSMS", "lblSMS", "cntrMessaggio(0)", "cmdNuovoTestoSMS(0)"}) {
         EXPECT_TRUE(isShown(name)) << name;
+    }
     for (const char* name :
-         {"RBN_SoloEMAIL", "RBM_Precedenza_SMS", "RBM_Precedenza_EMAIL", "lblMail", "cntrMailFinder"})
+         {"RBN_SoloEMAIL", "RBM_Precedenza_SMS", "RBM_Precedenza_EMAIL", "lblMail", "cntrMailFinder"}) {
         EXPECT_FALSE(isShown(name)) << name;
+    }
     EXPECT_FALSE(tabs("TabControlTipo")->isTabVisible(1));
 }
 
@@ -143,14 +148,16 @@ TEST_F(SmsFormSendingTest, CaptionsAreTheseTextsTheMisspeltOneToo)
     EXPECT_EQ(radio("optApp_SoloSelezionati")->text(), u"Notifica agli utenti selezionati"_s);
     EXPECT_EQ(radio("optApp_TuttiRegistrati")->text(), u"Notifica a tutti gli utenti registrati"_s);
     QStringList labels;
-    for (const QLabel* label : form->findChildren<QLabel*>())
+    for (const QLabel* label : form->findChildren<QLabel*>()) {
         labels.append(label->text());
+    }
     for (const QString& text :
          {u"Criterioi di spedizione:"_s, u"Testo libero notifica:"_s, u"Usa questo modello:"_s,
           u"Invia SMS utilizzando il seguente messaggio:"_s,
           u"Invia EMAIL utilizzando il seguente messaggio:"_s,
-          u"Dati pronti per l'invio. Premere CREA MESSAGGI per iniziare la spedizione."_s})
+          u"Dati pronti per l'invio. Premere CREA MESSAGGI per iniziare la spedizione."_s}) {
         EXPECT_TRUE(labels.contains(text)) << utf8(text);
+    }
     EXPECT_EQ(button("cmdCreaMessaggi")->text(), u"Crea messaggi"_s);
     EXPECT_EQ(button("cmdApriGestoreSMS")->text(), u"Apri gestore invio SMS"_s);
 }
@@ -328,8 +335,9 @@ TEST_F(SmsFormSendingTest, WhatIsClickedWhileARunFailsDoesNotStartAnother)
     host.saveAnswers() = {false};
     bool queued = false;
     host.during("customer 1", [&] {
-        if (!std::exchange(queued, true))
+        if (!std::exchange(queued, true)) {
             queueClick(button("cmdCreaMessaggi"));
+        }
     });
     prepare();
     QCoreApplication::processEvents();

@@ -73,9 +73,11 @@ Lines campaignLines(long id)
 
 Lines withoutDescription(Lines lines)
 {
-    for (std::string& line : lines)
-        if (line.rfind("set Descrizione='CAMPAGNA MAIL DEL:", 0) == 0)
+    for (std::string& line : lines) {
+        if (line.rfind("set Descrizione='CAMPAGNA MAIL DEL:", 0) == 0) {
             line = "set Descrizione=…";
+        }
+    }
     return lines;
 }
 
@@ -173,10 +175,12 @@ TEST_F(CreateMAILTest, WithoutAGeneratorEachLargestIdAndItsRowStandInOneTransact
     rows.rows = {{u"1"_s, u"R"_s, QString(), u"a@b.it"_s}, {u"2"_s, u"S"_s, QString(), u"a@b.it"_s}};
     createMail(bare, rows, outcomes, 5, 7, true);
     Lines steps;
-    for (const std::string& line : minimal.operations())
+    for (const std::string& line : minimal.operations()) {
         if (line == "begin" || line == "commit" || line == "update" || line == "addnew" ||
-            line.find("Max(") != std::string::npos)
+            line.find("Max(") != std::string::npos) {
             steps.push_back(line);
+        }
+    }
     const auto largest = [](const char* key, const char* table) {
         return std::string("open SELECT Max(") + key + ") as maxId FROM " + table +
                " WITH (UPDLOCK, HOLDLOCK) static read-only";

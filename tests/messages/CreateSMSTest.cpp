@@ -56,8 +56,9 @@ TEST_F(CreateSMSTest, FillsTheRecordInItsOrder)
     ASSERT_EQ(host.savedRecords().size(), 1U);
     const FilledRecord& record = host.savedRecords().front();
     QStringList filled;
-    for (const auto& [name, value] : record)
+    for (const auto& [name, value] : record) {
         filled.append(qs(name + "=" + show(value)));
+    }
     const QString today = QDate::currentDate().toString(Qt::ISODate);
     filled[11] = filled[11].section(u'=', 0, 0);
     EXPECT_EQ(filled, (QStringList{u"IdTipoMessaggio=6"_s, u"Descrizione='SMS'"_s,

@@ -44,8 +44,9 @@ public:
     QString marks() const
     {
         QString result;
-        for (const FakeRow& row : rows)
+        for (const FakeRow& row : rows) {
             result += row.marked ? u'x' : u'-';
+        }
         return result;
     }
 

@@ -150,11 +150,13 @@ TEST_F(PushTest, WithoutAHostsCheckAnAddressNeedsANameOneAtAndADomainWithADot)
 {
     FakeHost minimal;
     const hostlib::SqlConnection bare{minimal.connection()};
-    for (const auto* good : {u"a@b.it", u"à.è@x.y.z", u"a'b%c@d-e.it"})
+    for (const auto* good : {u"a@b.it", u"à.è@x.y.z", u"a'b%c@d-e.it"}) {
         EXPECT_TRUE(bare.isValidEmail(QString::fromUtf16(good)));
+    }
     for (const auto* bad : {u"", u"a", u"@b.it", u"a@", u"a@b", u"a@b@c.it", u"a b@c.it", u"a@.it", u"a@b.",
-                            u"a@b..it", u"a@b.it\n"})
+                            u"a@b..it", u"a@b.it\n"}) {
         EXPECT_FALSE(bare.isValidEmail(QString::fromUtf16(bad))) << utf8(QString::fromUtf16(bad));
+    }
 }
 
 TEST_F(PushTest, TheQuestionCountsValidAndRejectedProfiles)
@@ -235,8 +237,9 @@ TEST_F(PushTest, TheRecordIsOfKindEightAndHasNoRecipientNumber)
     create({{1, u"a@b.it"_s}}, Selected);
     ASSERT_EQ(host.savedRecords().size(), 1U);
     QStringList filled;
-    for (const auto& [name, value] : host.savedRecords().front())
+    for (const auto& [name, value] : host.savedRecords().front()) {
         filled.append(qs(name + "=" + show(value)));
+    }
     EXPECT_TRUE(filled.takeAt(1).startsWith(u"Descrizione='Notifica Push"_s));
     EXPECT_EQ(filled.mid(0, 8), (QStringList{u"IdTipoMessaggio=8"_s, u"Testo='Ciao<Rossi Mario,>'"_s,
                                              u"IDCliente=1"_s, u"Riferimento='-1'"_s, u"Flag1=true"_s,

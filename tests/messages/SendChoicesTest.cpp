@@ -18,8 +18,9 @@ const QString noPush = u"Attenzione: non è stata selezionata nessuna notifica p
 QString failure(const SendChoices& choices)
 {
     const auto found = checkChoices(choices);
-    if (!found)
+    if (!found) {
         return {};
+    }
     EXPECT_TRUE(found->ownTitle);
     EXPECT_FALSE(found->page.has_value());
     return found->message;

@@ -65,9 +65,11 @@ bool work(const std::string& file)
     options.database = file;
     const host::HostDatabase database(options);
     const hostlib::SqlConnection connection{makeCom<BareConnection>(database.connection())};
-    for (int i = 0; i < Templates; ++i)
-        if (salvaMessaggio(connection, u"testo"_s) < 1)
+    for (int i = 0; i < Templates; ++i) {
+        if (salvaMessaggio(connection, u"testo"_s) < 1) {
             return false;
+        }
+    }
     for (int i = 0; i < Mails; ++i) {
         FakeRecipients rows;
         FakeOutcomes outcomes;
@@ -105,8 +107,9 @@ TEST(TwoUsersTest, WithoutAGeneratorTwoUsersNeverGetOneId)
     for (int user = 0; user < 2; ++user) {
         const pid_t child = fork();
         ASSERT_NE(child, -1);
-        if (child == 0)
+        if (child == 0) {
             _exit(work(file) ? 0 : 1);
+        }
         users.push_back(child);
     }
     for (const pid_t user : users) {

@@ -67,8 +67,9 @@ TEST_F(SalvaMessaggioTest, AnyFailureGivesMinusOneAndIsReportedInItsOwnWords)
         EXPECT_EQ(host.openRowSets(), 0) << kind;
     }
     QStringList expected;
-    for (std::size_t i = 0; i < kinds.size(); ++i)
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
         expected.append(u"salvaMessaggio | -2147217833-Errore di prova | erroreNonPrevistoDalProgramma"_s);
+    }
     EXPECT_EQ(logged(), expected);
     EXPECT_TRUE(messages.empty()) << "no message box of its own";
 }

@@ -25,8 +25,9 @@ protected:
         file.close();
         QStringList lines;
         FailedNumbersReader report = open(u"export.txt"_s);
-        while (const std::optional<QString> line = report.next())
+        while (const std::optional<QString> line = report.next()) {
             lines.append(*line);
+        }
         EXPECT_EQ(report.position(), content.size());
         EXPECT_EQ(report.size(), content.size());
         return lines;

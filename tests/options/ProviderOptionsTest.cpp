@@ -43,8 +43,9 @@ TEST_F(ProviderOptionsTest, HalvesGoToTheEvenNumber)
 
 TEST_F(ProviderOptionsTest, WhatIsNoNumberOrDoesNotFitIsAnError)
 {
-    for (const QString& text : {u""_s, u" "_s, u"abc"_s, u"1a"_s})
+    for (const QString& text : {u""_s, u" "_s, u"abc"_s, u"1a"_s}) {
         EXPECT_EQ(errorOf([&] { toInt16(text); }), 13) << text.toStdString();
+    }
     EXPECT_EQ(errorOf([] { toInt16(u"32768"_s); }), 6);
     EXPECT_EQ(errorOf([] { toInt16(u"-32769"_s); }), 6);
     EXPECT_EQ(errorOf([] { toInt16(u"32767,5"_s); }), 6);

@@ -114,8 +114,9 @@ protected:
     QStringList shownRows()
     {
         QStringList rows;
-        for (int row = 0; row < probeOf(grid())->visibleRowCount(); ++row)
+        for (int row = 0; row < probeOf(grid())->visibleRowCount(); ++row) {
             rows.append(probeOf(grid())->rowTexts(row).join(u'|'));
+        }
         return rows;
     }
 
@@ -138,8 +139,9 @@ TEST_F(CheckSendErrorTest, InTouchModeTheKeyboardCoversNothing)
         form->findChild<QWidget*>(QLatin1String(field))->setFocus();
         ASSERT_TRUE(form->findChild<QWidget*>(u"keybT"_s)->isVisible()) << field;
         for (const char* other :
-             {"GroupBox2", "cmdSMS_TestSMS", "grid_result", "cmdSMS_ClearAccount", "cmdChiudi"})
+             {"GroupBox2", "cmdSMS_TestSMS", "grid_result", "cmdSMS_ClearAccount", "cmdChiudi"}) {
             EXPECT_FALSE(placeOf("keybT").intersects(placeOf(other))) << field << ' ' << other;
+        }
     }
     EXPECT_GE(placeOf("grid_result").height(), 120);
     EXPECT_LE(form->height(), 768 - 40) << "with its title bar it stands on a small screen";
@@ -150,8 +152,9 @@ TEST_F(CheckSendErrorTest, TheFourSettingsAreReadInTheirOrderAndShown)
     host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"}, {"SMS_CHECK_FTP_USER", "L'utente 😀"}};
     form = std::make_unique<frmCheckSendError>();
     QStringList keys;
-    for (const std::string& line : host.operations("open"))
+    for (const std::string& line : host.operations("open")) {
         keys.append(qs(line).section(u'\'', 1, 1));
+    }
     EXPECT_EQ(keys, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s, u"SMS_CHECK_FTP_USER"_s,
                                  u"SMS_CHECK_FTP_Password"_s}));
     EXPECT_EQ(find<QLineEdit>("txtFTP_Server")->text(), u"ftp.x.it"_s);
@@ -189,10 +192,11 @@ TEST_F(CheckSendErrorTest, EveryCloseStoresTheFieldsInTheirOrder)
     for (const bool byButton : {true, false}) {
         open();
         fill(u"s"_s, u"1"_s, u"u'😀"_s, u"p"_s);
-        if (byButton)
+        if (byButton) {
             click("cmdChiudi");
-        else
+        } else {
             form->close();
+        }
         EXPECT_FALSE(form->isVisible());
         EXPECT_EQ(tagOf(form.get()), byButton ? u"ESC"_s : QString());
         EXPECT_EQ(host.operations("set"),
@@ -250,10 +254,11 @@ TEST_F(CheckSendErrorTest, EscapeIsItsClose)
     for (const bool inGrid : {false, true}) {
         open();
         fill(u"s"_s, u"1"_s);
-        if (inGrid)
+        if (inGrid) {
             QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_Escape);
-        else
+        } else {
             QTest::keyClick(find<QLineEdit>("txtFTP_Server"), Qt::Key_Escape);
+        }
         EXPECT_FALSE(form->isVisible());
         EXPECT_EQ(tagOf(form.get()), u"ESC"_s);
         EXPECT_EQ(host.operations("set").size(), 4U) << "the fields are stored at every close";
@@ -437,8 +442,9 @@ TEST_F(CheckSendErrorTest, WhatIsClickedWhileATestRunsComesToNothing)
     customer("222", {{number(1), text("222"), text("Uno")}});
     bool queued = false;
     host.during("'%222%'", [&] {
-        if (std::exchange(queued, true))
+        if (std::exchange(queued, true)) {
             return;
+        }
         queueClick(find<QPushButton>("cmdSMS_TestSMS"));
         queueClick(find<QPushButton>("cmdSMS_ClearAccount"));
     });

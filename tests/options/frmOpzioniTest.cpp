@@ -78,8 +78,9 @@ protected:
     QStringList openedKeys() const
     {
         QStringList opened;
-        for (const std::string& line : host.operations("open"))
+        for (const std::string& line : host.operations("open")) {
             opened.append(qs(line).section(u'\'', 1, 1));
+        }
         return opened;
     }
 
@@ -94,8 +95,9 @@ TEST_F(OpzioniTest, AnEmptySettingsTableShowsTheDefaultsAndHoldsThemAfterwards)
     EXPECT_EQ(form->windowTitle(), u"Impostazioni"_s);
     EXPECT_TRUE(ticked(u"chkSMS_Add0039"_s));
     EXPECT_FALSE(ticked(u"chkSMS_ZulSmsSenderAutoSend"_s));
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(text(providerFields[i]), QString());
+    }
     EXPECT_EQ(text(u"txtSMS_Prov_ConsoleId"_s), u"22432"_s);
     EXPECT_EQ(text(u"txtPathSMSSender"_s), u"C:\\Gestionale\\ZulSmsSender"_s) << "no backslash at its end";
     EXPECT_EQ(host.settings().size(), 8U);
@@ -105,8 +107,9 @@ TEST_F(OpzioniTest, AnEmptySettingsTableShowsTheDefaultsAndHoldsThemAfterwards)
 
 TEST_F(OpzioniTest, EachSwitchIsReadTwiceAndTheFieldsInTheirOrder)
 {
-    for (const QString& key : keys)
+    for (const QString& key : keys) {
         host.settings()[utf8(key)] = "0";
+    }
     form = std::make_unique<frmOpzioni>();
     EXPECT_EQ(openedKeys(), (QStringList{keys[0], keys[0], keys[1], keys[1], keys[2], keys[3], keys[4],
                                          keys[5], keys[6], keys[7]}));
@@ -161,8 +164,9 @@ TEST_F(OpzioniTest, AnAutoSendSwitchThatIsNoNumberEndsTheLoadWithAnError)
         host.settings()["SMS_InvioAutomatico"] = stored;
         open();
         EXPECT_TRUE(ticked(u"chkSMS_Add0039"_s)) << "read before it";
-        for (const QString& name : providerFields)
+        for (const QString& name : providerFields) {
             EXPECT_EQ(text(name), QString());
+        }
         EXPECT_EQ(text(u"txtPathSMSSender"_s), QString());
     }
     const QString entry =
@@ -220,9 +224,10 @@ TEST_F(OpzioniTest, InTouchModeTheKeyboardCoversNothing)
         field(name)->setFocus();
         for (const char* other :
              {"GroupBox2", "chkSMS_Add0039", "chkSMS_ZulSmsSenderAutoSend", "txtPathSMSSender",
-              "cmdSelezionaPath", "cmdSMS_TestSMSSender", "cmdSalva", "cmdAnnulla"})
+              "cmdSelezionaPath", "cmdSMS_TestSMSSender", "cmdSalva", "cmdAnnulla"}) {
             EXPECT_FALSE(place(keyboard).intersects(place(find<QWidget>(QLatin1String(other)))))
                 << utf8(name) << ' ' << other;
+        }
     }
     EXPECT_LE(form->height(), 768 - 40) << "with its title bar it stands on a small screen";
 }
@@ -294,14 +299,16 @@ TEST_F(OpzioniTest, SaveWritesTheSettingsInTheirOrderAndThenTheRegistry)
 TEST_F(OpzioniTest, LongSettingsComeThroughOpeningAndSavingWhole)
 {
     const std::string longText(40000, 'x');
-    for (const QString& key : keys.mid(2))
+    for (const QString& key : keys.mid(2)) {
         host.settings()[utf8(key)] = longText;
+    }
     storeFolder(QString(40000, u'y'));
     open();
     EXPECT_EQ(text(u"txtSMS_Prov_User"_s).size(), 40000);
     click(u"cmdSalva"_s);
-    for (const QString& key : keys.mid(2))
+    for (const QString& key : keys.mid(2)) {
         EXPECT_EQ(host.settings()[utf8(key)], longText) << utf8(key);
+    }
     EXPECT_EQ(storedFolder().size(), 40000);
 }
 

@@ -16,8 +16,9 @@ int main(int argc, char** argv)
     try {
         OdbcEngine engine(argv[1]);
         for (const TableDefinition& table : allTables()) {
-            if (engine.hasTable(table.name))
+            if (engine.hasTable(table.name)) {
                 engine.execute("DROP TABLE " + std::string(table.name), Language::Native);
+            }
         }
         return 0;
     } catch (const EngineError& error) {

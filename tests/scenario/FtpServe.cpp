@@ -10,8 +10,9 @@ int main()
 {
     zul::test::ScriptedServer server;
     std::string line;
-    while (std::getline(std::cin, line) && line != ".")
+    while (std::getline(std::cin, line) && line != ".") {
         server.files["/export.txt"] += line + "\r\n";
+    }
     // Ports are signed 16-bit numbers to the client.
     std::cout << static_cast<std::int16_t>(server.port()) << std::endl;
     while (std::getline(std::cin, line)) {

@@ -110,8 +110,9 @@ TEST_P(CriteriaTest, NothingTickedIsUsable)
 {
     EXPECT_FALSE(judge(Criteria()).has_value());
     Criteria nothingTicked;
-    for (const Case& c : cases)
+    for (const Case& c : cases) {
         c.spoil(nothingTicked);
+    }
     EXPECT_FALSE(judge(nothingTicked).has_value());
 }
 
@@ -146,8 +147,9 @@ TEST_P(CriteriaTest, OfSeveralFailuresTheFirstInOrderIsTold)
 {
     for (std::size_t first = 0; first < cases.size(); ++first) {
         Criteria spoiled = good;
-        for (std::size_t later = first; later < cases.size(); ++later)
+        for (std::size_t later = first; later < cases.size(); ++later) {
             cases[later].spoil(spoiled);
+        }
         EXPECT_EQ(message(spoiled), QString::fromUtf8(cases[first].message)) << cases[first].name;
     }
 }
@@ -186,7 +188,7 @@ TEST_P(CriteriaTest, OneUsableBoundIsEnoughForEveryOtherRange)
     const QString day = QStringLiteral("1/1/2025");
     const QString two = QStringLiteral("2");
     const QString words = QStringLiteral("abc");
-    for (const DateRange& dates : {dateRange(day, {}, GetParam()), dateRange(words, day, GetParam())})
+    for (const DateRange& dates : {dateRange(day, {}, GetParam()), dateRange(words, day, GetParam())}) {
         for (const NumberRange& numbers :
              {numberRange(two, {}, GetParam()), numberRange(words, two, GetParam())}) {
             Criteria c = good;
@@ -194,6 +196,7 @@ TEST_P(CriteriaTest, OneUsableBoundIsEnoughForEveryOtherRange)
             c.fatturato = c.numeroAcquisti = c.puntiFidelity = numbers;
             EXPECT_EQ(message(c), QString());
         }
+    }
 }
 
 TEST_P(CriteriaTest, FidelityPointsSpeakOfTheNumberOfSales)

@@ -16,8 +16,9 @@ int copiesBeforeFailure = -1;
 // Stands before the runtime's own, to which it hands on.
 HRESULT VariantCopy(VARIANTARG* destination, const VARIANTARG* source)
 {
-    if (copiesBeforeFailure >= 0 && copiesBeforeFailure-- == 0)
+    if (copiesBeforeFailure >= 0 && copiesBeforeFailure-- == 0) {
         return DISP_E_BADVARTYPE;
+    }
     using Function = HRESULT (*)(VARIANTARG*, const VARIANTARG*);
     static const auto next = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "VariantCopy"));
     return next(destination, source);
@@ -46,8 +47,9 @@ protected:
     {
         Variant value;
         const HRESULT got = captions->Item(&index, &value);
-        if (result != nullptr)
+        if (result != nullptr) {
             *result = got;
+        }
         return show(value);
     }
 
@@ -63,8 +65,9 @@ protected:
         LONG count = 0;
         EXPECT_EQ(captions->Count(&count), S_OK);
         std::string list;
-        for (LONG i = 1; i <= count; ++i)
+        for (LONG i = 1; i <= count; ++i) {
             list += item(number(i));
+        }
         return list;
     }
 

@@ -48,8 +48,9 @@ TEST_F(ControlSetupTest, NamesDecideInAnyCaseWhoIsPainted)
         ASSERT_TRUE(isPainted(painted)) << painted->objectName().toStdString();
         EXPECT_EQ(effectiveBackground(painted), buttonFace);
     }
-    for (const QWidget* left : std::initializer_list<QWidget*>{shortName, label, text})
+    for (const QWidget* left : std::initializer_list<QWidget*>{shortName, label, text}) {
         EXPECT_FALSE(isPainted(left)) << left->objectName().toStdString();
+    }
 }
 
 TEST_F(ControlSetupTest, FramesBecomeFlat)
@@ -79,8 +80,9 @@ TEST_F(ControlSetupTest, NothingShinesThroughACheckBoxAnOptionButtonOrAGroupBox)
     const auto behind = [&panel](const QWidget& control) {
         return panel.grab().toImage().pixelColor(control.geometry().center() + QPoint(100, 0));
     };
-    for (const QWidget* control : controls)
+    for (const QWidget* control : controls) {
         ASSERT_EQ(behind(*control), QColor(0, 255, 0)) << control->metaObject()->className();
+    }
     SetupControlsAppearance(controls);
     const QColor own = form.palette().color(QPalette::Window);
     EXPECT_EQ(behind(check), own);

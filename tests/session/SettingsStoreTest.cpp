@@ -78,12 +78,14 @@ TEST_F(SettingsStoreTest, AFailedReadGivesWhatItHeldByThenAndIsLogged)
             u"getDbValue | Error -2147467259 (no) in procedure setDbValue of Modulo modSetup | K"_s);
     };
     host.settings()["K"] = "v";
-    for (const char* kind : {"connection", "open", "value"})
+    for (const char* kind : {"connection", "open", "value"}) {
         expectFailed(kind, u""_s, SettingState::Failed);
+    }
     expectFailed("close", u"v"_s, SettingState::Stored);
     host.settings().clear();
-    for (const char* kind : {"addnew", "set", "update"})
+    for (const char* kind : {"addnew", "set", "update"}) {
         expectFailed(kind, u""_s, SettingState::Failed);
+    }
     expectFailed("close", u"d"_s, SettingState::Absent);
     EXPECT_EQ(host.settings()["K"], "d") << "the row was added by then";
     EXPECT_EQ(logged(), expected);

@@ -36,8 +36,9 @@ protected:
     QString writtenArguments() const
     {
         const QString path = folder.filePath(u"arguments"_s);
-        if (!QTest::qWaitFor([&] { return QFile::exists(path); }, 30000))
+        if (!QTest::qWaitFor([&] { return QFile::exists(path); }, 30000)) {
             return u"(not started)"_s;
+        }
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }

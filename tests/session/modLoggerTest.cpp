@@ -28,8 +28,9 @@ TEST_F(ModLoggerTest, WhatIsNoFileCostsAnEntryNoTime)
         QElapsedTimer timer;
         timer.start();
         constexpr int Entries = 100;
-        for (int i = 0; i < Entries; ++i)
+        for (int i = 0; i < Entries; ++i) {
             LogError(u"perso"_s, u"Error 5 (x)"_s, {}, 0, {});
+        }
         return timer.elapsed();
     };
     constexpr qint64 ShortTime = 1000;
@@ -92,8 +93,9 @@ TEST_F(ModLoggerTest, LineBreaksAreWrittenAsBlanks)
 
 TEST_F(ModLoggerTest, AProcedureThatFailsTwiceWritesTwoEntries)
 {
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 2; ++i) {
         trapped(moduleProcedure(u"modMain"_s, u"prova"_s), [] { throw Error(RunTime::TypeMismatch); });
+    }
     const QString entry = u"prova | Error 13 (Type mismatch) in procedure prova of Modulo modMain | "_s;
     EXPECT_EQ(logged(), (QStringList{entry, entry}));
     EXPECT_TRUE(messages.empty()) << "the operator sees nothing";

@@ -18,8 +18,9 @@ void PrintTo(const QString& text, std::ostream* out)
 
 void PrintTo(const QStringList& texts, std::ostream* out)
 {
-    for (const QString& text : texts)
+    for (const QString& text : texts) {
         *out << "\n    " << text.toStdString();
+    }
 }
 
 namespace zul {
@@ -86,12 +87,15 @@ ComponentTest::ComponentTest()
     m_logBegin = QFile(logFile()).size();
     setAnswerer([this](const OperatorMessage& message) {
         messages.push_back(message);
-        if (whileAsked)
+        if (whileAsked) {
             whileAsked(message);
-        if (message.buttons == MessageButtons::Ok)
+        }
+        if (message.buttons == MessageButtons::Ok) {
             return Answer::Ok;
-        if (answers.empty())
+        }
+        if (answers.empty()) {
             return Answer::Yes;
+        }
         const Answer answer = answers.front();
         answers.erase(answers.begin());
         return answer;
@@ -117,12 +121,14 @@ QString ComponentTest::logFile()
 QStringList ComponentTest::log() const
 {
     QFile file(logFile());
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         return {};
+    }
     file.seek(m_logBegin);
     QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    if (!lines.isEmpty() && lines.last().isEmpty())
+    if (!lines.isEmpty() && lines.last().isEmpty()) {
         lines.removeLast();
+    }
     return lines;
 }
 
@@ -130,8 +136,9 @@ QStringList ComponentTest::logged() const
 {
     QStringList entries;
     const QStringList lines = log();
-    for (const QString& line : lines)
+    for (const QString& line : lines) {
         entries.append(line.section(QStringLiteral(" | "), 2));
+    }
     return entries;
 }
 

@@ -53,8 +53,9 @@ long errorOf(Action&& action, QString* description = nullptr)
     try {
         action();
     } catch (const Error& error) {
-        if (description != nullptr)
+        if (description != nullptr) {
             *description = error.description();
+        }
         return error.number();
     }
     return 0;

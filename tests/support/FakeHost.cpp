@@ -53,8 +53,9 @@ void FakeHost::offer(Service service)
 
 void FakeHost::offerAll()
 {
-    for (int service = 0; service <= static_cast<int>(Service::ProgramStarter); ++service)
+    for (int service = 0; service <= static_cast<int>(Service::ProgramStarter); ++service) {
         offer(static_cast<Service>(service));
+    }
 }
 
 std::map<long, FakeCustomer>& FakeHost::customers()
@@ -117,9 +118,11 @@ const std::vector<std::string>& FakeHost::operations() const
 std::vector<std::string> FakeHost::operations(const std::string& kind) const
 {
     std::vector<std::string> found;
-    for (const std::string& line : m_state->operations)
-        if (line == kind || line.rfind(kind + " ", 0) == 0)
+    for (const std::string& line : m_state->operations) {
+        if (line == kind || line.rfind(kind + " ", 0) == 0) {
             found.push_back(line);
+        }
+    }
     return found;
 }
 
@@ -132,9 +135,11 @@ void FakeHost::forgetOperations()
 std::vector<Variant> FakeHost::valuesOf(const std::string& column) const
 {
     std::vector<Variant> values;
-    for (const auto& [name, value] : m_state->setValues)
-        if (name == column)
+    for (const auto& [name, value] : m_state->setValues) {
+        if (name == column) {
             values.push_back(value);
+        }
+    }
     return values;
 }
 

@@ -79,8 +79,9 @@ public:
                                      UINT*) override
     {
         std::vector<VARIANT> arguments;
-        for (UINT i = params->cArgs; i > 0; --i)
+        for (UINT i = params->cArgs; i > 0; --i) {
             arguments.push_back(params->rgvarg[i - 1]);
+        }
         return m_action(id, arguments);
     }
 

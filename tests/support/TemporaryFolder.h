@@ -13,8 +13,9 @@ public:
     TemporaryFolder()
     {
         std::string name = (std::filesystem::temp_directory_path() / "zul-host-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
+        if (mkdtemp(name.data()) == nullptr) {
             throw std::runtime_error("no temporary folder");
+        }
         m_path = name;
     }
     ~TemporaryFolder()

@@ -16,8 +16,9 @@ Diagnosis diagnose(SQLSMALLINT kind, SQLHANDLE handle)
         SQLSMALLINT length = 0;
         const SQLRETURN code = SQLGetDiagRec(kind, handle, record, state.data(), &native, text.data(),
                                              static_cast<SQLSMALLINT>(text.size()), &length);
-        if (!SQL_SUCCEEDED(code))
+        if (!SQL_SUCCEEDED(code)) {
             break;
+        }
         const std::string message(reinterpret_cast<const char*>(text.data()));
         const std::string stateText(reinterpret_cast<const char*>(state.data()));
         // The first record is the weightiest; a note such as "statement terminated" tells nothing more.
@@ -27,31 +28,40 @@ Diagnosis diagnose(SQLSMALLINT kind, SQLHANDLE handle)
         }
         result.text += (result.text.empty() ? "" : "; ") + message;
     }
-    if (result.text.empty())
+    if (result.text.empty()) {
         result.text = "the ODBC driver failed and does not say why";
+    }
     return result;
 }
 
 ErrorCode codeOf(const Diagnosis& diagnosis, const Product& product)
 {
-    if (const auto code = product.errorCode(diagnosis.native, diagnosis.text))
+    if (const auto code = product.errorCode(diagnosis.native, diagnosis.text)) {
         return *code;
+    }
     const std::string_view state = diagnosis.state;
     const auto in = [&](std::string_view start) { return state.substr(0, start.size()) == start; };
-    if (state == "42S02" || state == "42P01")
+    if (state == "42S02" || state == "42P01") {
         return ErrorCode::NoTable;
-    if (state == "42501")
+    }
+    if (state == "42501") {
         return ErrorCode::Permission;
-    if (in("23"))
+    }
+    if (in("23")) {
         return ErrorCode::Integrity;
-    if (in("22"))
+    }
+    if (in("22")) {
         return ErrorCode::BadValue;
-    if (in("40") || in("HYT") || state == "55P03")
+    }
+    if (in("40") || in("HYT") || state == "55P03") {
         return ErrorCode::Busy;
-    if (in("08") || in("IM"))
+    }
+    if (in("08") || in("IM")) {
         return ErrorCode::ConnectionLost;
-    if (in("42") || in("37") || in("07") || diagnosis.native > 0)
+    }
+    if (in("42") || in("37") || in("07") || diagnosis.native > 0) {
         return ErrorCode::Statement;
+    }
     return ErrorCode::Unspecified;
 }
 

@@ -26,27 +26,33 @@ OdbcConnection::OdbcConnection(const std::string& connectionString, std::chrono:
 {
     std::string full = connectionString;
     // Without it the driver turns every character that the machine's locale does not know into "?".
-    if (namesFreeTds(full) && foldedName(full).find("clientcharset") == std::string::npos)
+    if (namesFreeTds(full) && foldedName(full).find("clientcharset") == std::string::npos) {
         full += (full.empty() || full.back() == ';' ? "" : ";") + std::string("ClientCharset=UTF-8");
-    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &m_environment)))
+    }
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &m_environment))) {
         throw EngineError(ErrorCode::Unspecified, "ODBC is not available");
+    }
     try {
         SQLSetEnvAttr(m_environment, SQL_ATTR_ODBC_VERSION, attributeValue(SQL_OV_ODBC3), 0);
-        if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, m_environment, &m_connection)))
+        if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, m_environment, &m_connection))) {
             fail(SQL_HANDLE_ENV, m_environment);
+        }
         SQLSetConnectAttr(m_connection, SQL_ATTR_LOGIN_TIMEOUT, attributeValue(15), 0);
         const SQLRETURN code =
             SQLDriverConnect(m_connection, nullptr, characters(full), static_cast<SQLSMALLINT>(full.size()),
                              nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-        if (!SQL_SUCCEEDED(code))
+        if (!SQL_SUCCEEDED(code)) {
             fail(SQL_HANDLE_DBC, m_connection);
+        }
         m_connected = true;
         // FreeTDS speaks to servers of Transact-SQL only, whatever they call themselves.
-        if (!namesFreeTds(full))
+        if (!namesFreeTds(full)) {
             m_product = &productNamed(info(SQL_DBMS_NAME));
+        }
         SQLGetInfo(m_connection, SQL_GETDATA_EXTENSIONS, &m_readAgain, sizeof m_readAgain, nullptr);
-        if (m_product->limitsSilence())
+        if (m_product->limitsSilence()) {
             m_patience = patience;
+        }
         greet();
     } catch (...) {
         disconnect();
@@ -56,14 +62,16 @@ OdbcConnection::OdbcConnection(const std::string& connectionString, std::chrono:
 
 void OdbcConnection::greet()
 {
-    for (const std::string_view sql : m_product->settings())
+    for (const std::string_view sql : m_product->settings()) {
         OdbcStatement(*this).executeDirect(sql);
+    }
     for (const std::string_view sql : m_product->optionalSettings()) {
         try {
             OdbcStatement(*this).executeDirect(sql);
         } catch (const EngineError&) {
-            if (isLost())
+            if (isLost()) {
                 throw;
+            }
         }
     }
 }
@@ -77,14 +85,17 @@ void OdbcConnection::disconnect() noexcept
 {
     m_prepared.clear();
     if (m_connected) {
-        if (m_inTransaction && !m_lost)
+        if (m_inTransaction && !m_lost) {
             SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
+        }
         SQLDisconnect(m_connection);
     }
-    if (m_connection != SQL_NULL_HDBC)
+    if (m_connection != SQL_NULL_HDBC) {
         SQLFreeHandle(SQL_HANDLE_DBC, m_connection);
-    if (m_environment != SQL_NULL_HENV)
+    }
+    if (m_environment != SQL_NULL_HENV) {
         SQLFreeHandle(SQL_HANDLE_ENV, m_environment);
+    }
     m_connection = SQL_NULL_HDBC;
     m_environment = SQL_NULL_HENV;
 }
@@ -94,8 +105,9 @@ std::string OdbcConnection::info(SQLUSMALLINT what) const
     std::array<char, 256> text{};
     SQLSMALLINT length = 0;
     if (!SQL_SUCCEEDED(
-            SQLGetInfo(m_connection, what, text.data(), static_cast<SQLSMALLINT>(text.size()), &length)))
+            SQLGetInfo(m_connection, what, text.data(), static_cast<SQLSMALLINT>(text.size()), &length))) {
         return {};
+    }
     return text.data();
 }
 
@@ -109,17 +121,20 @@ SQLUSMALLINT OdbcConnection::shortInfo(SQLUSMALLINT what) const
 void OdbcConnection::close() noexcept
 {
     m_closed = true;
-    if (m_inTransaction && !m_lost)
+    if (m_inTransaction && !m_lost) {
         SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
+    }
     m_inTransaction = false;
 }
 
 void OdbcConnection::makeFree()
 {
-    if (m_closed)
+    if (m_closed) {
         throw EngineError(ErrorCode::ConnectionLost, "the connection is closed");
-    if (m_streaming == nullptr)
+    }
+    if (m_streaming == nullptr) {
         return;
+    }
     OdbcRows& rows = *m_streaming;
     m_streaming = nullptr;
     bufferOdbcRows(rows);
@@ -127,8 +142,9 @@ void OdbcConnection::makeFree()
 
 void OdbcConnection::streamingEnded(const OdbcRows* rows)
 {
-    if (m_streaming == rows)
+    if (m_streaming == rows) {
         m_streaming = nullptr;
+    }
 }
 
 std::shared_ptr<OdbcStatement> OdbcConnection::prepared(std::string_view sql)
@@ -146,8 +162,9 @@ std::shared_ptr<OdbcStatement> OdbcConnection::prepared(std::string_view sql)
     }
     auto statement = std::make_shared<OdbcStatement>(*this);
     statement->prepare(sql);
-    if (m_prepared.size() >= keptStatements)
+    if (m_prepared.size() >= keptStatements) {
         m_prepared.pop_back();
+    }
     m_prepared.push_front({std::string(sql), statement});
     return statement;
 }
@@ -169,8 +186,9 @@ void OdbcConnection::endTransaction(bool commit)
     if (m_lost) {
         // The server has undone what was not committed; some drivers would report a success here all the same.
         m_inTransaction = false;
-        if (commit)
+        if (commit) {
             throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+        }
         return;
     }
     const SQLRETURN code = SQLEndTran(SQL_HANDLE_DBC, m_connection, commit ? SQL_COMMIT : SQL_ROLLBACK);
@@ -184,8 +202,9 @@ void OdbcConnection::endTransaction(bool commit)
                               SQL_IS_UINTEGER);
             m_inTransaction = false;
             // What cannot be undone is undone already, by the server (a deadlock) or with the connection.
-            if (!commit)
+            if (!commit) {
                 return;
+            }
             throw;
         }
     }
@@ -196,9 +215,10 @@ void OdbcConnection::fail(SQLSMALLINT kind, SQLHANDLE handle)
 {
     const Diagnosis diagnosis = diagnose(kind, handle);
     m_lost = m_lost || (m_connected && diagnosis.state.substr(0, 2) == "08");
-    if (m_connected && isLost())
+    if (m_connected && isLost()) {
         throw EngineError(ErrorCode::ConnectionLost,
                           "the connection to the server is lost: " + diagnosis.text);
+    }
     throw EngineError(codeOf(diagnosis, *m_product), diagnosis.text);
 }
 
@@ -212,8 +232,9 @@ bool OdbcConnection::isLost()
 
 void OdbcConnection::check(SQLRETURN code)
 {
-    if (!SQL_SUCCEEDED(code))
+    if (!SQL_SUCCEEDED(code)) {
         fail(SQL_HANDLE_DBC, m_connection);
+    }
 }
 
 } // namespace zul::host

@@ -58,8 +58,9 @@ Outcome OdbcEngine::run(std::string_view sql, Language)
     const auto statement = std::make_shared<OdbcStatement>(*m_connection);
     statement->executeDirect(sql);
     Outcome outcome;
-    if (!statement->moveToRows(outcome.affected))
+    if (!statement->moveToRows(outcome.affected)) {
         return outcome;
+    }
     outcome.rows = openOdbcRows(statement);
     return outcome;
 }
@@ -69,8 +70,9 @@ std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language lang
 {
     if (parameters.empty()) {
         Outcome outcome = run(sql, language);
-        if (!outcome.rows)
+        if (!outcome.rows) {
             throw EngineError(ErrorCode::Statement, "the statement gives no rows");
+        }
         return std::move(outcome.rows);
     }
     m_connection->makeFree();
@@ -78,8 +80,9 @@ std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language lang
     try {
         statement->executePrepared(parameters);
         std::int64_t ignored = 0;
-        if (!statement->moveToRows(ignored))
+        if (!statement->moveToRows(ignored)) {
             throw EngineError(ErrorCode::Statement, "the statement gives no rows");
+        }
         return openOdbcRows(statement);
     } catch (...) {
         m_connection->forget(*statement);
@@ -102,19 +105,23 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
     std::string sql;
     std::size_t rows = 0;
     const auto send = [&] {
-        if (rows > 0)
+        if (rows > 0) {
             execute(sql, Language::Native);
+        }
         rows = 0;
     };
     for (std::size_t row = 0; row + columns.size() <= values.size(); row += columns.size()) {
-        if (rows == rowsPerText)
+        if (rows == rowsPerText) {
             send();
-        if (rows == 0)
+        }
+        if (rows == 0) {
             sql.clear();
-        if (rows++ % rowsPerInsert > 0)
+        }
+        if (rows++ % rowsPerInsert > 0) {
             sql += ", (";
-        else
+        } else {
             sql += (sql.empty() ? "" : "; ") + head + "(";
+        }
         for (std::size_t i = 0; i < columns.size(); ++i) {
             sql += i > 0 ? ", " : "";
             sql += product().literal(values[row + i]);
@@ -126,24 +133,27 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
 
 void OdbcEngine::begin()
 {
-    if (inTransaction())
+    if (inTransaction()) {
         throw EngineError(ErrorCode::TransactionOpen, "a transaction is open already");
+    }
     m_connection->makeFree();
     m_connection->setAutocommit(false);
 }
 
 void OdbcEngine::commit()
 {
-    if (!inTransaction())
+    if (!inTransaction()) {
         throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
+    }
     m_connection->makeFree();
     m_connection->endTransaction(true);
 }
 
 void OdbcEngine::rollback()
 {
-    if (!inTransaction())
+    if (!inTransaction()) {
         throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
+    }
     m_connection->makeFree();
     m_connection->endTransaction(false);
 }
@@ -163,8 +173,9 @@ static std::string catalogueName(const OdbcConnection& connection, std::string_v
 {
     std::string result = bareName(name);
     const SQLUSMALLINT letters = connection.shortInfo(SQL_IDENTIFIER_CASE);
-    if (letters == SQL_IC_LOWER)
+    if (letters == SQL_IC_LOWER) {
         return foldedName(result);
+    }
     if (letters == SQL_IC_UPPER) {
         std::transform(result.begin(), result.end(), result.begin(),
                        [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
@@ -176,8 +187,9 @@ RowIdentity OdbcEngine::rowIdentity(std::string_view table)
 {
     const std::string folded = foldedName(bareName(table));
     const auto known = m_identities.find(folded);
-    if (known != m_identities.end())
+    if (known != m_identities.end()) {
         return known->second;
+    }
     m_connection->makeFree();
     RowIdentity identity = readIdentity(table);
     m_identities.emplace(folded, identity);
@@ -187,11 +199,13 @@ RowIdentity OdbcEngine::rowIdentity(std::string_view table)
 RowIdentity OdbcEngine::readIdentity(std::string_view table)
 {
     RowIdentity identity;
-    if (!readCatalogueKey(table, identity.keyColumns))
+    if (!readCatalogueKey(table, identity.keyColumns)) {
         readAskedKey(table, identity.keyColumns);
+    }
     const std::string_view hidden = product().hiddenColumn();
-    if (identity.keyColumns.empty() && !hidden.empty() && hasTable(bareName(table)))
+    if (identity.keyColumns.empty() && !hidden.empty() && hasTable(bareName(table))) {
         identity.hiddenColumn = hidden;
+    }
     return identity;
 }
 
@@ -203,28 +217,33 @@ bool OdbcEngine::readCatalogueKey(std::string_view table, std::vector<std::strin
     const SQLRETURN code = SQLPrimaryKeys(statement->handle(), nullptr, 0, nullptr, 0,
                                           reinterpret_cast<SQLCHAR*>(name.data()), SQL_NTS);
     if (!SQL_SUCCEEDED(code)) {
-        if (m_connection->isLost())
+        if (m_connection->isLost()) {
             statement->check(code);
+        }
         return false;
     }
     const auto rows = openOdbcRows(statement);
-    while (rows->next())
+    while (rows->next()) {
         columns.emplace_back(cellText(rows->cells()[3]));
+    }
     return true;
 }
 
 void OdbcEngine::readAskedKey(std::string_view table, std::vector<std::string>& columns)
 {
     const std::string question = product().keyQuery(table);
-    if (question.empty())
+    if (question.empty()) {
         return;
+    }
     try {
         const auto rows = query(question, Language::Native);
-        while (rows->next())
+        while (rows->next()) {
             columns.emplace_back(cellText(rows->cells()[0]));
+        }
     } catch (const EngineError&) {
-        if (m_connection->isLost())
+        if (m_connection->isLost()) {
             throw;
+        }
         columns.clear();
     }
 }
@@ -237,8 +256,9 @@ bool OdbcEngine::hasTable(std::string_view name)
             const auto rows = query(question, Language::Native);
             return rows->next() && rows->cells()[0].Kind != CellNull;
         } catch (const EngineError&) {
-            if (m_connection->isLost())
+            if (m_connection->isLost()) {
                 throw;
+            }
         }
     }
     m_connection->makeFree();
@@ -247,13 +267,15 @@ bool OdbcEngine::hasTable(std::string_view name)
     const SQLRETURN code = SQLTables(statement->handle(), nullptr, 0, nullptr, 0,
                                      reinterpret_cast<SQLCHAR*>(wanted.data()), SQL_NTS, nullptr, 0);
     statement->check(code);
-    if (code == SQL_NO_DATA)
+    if (code == SQL_NO_DATA) {
         return false;
+    }
     // The name is a pattern to the driver, in which "_" stands for any character.
     const auto rows = openOdbcRows(statement);
     while (rows->next()) {
-        if (sameName(cellText(rows->cells()[2]), wanted))
+        if (sameName(cellText(rows->cells()[2]), wanted)) {
             return true;
+        }
     }
     return false;
 }
@@ -270,11 +292,14 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
     // Two programs that meet a new table make its counter at the same time; one of them has to try again.
     for (int attempt = 0; attempt < 3; ++attempt) {
         try {
-            if (const auto id = raisedCounter(tableText, keyText))
+            if (const auto id = raisedCounter(tableText, keyText)) {
                 return *id;
+            }
         } catch (const EngineError& error) {
-            if (error.code() != ErrorCode::Integrity || (inTransaction() && !product().goesOnAfterRefusal()))
+            if (error.code() != ErrorCode::Integrity ||
+                (inTransaction() && !product().goesOnAfterRefusal())) {
                 throw;
+            }
         }
     }
     throw EngineError(ErrorCode::Busy, "no id could be reserved for " + tableText);
@@ -286,8 +311,9 @@ std::optional<std::int64_t> OdbcEngine::raisedCounter(const std::string& table, 
     const std::vector<Value> names{bareName(table), bareName(key)};
     const std::string atOnce = m_raisesAtOnce ? product().raiseCounter(table, key) : std::string();
     if (!atOnce.empty()) {
-        if (const auto id = raisedCounterAtOnce(atOnce, names))
+        if (const auto id = raisedCounterAtOnce(atOnce, names)) {
             return id;
+        }
     }
     const std::string raise = raiseCounterText(table, key, {});
     OwnTransaction transaction(*this);
@@ -301,8 +327,9 @@ std::optional<std::int64_t> OdbcEngine::raisedCounter(const std::string& table, 
     {
         const auto rows =
             query("SELECT Ultimo FROM tabContatori" + std::string(whichCounter), Language::Native, names);
-        if (rows->next())
+        if (rows->next()) {
             id = cellNumber(rows->cells()[0]);
+        }
     }
     transaction.commit();
     return id;
@@ -315,11 +342,13 @@ std::optional<std::int64_t> OdbcEngine::raisedCounterAtOnce(const std::string& s
 {
     try {
         const auto rows = query(sql, Language::Native, names);
-        if (rows->next())
+        if (rows->next()) {
             return cellNumber(rows->cells()[0]);
+        }
     } catch (const EngineError& error) {
-        if (error.code() != ErrorCode::Statement)
+        if (error.code() != ErrorCode::Statement) {
             throw;
+        }
         m_raisesAtOnce = false;
     }
     return std::nullopt;

@@ -18,8 +18,9 @@ SQLULEN unitsOf(std::string_view text)
     SQLULEN units = 0;
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
-        if ((byte & 0xC0U) != 0x80U)
+        if ((byte & 0xC0U) != 0x80U) {
             units += byte >= 0xF0U ? 2 : 1;
+        }
     }
     return units;
 }
@@ -83,8 +84,9 @@ struct BindParameter
         SQLULEN units = std::max<SQLULEN>(unitsOf(value), 1);
         const bool isLong = units > longestPlainText;
         // One size for all, or the server makes a plan for every length that comes along.
-        if (textSize && !isLong)
+        if (textSize && !isLong) {
             units = *textSize;
+        }
         return bind(SQL_C_CHAR, isLong ? SQL_WLONGVARCHAR : SQL_WVARCHAR, units, 0,
                     const_cast<char*>(value.data()), static_cast<SQLLEN>(value.size()));
     }

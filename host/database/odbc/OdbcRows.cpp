@@ -69,8 +69,9 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
     Described result;
     result.info.name = reinterpret_cast<const char*>(name.data());
     result.info.baseName = attributeText(statement.handle(), index, SQL_DESC_BASE_COLUMN_NAME);
-    if (result.info.baseName.empty())
+    if (result.info.baseName.empty()) {
         result.info.baseName = result.info.name;
+    }
     const auto fixed = [&](ColumnType columnType, SQLSMALLINT cType, std::size_t width) {
         result.info.type = columnType;
         result.column.cType = cType;
@@ -117,8 +118,9 @@ Described describe(OdbcStatement& statement, SQLUSMALLINT index)
         result.column.width = bounded ? static_cast<std::size_t>(size) * 4 + 32 : 0;
         if (statement.connection().product().hidesDecimals() &&
             dialect::columnTypeOf(attributeText(statement.handle(), index, SQL_DESC_TYPE_NAME)) ==
-                ColumnType::Decimal)
+                ColumnType::Decimal) {
             fixed(ColumnType::Decimal, SQL_C_CHAR, 64);
+        }
     }
     }
     return result;
@@ -145,10 +147,12 @@ public:
         const bool hasTexts = std::any_of(m_data.begin(), m_data.end(),
                                           [](const Column& column) { return column.cType == SQL_C_CHAR; });
         // A driver that gives a cut value again, but not within a block, is not asked for blocks.
-        if (hasTexts && m_connection.readsBoundValues() && !m_connection.readsWithinBlocks())
+        if (hasTexts && m_connection.readsBoundValues() && !m_connection.readsWithinBlocks()) {
             m_largestBlock = 1;
-        if (bounded)
+        }
+        if (bounded) {
             bindBlock(std::min(firstBlock, m_largestBlock));
+        }
         m_connection.setStreaming(this);
     }
 
@@ -159,13 +163,15 @@ public:
     bool next() override
     {
         if (m_buffer) {
-            if (m_bufferRow >= m_buffer->rows())
+            if (m_bufferRow >= m_buffer->rows()) {
                 return false;
+            }
             m_buffer->read(m_bufferRow++, m_cells.data());
             return true;
         }
-        if (m_broken)
+        if (m_broken) {
             throw EngineError(*m_broken);
+        }
         try {
             return fetch();
         } catch (const EngineError& error) {
@@ -180,17 +186,20 @@ public:
     // into memory of its own, beginning with the rest of the block.
     void buffer()
     {
-        if (!m_statement)
+        if (!m_statement) {
             return;
+        }
         // The texts of the current row may stand in what is about to be fetched over.
         RowStore current(m_columns.size());
         const bool standing = m_delivered > 0;
-        if (standing)
+        if (standing) {
             current.append(m_cells.data());
+        }
         RowStore rest(m_columns.size());
         try {
-            while (fetch())
+            while (fetch()) {
                 rest.append(m_cells.data());
+            }
         } catch (const EngineError& error) {
             m_broken = error;
             throw;
@@ -199,16 +208,18 @@ public:
         m_current.emplace(std::move(current));
         m_buffer.emplace(std::move(rest));
         m_bufferRow = 0;
-        if (standing)
+        if (standing) {
             m_current->read(0, m_cells.data());
+        }
     }
 
 private:
     // Nothing is thrown from here: what is left of the statement is not wanted any more.
     void end() noexcept
     {
-        if (!m_statement)
+        if (!m_statement) {
             return;
+        }
         m_connection.streamingEnded(this);
         m_statement->closeCursor();
         SQLSetStmtAttr(m_statement->handle(), SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(1), 0);
@@ -219,12 +230,14 @@ private:
     void bindBlock(std::size_t atMost)
     {
         std::size_t rowBytes = 1;
-        for (const Column& column : m_data)
+        for (const Column& column : m_data) {
             rowBytes += column.width + sizeof(SQLLEN);
+        }
         m_blockRows = std::clamp<std::size_t>(blockBytes / rowBytes, 1, atMost);
         const SQLHSTMT handle = m_statement->handle();
-        if (!SQL_SUCCEEDED(SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(m_blockRows), 0)))
+        if (!SQL_SUCCEEDED(SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE, attributeValue(m_blockRows), 0))) {
             m_blockRows = 1;
+        }
         m_statement->check(SQLSetStmtAttr(handle, SQL_ATTR_ROWS_FETCHED_PTR, &m_fetched, 0));
         for (std::size_t i = 0; i < m_data.size(); ++i) {
             Column& column = m_data[i];
@@ -241,8 +254,9 @@ private:
     // end of the rows; half a result must not pass for a whole one.
     bool endOfRows()
     {
-        if (m_connection.isLost())
+        if (m_connection.isLost()) {
             throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+        }
         std::int64_t ignored = 0;
         m_statement->finish(ignored);
         end();
@@ -251,28 +265,34 @@ private:
 
     bool fetch()
     {
-        if (!m_statement)
+        if (!m_statement) {
             return false;
-        if (m_blockRows == 0)
+        }
+        if (m_blockRows == 0) {
             return fetchByValue();
+        }
         if (m_row + 1 < m_fetched) {
             ++m_row;
         } else {
-            if (m_delivered == firstBlock && m_blockRows == firstBlock)
+            if (m_delivered == firstBlock && m_blockRows == firstBlock) {
                 bindBlock(m_largestBlock);
+            }
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());
-            if (m_fetched < m_blockRows)
+            if (m_fetched < m_blockRows) {
                 m_statement->failAsDiagnosed();
-            if (code == SQL_NO_DATA || (SQL_SUCCEEDED(code) && m_fetched == 0))
+            }
+            if (code == SQL_NO_DATA || (SQL_SUCCEEDED(code) && m_fetched == 0)) {
                 return endOfRows();
+            }
             // A value that was cut is a success "with information"; it is looked for cell by cell below.
             m_statement->check(code);
         }
         for (std::size_t i = 0; i < m_data.size(); ++i) {
-            if (!readBound(i))
+            if (!readBound(i)) {
                 readWhole(i);
+            }
         }
         ++m_delivered;
         return true;
@@ -288,8 +308,9 @@ private:
             m_cells[index].Kind = CellNull;
             return true;
         }
-        if (column.cType == SQL_C_CHAR && (length < 0 || length >= static_cast<SQLLEN>(column.width)))
+        if (column.cType == SQL_C_CHAR && (length < 0 || length >= static_cast<SQLLEN>(column.width))) {
             return false;
+        }
         setCell(index, value, static_cast<std::size_t>(std::max<SQLLEN>(length, 0)));
         return true;
     }
@@ -336,10 +357,12 @@ private:
     {
         Column& column = m_data[index];
         const bool inBlock = m_blockRows > 1;
-        if (!m_connection.readsBoundValues() || (inBlock && !m_connection.readsWithinBlocks()))
+        if (!m_connection.readsBoundValues() || (inBlock && !m_connection.readsWithinBlocks())) {
             failToRead(index);
-        if (inBlock)
+        }
+        if (inBlock) {
             m_statement->check(SQLSetPos(m_statement->handle(), m_row + 1, SQL_POSITION, SQL_LOCK_NO_CHANGE));
+        }
         readValue(index);
         // What came must be this value.
         const SQLLEN length = column.lengths[m_row];
@@ -348,8 +371,9 @@ private:
             m_cells[index].Kind != CellNull && column.text.size() >= column.width - 1 &&
             (length == SQL_NO_TOTAL || column.text.size() == static_cast<std::size_t>(length)) &&
             std::memcmp(column.text.data(), cut, column.width - 1) == 0;
-        if (!isSame)
+        if (!isSame) {
             failToRead(index);
+        }
     }
 
     [[noreturn]] void failToRead(std::size_t index) const
@@ -369,8 +393,9 @@ private:
         }
         m_statement->check(code);
         // In the order of the columns, which is all that some drivers allow.
-        for (std::size_t i = 0; i < m_data.size(); ++i)
+        for (std::size_t i = 0; i < m_data.size(); ++i) {
             readValue(i);
+        }
         ++m_delivered;
         return true;
     }
@@ -396,8 +421,9 @@ private:
         while (true) {
             const SQLRETURN code = SQLGetData(m_statement->handle(), number, SQL_C_CHAR, piece.data(),
                                               static_cast<SQLLEN>(piece.size()), &length);
-            if (code == SQL_NO_DATA)
+            if (code == SQL_NO_DATA) {
                 break;
+            }
             m_statement->check(code);
             if (length == SQL_NULL_DATA) {
                 m_cells[index].Kind = CellNull;
@@ -407,8 +433,9 @@ private:
             const bool more = length == SQL_NO_TOTAL || length >= static_cast<SQLLEN>(piece.size());
             column.text.append(piece.data(),
                                more ? std::strlen(piece.data()) : static_cast<std::size_t>(length));
-            if (!more)
+            if (!more) {
                 break;
+            }
         }
         setCell(index, column.text.data(), column.text.size());
     }

@@ -17,9 +17,10 @@ OdbcStatement::OdbcStatement(OdbcConnection& connection)
     // What stands between braces in a text is no escape sequence.
     SQLSetStmtAttr(m_handle, SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), 0);
     // A network that swallows packets leaves the host's only thread waiting for good.
-    if (connection.patience().count() > 0)
+    if (connection.patience().count() > 0) {
         SQLSetStmtAttr(m_handle, SQL_ATTR_QUERY_TIMEOUT,
                        attributeValue(static_cast<SQLULEN>(connection.patience().count())), 0);
+    }
 }
 
 OdbcStatement::~OdbcStatement()
@@ -29,8 +30,9 @@ OdbcStatement::~OdbcStatement()
 
 void OdbcStatement::check(SQLRETURN code)
 {
-    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA)
+    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA) {
         m_connection.fail(SQL_HANDLE_STMT, m_handle);
+    }
 }
 
 void OdbcStatement::failAsDiagnosed()
@@ -41,8 +43,9 @@ void OdbcStatement::failAsDiagnosed()
              SQLGetDiagRec(SQL_HANDLE_STMT, m_handle, record, state.data(), &native, nullptr, 0, nullptr));
          ++record) {
         const std::string_view kind(reinterpret_cast<const char*>(state.data()), 2);
-        if (kind != "00" && kind != "01" && kind != "02")
+        if (kind != "00" && kind != "01" && kind != "02") {
             m_connection.fail(SQL_HANDLE_STMT, m_handle);
+        }
     }
 }
 
@@ -53,23 +56,26 @@ void OdbcStatement::executeDirect(std::string_view sql)
 
 void OdbcStatement::prepare(std::string_view sql)
 {
-    if (m_connection.product().keepsPlans())
+    if (m_connection.product().keepsPlans()) {
         m_direct = sql;
-    else
+    } else {
         check(SQLPrepare(m_handle, characters(sql), static_cast<SQLINTEGER>(sql.size())));
+    }
 }
 
 void OdbcStatement::executePrepared(std::span<const Value> parameters)
 {
     std::vector<BoundParameter> bound(parameters.size());
     const auto textSize = m_connection.product().announcedTextSize();
-    for (std::size_t i = 0; i < parameters.size(); ++i)
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
         check(bindParameter(m_handle, static_cast<SQLUSMALLINT>(i + 1), parameters[i], bound[i], textSize));
+    }
     const SQLRETURN code = m_direct.empty() ? SQLExecute(m_handle)
                                             : SQLExecDirect(m_handle, characters(m_direct),
                                                             static_cast<SQLINTEGER>(m_direct.size()));
-    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA)
+    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA) {
         m_connection.fail(SQL_HANDLE_STMT, m_handle);
+    }
     // The storage goes; a driver must not look at it any more.
     SQLFreeStmt(m_handle, SQL_RESET_PARAMS);
 }
@@ -85,11 +91,13 @@ int OdbcStatement::columnCount()
 bool OdbcStatement::hasMoreResults()
 {
     const SQLRETURN code = SQLMoreResults(m_handle);
-    if (code == SQL_NO_DATA)
+    if (code == SQL_NO_DATA) {
         return false;
+    }
     if (!SQL_SUCCEEDED(code)) {
-        if (diagnose(SQL_HANDLE_STMT, m_handle).state == "HY010")
+        if (diagnose(SQL_HANDLE_STMT, m_handle).state == "HY010") {
             return false;
+        }
         m_connection.fail(SQL_HANDLE_STMT, m_handle);
     }
     return true;
@@ -99,10 +107,12 @@ bool OdbcStatement::moveToRows(std::int64_t& affected)
 {
     while (columnCount() == 0) {
         SQLLEN count = 0;
-        if (SQL_SUCCEEDED(SQLRowCount(m_handle, &count)) && count > 0)
+        if (SQL_SUCCEEDED(SQLRowCount(m_handle, &count)) && count > 0) {
             affected += count;
-        if (!hasMoreResults())
+        }
+        if (!hasMoreResults()) {
             return false;
+        }
     }
     return true;
 }

@@ -9,18 +9,24 @@ namespace zul::host {
 
 std::string Product::literal(const Value& value) const
 {
-    if (std::holds_alternative<std::monostate>(value))
+    if (std::holds_alternative<std::monostate>(value)) {
         return "NULL";
-    if (const auto* flag = std::get_if<bool>(&value))
+    }
+    if (const auto* flag = std::get_if<bool>(&value)) {
         return std::string(truth(*flag));
-    if (const auto* whole = std::get_if<std::int64_t>(&value))
+    }
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         return std::to_string(*whole);
-    if (const auto* number = std::get_if<double>(&value))
+    }
+    if (const auto* number = std::get_if<double>(&value)) {
         return decimalText(*number);
-    if (const auto* decimal = std::get_if<DecimalValue>(&value))
+    }
+    if (const auto* decimal = std::get_if<DecimalValue>(&value)) {
         return decimal->text;
-    if (const auto* date = std::get_if<DateValue>(&value))
+    }
+    if (const auto* date = std::get_if<DateValue>(&value)) {
         return dialect::quotedText(momentText(date->days));
+    }
     return std::string(textMark()) + dialect::quotedText(std::get<std::string>(value));
 }
 
@@ -37,10 +43,12 @@ std::string Product::momentText(double date) const
 const Product& productNamed(std::string_view name)
 {
     const std::string folded = foldedName(name);
-    if (folded.find("postgres") != std::string::npos)
+    if (folded.find("postgres") != std::string::npos) {
         return postgresProduct();
-    if (folded.find("sqlite") != std::string::npos)
+    }
+    if (folded.find("sqlite") != std::string::npos) {
         return sqliteProduct();
+    }
     return transactSqlProduct();
 }
 

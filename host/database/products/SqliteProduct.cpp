@@ -68,12 +68,15 @@ public:
     std::optional<ErrorCode> errorCode(int, std::string_view text) const override
     {
         const auto says = [&](std::string_view part) { return text.find(part) != std::string_view::npos; };
-        if (says("no such table"))
+        if (says("no such table")) {
             return ErrorCode::NoTable;
-        if (says("constraint failed"))
+        }
+        if (says("constraint failed")) {
             return ErrorCode::Integrity;
-        if (says("locked"))
+        }
+        if (says("locked")) {
             return ErrorCode::Busy;
+        }
         return std::nullopt;
     }
 

@@ -39,10 +39,12 @@ public:
     std::string sameValue(const ColumnInfo& column) const override
     {
         const std::string name = quotedName(column.baseName);
-        if (column.type == ColumnType::DateTime)
+        if (column.type == ColumnType::DateTime) {
             return name + " = CAST(? AS datetime)";
-        if (column.type == ColumnType::Text)
+        }
+        if (column.type == ColumnType::Text) {
             return "CAST(" + name + " AS nvarchar(max)) = CAST(? AS nvarchar(max))";
+        }
         return Product::sameValue(column);
     }
 

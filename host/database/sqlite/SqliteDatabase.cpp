@@ -71,8 +71,9 @@ struct Bind
 int integerBytesOf(std::string_view declaration)
 {
     const std::string word = foldedName(declaration.substr(0, declaration.find_first_of(" (")));
-    if (word == "smallint" || word == "tinyint" || word == "int2")
+    if (word == "smallint" || word == "tinyint" || word == "int2") {
         return 2;
+    }
     return word == "bigint" || word == "int8" ? 8 : 4;
 }
 
@@ -102,8 +103,9 @@ SqliteStatement::SqliteStatement(SqliteDatabase& database, std::shared_ptr<Prepa
 
 SqliteStatement::~SqliteStatement()
 {
-    if (!m_prepared)
+    if (!m_prepared) {
         return;
+    }
     reset();
     sqlite3_clear_bindings(m_prepared->statement);
     m_prepared->borrowed = false;
@@ -144,12 +146,14 @@ std::vector<ColumnInfo> SqliteStatement::readColumns() const
         info.baseName = origin != nullptr ? origin : info.name;
         const std::string declaration = text(sqlite3_column_decltype(handle(), i));
         info.type = dialect::columnTypeOf(declaration);
-        if (info.type == ColumnType::Integer)
+        if (info.type == ColumnType::Integer) {
             info.integerBytes = integerBytesOf(declaration);
+        }
         // An expression has no declaration; what the statement itself says is the next best.
         const auto& known = native().types;
-        if (info.type == ColumnType::Unknown && static_cast<std::size_t>(i) < known.size())
+        if (info.type == ColumnType::Unknown && static_cast<std::size_t>(i) < known.size()) {
             info.type = known[static_cast<std::size_t>(i)];
+        }
         columns.push_back(std::move(info));
     }
     return columns;
@@ -162,12 +166,14 @@ void SqliteStatement::reset()
 
 void SqliteStatement::bind(std::span<const Value> parameters)
 {
-    if (static_cast<std::size_t>(sqlite3_bind_parameter_count(handle())) != parameters.size())
+    if (static_cast<std::size_t>(sqlite3_bind_parameter_count(handle())) != parameters.size()) {
         throw EngineError(ErrorCode::BadValue, "the statement wants another number of parameters");
+    }
     int index = 1;
     for (const Value& value : parameters) {
-        if (std::visit(Bind{handle(), index}, value) != SQLITE_OK)
+        if (std::visit(Bind{handle(), index}, value) != SQLITE_OK) {
             m_database->fail();
+        }
         ++index;
     }
 }
@@ -194,11 +200,13 @@ SqliteDatabase::SqliteDatabase(const std::string& path, Mode mode)
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE |
                       (mode == Mode::OpenOrCreate ? SQLITE_OPEN_CREATE : 0);
     try {
-        if (sqlite3_open_v2(path.c_str(), &m_database, flags, nullptr) != SQLITE_OK)
+        if (sqlite3_open_v2(path.c_str(), &m_database, flags, nullptr) != SQLITE_OK) {
             fail();
+        }
         sqlite3_busy_timeout(m_database, 5000);
-        for (const char* const* setting = zulConnectionSettings; *setting != nullptr; ++setting)
+        for (const char* const* setting = zulConnectionSettings; *setting != nullptr; ++setting) {
             run(*setting);
+        }
     } catch (const EngineError& error) {
         const EngineError named(error.code(), path + ": " + error.what());
         sqlite3_close_v2(m_database);
@@ -216,8 +224,9 @@ void SqliteDatabase::close() noexcept
     m_native = {};
     m_translated = {};
     // A statement that is still lent out would keep the transaction open with the file.
-    if (isOpen() && sqlite3_get_autocommit(m_database) == 0)
+    if (isOpen() && sqlite3_get_autocommit(m_database) == 0) {
         sqlite3_exec(m_database, "ROLLBACK", nullptr, nullptr, nullptr);
+    }
     sqlite3_close_v2(m_database);
     m_database = nullptr;
 }
@@ -245,16 +254,18 @@ SqliteStatement SqliteDatabase::lend(Cache& cache, std::string_view source, cons
         return {*this, cache.entries.front()};
     }
     auto prepared = std::make_shared<SqliteStatement::Prepared>();
-    if (translate != nullptr)
+    if (translate != nullptr) {
         prepared->native = (*translate)(source);
-    else
+    } else {
         prepared->native.sql = std::string(source);
+    }
     prepared->statement = compile(prepared->native.sql);
     // The same text is running already, or is not worth keeping: a statement for this one use. One that changes
     // the schema would hold on to what it changes.
     if (found != cache.bySource.end() || source.size() > longestCachedSource ||
-        prepared->native.changesSchema)
+        prepared->native.changesSchema) {
         return {*this, std::move(prepared)};
+    }
     if (cache.entries.size() >= cachedStatements) {
         cache.bySource.erase(cache.entries.back()->source);
         cache.entries.pop_back();
@@ -271,8 +282,9 @@ sqlite3_stmt* SqliteDatabase::compile(std::string_view sql)
     sqlite3_stmt* statement = nullptr;
     const char* tail = nullptr;
     if (sqlite3_prepare_v3(m_database, sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
-                           &statement, &tail) != SQLITE_OK)
+                           &statement, &tail) != SQLITE_OK) {
         fail();
+    }
     const std::string_view rest(tail, static_cast<std::size_t>(sql.data() + sql.size() - tail));
     const bool more = rest.find_first_not_of(" \t\r\n;") != std::string_view::npos;
     if (more) {
@@ -285,8 +297,9 @@ sqlite3_stmt* SqliteDatabase::compile(std::string_view sql)
 void SqliteDatabase::run(const char* sql)
 {
     requireOpen();
-    if (sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
         fail();
+    }
 }
 
 std::int64_t SqliteDatabase::changes() const
@@ -301,8 +314,9 @@ std::int64_t SqliteDatabase::totalChanges() const
 
 void SqliteDatabase::requireOpen() const
 {
-    if (!isOpen())
+    if (!isOpen()) {
         throw EngineError(ErrorCode::ConnectionLost, "the database is closed");
+    }
 }
 
 void SqliteDatabase::fail() const

@@ -21,8 +21,9 @@ NativeStatement nativeOf(const dialect::Translation& translation)
     native.sql = translation.sql;
     native.changesSchema = translation.kind == dialect::StatementKind::Schema;
     native.types.reserve(translation.columns.size());
-    for (const dialect::OutputColumn& column : translation.columns)
+    for (const dialect::OutputColumn& column : translation.columns) {
         native.types.push_back(column.type);
+    }
     native.search = translation.search;
     return native;
 }
@@ -42,13 +43,15 @@ public:
     explicit UnsyncedCommit(SqliteDatabase& database)
         : m_database(sqlite3_get_autocommit(database.handle()) != 0 ? &database : nullptr)
     {
-        if (m_database != nullptr)
+        if (m_database != nullptr) {
             m_database->run(zulDoNotWaitForDisk);
+        }
     }
     ~UnsyncedCommit()
     {
-        if (m_database != nullptr)
+        if (m_database != nullptr) {
             sqlite3_exec(m_database->handle(), zulWaitForDisk, nullptr, nullptr, nullptr);
+        }
     }
     UnsyncedCommit(const UnsyncedCommit&) = delete;
     UnsyncedCommit& operator=(const UnsyncedCommit&) = delete;
@@ -64,8 +67,9 @@ public:
         : m_parameters(parameters.begin(), parameters.end())
         , m_statement(std::move(statement))
     {
-        if (sqlite3_column_count(m_statement.handle()) == 0)
+        if (sqlite3_column_count(m_statement.handle()) == 0) {
             throw EngineError(ErrorCode::Statement, "the statement gives no rows");
+        }
         m_statement.bind(m_parameters);
         // The first step runs here, so that what the statement meets shows when it is opened.
         m_pending = m_statement.step();
@@ -82,11 +86,13 @@ public:
         } else if (m_pending) {
             m_pending = m_statement.step();
         }
-        if (!m_pending)
+        if (!m_pending) {
             return false;
+        }
         sqlite3_stmt* const handle = m_statement.handle();
-        for (std::size_t i = 0; i < m_cells.size(); ++i)
+        for (std::size_t i = 0; i < m_cells.size(); ++i) {
             readCell(handle, static_cast<int>(i), (*m_columns)[i].type, m_cells[i]);
+        }
         return true;
     }
 
@@ -110,8 +116,9 @@ SqliteEngine::SqliteEngine(const std::string& path, SqliteDatabase::Mode mode)
     , m_tableKey([this](std::string_view table) { return declared(table).key; })
     , m_translator([this](std::string_view sql) { return translated(sql); })
 {
-    if (dialect::registerFunctions(m_database.handle()) != SQLITE_OK)
+    if (dialect::registerFunctions(m_database.handle()) != SQLITE_OK) {
         m_database.fail();
+    }
 }
 
 // What a table's declaration says, read once and kept until the schema changes.
@@ -119,16 +126,18 @@ const SqliteEngine::DeclaredTable& SqliteEngine::declared(std::string_view table
 {
     const std::string tableKey = foldedName(table);
     const auto known = m_declared.find(tableKey);
-    if (known != m_declared.end())
+    if (known != m_declared.end()) {
         return known->second;
+    }
     DeclaredTable& read = m_declared[tableKey];
     const Value name(std::string{table});
     auto rows = query("SELECT name, type, pk FROM pragma_table_info(?)", Language::Native, {&name, 1});
     while (rows->next()) {
         const ZulCell* const cells = rows->cells();
         read.types.emplace(foldedName(cellText(cells[0])), dialect::columnTypeOf(cellText(cells[1])));
-        if (cells[2].Integer > 0)
+        if (cells[2].Integer > 0) {
             read.key.emplace_back(cellText(cells[0]));
+        }
     }
     return read;
 }
@@ -154,8 +163,9 @@ NativeStatement SqliteEngine::translated(std::string_view sql)
 
 SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)
 {
-    if (language == Language::Native)
+    if (language == Language::Native) {
         return m_database.prepare(sql);
+    }
     try {
         return m_database.prepare(sql, m_translator);
     } catch (const dialect::DialectError& error) {
@@ -165,16 +175,18 @@ SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)
 
 std::int64_t SqliteEngine::execute(std::string_view sql, Language language, std::span<const Value> parameters)
 {
-    if (language == Language::Transact && parameters.empty() && isBatch(sql))
+    if (language == Language::Transact && parameters.empty() && isBatch(sql)) {
         return executeBatch(sql);
+    }
     SqliteStatement statement = prepare(sql, language);
     return run(statement, parameters);
 }
 
 std::int64_t SqliteEngine::run(SqliteStatement& statement, std::span<const Value> parameters)
 {
-    if (statement.handle() == nullptr)
+    if (statement.handle() == nullptr) {
         return 0;
+    }
     statement.bind(parameters);
     // Statements that touch no rows leave the count of the last one that did.
     const std::int64_t before = m_database.totalChanges();
@@ -182,8 +194,9 @@ std::int64_t SqliteEngine::run(SqliteStatement& statement, std::span<const Value
     }
     const std::int64_t touched = m_database.totalChanges() != before ? m_database.changes() : 0;
     statement.reset();
-    if (statement.native().changesSchema)
+    if (statement.native().changesSchema) {
         forgetSchema();
+    }
     return touched;
 }
 
@@ -209,8 +222,9 @@ std::unique_ptr<RowStream> SqliteEngine::query(std::string_view sql, Language la
 {
     SqliteStatement statement = prepare(sql, language);
     if (statement.native().search) {
-        if (auto rows = narrowedQuery(statement.native()))
+        if (auto rows = narrowedQuery(statement.native())) {
             return rows;
+        }
     }
     return std::make_unique<SqliteRows>(std::move(statement), parameters);
 }
@@ -221,12 +235,14 @@ std::unique_ptr<RowStream> SqliteEngine::narrowedQuery(const NativeStatement& na
 {
     constexpr std::size_t fewRows = 1000;
     // A rollback would take changes back without a trace in the counters.
-    if (inTransaction())
+    if (inTransaction()) {
         return nullptr;
+    }
     const auto& texts = textsFor(*native.search);
     const auto rows = texts ? texts->rowsWith(native.search->text, fewRows) : std::nullopt;
-    if (!rows)
+    if (!rows) {
         return nullptr;
+    }
     std::string list = "[";
     for (const std::int64_t row : *rows) {
         list += list.size() > 1 ? "," : "";
@@ -247,8 +263,9 @@ const std::optional<TextColumn>& SqliteEngine::textsFor(const dialect::TextSearc
     const std::int64_t ownChanges = m_database.totalChanges();
     const std::int64_t version = dataVersion();
     if (m_searched.table != search.table || m_searched.column != search.column ||
-        m_searched.ownChanges != ownChanges || m_searched.dataVersion != version)
+        m_searched.ownChanges != ownChanges || m_searched.dataVersion != version) {
         m_searched = {search.table, search.column, ownChanges, version, readTexts(search)};
+    }
     return m_searched.texts;
 }
 
@@ -264,8 +281,9 @@ std::optional<TextColumn> SqliteEngine::readTexts(const dialect::TextSearch& sea
         while (rows->next()) {
             const ZulCell* const cells = rows->cells();
             // The rows of a view have no numbers.
-            if (cells[0].Kind != CellInteger || cells[1].Kind != CellText || texts.size() > mostBytes)
+            if (cells[0].Kind != CellInteger || cells[1].Kind != CellText || texts.size() > mostBytes) {
                 return std::nullopt;
+            }
             texts.append(cells[0].Integer, cellText(cells[1]));
         }
     } catch (const EngineError&) {
@@ -285,8 +303,9 @@ std::int64_t SqliteEngine::dataVersion()
 Outcome SqliteEngine::run(std::string_view sql, Language language)
 {
     const bool batch = language == Language::Transact && isBatch(sql);
-    if (!batch && sqlite3_column_count(prepare(sql, language).handle()) > 0)
+    if (!batch && sqlite3_column_count(prepare(sql, language).handle()) > 0) {
         return {query(sql, language), 0};
+    }
     return {nullptr, execute(sql, language)};
 }
 
@@ -316,22 +335,25 @@ void SqliteEngine::refreshStatistics()
 
 void SqliteEngine::begin()
 {
-    if (inTransaction())
+    if (inTransaction()) {
         throw EngineError(ErrorCode::TransactionOpen, "a transaction is open already");
+    }
     execute("BEGIN IMMEDIATE", Language::Native);
 }
 
 void SqliteEngine::commit()
 {
-    if (!inTransaction())
+    if (!inTransaction()) {
         throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
+    }
     execute("COMMIT", Language::Native);
 }
 
 void SqliteEngine::rollback()
 {
-    if (!inTransaction())
+    if (!inTransaction()) {
         throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
+    }
     execute("ROLLBACK", Language::Native);
 }
 
@@ -349,10 +371,12 @@ RowIdentity SqliteEngine::rowIdentity(std::string_view table)
 {
     RowIdentity identity;
     const auto rows = query(product().keyQuery(table), Language::Native);
-    while (rows->next())
+    while (rows->next()) {
         identity.keyColumns.emplace_back(cellText(rows->cells()[0]));
-    if (identity.keyColumns.empty() && hasTable(table))
+    }
+    if (identity.keyColumns.empty() && hasTable(table)) {
         identity.hiddenColumn = product().hiddenColumn();
+    }
     return identity;
 }
 
@@ -368,19 +392,21 @@ std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
     SqliteStatement statement = m_database.prepare(ids.sql);
     statement.bind(ids.parameters);
     std::int64_t id = 0;
-    while (statement.step())
+    while (statement.step()) {
         id = sqlite3_column_int64(statement.handle(), 0);
+    }
     return id;
 }
 
 // A run takes all its ids for one table.
 const SqliteEngine::IdStatement& SqliteEngine::idStatement(std::string_view table, std::string_view key)
 {
-    if (m_ids.table != table || m_ids.key != key)
+    if (m_ids.table != table || m_ids.key != key) {
         m_ids = {std::string(table),
                  std::string(key),
                  product().raiseCounter(table, key),
                  {bareName(table), bareName(key)}};
+    }
     return m_ids;
 }
 

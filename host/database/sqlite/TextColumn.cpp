@@ -21,8 +21,9 @@ std::optional<std::vector<std::int64_t>> TextColumn::rowsWith(std::string_view p
     while ((at = std::search(at, m_texts.end(), searcher)) != m_texts.end()) {
         const auto place = static_cast<std::size_t>(at - m_texts.begin());
         const auto end = std::upper_bound(m_ends.begin(), m_ends.end(), place);
-        if (rows.size() == most)
+        if (rows.size() == most) {
             return std::nullopt;
+        }
         rows.push_back(m_rows[static_cast<std::size_t>(end - m_ends.begin())]);
         at = m_texts.begin() + static_cast<std::ptrdiff_t>(*end);
     }

@@ -82,8 +82,9 @@ ColumnType columnTypeNamed(std::string_view name)
 ColumnType columnTypeOf(std::string_view declaration)
 {
     const std::size_t start = declaration.find_first_not_of(" [\"`");
-    if (start == std::string_view::npos)
+    if (start == std::string_view::npos) {
         return ColumnType::Unknown;
+    }
     declaration.remove_prefix(start);
     return columnTypeNamed(lowerAscii(declaration.substr(0, declaration.find_first_of(" (]\"`"))));
 }

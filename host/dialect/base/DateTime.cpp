@@ -41,10 +41,12 @@ unsigned daysInMonth(std::int64_t year, unsigned month)
 
 std::string_view trimmed(std::string_view text)
 {
-    while (!text.empty() && text.front() == ' ')
+    while (!text.empty() && text.front() == ' ') {
         text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ')
+    }
+    while (!text.empty() && text.back() == ' ') {
         text.remove_suffix(1);
+    }
     return text;
 }
 
@@ -63,8 +65,9 @@ int readDigits(std::string_view& text, int most, std::int64_t& number)
 
 bool takeChar(std::string_view& text, char c)
 {
-    if (text.empty() || text.front() != c)
+    if (text.empty() || text.front() != c) {
         return false;
+    }
     text.remove_prefix(1);
     return true;
 }
@@ -76,21 +79,26 @@ std::optional<std::int64_t> readTime(std::string_view text)
     std::int64_t minute = 0;
     std::int64_t second = 0;
     std::int64_t millisecond = 0;
-    if (readDigits(text, 2, hour) == 0)
+    if (readDigits(text, 2, hour) == 0) {
         return std::nullopt;
+    }
     const bool minutes = takeChar(text, ':');
     if (minutes) {
-        if (readDigits(text, 2, minute) != 2)
+        if (readDigits(text, 2, minute) != 2) {
             return std::nullopt;
+        }
         if (takeChar(text, ':')) {
-            if (readDigits(text, 2, second) != 2)
+            if (readDigits(text, 2, second) != 2) {
                 return std::nullopt;
+            }
             if (takeChar(text, '.') || takeChar(text, ',')) {
                 const int digits = readDigits(text, 3, millisecond);
-                if (digits == 0)
+                if (digits == 0) {
                     return std::nullopt;
-                for (int i = digits; i < 3; ++i)
+                }
+                for (int i = digits; i < 3; ++i) {
                     millisecond *= 10;
+                }
                 std::int64_t rest = 0;
                 readDigits(text, 6, rest);
             }
@@ -100,13 +108,16 @@ std::optional<std::int64_t> readTime(std::string_view text)
     const bool am = sameWord(text, "AM");
     const bool pm = sameWord(text, "PM");
     if (am || pm) {
-        if (hour < 1 || hour > 12)
+        if (hour < 1 || hour > 12) {
             return std::nullopt;
+        }
         hour = hour % 12 + (pm ? 12 : 0);
-    } else if (!text.empty() || !minutes)
+    } else if (!text.empty() || !minutes) {
         return std::nullopt;
-    if (hour > 23 || minute > 59 || second > 59)
+    }
+    if (hour > 23 || minute > 59 || second > 59) {
         return std::nullopt;
+    }
     return ((hour * 60 + minute) * 60 + second) * 1000 + millisecond;
 }
 
@@ -117,18 +128,22 @@ bool readDate(std::string_view& text, std::int64_t& day)
     std::int64_t year = 0;
     std::int64_t month = 0;
     std::int64_t dayOfMonth = 0;
-    if (readDigits(rest, 4, year) != 4)
+    if (readDigits(rest, 4, year) != 4) {
         return false;
+    }
     const char separator = rest.empty() ? '\0' : rest.front();
     if (separator == '-' || separator == '/') {
         rest.remove_prefix(1);
         if (readDigits(rest, 2, month) == 0 || !takeChar(rest, separator) ||
-            readDigits(rest, 2, dayOfMonth) == 0)
+            readDigits(rest, 2, dayOfMonth) == 0) {
             return false;
-    } else if (readDigits(rest, 2, month) != 2 || readDigits(rest, 2, dayOfMonth) != 2)
+        }
+    } else if (readDigits(rest, 2, month) != 2 || readDigits(rest, 2, dayOfMonth) != 2) {
         return false;
-    if (!isValidDate(year, month, dayOfMonth))
+    }
+    if (!isValidDate(year, month, dayOfMonth)) {
         return false;
+    }
     day = dayOf(year, static_cast<unsigned>(month), static_cast<unsigned>(dayOfMonth));
     text = rest;
     return true;
@@ -159,8 +174,9 @@ std::string halfDayClock(const Moment& moment, bool exact)
     const std::int64_t hour = moment.millisecond / 3'600'000;
     const std::int64_t shown = hour % 12 == 0 ? 12 : hour % 12;
     std::string text = formatted("%2lld:%02lld", shown, moment.millisecond / 60'000 % 60, 0);
-    if (exact)
+    if (exact) {
         text += formatted(":%02lld:%03lld", moment.millisecond / 1000 % 60, moment.millisecond % 1000, 0);
+    }
     return text + (hour < 12 ? "AM" : "PM");
 }
 
@@ -185,9 +201,11 @@ std::optional<DatePart> datePartNamed(std::string_view name)
         {"second", DatePart::Second},   {"ss", DatePart::Second},
         {"s", DatePart::Second},        {"millisecond", DatePart::Millisecond},
         {"ms", DatePart::Millisecond}};
-    for (const auto& [known, part] : names)
-        if (sameWord(known, name))
+    for (const auto& [known, part] : names) {
+        if (sameWord(known, name)) {
             return part;
+        }
+    }
     return std::nullopt;
 }
 
@@ -236,22 +254,27 @@ std::optional<Moment> parseMoment(std::string_view text)
 {
     text = trimmed(text);
     Moment moment{day1900, 0};
-    if (text.empty())
+    if (text.empty()) {
         return moment;
+    }
     if (!readDate(text, moment.day)) {
         const auto time = readTime(text);
-        if (!time)
+        if (!time) {
             return std::nullopt;
+        }
         moment.millisecond = *time;
         return moment;
     }
-    if (text.empty())
+    if (text.empty()) {
         return moment;
-    if (!takeChar(text, ' ') && !takeChar(text, 'T'))
+    }
+    if (!takeChar(text, ' ') && !takeChar(text, 'T')) {
         return std::nullopt;
+    }
     const auto time = readTime(trimmed(text));
-    if (!time)
+    if (!time) {
         return std::nullopt;
+    }
     moment.millisecond = *time;
     return moment;
 }
@@ -270,8 +293,9 @@ std::string formatTime(const Moment& moment)
 std::optional<Moment> momentOfNumber(double days)
 {
     if (!(days >= static_cast<double>(firstDay - day1900) &&
-          days < static_cast<double>(lastDay - day1900 + 1)))
+          days < static_cast<double>(lastDay - day1900 + 1))) {
         return std::nullopt;
+    }
     const double whole = std::floor(days);
     Moment moment{day1900 + static_cast<std::int64_t>(whole),
                   std::llround((days - whole) * static_cast<double>(millisecondsPerDay))};
@@ -279,8 +303,9 @@ std::optional<Moment> momentOfNumber(double days)
         ++moment.day;
         moment.millisecond -= millisecondsPerDay;
     }
-    if (!inRange(moment.day))
+    if (!inRange(moment.day)) {
         return std::nullopt;
+    }
     return moment;
 }
 
@@ -329,23 +354,27 @@ std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& 
 {
     // Far beyond every result that is in range, and small enough that no step below overflows.
     constexpr std::int64_t limit = 400'000'000'000'000'000;
-    if (number > limit || number < -limit)
+    if (number > limit || number < -limit) {
         return std::nullopt;
+    }
     const auto plusMonths = [&](std::int64_t count) -> std::optional<Moment> {
-        if (count > 200'000 || count < -200'000)
+        if (count > 200'000 || count < -200'000) {
             return std::nullopt;
+        }
         const CivilDate date = civilOf(moment.day);
         const std::int64_t months = date.year * 12 + static_cast<std::int64_t>(date.month) - 1 + count;
         const std::int64_t year = floorDivide(months, 12);
-        if (year < 1 || year > 9999)
+        if (year < 1 || year > 9999) {
             return std::nullopt;
+        }
         const auto month = static_cast<unsigned>(months - year * 12 + 1);
         const unsigned last = daysInMonth(year, month);
         return Moment{dayOf(year, month, date.day < last ? date.day : last), moment.millisecond};
     };
     const auto plusMilliseconds = [&](std::int64_t count, std::int64_t unit) -> std::optional<Moment> {
-        if (count > limit / unit || count < -limit / unit)
+        if (count > limit / unit || count < -limit / unit) {
             return std::nullopt;
+        }
         const std::int64_t total = moment.millisecond + count * unit;
         const std::int64_t days = floorDivide(total, millisecondsPerDay);
         const Moment sum{moment.day + days, total - days * millisecondsPerDay};
@@ -443,15 +472,18 @@ constexpr std::array<DateStyle, 7> singleStyles{{{20, "Y-m-d t"},
 
 std::optional<std::string_view> patternOf(int style, const Moment& moment)
 {
-    if (style == 126)
+    if (style == 126) {
         return moment.millisecond % 1000 != 0 ? "Y-m-dTt.f" : "Y-m-dTt";
+    }
     for (const DateStyle& paired : pairedStyles) {
-        if (style == paired.style || style == paired.style + 100)
+        if (style == paired.style || style == paired.style + 100) {
             return paired.pattern;
+        }
     }
     for (const DateStyle& single : singleStyles) {
-        if (style == single.style)
+        if (style == single.style) {
             return single.pattern;
+        }
     }
     return std::nullopt;
 }
@@ -461,8 +493,9 @@ std::optional<std::string_view> patternOf(int style, const Moment& moment)
 std::optional<std::string> momentInStyle(const Moment& moment, int style)
 {
     const auto pattern = patternOf(style, moment);
-    if (!pattern)
+    if (!pattern) {
         return std::nullopt;
+    }
     const CivilDate date = civilOf(moment.day);
     const auto padded = [](const char* format, std::int64_t number) {
         return formatted(format, number, 0, 0);
@@ -511,38 +544,47 @@ std::optional<Moment> parseMomentInStyle(std::string_view text, int style)
     const bool monthFirst = base == 1 || base == 10;
     const bool dayFirst = base >= 3 && base <= 5;
     const bool yearFirst = base == 2 || base == 11;
-    if ((style > 11 && style < 100) || style > 111 || (!monthFirst && !dayFirst && !yearFirst))
+    if ((style > 11 && style < 100) || style > 111 || (!monthFirst && !dayFirst && !yearFirst)) {
         return parseMoment(text);
+    }
     text = trimmed(text);
     std::array<std::int64_t, 3> numbers{};
     std::size_t yearDigits = 0;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         if (i > 0) {
-            if (text.empty() || std::string_view("/-.").find(text.front()) == std::string_view::npos)
+            if (text.empty() || std::string_view("/-.").find(text.front()) == std::string_view::npos) {
                 return i == 1 ? parseMoment(text) : std::nullopt;
+            }
             text.remove_prefix(1);
         }
         const int digits = readDigits(text, 4, numbers[i]);
-        if (digits == 0)
+        if (digits == 0) {
             return std::nullopt;
-        if (i == (yearFirst ? 0U : 2U))
+        }
+        if (i == (yearFirst ? 0U : 2U)) {
             yearDigits = static_cast<std::size_t>(digits);
+        }
     }
     std::int64_t year = yearFirst ? numbers[0] : numbers[2];
     const std::int64_t month = yearFirst || dayFirst ? numbers[1] : numbers[0];
     const std::int64_t day = yearFirst ? numbers[2] : dayFirst ? numbers[0] : numbers[1];
-    if (yearDigits <= 2)
+    if (yearDigits <= 2) {
         year += year < 50 ? 2000 : 1900;
-    if (!isValidDate(year, month, day))
+    }
+    if (!isValidDate(year, month, day)) {
         return std::nullopt;
+    }
     Moment moment{dayOf(year, static_cast<unsigned>(month), static_cast<unsigned>(day)), 0};
-    if (text.empty())
+    if (text.empty()) {
         return moment;
-    if (!takeChar(text, ' '))
+    }
+    if (!takeChar(text, ' ')) {
         return std::nullopt;
+    }
     const auto time = readTime(trimmed(text));
-    if (!time)
+    if (!time) {
         return std::nullopt;
+    }
     moment.millisecond = *time;
     return moment;
 }

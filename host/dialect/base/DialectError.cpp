@@ -23,8 +23,9 @@ void failAt(std::string_view tsql, std::size_t offset, const std::string& messag
         if (tsql[i] == '\n') {
             ++line;
             column = 1;
-        } else if ((static_cast<unsigned char>(tsql[i]) & 0xC0U) != 0x80U)
+        } else if ((static_cast<unsigned char>(tsql[i]) & 0xC0U) != 0x80U) {
             ++column;
+        }
     }
     throw DialectError(message, offset, line, column);
 }

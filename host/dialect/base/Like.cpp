@@ -28,16 +28,22 @@ struct Element
 
     bool accepts(char32_t c) const
     {
-        if (kind == Kind::Char)
+        if (kind == Kind::Char) {
             return lowerCharacter(c) == character;
-        if (kind == Kind::One)
+        }
+        if (kind == Kind::One) {
             return true;
-        if (kind != Kind::Set)
+        }
+        if (kind != Kind::Set) {
             return false;
-        for (const auto& [from, to] : ranges)
-            for (const char32_t form : {c, lowerCharacter(c), upperCharacter(c)})
-                if (form >= from && form <= to)
+        }
+        for (const auto& [from, to] : ranges) {
+            for (const char32_t form : {c, lowerCharacter(c), upperCharacter(c)}) {
+                if (form >= from && form <= to) {
                     return !negated;
+                }
+            }
+        }
         return negated;
     }
 };
@@ -60,23 +66,26 @@ bool readSet(std::string_view pattern, std::size_t& at, std::optional<char32_t> 
     const auto read = [&](bool& escaped) {
         char32_t c = nextCharacter(pattern, at);
         escaped = escape && c == *escape && at < pattern.size();
-        if (escaped)
+        if (escaped) {
             c = nextCharacter(pattern, at);
+        }
         return c;
     };
     bool first = true;
     while (at < pattern.size()) {
         bool escaped = false;
         const char32_t from = read(escaped);
-        if (from == U']' && !escaped && !first)
+        if (from == U']' && !escaped && !first) {
             return true;
+        }
         first = false;
         if (at + 1 < pattern.size() && pattern[at] == '-' && pattern[at + 1] != ']') {
             ++at;
             const char32_t to = read(escaped);
             set.ranges.emplace_back(from, to);
-        } else
+        } else {
             set.ranges.emplace_back(from, from);
+        }
     }
     return false;
 }
@@ -89,21 +98,25 @@ std::vector<Element> compile(std::string_view pattern, std::optional<char32_t> e
         const char32_t c = nextCharacter(pattern, at);
         Element element;
         if (escape && c == *escape) {
-            if (at >= pattern.size())
+            if (at >= pattern.size()) {
                 element.kind = Element::Kind::Never;
-            else
+            } else {
                 element = characterElement(nextCharacter(pattern, at));
+            }
         } else if (c == U'%') {
-            if (!elements.empty() && elements.back().kind == Element::Kind::Any)
+            if (!elements.empty() && elements.back().kind == Element::Kind::Any) {
                 continue;
+            }
             element.kind = Element::Kind::Any;
-        } else if (c == U'_')
+        } else if (c == U'_') {
             element.kind = Element::Kind::One;
-        else if (c == U'[') {
-            if (!readSet(pattern, at, escape, element))
+        } else if (c == U'[') {
+            if (!readSet(pattern, at, escape, element)) {
                 element.kind = Element::Kind::Never;
-        } else
+            }
+        } else {
             element = characterElement(c);
+        }
         elements.push_back(std::move(element));
     }
     return elements;
@@ -122,8 +135,9 @@ bool matches(const std::vector<Element>& elements, std::string_view text)
             retry = true;
             retryElement = ++element;
             retryAt = at;
-            if (element == elements.size())
+            if (element == elements.size()) {
                 return true;
+            }
             continue;
         }
         std::size_t next = at;
@@ -133,14 +147,16 @@ bool matches(const std::vector<Element>& elements, std::string_view text)
             at = next;
             continue;
         }
-        if (!retry)
+        if (!retry) {
             return false;
+        }
         nextCharacter(text, retryAt);
         at = retryAt;
         element = retryElement;
     }
-    while (element < elements.size() && elements[element].kind == Element::Kind::Any)
+    while (element < elements.size() && elements[element].kind == Element::Kind::Any) {
         ++element;
+    }
     return element == elements.size();
 }
 
@@ -156,8 +172,9 @@ bool likeMatch(std::string_view pattern, std::string_view text, std::optional<ch
         std::vector<Element> elements;
     };
     thread_local Compiled last;
-    if (last.pattern != pattern || last.escape != escape)
+    if (last.pattern != pattern || last.escape != escape) {
         last = Compiled{std::string(pattern), escape, compile(pattern, escape)};
+    }
     return matches(last.elements, text);
 }
 
@@ -165,15 +182,18 @@ std::size_t patternIndex(std::string_view pattern, std::string_view text)
 {
     const bool freeStart = !pattern.empty() && pattern.front() == '%';
     std::vector<Element> elements = compile(pattern, std::nullopt);
-    if (!freeStart)
+    if (!freeStart) {
         return matches(elements, text) ? 1 : 0;
+    }
     elements.erase(elements.begin());
     std::size_t at = 0;
     for (std::size_t index = 1;; ++index) {
-        if (matches(elements, text.substr(at)))
+        if (matches(elements, text.substr(at))) {
             return elements.empty() ? 1 : index;
-        if (at >= text.size())
+        }
+        if (at >= text.size()) {
             return 0;
+        }
         nextCharacter(text, at);
     }
 }

@@ -26,8 +26,9 @@ std::string textOfFloat(double number)
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 6);
     std::string text(buffer.data(), end.ptr);
     const std::size_t exponent = text.find('e');
-    if (exponent != std::string::npos && text.size() - exponent == 4)
+    if (exponent != std::string::npos && text.size() - exponent == 4) {
         text.insert(exponent + 2, "0");
+    }
     return text;
 }
 
@@ -45,15 +46,17 @@ Result castToWhole(const Argument& value, const Target& target)
 {
     int64_t whole = 0;
     const auto* text = std::get_if<std::string_view>(&value);
-    if (text != nullptr && (target.source == "datetime" || target.source == "date"))
+    if (text != nullptr && (target.source == "datetime" || target.source == "date")) {
         whole = static_cast<int64_t>(std::round(numberOfMoment(momentOf(value))));
-    else if (text != nullptr && text->find_first_not_of(' ') != std::string_view::npos) {
+    } else if (text != nullptr && text->find_first_not_of(' ') != std::string_view::npos) {
         const auto parsed = parseNumber(*text);
-        if (!std::holds_alternative<int64_t>(parsed))
+        if (!std::holds_alternative<int64_t>(parsed)) {
             notANumber(*text, target.type);
+        }
         whole = std::get<int64_t>(parsed);
-    } else
+    } else {
         whole = wholeOf(value);
+    }
     int64_t least = std::numeric_limits<int64_t>::min();
     int64_t most = std::numeric_limits<int64_t>::max();
     if (target.type == "int" || target.type == "integer") {
@@ -66,21 +69,25 @@ Result castToWhole(const Argument& value, const Target& target)
         least = 0;
         most = 255;
     }
-    if (whole < least || whole > most)
+    if (whole < least || whole > most) {
         overflow(target.type);
+    }
     return whole;
 }
 
 Result castToBit(const Argument& value)
 {
     if (const auto* text = std::get_if<std::string_view>(&value)) {
-        if (sameWord(*text, "true"))
+        if (sameWord(*text, "true")) {
             return int64_t{1};
-        if (sameWord(*text, "false"))
+        }
+        if (sameWord(*text, "false")) {
             return int64_t{0};
+        }
         if (text->find_first_not_of(' ') != std::string_view::npos &&
-            std::holds_alternative<std::monostate>(parseNumber(*text)))
+            std::holds_alternative<std::monostate>(parseNumber(*text))) {
             notANumber(*text, "bit");
+        }
     }
     return int64_t{realOf(value) != 0 ? 1 : 0};
 }
@@ -88,11 +95,13 @@ Result castToBit(const Argument& value)
 Result castToReal(const Argument& value, const Target& target)
 {
     const auto* text = std::get_if<std::string_view>(&value);
-    if (text != nullptr && (target.source == "datetime" || target.source == "date"))
+    if (text != nullptr && (target.source == "datetime" || target.source == "date")) {
         return numberOfMoment(momentOf(value));
+    }
     if (text != nullptr && text->find_first_not_of(' ') != std::string_view::npos &&
-        std::holds_alternative<std::monostate>(parseNumber(*text)))
+        std::holds_alternative<std::monostate>(parseNumber(*text))) {
         notANumber(*text, target.type);
+    }
     return realOf(value);
 }
 
@@ -102,16 +111,20 @@ Result castToDecimal(const Argument& value, const Target& target)
     const int64_t precision = money ? 19 : target.length < 0 ? 18 : target.length;
     const int64_t scale = money ? 4 : std::max<int64_t>(target.scale, 0);
     const auto* text = std::get_if<std::string_view>(&value);
-    if (text != nullptr && std::holds_alternative<std::monostate>(parseNumber(*text)))
+    if (text != nullptr && std::holds_alternative<std::monostate>(parseNumber(*text))) {
         notANumber(*text, target.type);
+    }
     const Number number = numberOf(value);
     const double rounded = roundedTo(realOf(number), scale, false);
-    if (!(std::abs(rounded) < std::pow(10.0, static_cast<double>(precision - scale))))
+    if (!(std::abs(rounded) < std::pow(10.0, static_cast<double>(precision - scale)))) {
         overflow(target.type);
-    if (scale > 0 && !std::holds_alternative<int64_t>(number))
+    }
+    if (scale > 0 && !std::holds_alternative<int64_t>(number)) {
         return rounded;
-    if (std::holds_alternative<int64_t>(number))
+    }
+    if (std::holds_alternative<int64_t>(number)) {
         return scale > 0 ? Result(realOf(number)) : resultOf(number);
+    }
     return truncated(rounded, target.type);
 }
 
@@ -121,10 +134,11 @@ std::string wholeText(const Argument& value, const Target& target)
     if (moment && isText(value)) {
         const int usual = target.source == "date" ? 23 : 0;
         const auto text = momentInStyle(momentOf(value), target.style < 0 ? usual : target.style);
-        if (!text)
+        if (!text) {
             throw FunctionError(
                 std::to_string(target.style) +
                 " is not a valid style number when converting from datetime to a character string.");
+        }
         return *text;
     }
     const auto* real = std::get_if<double>(&value);
@@ -134,13 +148,15 @@ std::string wholeText(const Argument& value, const Target& target)
 Result castToText(const Argument& value, const Target& target)
 {
     std::string text = wholeText(value, target);
-    if (target.length < 0)
+    if (target.length < 0) {
         return text;
+    }
     const std::u32string characters = toCharacters(text);
     const auto length = static_cast<std::size_t>(target.length);
     if (characters.size() > length) {
-        if (!isText(value) && std::holds_alternative<int64_t>(value))
+        if (!isText(value) && std::holds_alternative<int64_t>(value)) {
             return std::string("*"); // a whole number that does not fit
+        }
         return toUtf8(std::u32string_view(characters).substr(0, length));
     }
     if (target.type == "char" || target.type == "nchar") {
@@ -153,18 +169,22 @@ Result castToText(const Argument& value, const Target& target)
 Result castToMoment(const Argument& value, const Target& target)
 {
     auto moment = momentMaybe(value, target.style);
-    if (!moment)
+    if (!moment) {
         notADate();
-    if (target.kind == ColumnType::Time)
+    }
+    if (target.kind == ColumnType::Time) {
         return formatTime(*moment);
-    if (target.kind == ColumnType::Date)
+    }
+    if (target.kind == ColumnType::Date) {
         moment->millisecond = 0;
+    }
     if (target.type == "smalldatetime") {
         moment->millisecond -=
             moment->millisecond % 60'000 - (moment->millisecond % 60'000 >= 29'999 ? 60'000 : 0);
         moment = dateSum(DatePart::Second, 0, *moment);
-        if (!moment)
+        if (!moment) {
             notADate();
+        }
     }
     return formatMoment(*moment);
 }
@@ -196,8 +216,9 @@ Result castTo(const Argument& value, const Target& target)
 // zul_cast(value, type, length, scale, style, source): length, scale and style are -1 when not given.
 Result cast(Arguments arguments)
 {
-    if (isNull(arguments[0]))
+    if (isNull(arguments[0])) {
         return {};
+    }
     const TextView type(arguments[1]);
     const TextView source(arguments[5]);
     Target target;

@@ -15,23 +15,26 @@ DatePart partArgument(const Argument& argument)
 {
     const TextView name(argument);
     const auto part = datePartNamed(*name);
-    if (!part)
+    if (!part) {
         throw FunctionError("'" + std::string(*name) + "' is not a recognized date part.");
+    }
     return *part;
 }
 
 // Year, month or day of a date; the common case without reading the rest of the text.
 Result digitsOf(Arguments arguments, DatePart part, std::size_t from, std::size_t count)
 {
-    if (isNull(arguments[0]))
+    if (isNull(arguments[0])) {
         return {};
+    }
     const auto* text = std::get_if<std::string_view>(&arguments[0]);
     if (text != nullptr && text->size() == 23 && (*text)[4] == '-' && (*text)[7] == '-') {
         int number = 0;
         const char* end = text->data() + from + count;
         const auto read = std::from_chars(text->data() + from, end, number);
-        if (read.ec == std::errc() && read.ptr == end && number > 0)
+        if (read.ec == std::errc() && read.ptr == end && number > 0) {
             return int64_t{number};
+        }
     }
     return partOf(part, momentOf(arguments[0]));
 }
@@ -53,25 +56,29 @@ Result day(Arguments arguments)
 
 Result dateDiff(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const int64_t number =
         dateDifference(partArgument(arguments[0]), momentOf(arguments[1]), momentOf(arguments[2]));
     if (number > std::numeric_limits<std::int32_t>::max() ||
-        number < std::numeric_limits<std::int32_t>::min())
+        number < std::numeric_limits<std::int32_t>::min()) {
         throw FunctionError(
             "The datediff function resulted in an overflow. Try to use datediff with a less precise "
             "datepart.");
+    }
     return number;
 }
 
 Result dateAdd(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const auto sum = dateSum(partArgument(arguments[0]), wholeOf(arguments[1]), momentOf(arguments[2]));
-    if (!sum)
+    if (!sum) {
         throw FunctionError("Adding a value to a 'datetime' column caused an overflow.");
+    }
     return formatMoment(*sum);
 }
 
@@ -89,8 +96,9 @@ Result datePart(Arguments arguments)
 Result isDate(Arguments arguments)
 {
     const auto* text = std::get_if<std::string_view>(&arguments[0]);
-    if (text == nullptr || text->find_first_not_of(' ') == std::string_view::npos)
+    if (text == nullptr || text->find_first_not_of(' ') == std::string_view::npos) {
         return int64_t{0};
+    }
     return int64_t{parseMoment(*text) ? 1 : 0};
 }
 

@@ -14,11 +14,13 @@ Number sum(const Number& a, const Number& b, bool minus)
 {
     const auto* x = std::get_if<int64_t>(&a);
     const auto* y = std::get_if<int64_t>(&b);
-    if (x == nullptr || y == nullptr)
+    if (x == nullptr || y == nullptr) {
         return minus ? realOf(a) - realOf(b) : realOf(a) + realOf(b);
+    }
     int64_t total = 0;
-    if (minus ? __builtin_sub_overflow(*x, *y, &total) : __builtin_add_overflow(*x, *y, &total))
+    if (minus ? __builtin_sub_overflow(*x, *y, &total) : __builtin_add_overflow(*x, *y, &total)) {
         overflow("bigint");
+    }
     return total;
 }
 
@@ -26,30 +28,37 @@ Number sum(const Number& a, const Number& b, bool minus)
 std::optional<Moment> storedMoment(const Argument& argument)
 {
     const auto* text = std::get_if<std::string_view>(&argument);
-    if (text == nullptr || text->size() != 23 || (*text)[4] != '-' || (*text)[19] != '.')
+    if (text == nullptr || text->size() != 23 || (*text)[4] != '-' || (*text)[19] != '.') {
         return std::nullopt;
+    }
     return parseMoment(*text);
 }
 
 Result addTwo(const Argument& a, const Argument& b, bool minus)
 {
-    if (isText(a) && isText(b) && !minus)
+    if (isText(a) && isText(b) && !minus) {
         return textOf(a) + textOf(b);
-    if (const auto moment = storedMoment(a); moment && !isText(b))
+    }
+    if (const auto moment = storedMoment(a); moment && !isText(b)) {
         return plusDays(*moment, minus ? -realOf(b) : realOf(b));
-    if (const auto moment = storedMoment(b); moment && !isText(a) && !minus)
+    }
+    if (const auto moment = storedMoment(b); moment && !isText(a) && !minus) {
         return plusDays(*moment, realOf(a));
+    }
     return resultOf(sum(numberOf(a), numberOf(b), minus));
 }
 
 Argument argumentOf(const Result& result)
 {
-    if (const auto* text = std::get_if<std::string>(&result))
+    if (const auto* text = std::get_if<std::string>(&result)) {
         return std::string_view(*text);
-    if (const auto* whole = std::get_if<int64_t>(&result))
+    }
+    if (const auto* whole = std::get_if<int64_t>(&result)) {
         return *whole;
-    if (const auto* real = std::get_if<double>(&result))
+    }
+    if (const auto* real = std::get_if<double>(&result)) {
         return *real;
+    }
     return {};
 }
 
@@ -57,17 +66,20 @@ Argument argumentOf(const Result& result)
 // number must be one.
 Result add(Arguments arguments)
 {
-    if (arguments.empty() || anyNull(arguments))
+    if (arguments.empty() || anyNull(arguments)) {
         return {};
+    }
     if (std::all_of(arguments.begin(), arguments.end(), isText)) {
         std::string joined;
-        for (const Argument& argument : arguments)
+        for (const Argument& argument : arguments) {
             joined += std::get<std::string_view>(argument);
+        }
         return joined;
     }
     Result total = resultOf(arguments[0]);
-    for (const Argument& argument : arguments.subspan(1))
+    for (const Argument& argument : arguments.subspan(1)) {
         total = addTwo(argumentOf(total), argument, false);
+    }
     return total;
 }
 
@@ -79,16 +91,19 @@ Result subtract(Arguments arguments)
 // The server refuses to divide by zero where the engine answers NULL.
 Result divided(Arguments arguments, Number (*whole)(int64_t, int64_t), double (*real)(double, double))
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const Number a = numberOf(arguments[0]);
     const Number b = numberOf(arguments[1]);
-    if (realOf(b) == 0)
+    if (realOf(b) == 0) {
         throw FunctionError("Divide by zero error encountered.");
+    }
     const auto* x = std::get_if<int64_t>(&a);
     const auto* y = std::get_if<int64_t>(&b);
-    if (x == nullptr || y == nullptr)
+    if (x == nullptr || y == nullptr) {
         return real(realOf(a), realOf(b));
+    }
     return resultOf(whole(*x, *y));
 }
 

@@ -18,18 +18,21 @@ using std::int64_t;
 
 std::optional<char32_t> escapeOf(Arguments arguments)
 {
-    if (arguments.size() < 3)
+    if (arguments.size() < 3) {
         return std::nullopt;
+    }
     const std::u32string characters = toCharacters(*TextView(arguments[2]));
-    if (characters.size() != 1)
+    if (characters.size() != 1) {
         throw FunctionError("The invalid escape character was specified in a LIKE predicate.");
+    }
     return characters.front();
 }
 
 Result like(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const TextView pattern(arguments[0]);
     const TextView text(arguments[1]);
     return int64_t{likeMatch(*pattern, *text, escapeOf(arguments)) ? 1 : 0};
@@ -37,28 +40,32 @@ Result like(Arguments arguments)
 
 Result patIndex(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     return static_cast<int64_t>(patternIndex(*TextView(arguments[0]), *TextView(arguments[1])));
 }
 
 std::u32string folded(std::string_view text)
 {
     std::u32string characters = toCharacters(text);
-    for (char32_t& c : characters)
+    for (char32_t& c : characters) {
         c = lowerCharacter(c);
+    }
     return characters;
 }
 
 Result charIndex(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const std::u32string sought = folded(*TextView(arguments[0]));
     const std::u32string text = folded(*TextView(arguments[1]));
     const int64_t start = arguments.size() > 2 ? std::max<int64_t>(wholeOf(arguments[2]), 1) : 1;
-    if (sought.empty() || start > static_cast<int64_t>(text.size()))
+    if (sought.empty() || start > static_cast<int64_t>(text.size())) {
         return int64_t{0};
+    }
     const std::size_t found = text.find(sought, static_cast<std::size_t>(start - 1));
     return found == std::u32string::npos ? int64_t{0} : static_cast<int64_t>(found) + 1;
 }
@@ -66,21 +73,24 @@ Result charIndex(Arguments arguments)
 // Finds without regard to case, as the server's collation does.
 Result replace(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const std::u32string text = toCharacters(*TextView(arguments[0]));
     const std::u32string haystack = folded(*TextView(arguments[0]));
     const std::u32string sought = folded(*TextView(arguments[1]));
     const std::u32string with = toCharacters(*TextView(arguments[2]));
-    if (sought.empty())
+    if (sought.empty()) {
         return toUtf8(text);
+    }
     std::u32string replaced;
     std::size_t from = 0;
     while (true) {
         const std::size_t found = haystack.find(sought, from);
         replaced += text.substr(from, found == std::u32string::npos ? found : found - from);
-        if (found == std::u32string::npos)
+        if (found == std::u32string::npos) {
             return toUtf8(replaced);
+        }
         replaced += with;
         checkLength(replaced.size());
         from = found + sought.size();
@@ -89,13 +99,15 @@ Result replace(Arguments arguments)
 
 Result mapped(Arguments arguments, char32_t (*map)(char32_t))
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const TextView text(arguments[0]);
     std::string result;
     result.reserve((*text).size());
-    for (std::size_t at = 0; at < (*text).size();)
+    for (std::size_t at = 0; at < (*text).size();) {
         appendCharacter(result, map(nextCharacter(*text, at)));
+    }
     return result;
 }
 
@@ -113,67 +125,80 @@ std::string slice(std::string_view text, int64_t start, int64_t length)
 {
     // Positions before the first character count, but hold nothing.
     const int64_t first = std::max<int64_t>(start, 1);
-    if (start < 1 && length < std::numeric_limits<int64_t>::max() + start)
+    if (start < 1 && length < std::numeric_limits<int64_t>::max() + start) {
         length += start - 1;
+    }
     std::size_t at = 0;
-    for (int64_t i = 1; i < first && at < text.size(); ++i)
+    for (int64_t i = 1; i < first && at < text.size(); ++i) {
         nextCharacter(text, at);
+    }
     const std::size_t from = at;
-    for (int64_t i = 0; i < length && at < text.size(); ++i)
+    for (int64_t i = 0; i < length && at < text.size(); ++i) {
         nextCharacter(text, at);
+    }
     return std::string(text.substr(from, at - from));
 }
 
 int64_t lengthArgument(const Argument& argument, const char* function)
 {
     const int64_t length = wholeOf(argument);
-    if (length < 0)
+    if (length < 0) {
         throw FunctionError(std::string("Invalid length parameter passed to the ") + function + " function.");
+    }
     return length;
 }
 
 Result left(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     return slice(*TextView(arguments[0]), 1, lengthArgument(arguments[1], "left"));
 }
 
 Result right(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const std::u32string text = toCharacters(*TextView(arguments[0]));
     const int64_t length = lengthArgument(arguments[1], "right");
-    if (length >= static_cast<int64_t>(text.size()))
+    if (length >= static_cast<int64_t>(text.size())) {
         return toUtf8(text);
+    }
     return toUtf8(std::u32string_view(text).substr(text.size() - static_cast<std::size_t>(length)));
 }
 
 Result substring(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const int64_t start = std::max<int64_t>(wholeOf(arguments[1]), std::numeric_limits<int>::min());
     return slice(*TextView(arguments[0]), start, lengthArgument(arguments[2], "substring"));
 }
 
 Result replicate(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const TextView text(arguments[0]);
     const int64_t count = wholeOf(arguments[1]);
-    if (count < 0)
+    if (count < 0) {
         return {};
-    if ((*text).empty())
+    }
+    if ((*text).empty()) {
         return std::string();
-    if (count > static_cast<int64_t>(longestText / (*text).size()))
+    }
+    if (count > static_cast<int64_t>(longestText / (*text).size())) {
         checkLength(longestText + 1);
+    }
     std::string result;
     result.reserve((*text).size() * static_cast<std::size_t>(count));
-    for (int64_t i = 0; i < count; ++i)
+    for (int64_t i = 0; i < count; ++i) {
         result += *text;
+    }
     return result;
 }
 
@@ -185,16 +210,20 @@ constexpr std::array<char32_t, 32> codePage = {
 
 Result charOf(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const int64_t code = wholeOf(arguments[0]);
-    if (code < 1 || code > 255)
+    if (code < 1 || code > 255) {
         return {};
+    }
     auto character = static_cast<char32_t>(code);
-    if (code >= 128 && code < 160)
+    if (code >= 128 && code < 160) {
         character = codePage[static_cast<std::size_t>(code - 128)];
-    if (character == 0)
+    }
+    if (character == 0) {
         return {};
+    }
     std::string text;
     appendCharacter(text, character);
     return text;
@@ -202,11 +231,13 @@ Result charOf(Arguments arguments)
 
 Result ncharOf(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const int64_t code = wholeOf(arguments[0]);
-    if (code < 1 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+    if (code < 1 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
         return {};
+    }
     std::string text;
     appendCharacter(text, static_cast<char32_t>(code));
     return text;
@@ -214,41 +245,50 @@ Result ncharOf(Arguments arguments)
 
 Result ascii(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const TextView text(arguments[0]);
-    if ((*text).empty())
+    if ((*text).empty()) {
         return {};
+    }
     std::size_t at = 0;
     const char32_t character = nextCharacter(*text, at);
-    for (std::size_t i = 0; i < codePage.size(); ++i)
-        if (codePage[i] == character)
+    for (std::size_t i = 0; i < codePage.size(); ++i) {
+        if (codePage[i] == character) {
             return static_cast<int64_t>(i) + 128;
+        }
+    }
     return static_cast<int64_t>(character < 256 ? character : U'?');
 }
 
 // STR(number, length, decimals): right-aligned; asterisks when it does not fit.
 Result str(Arguments arguments)
 {
-    if (anyNull(arguments))
+    if (anyNull(arguments)) {
         return {};
+    }
     const int64_t length = arguments.size() > 1 ? wholeOf(arguments[1]) : 10;
     const int64_t decimals = std::clamp<int64_t>(arguments.size() > 2 ? wholeOf(arguments[2]) : 0, 0, 16);
-    if (length < 1 || length > 8000)
+    if (length < 1 || length > 8000) {
         return {};
+    }
     const double value = roundedTo(realOf(arguments[0]), decimals, false);
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return {};
+    }
     std::array<char, 400> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                    std::chars_format::fixed, static_cast<int>(decimals));
     std::string text(buffer.data(), end.ptr);
     const auto width = static_cast<std::size_t>(length);
     const std::size_t point = std::min(text.find('.'), text.size());
-    if (point > width)
+    if (point > width) {
         return std::string(width, '*');
-    if (text.size() > width)
+    }
+    if (text.size() > width) {
         text.resize(point + 1 < width ? width : point);
+    }
     return std::string(width - text.size(), ' ') + text;
 }
 

@@ -39,8 +39,9 @@ void notANumber(std::string_view text, std::string_view type)
 {
     constexpr std::size_t shown = 200;
     std::string value(text.substr(0, shown));
-    while (!value.empty() && firstInvalidUtf8(value) != std::string::npos)
+    while (!value.empty() && firstInvalidUtf8(value) != std::string::npos) {
         value.pop_back();
+    }
     throw FunctionError("Conversion failed when converting the varchar value '" + value + "' to data type " +
                         std::string(type) + ".");
 }
@@ -53,36 +54,45 @@ void overflow(std::string_view type)
 
 std::string textOf(const Argument& argument)
 {
-    if (const auto* text = std::get_if<std::string_view>(&argument))
+    if (const auto* text = std::get_if<std::string_view>(&argument)) {
         return std::string(*text);
-    if (const auto* whole = std::get_if<int64_t>(&argument))
+    }
+    if (const auto* whole = std::get_if<int64_t>(&argument)) {
         return std::to_string(*whole);
-    if (const auto* real = std::get_if<double>(&argument))
+    }
+    if (const auto* real = std::get_if<double>(&argument)) {
         return textOfReal(*real);
+    }
     return {};
 }
 
 Number numberOf(const Argument& argument)
 {
-    if (const auto* whole = std::get_if<int64_t>(&argument))
+    if (const auto* whole = std::get_if<int64_t>(&argument)) {
         return *whole;
-    if (const auto* real = std::get_if<double>(&argument))
+    }
+    if (const auto* real = std::get_if<double>(&argument)) {
         return *real;
+    }
     const auto* text = std::get_if<std::string_view>(&argument);
-    if (text == nullptr || text->find_first_not_of(' ') == std::string_view::npos)
+    if (text == nullptr || text->find_first_not_of(' ') == std::string_view::npos) {
         return int64_t{0};
+    }
     const auto parsed = parseNumber(*text);
-    if (const auto* whole = std::get_if<int64_t>(&parsed))
+    if (const auto* whole = std::get_if<int64_t>(&parsed)) {
         return *whole;
-    if (const auto* real = std::get_if<double>(&parsed))
+    }
+    if (const auto* real = std::get_if<double>(&parsed)) {
         return *real;
+    }
     notANumber(*text, "int");
 }
 
 double realOf(const Number& number)
 {
-    if (const auto* whole = std::get_if<int64_t>(&number))
+    if (const auto* whole = std::get_if<int64_t>(&number)) {
         return static_cast<double>(*whole);
+    }
     return std::get<double>(number);
 }
 
@@ -93,45 +103,51 @@ double realOf(const Argument& argument)
 
 int64_t truncated(double real, std::string_view type)
 {
-    if (!(real > -9.2233720368547e18 && real < 9.2233720368547e18))
+    if (!(real > -9.2233720368547e18 && real < 9.2233720368547e18)) {
         overflow(type);
+    }
     return static_cast<int64_t>(real);
 }
 
 int64_t wholeOf(const Argument& argument)
 {
     const Number number = numberOf(argument);
-    if (const auto* whole = std::get_if<int64_t>(&number))
+    if (const auto* whole = std::get_if<int64_t>(&number)) {
         return *whole;
+    }
     return truncated(std::get<double>(number), "int");
 }
 
 Result resultOf(const Number& number)
 {
-    if (const auto* whole = std::get_if<int64_t>(&number))
+    if (const auto* whole = std::get_if<int64_t>(&number)) {
         return *whole;
+    }
     return std::get<double>(number);
 }
 
 Result resultOf(const Argument& argument)
 {
-    if (const auto* text = std::get_if<std::string_view>(&argument))
+    if (const auto* text = std::get_if<std::string_view>(&argument)) {
         return std::string(*text);
+    }
     return isNull(argument) ? Result{} : resultOf(numberOf(argument));
 }
 
 void checkLength(std::size_t length)
 {
-    if (length > longestText)
+    if (length > longestText) {
         throw FunctionError("The resulting text is too long.");
+    }
 }
 
 double roundedTo(double value, int64_t digits, bool cut)
 {
     const double power = std::pow(10.0, static_cast<double>(std::clamp<int64_t>(digits, -300, 300)));
     const double scaled = value * power;
-    if (!std::isfinite(scaled) || power == 0)
+    if (!std::isfinite(scaled) || power == 0) {
         return value;
+    }
     // A decimal such as 2.675 stands a hair below itself in binary; the hair is given back before rounding.
     const double hair = std::copysign(std::abs(scaled) * 4 * std::numeric_limits<double>::epsilon(), scaled);
     const double whole = cut ? std::trunc(scaled + hair) : std::round(scaled + hair);
@@ -140,26 +156,30 @@ double roundedTo(double value, int64_t digits, bool cut)
 
 std::optional<Moment> momentMaybe(const Argument& argument, int style)
 {
-    if (const auto* text = std::get_if<std::string_view>(&argument))
+    if (const auto* text = std::get_if<std::string_view>(&argument)) {
         return style < 0 ? parseMoment(*text) : parseMomentInStyle(*text, style);
-    if (const auto* whole = std::get_if<int64_t>(&argument))
+    }
+    if (const auto* whole = std::get_if<int64_t>(&argument)) {
         return momentOfNumber(static_cast<double>(*whole));
+    }
     return momentOfNumber(std::get<double>(argument));
 }
 
 Moment momentOf(const Argument& argument)
 {
     const auto moment = momentMaybe(argument, -1);
-    if (!moment)
+    if (!moment) {
         notADate();
+    }
     return *moment;
 }
 
 Result plusDays(const Moment& moment, double days)
 {
     const auto sum = momentOfNumber(numberOfMoment(moment) + days);
-    if (!sum)
+    if (!sum) {
         throw FunctionError("Adding a value to a 'datetime' column caused an overflow.");
+    }
     return formatMoment(*sum);
 }
 

@@ -63,9 +63,9 @@ class TextView
 public:
     explicit TextView(const Argument& argument)
     {
-        if (const auto* text = std::get_if<std::string_view>(&argument))
+        if (const auto* text = std::get_if<std::string_view>(&argument)) {
             m_view = *text;
-        else {
+        } else {
             m_owned = textOf(argument);
             m_view = m_owned;
         }

@@ -60,22 +60,25 @@ ExprPtr ExpressionParser::condition()
 
 void ExpressionParser::requireValue(const Expr& expr) const
 {
-    if (isCondition(expr))
+    if (isCondition(expr)) {
         fail(expr.offset, "a condition stands here where a value is expected");
+    }
 }
 
 void ExpressionParser::requireCondition(const Expr& expr) const
 {
-    if (!isCondition(expr))
+    if (!isCondition(expr)) {
         fail(expr.offset, "a value stands here where a condition is expected");
+    }
 }
 
 ExprPtr ExpressionParser::logic(ExprKind kind, std::string_view keyword,
                                 ExprPtr (ExpressionParser::*operand)())
 {
     ExprPtr first = (this->*operand)();
-    if (!peek().isWord(keyword))
+    if (!peek().isWord(keyword)) {
         return first;
+    }
     ExprPtr chain = make(kind, first->offset);
     requireCondition(*first);
     chain->args.push_back(std::move(first));
@@ -96,10 +99,12 @@ ExprPtr ExpressionParser::negation()
         odd = !odd;
     }
     ExprPtr operand = predicate();
-    if (any)
+    if (any) {
         requireCondition(*operand);
-    if (!odd)
+    }
+    if (!odd) {
         return operand;
+    }
     ExprPtr expr = make(ExprKind::Not, offset);
     expr->args.push_back(std::move(operand));
     return expr;
@@ -111,20 +116,25 @@ ExprPtr ExpressionParser::predicate()
     const Token& token = peek();
     if (token.kind == TokenKind::Symbol) {
         static constexpr std::string_view comparisons[] = {"=", "<>", "!=", "<", ">", "<=", ">="};
-        for (const std::string_view comparison : comparisons)
-            if (token.is(comparison))
+        for (const std::string_view comparison : comparisons) {
+            if (token.is(comparison)) {
                 return comparisonOf(std::move(left));
+            }
+        }
         return left;
     }
-    if (token.isWord("IS"))
+    if (token.isWord("IS")) {
         return nullTest(std::move(left));
+    }
     const bool negated = token.isWord("NOT");
     const Token& keyword = negated ? peek(1) : token;
-    if (!keyword.isWord("BETWEEN") && !keyword.isWord("IN") && !keyword.isWord("LIKE"))
+    if (!keyword.isWord("BETWEEN") && !keyword.isWord("IN") && !keyword.isWord("LIKE")) {
         return left;
+    }
     requireValue(*left);
-    if (negated)
+    if (negated) {
         skip();
+    }
     ExprPtr expr = takeWord("BETWEEN") ? between() : takeWord("IN") ? membership() : like();
     expr->offset = left->offset;
     expr->operand = std::move(left);
@@ -137,8 +147,9 @@ ExprPtr ExpressionParser::comparisonOf(ExprPtr left)
     requireValue(*left);
     ExprPtr expr = make(ExprKind::Compare, left->offset);
     expr->ops.push_back(take().text);
-    if (peek().isWord("ALL") || peek().isWord("ANY") || peek().isWord("SOME"))
+    if (peek().isWord("ALL") || peek().isWord("ANY") || peek().isWord("SOME")) {
         unsupported(peek(), "a comparison with ALL, ANY or SOME");
+    }
     expr->args.push_back(std::move(left));
     expr->args.push_back(additive());
     requireValue(*expr->args.back());
@@ -175,9 +186,9 @@ ExprPtr ExpressionParser::membership()
         expr->kind = ExprKind::InQuery;
         expr->query = query();
     } else {
-        do
+        do {
             expr->args.push_back(value());
-        while (takeSymbol(","));
+        } while (takeSymbol(","));
     }
     expectSymbol(")");
     return expr;
@@ -200,14 +211,17 @@ ExprPtr ExpressionParser::chain(std::initializer_list<std::string_view> symbols,
                                 ExprPtr (ExpressionParser::*operand)())
 {
     const auto atOperator = [&] {
-        for (const std::string_view symbol : symbols)
-            if (peek().is(symbol))
+        for (const std::string_view symbol : symbols) {
+            if (peek().is(symbol)) {
                 return true;
+            }
+        }
         return false;
     };
     ExprPtr first = (this->*operand)();
-    if (!atOperator())
+    if (!atOperator()) {
         return first;
+    }
     ExprPtr expr = make(ExprKind::Arithmetic, first->offset);
     requireValue(*first);
     expr->args.push_back(std::move(first));
@@ -222,8 +236,9 @@ ExprPtr ExpressionParser::chain(std::initializer_list<std::string_view> symbols,
 ExprPtr ExpressionParser::unary()
 {
     const Token& token = peek();
-    if (!token.is("-") && !token.is("+"))
+    if (!token.is("-") && !token.is("+")) {
         return postfix();
+    }
     const Nesting nesting(*this);
     const Token& op = take();
     ExprPtr expr = make(op.text == "-" ? ExprKind::Negate : ExprKind::Plus, op.offset);
@@ -281,8 +296,9 @@ ExprPtr ExpressionParser::primary()
     case TokenKind::End:
         unexpected("an expression");
     }
-    if (token.is("("))
+    if (token.is("(")) {
         return parenthesis();
+    }
     if (token.is("?")) {
         ExprPtr expr = make(ExprKind::Parameter, take().offset);
         expr->text = std::to_string(++m_parameters);
@@ -309,8 +325,9 @@ ExprPtr ExpressionParser::variable()
 {
     const Token& token = take();
     const std::string upper = upperAscii(token.text);
-    if (upper != "@@IDENTITY" && upper != "@@ROWCOUNT")
+    if (upper != "@@IDENTITY" && upper != "@@ROWCOUNT") {
         unsupported(token, "a variable");
+    }
     ExprPtr expr = make(ExprKind::Call, token.offset);
     expr->text = upper;
     return expr;
@@ -319,10 +336,12 @@ ExprPtr ExpressionParser::variable()
 ExprPtr ExpressionParser::word()
 {
     const Token& token = peek();
-    if (token.isWord("NULL"))
+    if (token.isWord("NULL")) {
         return literal(ExprKind::Null);
-    if (token.isWord("CASE"))
+    }
+    if (token.isWord("CASE")) {
         return caseExpression();
+    }
     if (token.isWord("EXISTS")) {
         ExprPtr expr = make(ExprKind::Exists, take().offset);
         expectSymbol("(");
@@ -330,34 +349,41 @@ ExprPtr ExpressionParser::word()
         expectSymbol(")");
         return expr;
     }
-    if (token.isWord("DEFAULT"))
+    if (token.isWord("DEFAULT")) {
         return literal(ExprKind::Default);
+    }
     if (token.isWord("CURRENT_TIMESTAMP")) {
         ExprPtr expr = make(ExprKind::Call, take().offset);
         expr->text = "CURRENT_TIMESTAMP";
         return expr;
     }
     const bool call = peek(1).is("(");
-    if (call && token.isWord("CAST"))
+    if (call && token.isWord("CAST")) {
         return cast();
-    if (call && token.isWord("CONVERT"))
+    }
+    if (call && token.isWord("CONVERT")) {
         return convert();
-    if (call &&
-        (token.isWord("LEFT") || token.isWord("RIGHT") || token.isWord("COALESCE") || token.isWord("NULLIF")))
+    }
+    if (call && (token.isWord("LEFT") || token.isWord("RIGHT") || token.isWord("COALESCE") ||
+                 token.isWord("NULLIF"))) {
         return functionCall();
-    if (!atName())
+    }
+    if (!atName()) {
         unexpected("an expression");
+    }
     return columnOrCall();
 }
 
 ExprPtr ExpressionParser::columnOrCall()
 {
-    if (peek(1).is("("))
+    if (peek(1).is("(")) {
         return functionCall();
+    }
     const std::size_t offset = peek().offset;
     std::vector<std::string> names = qualifiedName("a column name");
-    if (peek().is("("))
+    if (peek().is("(")) {
         fail(offset, "the function '" + names.back() + "' is not known");
+    }
     ExprPtr expr = make(ExprKind::Column, offset);
     expr->names = std::move(names);
     return expr;
@@ -370,39 +396,44 @@ ExprPtr ExpressionParser::functionCall()
     expr->text = token.kind == TokenKind::Name ? token.text : upperAscii(token.text);
     expectSymbol("(");
     if (!takeSymbol(")")) {
-        if (peek().is("*") && peek(1).is(")"))
+        if (peek().is("*") && peek(1).is(")")) {
             expr->args.push_back(literal(ExprKind::Star));
-        else
+        } else {
             arguments(*expr);
+        }
         expectSymbol(")");
     }
-    if (peek().isWord("OVER"))
+    if (peek().isWord("OVER")) {
         unsupported(peek(), "OVER");
+    }
     return expr;
 }
 
 void ExpressionParser::arguments(Expr& call)
 {
     call.distinct = takeWord("DISTINCT");
-    do
+    do {
         call.args.push_back(call.text == "IIF" && call.args.empty() ? condition() : value());
-    while (takeSymbol(","));
+    } while (takeSymbol(","));
 }
 
 ExprPtr ExpressionParser::caseExpression()
 {
     ExprPtr expr = make(ExprKind::Case, take().offset);
-    if (!peek().isWord("WHEN"))
+    if (!peek().isWord("WHEN")) {
         expr->operand = value();
-    if (!peek().isWord("WHEN"))
+    }
+    if (!peek().isWord("WHEN")) {
         unexpected("WHEN");
+    }
     while (takeWord("WHEN")) {
         expr->args.push_back(expr->operand ? value() : condition());
         expectWord("THEN");
         expr->args.push_back(value());
     }
-    if (takeWord("ELSE"))
+    if (takeWord("ELSE")) {
         expr->otherwise = value();
+    }
     expectWord("END");
     return expr;
 }
@@ -427,8 +458,9 @@ ExprPtr ExpressionParser::convert()
     expr->type = typeName();
     expectSymbol(",");
     expr->args.push_back(value());
-    if (takeSymbol(","))
+    if (takeSymbol(",")) {
         expr->args.push_back(value());
+    }
     expectSymbol(")");
     return expr;
 }
@@ -437,18 +469,22 @@ TypeName ExpressionParser::typeName()
 {
     TypeName type;
     const std::size_t offset = peek().offset;
-    if (peek().kind != TokenKind::Name && peek().kind != TokenKind::Word)
+    if (peek().kind != TokenKind::Name && peek().kind != TokenKind::Word) {
         unexpected("a type");
+    }
     type.name = lowerAscii(take().text);
-    if (!isTransactType(type.name))
+    if (!isTransactType(type.name)) {
         fail(offset, "the type '" + type.name + "' is not known");
+    }
     if (takeSymbol("(")) {
-        if (takeWord("MAX"))
+        if (takeWord("MAX")) {
             type.max = true;
-        else
+        } else {
             type.length = smallNumber("a length");
-        if (takeSymbol(","))
+        }
+        if (takeSymbol(",")) {
             type.scale = smallNumber("a number of decimals");
+        }
         expectSymbol(")");
     }
     return type;

@@ -22,8 +22,9 @@ std::vector<OrderItem> QueryParser::orderBy()
 
 bool QueryParser::direction()
 {
-    if (takeWord("DESC"))
+    if (takeWord("DESC")) {
         return true;
+    }
     takeWord("ASC");
     return false;
 }
@@ -31,14 +32,16 @@ bool QueryParser::direction()
 std::vector<Cte> QueryParser::commonTables()
 {
     std::vector<Cte> ctes;
-    if (!takeWord("WITH"))
+    if (!takeWord("WITH")) {
         return ctes;
+    }
     do {
         Cte cte;
         cte.offset = peek().offset;
         cte.name = name("the name of a common table");
-        if (peek().is("("))
+        if (peek().is("(")) {
             cte.columns = nameList();
+        }
         expectWord("AS");
         expectSymbol("(");
         cte.query = query();
@@ -55,29 +58,37 @@ QueryPtr QueryParser::query()
     result->offset = peek().offset;
     result->ctes = commonTables();
     unions(*result);
-    if (peek().isWord("ORDER"))
+    if (peek().isWord("ORDER")) {
         result->orderBy = orderBy();
-    if (takeWord("OFFSET"))
+    }
+    if (takeWord("OFFSET")) {
         paging(*result);
-    if (peek().isWord("FOR"))
+    }
+    if (peek().isWord("FOR")) {
         unsupported(peek(), "FOR");
-    if (takeWord("OPTION"))
+    }
+    if (takeWord("OPTION")) {
         skipParentheses(); // advice to another optimiser
+    }
     return result;
 }
 
 void QueryParser::paging(Query& result)
 {
     result.offsetRows = value();
-    if (!takeAnyWord({"ROWS", "ROW"}))
+    if (!takeAnyWord({"ROWS", "ROW"})) {
         unexpected("ROWS");
-    if (!takeWord("FETCH"))
+    }
+    if (!takeWord("FETCH")) {
         return;
-    if (!takeAnyWord({"NEXT", "FIRST"}))
+    }
+    if (!takeAnyWord({"NEXT", "FIRST"})) {
         unexpected("NEXT");
+    }
     result.fetchRows = value();
-    if (!takeAnyWord({"ROWS", "ROW"}))
+    if (!takeAnyWord({"ROWS", "ROW"})) {
         unexpected("ROWS");
+    }
     expectWord("ONLY");
 }
 
@@ -86,8 +97,9 @@ void QueryParser::unions(Query& result)
     result.terms.push_back(intersections());
     while (peek().isWord("UNION") || peek().isWord("EXCEPT")) {
         std::string op = upperAscii(take().text);
-        if (op == "UNION" && takeWord("ALL"))
+        if (op == "UNION" && takeWord("ALL")) {
             op = "UNION ALL";
+        }
         result.operators.push_back(std::move(op));
         result.terms.push_back(intersections());
     }
@@ -97,8 +109,9 @@ void QueryParser::unions(Query& result)
 Term QueryParser::intersections()
 {
     Term first = term();
-    if (!peek().isWord("INTERSECT"))
+    if (!peek().isWord("INTERSECT")) {
         return first;
+    }
     Term nested;
     nested.query = std::make_unique<Query>();
     nested.query->offset = peek().offset;
@@ -118,10 +131,11 @@ Term QueryParser::term()
         expectSymbol(")");
         return result;
     }
-    if (peek().isWord("VALUES"))
+    if (peek().isWord("VALUES")) {
         result.select = valueRows(false);
-    else
+    } else {
         result.select = select();
+    }
     return result;
 }
 
@@ -135,14 +149,16 @@ std::unique_ptr<Select> QueryParser::valueRows(bool ofInsert)
         std::vector<ExprPtr> row;
         do {
             row.push_back(value());
-            if (row.back()->kind == ExprKind::Default)
+            if (row.back()->kind == ExprKind::Default) {
                 fail(row.back()->offset, ofInsert
                                              ? "DEFAULT as a value is not supported: leave the column out"
                                              : "incorrect syntax near 'DEFAULT': expected a value");
+            }
         } while (takeSymbol(","));
         expectSymbol(")");
-        if (!result->values.empty() && result->values.front().size() != row.size())
+        if (!result->values.empty() && result->values.front().size() != row.size()) {
             unexpected("as many values in this row as in the first one");
+        }
         result->values.push_back(std::move(row));
     } while (takeSymbol(","));
     return result;
@@ -154,21 +170,27 @@ std::unique_ptr<Select> QueryParser::select()
     result->offset = peek().offset;
     expectWord("SELECT");
     result->distinct = takeWord("DISTINCT");
-    if (takeWord("TOP"))
+    if (takeWord("TOP")) {
         result->top = top();
-    do
+    }
+    do {
         result->items.push_back(selectItem());
-    while (takeSymbol(","));
-    if (peek().isWord("INTO"))
+    } while (takeSymbol(","));
+    if (peek().isWord("INTO")) {
         fail(result->offset, "SELECT … INTO is not supported: create the table, then INSERT … SELECT");
-    if (takeWord("FROM"))
+    }
+    if (takeWord("FROM")) {
         result->from = tableList();
-    if (takeWord("WHERE"))
+    }
+    if (takeWord("WHERE")) {
         result->where = condition();
-    if (takeWord("GROUP"))
+    }
+    if (takeWord("GROUP")) {
         groupBy(*result);
-    if (takeWord("HAVING"))
+    }
+    if (takeWord("HAVING")) {
         result->having = condition();
+    }
     return result;
 }
 
@@ -179,27 +201,32 @@ ExprPtr QueryParser::top()
         count = value();
         expectSymbol(")");
     } else {
-        if (peek().kind != TokenKind::Integer)
+        if (peek().kind != TokenKind::Integer) {
             unexpected("a number or '(' after TOP");
+        }
         count = literal(ExprKind::Integer);
     }
-    if (peek().isWord("PERCENT"))
+    if (peek().isWord("PERCENT")) {
         unsupported(peek(), "TOP … PERCENT");
-    if (peek().isWord("WITH"))
+    }
+    if (peek().isWord("WITH")) {
         unsupported(peek(), "TOP … WITH TIES");
+    }
     return count;
 }
 
 void QueryParser::groupBy(Select& result)
 {
     expectWord("BY");
-    if (peek().isWord("ALL"))
+    if (peek().isWord("ALL")) {
         unsupported(peek(), "GROUP BY ALL");
-    do
+    }
+    do {
         result.groupBy.push_back(value());
-    while (takeSymbol(","));
-    if (peek().isWord("WITH"))
+    } while (takeSymbol(","));
+    if (peek().isWord("WITH")) {
         unsupported(peek(), "GROUP BY … WITH CUBE or ROLLUP");
+    }
 }
 
 SelectItem QueryParser::selectItem()
@@ -210,8 +237,9 @@ SelectItem QueryParser::selectItem()
         item.star = true;
         return item;
     }
-    if (starOfTable(item))
+    if (starOfTable(item)) {
         return item;
+    }
     // alias = expression
     const bool text = peek().kind == TokenKind::Text;
     if ((atName() || text) && peek(1).is("=")) {
@@ -220,8 +248,9 @@ SelectItem QueryParser::selectItem()
         item.value = value();
         return item;
     }
-    if (peek().kind == TokenKind::Variable && peek(1).is("="))
+    if (peek().kind == TokenKind::Variable && peek(1).is("=")) {
         unsupported(peek(), "a variable");
+    }
     item.value = value();
     item.alias = alias(true);
     return item;
@@ -230,10 +259,12 @@ SelectItem QueryParser::selectItem()
 bool QueryParser::starOfTable(SelectItem& item)
 {
     std::size_t ahead = 0;
-    while (atName(ahead) && peek(ahead + 1).is(".") && !peek(ahead + 2).is("*"))
+    while (atName(ahead) && peek(ahead + 1).is(".") && !peek(ahead + 2).is("*")) {
         ahead += 2;
-    if (!atName(ahead) || !peek(ahead + 1).is(".") || !peek(ahead + 2).is("*"))
+    }
+    if (!atName(ahead) || !peek(ahead + 1).is(".") || !peek(ahead + 2).is("*")) {
         return false;
+    }
     item.star = true;
     item.starOf = qualifiedName("a table name");
     skip(2);
@@ -243,28 +274,32 @@ bool QueryParser::starOfTable(SelectItem& item)
 std::optional<std::string> QueryParser::alias(bool textAllowed)
 {
     const bool as = takeWord("AS");
-    if (atName() || (textAllowed && peek().kind == TokenKind::Text))
+    if (atName() || (textAllowed && peek().kind == TokenKind::Text)) {
         return take().text;
-    if (as)
+    }
+    if (as) {
         unexpected("an alias after AS");
+    }
     return std::nullopt;
 }
 
 std::vector<TableRefPtr> QueryParser::tableList()
 {
     std::vector<TableRefPtr> tables;
-    do
+    do {
         tables.push_back(joins());
-    while (takeSymbol(","));
+    } while (takeSymbol(","));
     return tables;
 }
 
 bool QueryParser::atJoin() const
 {
     const Token& token = peek();
-    for (const std::string_view word : {"INNER", "LEFT", "RIGHT", "FULL", "CROSS", "JOIN"})
-        if (token.isWord(word))
+    for (const std::string_view word : {"INNER", "LEFT", "RIGHT", "FULL", "CROSS", "JOIN"}) {
+        if (token.isWord(word)) {
             return true;
+        }
+    }
     return token.isWord("OUTER");
 }
 
@@ -273,8 +308,9 @@ TableRefPtr QueryParser::joins()
     const Nesting nesting(*this);
     TableRefPtr left = tablePrimary();
     for (int count = 1; atJoin(); ++count) {
-        if (count > 63)
+        if (count > 63) {
             unexpected("at most 64 tables in one join");
+        }
         left = joinOf(std::move(left));
     }
     return left;
@@ -283,20 +319,23 @@ TableRefPtr QueryParser::joins()
 JoinKind QueryParser::joinKind()
 {
     JoinKind kind = JoinKind::Inner;
-    if (takeWord("CROSS"))
+    if (takeWord("CROSS")) {
         kind = JoinKind::Cross;
-    else if (takeWord("LEFT"))
+    } else if (takeWord("LEFT")) {
         kind = JoinKind::Left;
-    else if (takeWord("RIGHT"))
+    } else if (takeWord("RIGHT")) {
         kind = JoinKind::Right;
-    else if (takeWord("FULL"))
+    } else if (takeWord("FULL")) {
         kind = JoinKind::Full;
-    else
+    } else {
         takeWord("INNER");
-    if (kind == JoinKind::Left || kind == JoinKind::Right || kind == JoinKind::Full)
+    }
+    if (kind == JoinKind::Left || kind == JoinKind::Right || kind == JoinKind::Full) {
         takeWord("OUTER");
-    if (peek().isWord("APPLY") || peek().isWord("OUTER"))
+    }
+    if (peek().isWord("APPLY") || peek().isWord("OUTER")) {
         unsupported(peek(), "APPLY");
+    }
     expectWord("JOIN");
     return kind;
 }
@@ -309,10 +348,12 @@ TableRefPtr QueryParser::joinOf(TableRefPtr left)
     join->join = joinKind();
     join->left = std::move(left);
     join->right = tablePrimary();
-    if (join->join == JoinKind::Cross)
+    if (join->join == JoinKind::Cross) {
         return join;
-    while (atJoin())
+    }
+    while (atJoin()) {
         join->right = joinOf(std::move(join->right));
+    }
     expectWord("ON");
     join->on = condition();
     return join;
@@ -321,19 +362,23 @@ TableRefPtr QueryParser::joinOf(TableRefPtr left)
 TableRefPtr QueryParser::tablePrimary()
 {
     const std::size_t offset = peek().offset;
-    if (peek().is("("))
+    if (peek().is("(")) {
         return tableParenthesis();
+    }
     auto table = std::make_unique<TableRef>();
     table->offset = offset;
     table->names = qualifiedName("a table name");
     hints();
-    if (peek().is("("))
+    if (peek().is("(")) {
         fail(offset, "the function '" + table->names.back() + "' is not known");
-    if (const auto given = alias(false))
+    }
+    if (const auto given = alias(false)) {
         table->alias = *given;
+    }
     hints();
-    if (peek().isWord("PIVOT") || peek().isWord("UNPIVOT") || peek().isWord("TABLESAMPLE"))
+    if (peek().isWord("PIVOT") || peek().isWord("UNPIVOT") || peek().isWord("TABLESAMPLE")) {
         unsupported(peek(), upperAscii(peek().text));
+    }
     return table;
 }
 
@@ -342,8 +387,9 @@ TableRefPtr QueryParser::tableParenthesis()
     const Nesting nesting(*this);
     const std::size_t offset = take().offset;
     std::size_t ahead = 0;
-    while (peek(ahead).is("("))
+    while (peek(ahead).is("(")) {
         ++ahead;
+    }
     const Token& first = peek(ahead);
     const bool derived = first.isWord("SELECT") || first.isWord("VALUES") || first.isWord("WITH");
     if (!derived || (ahead > 0 && !unionFollows(ahead))) {
@@ -356,11 +402,13 @@ TableRefPtr QueryParser::tableParenthesis()
     table->query = query();
     expectSymbol(")");
     const auto given = alias(false);
-    if (!given)
+    if (!given) {
         unexpected("an alias for the derived table");
+    }
     table->alias = *given;
-    if (peek().is("("))
+    if (peek().is("(")) {
         table->columnAliases = nameList();
+    }
     return table;
 }
 
@@ -371,12 +419,14 @@ bool QueryParser::unionFollows(std::size_t parentheses) const
     std::size_t ahead = parentheses;
     for (std::size_t open = parentheses; open >= parentheses; ++ahead) {
         const Token& token = peek(ahead);
-        if (token.kind == TokenKind::End)
+        if (token.kind == TokenKind::End) {
             return false;
-        if (token.is("("))
+        }
+        if (token.is("(")) {
             ++open;
-        else if (token.is(")"))
+        } else if (token.is(")")) {
             --open;
+        }
     }
     const Token& after = peek(ahead);
     return after.isWord("UNION") || after.isWord("EXCEPT") || after.isWord("INTERSECT") || after.is(")");
@@ -389,8 +439,9 @@ void QueryParser::hints()
         skipParentheses();
         return;
     }
-    if (peek().is("(") && peek(1).isWord("NOLOCK"))
+    if (peek().is("(") && peek(1).isWord("NOLOCK")) {
         skipParentheses();
+    }
 }
 
 } // namespace zul::dialect

@@ -8,10 +8,12 @@ namespace zul::dialect {
 
 Statement SchemaParser::create()
 {
-    if (takeWord("TABLE"))
+    if (takeWord("TABLE")) {
         return createTable();
-    if (takeWord("VIEW"))
+    }
+    if (takeWord("VIEW")) {
         return createView();
+    }
     return createIndex();
 }
 
@@ -19,8 +21,9 @@ CreateView SchemaParser::createView()
 {
     CreateView result;
     result.view = qualifiedName("a view name").back();
-    if (peek().is("("))
+    if (peek().is("(")) {
         result.columns = nameList();
+    }
     expectWord("AS");
     result.query = query();
     return result;
@@ -31,8 +34,9 @@ CreateIndex SchemaParser::createIndex()
     CreateIndex result;
     result.unique = takeWord("UNIQUE");
     takeAnyWord({"CLUSTERED", "NONCLUSTERED"});
-    if (!takeWord("INDEX"))
+    if (!takeWord("INDEX")) {
         unexpected("TABLE, VIEW or INDEX");
+    }
     result.name = name("an index name");
     expectWord("ON");
     result.table = tableName();
@@ -57,9 +61,11 @@ std::vector<KeyColumn> SchemaParser::keyColumns()
 
 bool SchemaParser::atConstraint() const
 {
-    for (const std::string_view word : {"CONSTRAINT", "PRIMARY", "UNIQUE", "FOREIGN", "CHECK"})
-        if (peek().isWord(word))
+    for (const std::string_view word : {"CONSTRAINT", "PRIMARY", "UNIQUE", "FOREIGN", "CHECK"}) {
+        if (peek().isWord(word)) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -69,15 +75,18 @@ CreateTable SchemaParser::createTable()
     result.table = tableName();
     expectSymbol("(");
     do {
-        if (peek().is(")"))
+        if (peek().is(")")) {
             break; // a comma before the closing parenthesis is allowed
-        if (atConstraint())
+        }
+        if (atConstraint()) {
             result.constraints.push_back(tableConstraint());
-        else
+        } else {
             result.columns.push_back(columnDefinition());
+        }
     } while (takeSymbol(","));
-    if (result.columns.empty())
+    if (result.columns.empty()) {
         unexpected("a column");
+    }
     expectSymbol(")");
     return result;
 }
@@ -87,26 +96,29 @@ ColumnDefinition SchemaParser::columnDefinition()
     ColumnDefinition column;
     column.offset = peek().offset;
     column.name = name("a column name");
-    if (peek().isWord("AS"))
+    if (peek().isWord("AS")) {
         unsupported(peek(), "a computed column");
+    }
     column.type = typeName();
-    while (columnOption(column))
+    while (columnOption(column)) {
         ;
+    }
     return column;
 }
 
 bool SchemaParser::columnOption(ColumnDefinition& column)
 {
-    if (takeWord("CONSTRAINT"))
+    if (takeWord("CONSTRAINT")) {
         name("a constraint name");
+    }
     if (takeWord("NOT")) {
         expectWord("NULL");
         column.notNull = true;
-    } else if (takeWord("NULL"))
+    } else if (takeWord("NULL")) {
         column.notNull = false;
-    else if (takeWord("IDENTITY"))
+    } else if (takeWord("IDENTITY")) {
         identity(column);
-    else if (takeWord("PRIMARY")) {
+    } else if (takeWord("PRIMARY")) {
         primaryKeyWords();
         column.primaryKey = true;
     } else if (takeWord("UNIQUE")) {
@@ -115,31 +127,34 @@ bool SchemaParser::columnOption(ColumnDefinition& column)
     } else if (takeWord("DEFAULT")) {
         column.defaultValue = additive();
         requireValue(*column.defaultValue);
-    } else if (takeWord("COLLATE"))
+    } else if (takeWord("COLLATE")) {
         name("a collation name");
-    else if (takeWord("CHECK")) {
+    } else if (takeWord("CHECK")) {
         expectSymbol("(");
         column.check = condition();
         expectSymbol(")");
-    } else if (peek().isWord("REFERENCES"))
+    } else if (peek().isWord("REFERENCES")) {
         column.references = references();
-    else
+    } else {
         return false;
+    }
     return true;
 }
 
 void SchemaParser::identity(ColumnDefinition& column)
 {
     column.identity = true;
-    if (!takeSymbol("("))
+    if (!takeSymbol("(")) {
         return;
+    }
     const Token& first = peek();
     const int seed = smallNumber("1");
     expectSymbol(",");
     const int step = smallNumber("1");
     expectSymbol(")");
-    if (seed != 1 || step != 1)
+    if (seed != 1 || step != 1) {
         unsupported(first, "an identity other than (1,1)");
+    }
 }
 
 Reference SchemaParser::references()
@@ -147,22 +162,24 @@ Reference SchemaParser::references()
     Reference key;
     expectWord("REFERENCES");
     key.table = tableName();
-    if (peek().is("("))
+    if (peek().is("(")) {
         key.columns = nameList();
+    }
     while (takeWord("ON")) {
-        if (!peek().isWord("DELETE") && !peek().isWord("UPDATE"))
+        if (!peek().isWord("DELETE") && !peek().isWord("UPDATE")) {
             unexpected("DELETE or UPDATE");
+        }
         key.actions += " ON " + upperAscii(take().text);
-        if (takeWord("CASCADE"))
+        if (takeWord("CASCADE")) {
             key.actions += " CASCADE";
-        else if (takeWord("NO")) {
+        } else if (takeWord("NO")) {
             expectWord("ACTION");
             key.actions += " NO ACTION";
         } else {
             expectWord("SET");
-            if (takeWord("NULL"))
+            if (takeWord("NULL")) {
                 key.actions += " SET NULL";
-            else {
+            } else {
                 expectWord("DEFAULT");
                 key.actions += " SET DEFAULT";
             }
@@ -179,8 +196,9 @@ void SchemaParser::primaryKeyWords()
 
 TableConstraint SchemaParser::tableConstraint()
 {
-    if (takeWord("CONSTRAINT"))
+    if (takeWord("CONSTRAINT")) {
         name("a constraint name");
+    }
     const std::size_t offset = peek().offset;
     if (takeWord("PRIMARY")) {
         primaryKeyWords();
@@ -197,8 +215,9 @@ TableConstraint SchemaParser::tableConstraint()
         key.reference = references();
         return key;
     }
-    if (!takeWord("CHECK"))
+    if (!takeWord("CHECK")) {
         unexpected("PRIMARY KEY, UNIQUE, FOREIGN KEY or CHECK");
+    }
     expectSymbol("(");
     Check check{condition()};
     expectSymbol(")");
@@ -209,12 +228,14 @@ std::vector<Statement> SchemaParser::drop()
 {
     const bool table = peek().isWord("TABLE");
     const bool view = peek().isWord("VIEW");
-    if (!table && !view && !peek().isWord("INDEX"))
+    if (!table && !view && !peek().isWord("INDEX")) {
         unexpected("TABLE, VIEW or INDEX");
+    }
     skip();
     const bool ifExists = takeWord("IF");
-    if (ifExists)
+    if (ifExists) {
         expectWord("EXISTS");
+    }
     std::vector<Statement> statements;
     if (!table && !view) {
         DropIndex& index = statements.emplace_back().emplace<DropIndex>();
@@ -226,10 +247,11 @@ std::vector<Statement> SchemaParser::drop()
     }
     do {
         std::string dropped = qualifiedName("a name").back();
-        if (table)
+        if (table) {
             statements.emplace_back(DropTable{std::move(dropped), ifExists});
-        else
+        } else {
             statements.emplace_back(DropView{std::move(dropped), ifExists});
+        }
     } while (takeSymbol(","));
     return statements;
 }
@@ -241,19 +263,21 @@ std::vector<Statement> SchemaParser::alter()
     const std::string table = tableName();
     if (takeWord("DROP")) {
         expectWord("COLUMN");
-        do
+        do {
             statements.emplace_back(DropColumn{table, name("a column name")});
-        while (takeSymbol(","));
+        } while (takeSymbol(","));
         return statements;
     }
-    if (!takeWord("ADD"))
+    if (!takeWord("ADD")) {
         unexpected("ADD or DROP COLUMN");
+    }
     takeWord("COLUMN");
-    if (atConstraint() || peek().isWord("DEFAULT"))
+    if (atConstraint() || peek().isWord("DEFAULT")) {
         unsupported(peek(), "ALTER TABLE … ADD CONSTRAINT");
-    do
+    }
+    do {
         statements.emplace_back(AddColumn{table, columnDefinition()});
-    while (takeSymbol(","));
+    } while (takeSymbol(","));
     return statements;
 }
 

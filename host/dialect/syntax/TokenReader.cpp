@@ -8,45 +8,52 @@ namespace zul::dialect {
 
 bool TokenReader::takeSymbol(std::string_view symbol)
 {
-    if (!peek().is(symbol))
+    if (!peek().is(symbol)) {
         return false;
+    }
     skip();
     return true;
 }
 
 bool TokenReader::takeWord(std::string_view keyword)
 {
-    if (!peek().isWord(keyword))
+    if (!peek().isWord(keyword)) {
         return false;
+    }
     skip();
     return true;
 }
 
 bool TokenReader::takeAnyWord(std::initializer_list<std::string_view> keywords)
 {
-    for (const std::string_view keyword : keywords)
-        if (takeWord(keyword))
+    for (const std::string_view keyword : keywords) {
+        if (takeWord(keyword)) {
             return true;
+        }
+    }
     return false;
 }
 
 void TokenReader::expectSymbol(std::string_view symbol)
 {
-    if (!takeSymbol(symbol))
+    if (!takeSymbol(symbol)) {
         unexpected("'" + std::string(symbol) + "'");
+    }
 }
 
 void TokenReader::expectWord(std::string_view keyword)
 {
-    if (!takeWord(keyword))
+    if (!takeWord(keyword)) {
         unexpected(std::string(keyword));
+    }
 }
 
 void TokenReader::unexpected(const std::string& expected) const
 {
     const Token& token = peek();
-    if (token.kind == TokenKind::End)
+    if (token.kind == TokenKind::End) {
         fail(token.offset, "the statement ends where " + expected + " is expected");
+    }
     fail(token.offset, "incorrect syntax near '" + written(token) + "': expected " + expected);
 }
 
@@ -59,11 +66,13 @@ void TokenReader::unsupported(const Token& token, const std::string& what) const
 std::string TokenReader::written(const Token& token) const
 {
     std::size_t length = token.length;
-    if (length <= 60)
+    if (length <= 60) {
         return std::string(m_text.substr(token.offset, length));
+    }
     length = 57;
-    while (length > 0 && (static_cast<unsigned char>(m_text[token.offset + length]) & 0xC0U) == 0x80U)
+    while (length > 0 && (static_cast<unsigned char>(m_text[token.offset + length]) & 0xC0U) == 0x80U) {
         --length;
+    }
     return std::string(m_text.substr(token.offset, length)) + "...";
 }
 
@@ -75,8 +84,9 @@ bool TokenReader::atName(std::size_t ahead) const
 
 std::string TokenReader::name(const std::string& expected)
 {
-    if (!atName())
+    if (!atName()) {
         unexpected(expected);
+    }
     return take().text;
 }
 
@@ -85,14 +95,17 @@ std::vector<std::string> TokenReader::qualifiedName(const std::string& expected)
     std::vector<std::string> parts{name(expected)};
     while (peek().is(".") && !peek(1).is("*")) {
         skip();
-        if (peek().is("."))
+        if (peek().is(".")) {
             continue;
+        }
         // After a dot a reserved word is a name too.
-        if (peek().kind != TokenKind::Name && peek().kind != TokenKind::Word)
+        if (peek().kind != TokenKind::Name && peek().kind != TokenKind::Word) {
             unexpected("a name after '.'");
+        }
         parts.push_back(take().text);
-        if (parts.size() > 5)
+        if (parts.size() > 5) {
             unexpected("a name of at most five parts");
+        }
     }
     return parts;
 }
@@ -101,9 +114,9 @@ std::vector<std::string> TokenReader::nameList()
 {
     expectSymbol("(");
     std::vector<std::string> names;
-    do
+    do {
         names.push_back(qualifiedName("a column name").back());
-    while (takeSymbol(","));
+    } while (takeSymbol(","));
     expectSymbol(")");
     return names;
 }
@@ -112,25 +125,29 @@ void TokenReader::skipParentheses()
 {
     expectSymbol("(");
     for (int open = 1; open > 0;) {
-        if (peek().kind == TokenKind::End)
+        if (peek().kind == TokenKind::End) {
             unexpected("')'");
+        }
         const Token& token = take();
-        if (token.is("("))
+        if (token.is("(")) {
             ++open;
-        else if (token.is(")"))
+        } else if (token.is(")")) {
             --open;
+        }
     }
 }
 
 int TokenReader::smallNumber(const std::string& expected)
 {
-    if (peek().kind != TokenKind::Integer)
+    if (peek().kind != TokenKind::Integer) {
         unexpected(expected);
+    }
     int number = 0;
     const std::string& digits = peek().text;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (result.ec != std::errc())
+    if (result.ec != std::errc()) {
         unexpected(expected);
+    }
     skip();
     return number;
 }

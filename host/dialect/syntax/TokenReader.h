@@ -75,9 +75,10 @@ protected:
         explicit Nesting(TokenReader& reader)
             : m_reader(reader)
         {
-            if (++m_reader.m_depth > deepestNesting)
+            if (++m_reader.m_depth > deepestNesting) {
                 m_reader.fail(m_reader.peek().offset, "the statement is nested too deep: at most " +
                                                           std::to_string(deepestNesting) + " levels");
+            }
         }
         ~Nesting() { --m_reader.m_depth; }
         Nesting(const Nesting&) = delete;

@@ -35,10 +35,12 @@ Piece ExpressionWriter::arithmetic(const Expr& expr)
     Piece total = write(*expr.args.front());
     for (std::size_t next = 1; next < expr.args.size();) {
         const std::size_t before = next;
-        if (expr.args.size() - next >= flatChain)
+        if (expr.args.size() - next >= flatChain) {
             total = uniform(std::move(total), expr, next);
-        if (next > before)
+        }
+        if (next > before) {
             continue;
+        }
         total =
             combined(std::move(total), expr.ops[next - 1], write(*expr.args[next]), expr.args[next]->offset);
         ++next;
@@ -56,21 +58,25 @@ Piece ExpressionWriter::uniform(Piece left, const Expr& expr, std::size_t& next)
     const auto fits = [&](ColumnType type) {
         return texts ? type == ColumnType::Text : factors ? mayBeNumber(type) : isNumeric(type);
     };
-    if (!fits(left.type))
+    if (!fits(left.type)) {
         return left;
+    }
     const Binding binding = texts ? Binding::Concat : factors ? Binding::Product : Binding::Sum;
     std::vector<std::string> operands;
     ColumnType type = left.type;
     for (; next < expr.args.size(); ++next) {
         const std::string& op = expr.ops[next - 1];
         const bool minus = !texts && !factors && op == "-";
-        if (!minus && op != (factors ? "*" : "+"))
+        if (!minus && op != (factors ? "*" : "+")) {
             break;
+        }
         Piece piece = write(*expr.args[next]);
-        if (!texts)
+        if (!texts) {
             piece = addend(std::move(piece));
-        if (!fits(piece.type))
+        }
+        if (!fits(piece.type)) {
             break;
+        }
         if (operands.empty()) {
             left = operand(std::move(left), binding, expr.args[next]->offset);
             operands.push_back(std::move(left.sql));
@@ -78,17 +84,20 @@ Piece ExpressionWriter::uniform(Piece left, const Expr& expr, std::size_t& next)
         operands.push_back(minus ? "-" + piece.asRight(Binding::Sign) : piece.asRight(binding));
         type = commonType(type, piece.type);
     }
-    if (operands.empty())
+    if (operands.empty()) {
         return left;
+    }
     const std::string word = texts ? " || " : factors ? " * " : " + ";
     if (operands.size() > flatChain) {
-        for (std::size_t group = operands.size(); group > flatChain; group = (group + 1) / 2)
+        for (std::size_t group = operands.size(); group > flatChain; group = (group + 1) / 2) {
             left.nesting = deeper(left, expr.offset);
+        }
         left.sql = joined(operands, word);
     } else {
         left.sql = std::move(operands.front());
-        for (std::size_t i = 1; i < operands.size(); ++i)
+        for (std::size_t i = 1; i < operands.size(); ++i) {
             left.sql += word + operands[i];
+        }
     }
     left.type = type;
     return left;
@@ -96,16 +105,20 @@ Piece ExpressionWriter::uniform(Piece left, const Expr& expr, std::size_t& next)
 
 Piece ExpressionWriter::combined(Piece left, const std::string& op, Piece right, std::size_t offset)
 {
-    if (op == "+")
+    if (op == "+") {
         return plus(std::move(left), std::move(right), offset);
-    if (op == "-")
+    }
+    if (op == "-") {
         return minus(std::move(left), std::move(right), offset);
-    if (isMoment(left.type) || isMoment(right.type))
+    }
+    if (isMoment(left.type) || isMoment(right.type)) {
         failAt(m_text, offset, "a date cannot be an operand of '" + op + "'");
+    }
     left = asNumber(std::move(left));
     right = asNumber(std::move(right));
-    if (op == "/" || op == "%")
+    if (op == "/" || op == "%") {
         return quotient(std::move(left), op, right, offset);
+    }
     return product(std::move(left), op, std::move(right), offset);
 }
 
@@ -121,12 +134,14 @@ Piece ExpressionWriter::plus(Piece left, Piece right, std::size_t offset) const
 {
     if (isMoment(left.type) || isMoment(right.type)) {
         const bool swapped = !isMoment(left.type);
-        if (!mayBeNumber(swapped ? left.type : right.type))
+        if (!mayBeNumber(swapped ? left.type : right.type)) {
             failAt(m_text, offset,
                    "a date and a text cannot be joined with '+': CONVERT the date to a text first");
-        if (swapped)
+        }
+        if (swapped) {
             return enclosed("zul_dateplus(" + right.sql + ", ", std::move(left), ")", ColumnType::DateTime,
                             offset);
+        }
         return enclosed("zul_dateplus(", std::move(left), ", " + right.sql + ")", ColumnType::DateTime,
                         offset);
     }
@@ -136,10 +151,12 @@ Piece ExpressionWriter::plus(Piece left, Piece right, std::size_t offset) const
         piece.sql += " || " + right.asRight(Binding::Concat);
         return piece;
     }
-    if (isNumeric(left.type) || right.type == ColumnType::Binary)
+    if (isNumeric(left.type) || right.type == ColumnType::Binary) {
         right = addend(std::move(right));
-    if (isNumeric(right.type) || left.type == ColumnType::Binary)
+    }
+    if (isNumeric(right.type) || left.type == ColumnType::Binary) {
         left = addend(std::move(left));
+    }
     const ColumnType type = commonType(left.type, right.type);
     if (isNumeric(left.type) && isNumeric(right.type)) {
         Piece piece = operand(std::move(left), Binding::Sum, offset);
@@ -167,18 +184,22 @@ Piece ExpressionWriter::added(Piece left, const Piece& right, ColumnType type, s
 
 Piece ExpressionWriter::minus(Piece left, Piece right, std::size_t offset) const
 {
-    if (isMoment(left.type) && isMoment(right.type))
+    if (isMoment(left.type) && isMoment(right.type)) {
         failAt(m_text, offset, "two dates cannot be subtracted: use DATEDIFF");
-    if (isMoment(right.type))
+    }
+    if (isMoment(right.type)) {
         failAt(m_text, offset, "a date cannot be subtracted from a number");
+    }
     left = asNumber(std::move(left));
     right = asNumber(std::move(right));
-    if (isMoment(left.type))
+    if (isMoment(left.type)) {
         return enclosed("zul_dateplus(", std::move(left), ", -(" + right.sql + "))", ColumnType::DateTime,
                         offset);
+    }
     const ColumnType type = commonType(left.type, right.type);
-    if (type == ColumnType::Unknown) // may turn out to be a date less a number of days
+    if (type == ColumnType::Unknown) { // may turn out to be a date less a number of days
         return enclosed("zul_sub(", std::move(left), ", " + right.sql + ")", type, offset);
+    }
     Piece piece = operand(std::move(left), Binding::Sum, offset);
     piece.type = type;
     piece.sql += " - " + right.asRight(Binding::Sum);
@@ -205,13 +226,16 @@ Piece ExpressionWriter::quotient(Piece left, const std::string& op, const Piece&
     const bool safe = right.isNumberLiteral() && !isZero(*right.literal);
     const bool whole = type == ColumnType::Integer || type == ColumnType::Bit;
     const std::string divisor = ", " + right.sql + ")";
-    if (op == "%" && !(safe && whole))
+    if (op == "%" && !(safe && whole)) {
         return enclosed("zul_mod(", std::move(left), divisor, type, offset);
+    }
     // A decimal column may hold a whole number; dividing it must not cut the fraction off.
-    if (type == ColumnType::Decimal || type == ColumnType::Real)
+    if (type == ColumnType::Decimal || type == ColumnType::Real) {
         left = enclosed("CAST(", std::move(left), " AS REAL)", type, offset);
-    if (!safe)
+    }
+    if (!safe) {
         return enclosed("zul_div(", std::move(left), divisor, type, offset);
+    }
     Piece piece = operand(std::move(left), Binding::Product, offset);
     piece.type = type;
     piece.sql += " " + op + " " + right.sql;
@@ -221,10 +245,11 @@ Piece ExpressionWriter::quotient(Piece left, const std::string& op, const Piece&
 // The nesting of the left side, one level deeper.
 int ExpressionWriter::deeper(const Piece& left, std::size_t offset) const
 {
-    if (left.nesting >= deepestChain)
+    if (left.nesting >= deepestChain) {
         failAt(m_text, offset,
                "a chain of operators as long as this one can only join texts, or add, subtract or multiply "
                "numbers");
+    }
     return left.nesting + 1;
 }
 
@@ -242,18 +267,21 @@ Piece ExpressionWriter::enclosed(std::string_view before, Piece left, const std:
 // The left side so far, as the left operand of an operator of the engine.
 Piece ExpressionWriter::operand(Piece left, Binding binding, std::size_t offset) const
 {
-    if (left.binding < binding)
+    if (left.binding < binding) {
         left = enclosed("(", std::move(left), ")", left.type, offset);
+    }
     return {.sql = std::move(left.sql), .type = left.type, .binding = binding, .nesting = left.nesting};
 }
 
 Piece ExpressionWriter::negated(const Expr& expr)
 {
     Piece operand = asNumber(write(*expr.args.front()));
-    if (isMoment(operand.type))
+    if (isMoment(operand.type)) {
         fail(expr, "a date cannot have a sign");
-    if (expr.kind == ExprKind::Plus)
+    }
+    if (expr.kind == ExprKind::Plus) {
         return operand;
+    }
     return {.sql = "-" + operand.as(Binding::Primary), .type = operand.type, .binding = Binding::Sign};
 }
 

@@ -17,8 +17,9 @@ constexpr std::size_t many = 127; // the engine's limit of arguments
 std::optional<int> smallLiteral(const Expr& expr)
 {
     int number = 0;
-    if (expr.kind != ExprKind::Integer)
+    if (expr.kind != ExprKind::Integer) {
         return std::nullopt;
+    }
     const auto end = std::from_chars(expr.text.data(), expr.text.data() + expr.text.size(), number);
     return end.ec == std::errc() ? std::optional(number) : std::nullopt;
 }
@@ -82,32 +83,37 @@ const ExpressionWriter::Builtin* ExpressionWriter::builtinNamed(std::string_view
         {"@@IDENTITY", 0, 0, &W::engineState},
         {"@@ROWCOUNT", 0, 0, &W::engineState},
     };
-    for (const Builtin& builtin : table)
-        if (builtin.name == name)
+    for (const Builtin& builtin : table) {
+        if (builtin.name == name) {
             return &builtin;
+        }
+    }
     return nullptr;
 }
 
 Piece ExpressionWriter::call(const Expr& expr)
 {
     const Builtin* builtin = builtinNamed(expr.text);
-    if (builtin == nullptr)
+    if (builtin == nullptr) {
         fail(expr, "the function '" + expr.text + "' is not known");
+    }
     const std::size_t given = expr.args.size();
     if (given < builtin->least || given > builtin->most) {
         std::string expected = std::to_string(builtin->least);
-        if (builtin->most == many)
+        if (builtin->most == many) {
             expected = "at least " + expected;
-        else if (builtin->most != builtin->least)
+        } else if (builtin->most != builtin->least) {
             expected += " to " + std::to_string(builtin->most);
+        }
         fail(expr, "the function " + expr.text + " has " + std::to_string(given) + " arguments: expected " +
                        expected);
     }
     const bool aggregates = builtin->write == &ExpressionWriter::count ||
                             builtin->write == &ExpressionWriter::aggregate ||
                             builtin->write == &ExpressionWriter::average;
-    if (expr.distinct && !aggregates)
+    if (expr.distinct && !aggregates) {
         fail(expr, "DISTINCT cannot stand in " + expr.text);
+    }
     return (this->*builtin->write)(expr);
 }
 
@@ -115,8 +121,9 @@ Piece ExpressionWriter::callOf(const std::string& function, const std::vector<st
                                ColumnType type) const
 {
     Piece piece{.sql = function + "(", .type = type};
-    for (std::size_t i = 0; i < arguments.size(); ++i)
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
         piece.sql += (i == 0 ? "" : ", ") + arguments[i];
+    }
     piece.sql += ")";
     return piece;
 }
@@ -137,8 +144,9 @@ Piece ExpressionWriter::aggregate(const Expr& expr)
 {
     Piece value = write(*expr.args.front());
     const ColumnType type = value.type;
-    if (expr.text == "SUM" && isMoment(type))
+    if (expr.text == "SUM" && isMoment(type)) {
         fail(expr, "dates cannot be summed");
+    }
     value = expr.text == "SUM"         ? asNumber(std::move(value))
             : type == ColumnType::Text ? collated(std::move(value))
                                        : value;
@@ -163,10 +171,11 @@ Piece ExpressionWriter::isNull(const Expr& expr)
     const Piece value = write(*expr.args[0]);
     Piece other = write(*expr.args[1]);
     ColumnType type = value.type;
-    if (type == ColumnType::Unknown && (other.type == ColumnType::Text || isMoment(other.type)))
+    if (type == ColumnType::Unknown && (other.type == ColumnType::Text || isMoment(other.type))) {
         type = other.type;
-    else if (type != ColumnType::Unknown)
+    } else if (type != ColumnType::Unknown) {
         other = assigned(std::move(other), type);
+    }
     return callOf("IFNULL", {value.sql, other.sql}, type);
 }
 
@@ -179,22 +188,26 @@ Piece ExpressionWriter::coalesce(const Expr& expr)
     for (const ExprPtr& argument : expr.args) {
         values.push_back(write(*argument));
         const Piece& value = values.back();
-        if (value.isNull())
+        if (value.isNull()) {
             continue;
+        }
         open = open || (value.type == ColumnType::Unknown && value.literal == nullptr);
-        if (value.type == ColumnType::Unknown)
+        if (value.type == ColumnType::Unknown) {
             continue;
+        }
         type = typed ? commonType(type, value.type) : value.type;
         typed = true;
     }
-    if (open && type != ColumnType::Text && !isMoment(type))
+    if (open && type != ColumnType::Text && !isMoment(type)) {
         type = ColumnType::Unknown;
+    }
     std::vector<std::string> arguments;
     arguments.reserve(values.size());
-    for (Piece& value : values)
+    for (Piece& value : values) {
         arguments.push_back(type == ColumnType::Text || type == ColumnType::Unknown
                                 ? value.sql
                                 : assigned(std::move(value), type).sql);
+    }
     return callOf("COALESCE", arguments, type);
 }
 
@@ -232,8 +245,9 @@ Piece ExpressionWriter::length(const Expr& expr)
 Piece ExpressionWriter::left(const Expr& expr)
 {
     const std::string text = textArgument(*expr.args[0]);
-    if (const auto length = smallLiteral(*expr.args[1]))
+    if (const auto length = smallLiteral(*expr.args[1])) {
         return callOf("substr", {text, "1", std::to_string(*length)}, ColumnType::Text);
+    }
     return callOf("zul_left", {text, numberArgument(*expr.args[1])}, ColumnType::Text);
 }
 
@@ -241,8 +255,9 @@ Piece ExpressionWriter::right(const Expr& expr)
 {
     const std::string text = textArgument(*expr.args[0]);
     const auto length = smallLiteral(*expr.args[1]);
-    if (length && *length > 0)
+    if (length && *length > 0) {
         return callOf("substr", {text, "-" + std::to_string(*length)}, ColumnType::Text);
+    }
     return callOf("zul_right", {text, numberArgument(*expr.args[1])}, ColumnType::Text);
 }
 
@@ -251,8 +266,9 @@ Piece ExpressionWriter::substring(const Expr& expr)
     const std::string text = textArgument(*expr.args[0]);
     const auto start = smallLiteral(*expr.args[1]);
     const auto length = smallLiteral(*expr.args[2]);
-    if (start && length && *start > 0)
+    if (start && length && *start > 0) {
         return callOf("substr", {text, std::to_string(*start), std::to_string(*length)}, ColumnType::Text);
+    }
     return callOf("zul_substring", {text, numberArgument(*expr.args[1]), numberArgument(*expr.args[2])},
                   ColumnType::Text);
 }
@@ -260,19 +276,22 @@ Piece ExpressionWriter::substring(const Expr& expr)
 Piece ExpressionWriter::trim(const Expr& expr)
 {
     std::vector<std::string> arguments;
-    for (const ExprPtr& argument : expr.args)
+    for (const ExprPtr& argument : expr.args) {
         arguments.push_back(textArgument(*argument));
+    }
     return callOf(lowerAscii(expr.text), arguments, ColumnType::Text);
 }
 
 Piece ExpressionWriter::textFunction(const Expr& expr)
 {
     std::vector<std::string> arguments;
-    for (const ExprPtr& argument : expr.args)
+    for (const ExprPtr& argument : expr.args) {
         arguments.push_back(textArgument(*argument));
+    }
     const std::string& name = expr.text;
-    if (name == "UNICODE")
+    if (name == "UNICODE") {
         return callOf("unicode", arguments, ColumnType::Integer);
+    }
     const bool number = name == "CHARINDEX" || name == "PATINDEX" || name == "ASCII";
     return callOf("zul_" + lowerAscii(name), arguments, number ? ColumnType::Integer : ColumnType::Text);
 }
@@ -280,8 +299,9 @@ Piece ExpressionWriter::textFunction(const Expr& expr)
 Piece ExpressionWriter::concat(const Expr& expr)
 {
     Piece piece{.sql = "", .type = ColumnType::Text, .binding = Binding::Concat};
-    for (const ExprPtr& argument : expr.args)
+    for (const ExprPtr& argument : expr.args) {
         piece.sql += (piece.sql.empty() ? "IFNULL(" : " || IFNULL(") + textArgument(*argument) + ", '')";
+    }
     return piece;
 }
 
@@ -293,8 +313,9 @@ Piece ExpressionWriter::space(const Expr& expr)
 Piece ExpressionWriter::codeFunction(const Expr& expr)
 {
     std::vector<std::string> arguments;
-    for (const ExprPtr& argument : expr.args)
+    for (const ExprPtr& argument : expr.args) {
         arguments.push_back(numberArgument(*argument));
+    }
     return callOf("zul_" + lowerAscii(expr.text), arguments, ColumnType::Text);
 }
 
@@ -312,8 +333,9 @@ Piece ExpressionWriter::numberFunction(const Expr& expr)
     ColumnType type = ColumnType::Unknown;
     for (const ExprPtr& argument : expr.args) {
         const Piece piece = asNumber(write(*argument));
-        if (arguments.empty())
+        if (arguments.empty()) {
             type = piece.type;
+        }
         arguments.push_back(piece.sql);
     }
     return callOf("zul_" + lowerAscii(expr.text), arguments, type);
@@ -329,11 +351,12 @@ Piece ExpressionWriter::now(const Expr&)
 std::string ExpressionWriter::partArgument(const Expr& expr) const
 {
     const bool word = expr.kind == ExprKind::Column && expr.names.size() == 1;
-    if (!word || !datePartNamed(expr.names.front()))
+    if (!word || !datePartNamed(expr.names.front())) {
         fail(expr,
              (word ? "'" + expr.names.front() + "'" : std::string("this")) +
                  " is not a date part: expected year, quarter, month, dayofyear, day, week, weekday, hour, "
                  "minute, second or millisecond");
+    }
     return expr.names.front();
 }
 
@@ -355,11 +378,13 @@ Piece ExpressionWriter::dateDifference(const Expr& expr)
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
     const Piece from = momentArgument(*expr.args[1]);
     const Piece to = momentArgument(*expr.args[2]);
-    if (part != DatePart::Year)
+    if (part != DatePart::Year) {
         return callOf("zul_datediff", {quotedText(nameOf(part)), from.sql, to.sql}, ColumnType::Integer);
+    }
     const auto yearOf = [](const Piece& piece) {
-        if (piece.literal == nullptr || piece.type != ColumnType::DateTime)
+        if (piece.literal == nullptr || piece.type != ColumnType::DateTime) {
             return "zul_year(" + piece.sql + ")";
+        }
         const auto moment = parseMoment(std::string_view(piece.sql).substr(1, piece.sql.size() - 2));
         return std::to_string(moment ? civilOf(moment->day).year : 0);
     };
@@ -379,8 +404,9 @@ Piece ExpressionWriter::datePart(const Expr& expr)
 {
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
     const std::string moment = momentArgument(*expr.args[1]).sql;
-    if (part == DatePart::Year || part == DatePart::Month || part == DatePart::Day)
+    if (part == DatePart::Year || part == DatePart::Month || part == DatePart::Day) {
         return callOf("zul_" + std::string(nameOf(part)), {moment}, ColumnType::Integer);
+    }
     return callOf("zul_datepart", {quotedText(nameOf(part)), moment}, ColumnType::Integer);
 }
 

@@ -49,8 +49,9 @@ bool dependsOnlyOn(const Expr& expr, const std::string& table)
     case ExprKind::Column:
         return isColumnOf(expr, table);
     case ExprKind::Call:
-        if (std::find(rowFunctions.begin(), rowFunctions.end(), expr.text) == rowFunctions.end())
+        if (std::find(rowFunctions.begin(), rowFunctions.end(), expr.text) == rowFunctions.end()) {
             return false;
+        }
         break;
     case ExprKind::Negate:
     case ExprKind::Plus:
@@ -70,11 +71,13 @@ bool dependsOnlyOn(const Expr& expr, const std::string& table)
         return false;
     }
     if ((expr.operand && !dependsOnlyOn(*expr.operand, table)) ||
-        (expr.otherwise && !dependsOnlyOn(*expr.otherwise, table)))
+        (expr.otherwise && !dependsOnlyOn(*expr.otherwise, table))) {
         return false;
+    }
     for (std::size_t i = 0; i < expr.args.size(); ++i) {
-        if (!isDatePart(expr, i) && !dependsOnlyOn(*expr.args[i], table))
+        if (!isDatePart(expr, i) && !dependsOnlyOn(*expr.args[i], table)) {
             return false;
+        }
     }
     return true;
 }
@@ -93,17 +96,20 @@ struct KeyJoin
 KeyJoin keyJoinOf(TableRef& join, const ColumnTypes& columnTypes, const TableKey& tableKey)
 {
     if (!join.left || join.join != JoinKind::Inner || !isPlainTable(*join.left) ||
-        !isPlainTable(*join.right) || sameWord(nameOf(*join.left), nameOf(*join.right)))
+        !isPlainTable(*join.right) || sameWord(nameOf(*join.left), nameOf(*join.right))) {
         return {};
+    }
     if (!join.on || join.on->kind != ExprKind::Compare || join.on->ops.front() != "=" ||
-        join.on->args.size() != 2)
+        join.on->args.size() != 2) {
         return {};
+    }
     for (const bool keptIsLeft : {false, true}) {
         TableRefPtr& kept = keptIsLeft ? join.left : join.right;
         TableRefPtr& asked = keptIsLeft ? join.right : join.left;
         const std::vector<std::string> keyColumns = tableKey(kept->names.back());
-        if (keyColumns.size() != 1)
+        if (keyColumns.size() != 1) {
             continue;
+        }
         for (const std::size_t side : {std::size_t{0}, std::size_t{1}}) {
             ExprPtr& key = join.on->args[side];
             ExprPtr& other = join.on->args[1 - side];
@@ -111,8 +117,9 @@ KeyJoin keyJoinOf(TableRef& join, const ColumnTypes& columnTypes, const TableKey
             if (isColumnOf(*key, nameOf(*kept)) && sameWord(key->names.back(), keyColumns.front()) &&
                 isColumnOf(*other, nameOf(*asked)) &&
                 columnTypes(kept->names.back(), key->names.back()) == ColumnType::Integer &&
-                columnTypes(asked->names.back(), other->names.back()) == ColumnType::Integer)
+                columnTypes(asked->names.back(), other->names.back()) == ColumnType::Integer) {
                 return {&kept, &asked, &key, &other};
+            }
         }
     }
     return {};
@@ -154,24 +161,29 @@ void useKeyForDistinct(Query& query, const ColumnTypes& columnTypes, const Table
 {
     // A common table might have the name of one of the tables.
     if (!query.ctes.empty() || query.terms.size() != 1 || !query.terms.front().select ||
-        !query.orderBy.empty() || query.offsetRows)
+        !query.orderBy.empty() || query.offsetRows) {
         return;
+    }
     Select& select = *query.terms.front().select;
-    if (!isSimple(select))
+    if (!isSimple(select)) {
         return;
+    }
     const KeyJoin join = keyJoinOf(*select.from.front(), columnTypes, tableKey);
-    if (!join)
+    if (!join) {
         return;
+    }
     const std::string kept = nameOf(**join.kept);
     const std::string key = (*join.key)->names.back();
     bool hasKey = false;
     for (const SelectItem& item : select.items) {
-        if (item.star || !dependsOnlyOn(*item.value, kept))
+        if (item.star || !dependsOnlyOn(*item.value, kept)) {
             return;
+        }
         hasKey = hasKey || (isColumnOf(*item.value, kept) && sameWord(item.value->names.back(), key));
     }
-    if (!hasKey || (select.where && !dependsOnlyOn(*select.where, kept)))
+    if (!hasKey || (select.where && !dependsOnlyOn(*select.where, kept))) {
         return;
+    }
 
     ExprPtr in = membership(std::move(*join.key), std::move(*join.other), std::move(*join.asked));
     if (select.where) {

@@ -13,17 +13,22 @@ namespace zul::dialect {
 
 ColumnType commonType(ColumnType a, ColumnType b)
 {
-    if (a == b)
+    if (a == b) {
         return a;
-    if (a == ColumnType::Unknown || b == ColumnType::Unknown)
+    }
+    if (a == ColumnType::Unknown || b == ColumnType::Unknown) {
         return ColumnType::Unknown;
-    if (isMoment(a) || isMoment(b))
+    }
+    if (isMoment(a) || isMoment(b)) {
         return ColumnType::DateTime;
+    }
     static constexpr ColumnType order[] = {ColumnType::Real, ColumnType::Decimal, ColumnType::Integer,
                                            ColumnType::Bit,  ColumnType::Time,    ColumnType::Text};
-    for (const ColumnType type : order)
-        if (a == type || b == type)
+    for (const ColumnType type : order) {
+        if (a == type || b == type) {
             return type;
+        }
+    }
     return ColumnType::Unknown;
 }
 
@@ -128,16 +133,18 @@ Piece ExpressionWriter::literal(const Expr& expr) const
 
 Piece ExpressionWriter::logic(const Expr& expr)
 {
-    if (expr.kind == ExprKind::Not)
+    if (expr.kind == ExprKind::Not) {
         return {.sql = "NOT " + write(*expr.args.front()).as(Binding::Primary),
                 .type = ColumnType::Bit,
                 .binding = Binding::Not};
+    }
     const bool conjunction = expr.kind == ExprKind::And;
     const Binding binding = conjunction ? Binding::And : Binding::Or;
     std::vector<std::string> operands;
     operands.reserve(expr.args.size());
-    for (const ExprPtr& operand : expr.args)
+    for (const ExprPtr& operand : expr.args) {
         operands.push_back(write(*operand).as(binding));
+    }
     return {
         .sql = joined(operands, conjunction ? " AND " : " OR "), .type = ColumnType::Bit, .binding = binding};
 }
@@ -148,8 +155,9 @@ Piece ExpressionWriter::comparison(const Expr& expr)
     Piece right = write(*expr.args[1]);
     prepareComparison(left, right);
     std::string op = expr.ops.front();
-    if (op == "!=")
+    if (op == "!=") {
         op = "<>";
+    }
     return {.sql = left.as(Binding::Bit) + " " + op + " " + right.as(Binding::Bit),
             .type = ColumnType::Bit,
             .binding = op == "=" || op == "<>" ? Binding::Equal : Binding::Less};
@@ -169,11 +177,13 @@ void ExpressionWriter::prepareComparison(Piece& left, Piece& right) const
         return;
     }
     const auto flag = [](Piece& bit, Piece& text) {
-        if (bit.type != ColumnType::Bit || !text.isTextLiteral())
+        if (bit.type != ColumnType::Bit || !text.isTextLiteral()) {
             return;
+        }
         const bool yes = sameWord(text.literal->text, "true");
-        if (yes || sameWord(text.literal->text, "false"))
+        if (yes || sameWord(text.literal->text, "false")) {
             text = Piece{.sql = yes ? "1" : "0", .type = ColumnType::Bit};
+        }
     };
     flag(left, right);
     flag(right, left);
@@ -184,8 +194,9 @@ void ExpressionWriter::prepareComparison(Piece& left, Piece& right) const
     }
     const bool texts = left.type == ColumnType::Text || right.type == ColumnType::Text;
     const bool open = left.type == ColumnType::Unknown && right.type == ColumnType::Unknown;
-    if (!left.collates && !right.collates && (texts || open))
+    if (!left.collates && !right.collates && (texts || open)) {
         left = collated(std::move(left));
+    }
 }
 
 Piece ExpressionWriter::between(const Expr& expr)
@@ -197,8 +208,9 @@ Piece ExpressionWriter::between(const Expr& expr)
     const std::string plain = operand.sql;
     prepareComparison(operand, low);
     prepareComparison(again, high);
-    if (operand.sql == plain)
+    if (operand.sql == plain) {
         operand = std::move(again);
+    }
     return {.sql = operand.as(Binding::Bit) + (expr.negated ? " NOT BETWEEN " : " BETWEEN ") +
                    low.as(Binding::Bit) + " AND " + high.as(Binding::Bit),
             .type = ColumnType::Bit,
@@ -220,8 +232,9 @@ Piece ExpressionWriter::membership(const Expr& expr)
             Piece value = write(*item);
             Piece again = operand;
             prepareComparison(again, value);
-            if (again.sql != operand.sql)
+            if (again.sql != operand.sql) {
                 prepared = std::move(again);
+            }
             list += (list.empty() ? "" : ", ") + value.sql;
         }
         operand = std::move(prepared);
@@ -237,29 +250,34 @@ Piece ExpressionWriter::like(const Expr& expr)
     const Piece text = asText(write(*expr.operand));
     const Piece pattern = asText(write(*expr.args.front()));
     Piece escape;
-    if (expr.otherwise)
+    if (expr.otherwise) {
         escape = write(*expr.otherwise);
+    }
     bool native = pattern.isTextLiteral();
     if (native) {
         const std::string& literal = pattern.literal->text;
         native = literal.find('[') == std::string::npos &&
                  std::all_of(literal.begin(), literal.end(),
                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-        if (expr.otherwise)
+        if (expr.otherwise) {
             native = native && escape.isTextLiteral() && escape.literal->text.size() == 1 &&
                      (literal.empty() || literal.back() != escape.literal->text.front());
+        }
     }
-    if (native)
+    if (native) {
         return {.sql = text.as(Binding::Bit) + (expr.negated ? " NOT LIKE " : " LIKE ") + pattern.sql +
                        (expr.otherwise ? " ESCAPE " + escape.sql : ""),
                 .type = ColumnType::Bit,
                 .binding = Binding::Equal};
+    }
     std::vector<std::string> arguments{pattern.sql, text.sql};
-    if (expr.otherwise)
+    if (expr.otherwise) {
         arguments.push_back(escape.sql);
+    }
     Piece piece = callOf("zul_like", arguments, ColumnType::Bit);
-    if (expr.negated)
+    if (expr.negated) {
         piece = Piece{.sql = "NOT " + piece.sql, .type = ColumnType::Bit, .binding = Binding::Not};
+    }
     return piece;
 }
 
@@ -271,8 +289,9 @@ Piece ExpressionWriter::caseText(const Expr& expr)
         whens.push_back(write(*expr.args[i]));
         results.push_back(write(*expr.args[i + 1]));
     }
-    if (expr.otherwise)
+    if (expr.otherwise) {
         results.push_back(write(*expr.otherwise));
+    }
     std::string sql = "CASE";
     if (expr.operand) {
         const Piece operand = write(*expr.operand);
@@ -280,23 +299,26 @@ Piece ExpressionWriter::caseText(const Expr& expr)
         for (Piece& when : whens) {
             Piece again = operand;
             prepareComparison(again, when);
-            if (again.sql != operand.sql)
+            if (again.sql != operand.sql) {
                 prepared = std::move(again);
+            }
         }
         sql += " " + prepared.sql;
     }
     bool typed = false;
     ColumnType type = ColumnType::Unknown;
     for (const Piece& result : results) {
-        if (result.isNull())
+        if (result.isNull()) {
             continue;
+        }
         type = typed ? commonType(type, result.type) : result.type;
         typed = true;
     }
     for (std::size_t i = 0; i < results.size(); ++i) {
         const bool null = results[i].isNull();
-        if (isMoment(type) && !null)
+        if (isMoment(type) && !null) {
             results[i] = asMoment(std::move(results[i]), type);
+        }
         sql += i < whens.size() ? " WHEN " + whens[i].sql + " THEN " + results[i].sql
                                 : " ELSE " + results[i].sql;
     }
@@ -317,8 +339,9 @@ Piece ExpressionWriter::collation(const Expr& expr)
 Piece ExpressionWriter::collated(Piece piece) const
 {
     const bool text = piece.type == ColumnType::Text || piece.type == ColumnType::Unknown;
-    if (piece.collates || !text || (piece.literal != nullptr && piece.literal->kind != ExprKind::Text))
+    if (piece.collates || !text || (piece.literal != nullptr && piece.literal->kind != ExprKind::Text)) {
         return piece;
+    }
     piece.sql = piece.as(Binding::Primary) + " COLLATE NOCASE";
     piece.binding = Binding::Sign;
     piece.collates = true;
@@ -332,9 +355,9 @@ Piece ExpressionWriter::collated(Piece piece) const
 std::string ExpressionWriter::momentOfLiteral(const Expr& literal, ColumnType target) const
 {
     std::optional<Moment> moment;
-    if (literal.kind == ExprKind::Text)
+    if (literal.kind == ExprKind::Text) {
         moment = parseMoment(literal.text);
-    else {
+    } else {
         double number = 0;
         std::from_chars(literal.text.data(), literal.text.data() + literal.text.size(), number);
         moment = momentOfNumber(number);
@@ -343,10 +366,12 @@ std::string ExpressionWriter::momentOfLiteral(const Expr& literal, ColumnType ta
         const std::string shown = literal.text.size() > 40 ? "this text" : "'" + literal.text + "'";
         fail(literal, shown + " is not a date: expected 'yyyymmdd', with a time 'yyyymmdd hh:mm:ss'");
     }
-    if (target == ColumnType::Time)
+    if (target == ColumnType::Time) {
         return quotedText(formatTime(*moment));
-    if (target == ColumnType::Date)
+    }
+    if (target == ColumnType::Date) {
         moment->millisecond = 0;
+    }
     return quotedText(formatMoment(*moment));
 }
 
@@ -354,11 +379,13 @@ std::string ExpressionWriter::momentOfLiteral(const Expr& literal, ColumnType ta
 // value of unknown kind stays: it is a date in its stored form already, or nothing that can be compared.
 Piece ExpressionWriter::asMoment(Piece piece, ColumnType target) const
 {
-    if (piece.isTextLiteral() || piece.isNumberLiteral())
+    if (piece.isTextLiteral() || piece.isNumberLiteral()) {
         return {.sql = momentOfLiteral(*piece.literal, target), .type = target};
+    }
     if (piece.type == ColumnType::Unknown || piece.type == target ||
-        (isMoment(piece.type) && isMoment(target)))
+        (isMoment(piece.type) && isMoment(target))) {
         return piece;
+    }
     TypeName type;
     type.name = target == ColumnType::Time ? "time" : target == ColumnType::Date ? "date" : "datetime";
     return castCall(piece, type, "-1");
@@ -370,31 +397,36 @@ Piece ExpressionWriter::asNumber(Piece piece) const
         const std::string& digits = piece.literal->text;
         unsigned long long number = 0;
         const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
-        if (!digits.empty() && (end.ec != std::errc() || digits.size() > 16))
+        if (!digits.empty() && (end.ec != std::errc() || digits.size() > 16)) {
             fail(*piece.literal, "this binary value is too long for a number");
+        }
         return {.sql = std::to_string(static_cast<long long>(number)),
                 .type = ColumnType::Integer,
                 .binding = static_cast<long long>(number) < 0 ? Binding::Sign : Binding::Primary};
     }
-    if (piece.type != ColumnType::Text)
+    if (piece.type != ColumnType::Text) {
         return piece;
-    if (!piece.isTextLiteral())
+    }
+    if (!piece.isTextLiteral()) {
         return callOf("zul_number", {piece.sql}, ColumnType::Unknown);
+    }
     const std::string& text = piece.literal->text;
     const auto parsed = parseNumber(text);
     Piece number{.sql = "", .type = ColumnType::Integer};
-    if (const auto* whole = std::get_if<std::int64_t>(&parsed))
+    if (const auto* whole = std::get_if<std::int64_t>(&parsed)) {
         number.sql = std::to_string(*whole);
-    else if (std::holds_alternative<double>(parsed)) {
+    } else if (std::holds_alternative<double>(parsed)) {
         const std::size_t start = text.find_first_not_of(" +");
         number.sql = text.substr(start, text.find_last_not_of(' ') - start + 1);
         number.type = ColumnType::Decimal;
-    } else if (text.find_first_not_of(' ') == std::string::npos)
+    } else if (text.find_first_not_of(' ') == std::string::npos) {
         number.sql = "0";
-    else
+    } else {
         fail(*piece.literal, "this text stands where a number is expected");
-    if (number.sql.front() == '-')
+    }
+    if (number.sql.front() == '-') {
         number.binding = Binding::Sign;
+    }
     return number;
 }
 
@@ -404,20 +436,22 @@ Piece ExpressionWriter::asText(Piece piece) const
     TypeName type;
     type.name = "varchar";
     type.max = true;
-    if (isMoment(piece.type) || piece.type == ColumnType::Real || piece.type == ColumnType::Decimal)
+    if (isMoment(piece.type) || piece.type == ColumnType::Real || piece.type == ColumnType::Decimal) {
         return castCall(piece, type, "-1");
+    }
     return piece;
 }
 
 Piece ExpressionWriter::castCall(const Piece& piece, const TypeName& type, const std::string& style) const
 {
     std::string source;
-    if (piece.type == ColumnType::Date)
+    if (piece.type == ColumnType::Date) {
         source = "date";
-    else if (piece.type == ColumnType::DateTime)
+    } else if (piece.type == ColumnType::DateTime) {
         source = "datetime";
-    else if (piece.type == ColumnType::Real)
+    } else if (piece.type == ColumnType::Real) {
         source = "real";
+    }
     return callOf("zul_cast",
                   {piece.sql, quotedText(type.name), std::to_string(type.length.value_or(-1)),
                    std::to_string(type.scale.value_or(-1)), style, quotedText(source)},
@@ -428,48 +462,62 @@ Piece ExpressionWriter::cast(const Expr& expr)
 {
     TypeName type = expr.type;
     const ColumnType target = columnTypeNamed(type.name);
-    if (target == ColumnType::Binary)
+    if (target == ColumnType::Binary) {
         fail(expr, "a conversion to " + type.name + " is not supported");
+    }
     Piece value = write(*expr.args.front());
-    if (value.type == ColumnType::Binary && target != ColumnType::Text)
+    if (value.type == ColumnType::Binary && target != ColumnType::Text) {
         value = asNumber(std::move(value));
+    }
     std::string style = "-1";
-    if (expr.args.size() > 1)
+    if (expr.args.size() > 1) {
         style = write(*expr.args[1]).sql;
+    }
     const bool unlimited =
         type.max || type.name == "text" || type.name == "ntext" || type.name == "uniqueidentifier";
-    if (target == ColumnType::Text && !type.length && !unlimited)
+    if (target == ColumnType::Text && !type.length && !unlimited) {
         type.length = type.name == "sysname" ? 128 : 30; // the server's own default
+    }
     const bool moment = isMoment(target) || target == ColumnType::Time;
-    if (moment && value.isTextLiteral() && style == "-1" && type.name != "smalldatetime")
+    if (moment && value.isTextLiteral() && style == "-1" && type.name != "smalldatetime") {
         return {.sql = momentOfLiteral(*value.literal, target), .type = target};
-    if (target == ColumnType::DateTime && value.type == ColumnType::DateTime && type.name != "smalldatetime")
+    }
+    if (target == ColumnType::DateTime && value.type == ColumnType::DateTime &&
+        type.name != "smalldatetime") {
         return {.sql = value.sql, .type = target, .binding = value.binding};
+    }
     if ((type.name == "int" || type.name == "bigint") &&
-        (value.type == ColumnType::Integer || value.type == ColumnType::Bit))
+        (value.type == ColumnType::Integer || value.type == ColumnType::Bit)) {
         return {.sql = "CAST(" + value.sql + " AS INTEGER)", .type = target};
-    if (target == ColumnType::Real && isNumeric(value.type))
+    }
+    if (target == ColumnType::Real && isNumeric(value.type)) {
         return {.sql = "CAST(" + value.sql + " AS REAL)", .type = target};
-    if (target == ColumnType::Text && unlimited && value.type == ColumnType::Text)
+    }
+    if (target == ColumnType::Text && unlimited && value.type == ColumnType::Text) {
         return {.sql = "CAST(" + value.sql + " AS TEXT)", .type = target};
+    }
     return castCall(value, type, style);
 }
 
 Piece ExpressionWriter::assigned(Piece piece, ColumnType target) const
 {
-    if (piece.isNull())
+    if (piece.isNull()) {
         return piece;
-    if (isMoment(target) || target == ColumnType::Time)
+    }
+    if (isMoment(target) || target == ColumnType::Time) {
         return asMoment(std::move(piece), target);
+    }
     if (target == ColumnType::Bit && piece.isTextLiteral()) {
         Piece bit{.sql = "", .type = ColumnType::Bit};
         prepareComparison(bit, piece);
         return piece;
     }
-    if (isNumeric(target) && (piece.type == ColumnType::Text || piece.type == ColumnType::Binary))
+    if (isNumeric(target) && (piece.type == ColumnType::Text || piece.type == ColumnType::Binary)) {
         return asNumber(std::move(piece));
-    if (target == ColumnType::Text)
+    }
+    if (target == ColumnType::Text) {
         return asText(std::move(piece));
+    }
     return piece;
 }
 

@@ -18,13 +18,15 @@ Piece QueryWriter::column(const std::vector<std::string>& names)
     piece.collates = true;
     const std::string& name = names.back();
     piece.sql = quotedName(name);
-    if (names.size() > 1)
+    if (names.size() > 1) {
         piece.sql = quotedName(names[names.size() - 2]) + "." + piece.sql;
-    for (const Scope* scope = m_scope; scope != nullptr; scope = scope->outer)
+    }
+    for (const Scope* scope = m_scope; scope != nullptr; scope = scope->outer) {
         for (const Source& source : scope->sources) {
             const bool qualified = names.size() > 1;
-            if (qualified && !sameWord(source.name, names[names.size() - 2]))
+            if (qualified && !sameWord(source.name, names[names.size() - 2])) {
                 continue;
+            }
             bool known = false;
             piece.type = typeIn(source, name, known);
             if (known || qualified) {
@@ -33,17 +35,19 @@ Piece QueryWriter::column(const std::vector<std::string>& names)
                 return piece;
             }
         }
+    }
     return piece;
 }
 
 ColumnType QueryWriter::typeIn(const Source& source, const std::string& column, bool& known) const
 {
     if (source.derived) {
-        for (const OutputColumn& candidate : source.columns)
+        for (const OutputColumn& candidate : source.columns) {
             if (sameWord(candidate.name, column)) {
                 known = true;
                 return candidate.type;
             }
+        }
         return ColumnType::Unknown;
     }
     const ColumnType type = m_columnTypes(source.table, column);
@@ -53,9 +57,11 @@ ColumnType QueryWriter::typeIn(const Source& source, const std::string& column, 
 
 void QueryWriter::reads(const std::string& table)
 {
-    for (const std::string& known : m_tables)
-        if (sameWord(known, table))
+    for (const std::string& known : m_tables) {
+        if (sameWord(known, table)) {
             return;
+        }
+    }
     m_tables.push_back(table);
 }
 
@@ -64,8 +70,9 @@ void QueryWriter::reads(const std::string& table)
 std::string QueryWriter::fromText(const std::vector<TableRefPtr>& tables, Scope& scope)
 {
     std::vector<std::string> primaries;
-    for (const TableRefPtr& table : tables)
+    for (const TableRefPtr& table : tables) {
         bringIntoSight(*table, scope, primaries);
+    }
     const Within within(*this, scope);
     std::size_t next = 0;
     std::string all;
@@ -93,13 +100,15 @@ void QueryWriter::bringIntoSight(const TableRef& table, Scope& scope, std::vecto
         source.columns = std::move(query.columns);
         text = "(" + query.sql + ")";
         if (!table.columnAliases.empty()) {
-            if (query.complete && source.columns.size() != table.columnAliases.size())
+            if (query.complete && source.columns.size() != table.columnAliases.size()) {
                 failAt(m_text, table.offset, "the derived table has not as many columns as names");
+            }
             text = "(WITH " + quotedName(table.alias) + "(" + quotedNames(table.columnAliases) + ") AS (" +
                    query.sql + ") SELECT * FROM " + quotedName(table.alias) + ")";
             source.columns.resize(table.columnAliases.size());
-            for (std::size_t i = 0; i < source.columns.size(); ++i)
+            for (std::size_t i = 0; i < source.columns.size(); ++i) {
                 source.columns[i].name = table.columnAliases[i];
+            }
         }
     } else {
         source.table = table.names.back();
@@ -108,8 +117,9 @@ void QueryWriter::bringIntoSight(const TableRef& table, Scope& scope, std::vecto
         if (const CteColumns* cte = commonTable(table.names)) {
             source.derived = true;
             source.columns = cte->columns;
-        } else
+        } else {
             reads(source.table);
+        }
     }
     if (!table.alias.empty()) {
         source.name = table.alias;
@@ -122,26 +132,31 @@ void QueryWriter::bringIntoSight(const TableRef& table, Scope& scope, std::vecto
 std::string QueryWriter::joinText(const TableRef& table, const std::vector<std::string>& primaries,
                                   std::size_t& next)
 {
-    if (!table.left)
+    if (!table.left) {
         return primaries[next++];
+    }
     static constexpr std::string_view words[] = {" INNER JOIN ", " LEFT JOIN ", " RIGHT JOIN ", " FULL JOIN ",
                                                  " JOIN "};
     std::string text = joinText(*table.left, primaries, next);
     text += words[static_cast<std::size_t>(table.join)];
     const std::string right = joinText(*table.right, primaries, next);
     text += table.right->left ? "(" + right + ")" : right;
-    if (table.on)
+    if (table.on) {
         text += " ON " + m_expressions.write(*table.on).sql;
+    }
     return text;
 }
 
 const QueryWriter::CteColumns* QueryWriter::commonTable(const std::vector<std::string>& name) const
 {
-    if (name.size() != 1)
+    if (name.size() != 1) {
         return nullptr;
-    for (auto cte = m_ctes.rbegin(); cte != m_ctes.rend(); ++cte)
-        if (sameWord(cte->name, name.front()))
+    }
+    for (auto cte = m_ctes.rbegin(); cte != m_ctes.rend(); ++cte) {
+        if (sameWord(cte->name, name.front())) {
             return &*cte;
+        }
+    }
     return nullptr;
 }
 
@@ -153,16 +168,19 @@ std::string QueryWriter::ctesText(const std::vector<Cte>& ctes)
         m_ctes.push_back({cte.name, {}});
         QueryText query = queryText(*cte.query, Use{.named = true});
         if (!cte.columns.empty()) {
-            if (query.complete && query.columns.size() != cte.columns.size())
+            if (query.complete && query.columns.size() != cte.columns.size()) {
                 failAt(m_text, cte.offset, "the common table has not as many columns as names");
+            }
             query.columns.resize(cte.columns.size());
-            for (std::size_t i = 0; i < cte.columns.size(); ++i)
+            for (std::size_t i = 0; i < cte.columns.size(); ++i) {
                 query.columns[i].name = cte.columns[i];
+            }
         }
         m_ctes.back().columns = std::move(query.columns);
         text += (text.empty() ? "WITH RECURSIVE " : ", ") + quotedName(cte.name);
-        if (!cte.columns.empty())
+        if (!cte.columns.empty()) {
             text += "(" + quotedNames(cte.columns) + ")";
+        }
         text += " AS (" + query.sql + ")";
     }
     return text.empty() ? text : text + " ";
@@ -173,8 +191,9 @@ QueryText QueryWriter::queryText(const Query& query, const Use& use)
     const std::size_t known = m_ctes.size();
     const std::string ctes = ctesText(query.ctes);
     QueryText text = query.terms.size() == 1 ? singleText(query, use) : compoundText(query, use);
-    if (!ctes.empty())
+    if (!ctes.empty()) {
         text.sql.insert(0, ctes);
+    }
     m_ctes.resize(known);
     return text;
 }
@@ -182,11 +201,13 @@ QueryText QueryWriter::queryText(const Query& query, const Use& use)
 QueryText QueryWriter::singleText(const Query& query, const Use& use)
 {
     const Term& term = query.terms.front();
-    if (term.select && term.select->values.empty())
+    if (term.select && term.select->values.empty()) {
         return selectText(*term.select, use, &query);
+    }
     QueryText text = term.select ? valuesText(*term.select, use) : queryText(*term.query, use);
-    if (query.orderBy.empty() && !query.offsetRows)
+    if (query.orderBy.empty() && !query.offsetRows) {
         return text;
+    }
     text.sql =
         "SELECT * FROM (" + text.sql + ")" + orderText(query, text.columns) + limitText(query, nullptr);
     return text;
@@ -195,8 +216,9 @@ QueryText QueryWriter::singleText(const Query& query, const Use& use)
 QueryText QueryWriter::compoundText(const Query& query, const Use& use)
 {
     Use inner = use;
-    for (const std::string& op : query.operators)
+    for (const std::string& op : query.operators) {
         inner.compound = inner.compound || op != "UNION ALL";
+    }
     QueryText text;
     for (std::size_t i = 0; i < query.terms.size(); ++i) {
         const Term& term = query.terms[i];
@@ -204,20 +226,24 @@ QueryText QueryWriter::compoundText(const Query& query, const Use& use)
                          : !term.select->values.empty() ? valuesText(*term.select, inner)
                                                         : selectText(*term.select, inner, nullptr);
         const bool wrap = term.query || (term.select && term.select->top);
-        if (i > 0)
+        if (i > 0) {
             text.sql += " " + query.operators[i - 1] + " ";
+        }
         text.sql += wrap ? "SELECT * FROM (" + part.sql + ")" : part.sql;
         if (i == 0) {
             text.columns = std::move(part.columns);
             text.complete = part.complete;
             continue;
         }
-        if (text.complete && part.complete && text.columns.size() != part.columns.size())
+        if (text.complete && part.complete && text.columns.size() != part.columns.size()) {
             failAt(m_text, query.offset,
                    "all queries joined by UNION, EXCEPT or INTERSECT need as many columns");
-        for (std::size_t c = 0; c < text.columns.size() && c < part.columns.size(); ++c)
-            if (text.columns[c].type != part.columns[c].type)
+        }
+        for (std::size_t c = 0; c < text.columns.size() && c < part.columns.size(); ++c) {
+            if (text.columns[c].type != part.columns[c].type) {
                 text.columns[c].type = commonType(text.columns[c].type, part.columns[c].type);
+            }
+        }
     }
     text.sql += orderText(query, text.columns) + limitText(query, nullptr);
     return text;
@@ -232,10 +258,11 @@ QueryText QueryWriter::valuesText(const Select& select, const Use& use)
         for (std::size_t c = 0; c < select.values[r].size(); ++c) {
             const Piece piece = converted(m_expressions.write(*select.values[r][c]), use, c);
             text.sql += (c == 0 ? "" : ", ") + piece.sql;
-            if (r == 0)
+            if (r == 0) {
                 text.columns.push_back({"column" + std::to_string(c + 1), piece.type});
-            else
+            } else {
                 text.columns[c].type = commonType(text.columns[c].type, piece.type);
+            }
         }
         text.sql += ")";
     }
@@ -244,8 +271,9 @@ QueryText QueryWriter::valuesText(const Select& select, const Use& use)
 
 Piece QueryWriter::converted(Piece piece, const Use& use, std::size_t index)
 {
-    if (use.targets == nullptr || index >= use.targets->size())
+    if (use.targets == nullptr || index >= use.targets->size()) {
         return piece;
+    }
     return m_expressions.assigned(std::move(piece), (*use.targets)[index]);
 }
 
@@ -259,22 +287,27 @@ QueryText QueryWriter::selectText(const Select& select, const Use& use, const Qu
     Use inner = use;
     inner.distinct = inner.distinct || select.distinct;
     text.sql = select.distinct ? "SELECT DISTINCT " : "SELECT ";
-    for (std::size_t i = 0; i < select.items.size(); ++i)
+    for (std::size_t i = 0; i < select.items.size(); ++i) {
         text.sql += (i == 0 ? "" : ", ") + itemText(select.items[i], inner, text);
+    }
     text.sql += from;
     text.sql += whereText(select.where);
-    for (std::size_t i = 0; i < select.groupBy.size(); ++i)
+    for (std::size_t i = 0; i < select.groupBy.size(); ++i) {
         text.sql += (i == 0 ? " GROUP BY " : ", ") +
                     m_expressions.collated(m_expressions.write(*select.groupBy[i])).sql;
-    if (select.having)
+    }
+    if (select.having) {
         text.sql += " HAVING " + m_expressions.write(*select.having).sql;
+    }
     if (query != nullptr) {
-        if (select.top && query->offsetRows)
+        if (select.top && query->offsetRows) {
             failAt(m_text, select.offset, "TOP and OFFSET cannot stand together");
+        }
         text.sql += orderText(*query, text.columns);
         text.sql += limitText(*query, select.top.get());
-    } else if (select.top)
+    } else if (select.top) {
         text.sql += " LIMIT " + m_expressions.write(*select.top).sql;
+    }
     return text;
 }
 
@@ -288,15 +321,18 @@ std::string QueryWriter::itemText(const SelectItem& item, const Use& use, QueryT
     const ColumnType type = piece.type;
     const bool plain = item.value->kind == ExprKind::Column;
     // A literal is the same in every row of one SELECT; rows of several meet with theirs.
-    if (use.compound || (use.distinct && piece.literal == nullptr))
+    if (use.compound || (use.distinct && piece.literal == nullptr)) {
         piece = m_expressions.collated(std::move(piece));
+    }
     piece = converted(std::move(piece), use, text.columns.size());
     const std::string name = item.alias ? *item.alias : plain ? item.value->names.back() : "";
     text.columns.push_back({name, type});
-    if (use.named && (!name.empty() || use.unnamed))
+    if (use.named && (!name.empty() || use.unnamed)) {
         return piece.sql + " AS " + quotedName(name);
-    if (item.alias && !name.empty())
+    }
+    if (item.alias && !name.empty()) {
         return piece.sql + " AS " + quotedName(name);
+    }
     return piece.sql;
 }
 
@@ -314,21 +350,27 @@ std::string QueryWriter::orderText(const Query& query, const std::vector<OutputC
 // on a plain column it does no harm.
 std::string QueryWriter::orderPiece(const Expr& value, const std::vector<OutputColumn>& columns)
 {
-    if (value.kind == ExprKind::Integer)
+    if (value.kind == ExprKind::Integer) {
         return value.text;
-    if (value.kind == ExprKind::Column && value.names.size() == 1)
-        for (const OutputColumn& column : columns)
-            if (sameWord(column.name, value.names.front()))
+    }
+    if (value.kind == ExprKind::Column && value.names.size() == 1) {
+        for (const OutputColumn& column : columns) {
+            if (sameWord(column.name, value.names.front())) {
                 return quotedName(column.name) + (column.type == ColumnType::Text ? " COLLATE NOCASE" : "");
+            }
+        }
+    }
     return m_expressions.collated(m_expressions.write(value)).sql;
 }
 
 std::string QueryWriter::limitText(const Query& query, const Expr* top)
 {
-    if (top != nullptr)
+    if (top != nullptr) {
         return " LIMIT " + m_expressions.write(*top).sql;
-    if (!query.offsetRows)
+    }
+    if (!query.offsetRows) {
         return "";
+    }
     const std::string limit = query.fetchRows ? m_expressions.write(*query.fetchRows).sql : "-1";
     return " LIMIT " + limit + " OFFSET " + m_expressions.write(*query.offsetRows).sql;
 }

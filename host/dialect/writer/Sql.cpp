@@ -10,8 +10,9 @@ std::string quotedName(std::string_view name)
         text += name;
         return text + "]";
     }
-    for (const char c : name)
+    for (const char c : name) {
         text += c == '`' ? std::string("``") : std::string(1, c);
+    }
     return "`" + text + "`";
 }
 
@@ -20,8 +21,9 @@ std::string quotedText(std::string_view text)
     std::string quoted = "'";
     quoted.reserve(text.size() + 2);
     for (const char c : text) {
-        if (c == '\'')
+        if (c == '\'') {
             quoted += c;
+        }
         quoted += c;
     }
     return quoted + "'";
@@ -30,8 +32,9 @@ std::string quotedText(std::string_view text)
 std::string quotedNames(const std::vector<std::string>& names)
 {
     std::string text;
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         text += (text.empty() ? "" : ", ") + quotedName(name);
+    }
     return text;
 }
 
@@ -40,8 +43,9 @@ static std::string joined(const std::vector<std::string>& operands, std::size_t 
 {
     if (to - from <= flatChain) {
         std::string text = operands[from];
-        for (std::size_t i = from + 1; i < to; ++i)
+        for (std::size_t i = from + 1; i < to; ++i) {
             text += op + operands[i];
+        }
         return text;
     }
     const std::size_t middle = from + (to - from) / 2;

@@ -47,8 +47,9 @@ private:
         m_out.kind = StatementKind::Select;
         QueryText text = m_queries.queryText(*statement.query, Use{.named = true, .unnamed = true});
         m_out.sql = std::move(text.sql);
-        if (text.complete)
+        if (text.complete) {
             m_out.columns = std::move(text.columns);
+        }
     }
 
     void write(const InsertStatement& statement)
@@ -60,17 +61,21 @@ private:
             return;
         }
         std::vector<std::string> columns = statement.columns;
-        if (columns.empty())
+        if (columns.empty()) {
             columns = m_tableColumns(m_out.target);
+        }
         std::vector<ColumnType> targets;
         targets.reserve(columns.size());
-        for (const std::string& column : columns)
+        for (const std::string& column : columns) {
             targets.push_back(targetType(column));
+        }
         const QueryText text = m_queries.queryText(*statement.query, Use{.targets = &targets});
-        if (text.complete && !columns.empty() && columns.size() != text.columns.size())
+        if (text.complete && !columns.empty() && columns.size() != text.columns.size()) {
             failAt(m_text, statement.query->offset, "the number of values is not the number of columns");
-        if (!columns.empty())
+        }
+        if (!columns.empty()) {
             m_out.sql += "(" + quotedNames(columns) + ")";
+        }
         m_out.sql += " " + text.sql;
     }
 
@@ -80,9 +85,10 @@ private:
     {
         ExpressionWriter& expressions = m_queries.expressions();
         Piece value = expressions.write(*assignment.value);
-        if (assignment.op != "=")
+        if (assignment.op != "=") {
             value = expressions.combined(m_queries.column(std::move(column)), assignment.op.substr(0, 1),
                                          std::move(value), assignment.offset);
+        }
         return expressions.assigned(std::move(value), targetType(assignment.column)).sql;
     }
 
@@ -111,16 +117,20 @@ private:
     std::string targetFrom(const std::vector<TableRefPtr>& tables, Scope& scope, std::string& alias)
     {
         std::string text = m_queries.fromText(tables, scope);
-        for (const Source& source : scope.sources)
+        for (const Source& source : scope.sources) {
             if (alias.empty() && !source.derived && sameWord(source.name, m_out.target)) {
                 alias = source.name;
                 m_out.target = source.table;
             }
-        for (const Source& source : scope.sources)
-            if (alias.empty() && !source.derived && sameWord(source.table, m_out.target))
+        }
+        for (const Source& source : scope.sources) {
+            if (alias.empty() && !source.derived && sameWord(source.table, m_out.target)) {
                 alias = source.name;
-        if (!alias.empty())
+            }
+        }
+        if (!alias.empty()) {
             return text;
+        }
         alias = m_out.target;
         scope.sources.insert(scope.sources.begin(), Source{alias, alias, false, {}});
         return quotedName(alias) + ", " + (scope.sources.size() > 2 ? "(" + text + ")" : text);
@@ -154,10 +164,11 @@ private:
         Scope scope;
         std::string alias;
         std::string from;
-        if (statement.from.empty())
+        if (statement.from.empty()) {
             scope.sources.push_back({m_out.target, m_out.target, false, {}});
-        else
+        } else {
             from = targetFrom(statement.from, scope, alias);
+        }
         const QueryWriter::Within within(m_queries, scope);
         const std::string where = m_queries.whereText(statement.where);
         m_out.sql = ctes + "DELETE FROM " + quotedName(m_out.target);
@@ -179,25 +190,32 @@ private:
     {
         std::vector<KeyColumn> key;
         const auto take = [&](std::size_t offset, const std::vector<KeyColumn>& columns) {
-            if (!key.empty())
+            if (!key.empty()) {
                 failAt(m_text, offset, "a table has one primary key");
+            }
             key = columns;
         };
-        for (const ColumnDefinition& column : table.columns)
-            if (column.primaryKey)
+        for (const ColumnDefinition& column : table.columns) {
+            if (column.primaryKey) {
                 take(column.offset, {{column.offset, column.name}});
-        for (const TableConstraint& constraint : table.constraints)
-            if (const auto* primary = std::get_if<PrimaryKey>(&constraint))
+            }
+        }
+        for (const TableConstraint& constraint : table.constraints) {
+            if (const auto* primary = std::get_if<PrimaryKey>(&constraint)) {
                 take(primary->offset, primary->columns);
+            }
+        }
         return key;
     }
 
     void requireColumns(const CreateTable& table, const std::vector<KeyColumn>& key) const
     {
-        for (const KeyColumn& column : key)
+        for (const KeyColumn& column : key) {
             if (std::none_of(table.columns.begin(), table.columns.end(),
-                             [&](const auto& known) { return sameWord(known.name, column.name); }))
+                             [&](const auto& known) { return sameWord(known.name, column.name); })) {
                 failAt(m_text, column.offset, "the table has no column '" + column.name + "' for its key");
+            }
+        }
     }
 
     void write(const CreateTable& statement)
@@ -205,22 +223,26 @@ private:
         begin(StatementKind::Schema, statement.table);
         const std::vector<KeyColumn> key = keyOf(statement);
         requireColumns(statement, key);
-        for (const TableConstraint& constraint : statement.constraints)
-            if (const auto* unique = std::get_if<UniqueKey>(&constraint))
+        for (const TableConstraint& constraint : statement.constraints) {
+            if (const auto* unique = std::get_if<UniqueKey>(&constraint)) {
                 requireColumns(statement, unique->columns);
+            }
+        }
         std::string parts;
         for (const ColumnDefinition& column : statement.columns) {
             // A key of one whole number is the table's row number, which is the fastest key there is.
             bool isKey = key.size() == 1 && sameWord(column.name, key.front().name);
             if (column.identity && !isKey) {
-                if (!key.empty())
+                if (!key.empty()) {
                     failAt(m_text, column.offset, "an identity column must be the primary key");
+                }
                 isKey = true;
             }
             parts += (parts.empty() ? "" : ", ") + columnText(column, isKey, true);
         }
-        for (const TableConstraint& constraint : statement.constraints)
+        for (const TableConstraint& constraint : statement.constraints) {
             parts += std::visit([this](const auto& kind) { return constraintText(kind); }, constraint);
+        }
         const bool temporary = statement.table.front() == '#';
         m_out.sql = std::string(temporary ? "CREATE TEMP TABLE " : "CREATE TABLE ") +
                     quotedName(statement.table) + "(" + parts + ")";
@@ -230,44 +252,53 @@ private:
     {
         const ColumnType type = columnTypeNamed(column.type.name);
         const bool whole = type == ColumnType::Integer;
-        if (column.identity && !whole && column.type.scale.value_or(0) != 0)
+        if (column.identity && !whole && column.type.scale.value_or(0) != 0) {
             failAt(m_text, column.offset, "an identity column holds whole numbers");
-        std::string text = quotedName(column.name) + " ";
-        if (key && (whole || column.identity))
-            text += column.identity ? "INTEGER PRIMARY KEY AUTOINCREMENT" : "INTEGER PRIMARY KEY";
-        else {
-            text += declarationOf(column.type);
-            if (column.notNull || key)
-                text += " NOT NULL";
-            if (key)
-                text += " PRIMARY KEY";
         }
-        if (column.unique && create)
+        std::string text = quotedName(column.name) + " ";
+        if (key && (whole || column.identity)) {
+            text += column.identity ? "INTEGER PRIMARY KEY AUTOINCREMENT" : "INTEGER PRIMARY KEY";
+        } else {
+            text += declarationOf(column.type);
+            if (column.notNull || key) {
+                text += " NOT NULL";
+            }
+            if (key) {
+                text += " PRIMARY KEY";
+            }
+        }
+        if (column.unique && create) {
             text += " UNIQUE";
+        }
         ExpressionWriter& expressions = m_queries.expressions();
-        if (column.defaultValue)
+        if (column.defaultValue) {
             text +=
                 " DEFAULT (" + expressions.assigned(expressions.write(*column.defaultValue), type).sql + ")";
-        if (column.check)
+        }
+        if (column.check) {
             text += " CHECK (" + valueText(*column.check) + ")";
-        if (column.references)
+        }
+        if (column.references) {
             text += referencesText(*column.references);
+        }
         return text;
     }
 
     static std::string keyText(const std::vector<KeyColumn>& columns)
     {
         std::string text;
-        for (const KeyColumn& column : columns)
+        for (const KeyColumn& column : columns) {
             text += (text.empty() ? "" : ", ") + quotedName(column.name) + (column.descending ? " DESC" : "");
+        }
         return text;
     }
 
     static std::string referencesText(const Reference& key)
     {
         std::string text = " REFERENCES " + quotedName(key.table);
-        if (!key.columns.empty())
+        if (!key.columns.empty()) {
             text += "(" + quotedNames(key.columns) + ")";
+        }
         return text + key.actions;
     }
 
@@ -299,8 +330,9 @@ private:
     {
         begin(StatementKind::Schema, statement.table);
         const ColumnDefinition& column = statement.column;
-        if (column.identity || column.primaryKey || column.unique)
+        if (column.identity || column.primaryKey || column.unique) {
             failAt(m_text, column.offset, "a key cannot be added to a table that exists");
+        }
         m_out.sql =
             "ALTER TABLE " + quotedName(statement.table) + " ADD COLUMN " + columnText(column, false, false);
     }
@@ -330,8 +362,9 @@ private:
     {
         begin(StatementKind::Schema, statement.view);
         m_out.sql = "CREATE VIEW " + quotedName(statement.view);
-        if (!statement.columns.empty())
+        if (!statement.columns.empty()) {
             m_out.sql += "(" + quotedNames(statement.columns) + ")";
+        }
         m_out.sql += " AS " + m_queries.queryText(*statement.query, Use{.named = true}).sql;
     }
 

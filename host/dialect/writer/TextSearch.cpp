@@ -10,8 +10,9 @@ namespace {
 
 const Select* onlySelect(const Query& query)
 {
-    if (!query.ctes.empty() || query.terms.size() != 1 || !query.orderBy.empty() || query.offsetRows)
+    if (!query.ctes.empty() || query.terms.size() != 1 || !query.orderBy.empty() || query.offsetRows) {
         return nullptr;
+    }
     return query.terms.front().select.get();
 }
 
@@ -33,8 +34,9 @@ bool isPlain(char c)
 std::string textIn(const std::string& pattern)
 {
     constexpr std::size_t shortest = 3;
-    if (pattern.size() < shortest + 2 || pattern.front() != '%' || pattern.back() != '%')
+    if (pattern.size() < shortest + 2 || pattern.front() != '%' || pattern.back() != '%') {
         return {};
+    }
     std::string text = pattern.substr(1, pattern.size() - 2);
     return std::all_of(text.begin(), text.end(), isPlain) ? text : std::string();
 }
@@ -44,20 +46,24 @@ std::string textIn(const std::string& pattern)
 std::optional<TextSearch> textSearchOf(const Query& query, const ColumnTypes& columnTypes)
 {
     const Select* const select = onlySelect(query);
-    if (select == nullptr || !isRowsOfOneTable(*select) || !select->where)
+    if (select == nullptr || !isRowsOfOneTable(*select) || !select->where) {
         return std::nullopt;
+    }
     const Expr& like = *select->where;
     if (like.kind != ExprKind::Like || like.negated || like.otherwise ||
-        like.operand->kind != ExprKind::Column || like.args.front()->kind != ExprKind::Text)
+        like.operand->kind != ExprKind::Column || like.args.front()->kind != ExprKind::Text) {
         return std::nullopt;
+    }
     const TableRef& table = *select->from.front();
     const std::string& rows = table.alias.empty() ? table.names.back() : table.alias;
     const std::vector<std::string>& column = like.operand->names;
-    if (column.size() > 2 || (column.size() == 2 && !sameWord(column.front(), rows)))
+    if (column.size() > 2 || (column.size() == 2 && !sameWord(column.front(), rows))) {
         return std::nullopt;
+    }
     TextSearch search{table.names.back(), rows, column.back(), textIn(like.args.front()->text)};
-    if (search.text.empty() || !columnTypes || columnTypes(search.table, search.column) != ColumnType::Text)
+    if (search.text.empty() || !columnTypes || columnTypes(search.table, search.column) != ColumnType::Text) {
         return std::nullopt;
+    }
     return search;
 }
 

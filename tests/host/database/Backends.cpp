@@ -31,8 +31,9 @@ std::optional<std::string> sqliteByOdbc(const TemporaryFolder& folder, std::stri
 std::optional<std::string> postgresByOdbc(const TemporaryFolder&, std::string& why)
 {
     PostgresServer* const server = PostgresServer::shared(why);
-    if (server == nullptr)
+    if (server == nullptr) {
         return std::nullopt;
+    }
     return server->connectionString(server->newDatabase());
 }
 

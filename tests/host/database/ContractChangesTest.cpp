@@ -9,8 +9,9 @@ using namespace zul::host;
 
 TEST_P(ContractTest, ChangesTheCurrentRowOnly)
 {
-    for (LONG id = 1; id <= 3; ++id)
+    for (LONG id = 1; id <= 3; ++id) {
         add(id, u"prima");
+    }
     const auto rows = open(u"SELECT * FROM tabProva ORDER BY id", CursorDynamic, LockOptimistic);
     throwIfFailed(rows->MoveNext());
     put(rows, u"testo", Variant::fromText(u"dopo"));
@@ -21,8 +22,9 @@ TEST_P(ContractTest, ChangesTheCurrentRowOnly)
     EXPECT_EQ(get(rows, u"vero").boolVal, VARIANT_FALSE);
     std::u16string all;
     for (const auto read = open(u"SELECT testo FROM tabProva ORDER BY id"); !atEnd(read);
-         throwIfFailed(read->MoveNext()))
+         throwIfFailed(read->MoveNext())) {
         all += std::u16string(get(read, u"testo").text()) + u' ';
+    }
     EXPECT_EQ(all, u"prima dopo prima ");
 }
 
@@ -55,11 +57,13 @@ TEST_P(ContractTest, ChangesTheOneRowItStandsOnAlsoWithoutItsKeyAmongTheColumns)
     for (const std::u16string& source : sources) {
         SCOPED_TRACE(utf8FromUtf16(source));
         // Only an engine of Transact-SQL knows names in brackets.
-        if (source.find(u'[') != std::u16string::npos && GetParam().name == "PostgresByOdbc")
+        if (source.find(u'[') != std::u16string::npos && GetParam().name == "PostgresByOdbc") {
             continue;
+        }
         execute(u"DELETE FROM tabProva");
-        for (LONG id = 1; id <= 3; ++id)
+        for (LONG id = 1; id <= 3; ++id) {
             add(id, u"uguale");
+        }
         execute(u"UPDATE tabProva SET piccolo = 2");
         const auto rows = open(source, CursorStatic, LockOptimistic);
         LONG fields = 0;
@@ -76,8 +80,9 @@ TEST_P(ContractTest, ChangesTheOneRowItStandsOnAlsoWithoutItsKeyAmongTheColumns)
         throwIfFailed(rows->Update());
         std::u16string all;
         for (const auto read = open(u"SELECT testo FROM tabProva ORDER BY id"); !atEnd(read);
-             throwIfFailed(read->MoveNext()))
+             throwIfFailed(read->MoveNext())) {
             all += std::u16string(get(read, u"testo").text()) + u' ';
+        }
         EXPECT_EQ(all, u"uguale due tre ");
     }
 }
@@ -100,8 +105,9 @@ TEST_P(ContractTest, WritesToTheColumnBehindAnotherName)
 
 TEST_P(ContractTest, ChangesOneOfTheRowsThatNoKeyTellsApartOrNone)
 {
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         execute(u"INSERT INTO tabSenzaChiave (numero, testo) VALUES (1, 'uguale')");
+    }
     execute(u"INSERT INTO tabSenzaChiave (numero, testo) VALUES (2, 'uguale')");
     for (const char16_t* source : {u"SELECT * FROM tabSenzaChiave", u"SELECT testo FROM tabSenzaChiave"}) {
         execute(u"UPDATE tabSenzaChiave SET testo = 'uguale'");
@@ -127,8 +133,9 @@ TEST_P(ContractTest, ChangesOneOfTheRowsThatNoKeyTellsApartOrNone)
 
 TEST_P(ContractTest, RefusesToChangeWhatIsNoRowOfTheTable)
 {
-    for (LONG id = 1; id <= 2; ++id)
+    for (LONG id = 1; id <= 2; ++id) {
         add(id, u"uguale");
+    }
     // An aggregate is read as it stands, and has no row behind it.
     const auto rows =
         open(u"SELECT MAX(testo) AS testo, COUNT(*) AS n FROM tabProva", CursorStatic, LockOptimistic);

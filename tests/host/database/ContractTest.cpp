@@ -145,16 +145,18 @@ TEST_P(ContractTest, BringsNullAndEmptyThereAndBack)
     const auto read = open(u"SELECT * FROM tabProva");
     EXPECT_EQ(get(read, u"testo").vt, VT_BSTR);
     EXPECT_EQ(get(read, u"testo").text(), u"");
-    for (const char16_t* name : {u"piccolo", u"vero", u"reale", u"importo", u"lungo", u"quando"})
+    for (const char16_t* name : {u"piccolo", u"vero", u"reale", u"importo", u"lungo", u"quando"}) {
         EXPECT_EQ(get(read, name).vt, VT_NULL);
+    }
 }
 
 TEST_P(ContractTest, BringsTextsOfEveryLength)
 {
     for (LONG i = 1; i <= 60; ++i) {
         std::u16string text;
-        while (text.size() < static_cast<std::size_t>(i))
+        while (text.size() < static_cast<std::size_t>(i)) {
             text += text.size() % 2 == 0 ? u'à' : u'x';
+        }
         add(i, text);
     }
     const auto read = open(u"SELECT id, testo FROM tabProva ORDER BY id", CursorForwardOnly);
@@ -188,14 +190,16 @@ TEST_P(ContractTest, BringsEarlyAndLateDates)
 
 TEST_P(ContractTest, MovesEveryKindOfRowSetOverEveryLock)
 {
-    for (LONG id = 1; id <= 3; ++id)
+    for (LONG id = 1; id <= 3; ++id) {
         add(id, u"riga");
+    }
     for (const CursorKind cursor : {CursorForwardOnly, CursorKeyset, CursorDynamic, CursorStatic}) {
         for (const LockKind lock : {LockReadOnly, LockPessimistic, LockOptimistic}) {
             const auto rows = open(u"SELECT id FROM tabProva ORDER BY id", cursor, lock);
             LONG sum = 0;
-            for (; !atEnd(rows); throwIfFailed(rows->MoveNext()))
+            for (; !atEnd(rows); throwIfFailed(rows->MoveNext())) {
                 sum += get(rows, u"id").lVal;
+            }
             EXPECT_EQ(sum, 6);
             EXPECT_EQ(rows->MoveNext(), static_cast<HRESULT>(ErrorCode::NoCurrentRow));
         }
@@ -204,8 +208,9 @@ TEST_P(ContractTest, MovesEveryKindOfRowSetOverEveryLock)
 
 TEST_P(ContractTest, LeavesNothingRunningBehindARowSet)
 {
-    for (LONG id = 1; id <= 3; ++id)
+    for (LONG id = 1; id <= 3; ++id) {
         add(id, u"riga");
+    }
     const auto whole = open(u"SELECT id FROM tabProva ORDER BY id", CursorStatic);
     const auto streaming = open(u"SELECT id FROM tabProva ORDER BY id", CursorForwardOnly);
     // With both open, and the second in the middle, other statements run.
@@ -415,8 +420,9 @@ TEST_P(ContractTest, HandsRowsToASinkWithoutCopies)
 
 TEST_P(ContractTest, BeginsAtTheCurrentRowAndStopsWhereTheSinkSays)
 {
-    for (LONG id = 1; id <= 4; ++id)
+    for (LONG id = 1; id <= 4; ++id) {
         add(id, u"x");
+    }
     for (const CursorKind cursor : {CursorForwardOnly, CursorStatic}) {
         const auto read = open(u"SELECT id FROM tabProva ORDER BY id", cursor);
         throwIfFailed(read->MoveNext());
@@ -504,8 +510,9 @@ TEST_P(ContractTest, GivesIdsToTwoProcessesAtOnce)
                 options.journalPath.clear();
                 auto own = std::make_unique<HostDatabase>(options);
                 std::string text;
-                for (int n = 0; n < each; ++n)
+                for (int n = 0; n < each; ++n) {
                     text += std::to_string(own->engine().nextId("tabProva", "id")) + ' ';
+                }
                 status =
                     ::write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 2;
                 own.reset();
@@ -522,15 +529,17 @@ TEST_P(ContractTest, GivesIdsToTwoProcessesAtOnce)
     for (std::size_t i = 0; i < children.size(); ++i) {
         std::string text;
         char buffer[4096];
-        for (ssize_t got = 0; (got = ::read(pipes[i], buffer, sizeof buffer)) > 0;)
+        for (ssize_t got = 0; (got = ::read(pipes[i], buffer, sizeof buffer)) > 0;) {
             text.append(buffer, static_cast<std::size_t>(got));
+        }
         ::close(pipes[i]);
         int status = -1;
         ::waitpid(children[i], &status, 0);
         EXPECT_EQ(status, 0);
         std::istringstream numbers(text);
-        for (int id = 0; numbers >> id;)
+        for (int id = 0; numbers >> id;) {
             EXPECT_TRUE(given.insert(id).second) << id << " was given twice";
+        }
     }
     EXPECT_EQ(given.size(), static_cast<std::size_t>(each * processes));
     EXPECT_EQ(*given.begin(), 2);

@@ -47,31 +47,35 @@ protected:
     {
         std::string why;
         const auto database = GetParam().database(m_folder, why);
-        if (!database)
+        if (!database) {
             GTEST_SKIP() << why;
+        }
         m_options.database = *database;
         m_options.userName = "Operatore à € 😀";
         m_options.journalPath = m_folder.file("journal.txt");
         m_database = std::make_unique<HostDatabase>(m_options);
         // A server of the user's own may hold what a broken run left.
         dropTables();
-        for (const TableDefinition* table : {&sampleTable(), &keylessTable()})
+        for (const TableDefinition* table : {&sampleTable(), &keylessTable()}) {
             engine().execute(createTableStatement(*table, engine().product()), Language::Native);
+        }
         ASSERT_EQ(m_database->connection()->get_Connection(m_connection.put()), S_OK);
     }
 
     void TearDown() override
     {
         m_connection.reset();
-        if (m_database)
+        if (m_database) {
             dropTables();
+        }
     }
 
     void dropTables()
     {
         for (const std::string_view table : {"tabProva", "tabSenzaChiave", "tabAltra", "tabContatori"}) {
-            if (engine().hasTable(table))
+            if (engine().hasTable(table)) {
                 engine().execute("DROP TABLE " + std::string(table), Language::Native);
+            }
         }
     }
 
@@ -161,8 +165,9 @@ protected:
     {
         std::ifstream file(m_options.journalPath);
         std::vector<std::string> lines;
-        for (std::string line; std::getline(file, line);)
+        for (std::string line; std::getline(file, line);) {
             lines.push_back(line);
+        }
         return lines;
     }
 

@@ -23,8 +23,9 @@ TEST(Decimal, DropsFractionDigitsThatDoNotFit)
 
 TEST(Decimal, RefusesWhatDoesNotFitOrIsNoNumber)
 {
-    for (const char* text : {"79228162514264337593543950336", "", "-", ".", "1e5", "1,5", "1.2.3", "NaN"})
+    for (const char* text : {"79228162514264337593543950336", "", "-", ".", "1e5", "1,5", "1.2.3", "NaN"}) {
         EXPECT_FALSE(decimalFromText(text)) << text;
+    }
 }
 
 TEST(Decimal, WritesADoubleWithoutExponent)

@@ -43,8 +43,9 @@ std::string programFolder()
     std::string newest;
     for (const auto& entry : fs::directory_iterator("/usr/lib/postgresql", none)) {
         const std::string bin = (entry.path() / "bin").string();
-        if (fs::exists(bin + "/initdb", none) && bin > newest)
+        if (fs::exists(bin + "/initdb", none) && bin > newest) {
             newest = bin;
+        }
     }
     return newest;
 }
@@ -52,8 +53,9 @@ std::string programFolder()
 // The server refuses to be run by root; its package brings a user for it.
 const passwd* serverUser()
 {
-    if (::geteuid() != 0)
+    if (::geteuid() != 0) {
         return nullptr;
+    }
     const passwd* user = ::getpwnam("postgres");
     return user != nullptr ? user : ::getpwnam("nobody");
 }
@@ -62,19 +64,22 @@ const passwd* serverUser()
 void becomeProgram(const std::string& log, const std::vector<std::string>& command)
 {
     if (const passwd* user = serverUser()) {
-        if (::setgroups(0, nullptr) != 0 || ::setgid(user->pw_gid) != 0 || ::setuid(user->pw_uid) != 0)
+        if (::setgroups(0, nullptr) != 0 || ::setgid(user->pw_gid) != 0 || ::setuid(user->pw_uid) != 0) {
             ::_exit(126);
+        }
     }
     ::prctl(PR_SET_PDEATHSIG, SIGQUIT);
     const int output = ::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0666);
     ::dup2(output, 1);
     ::dup2(output, 2);
-    if (::chdir("/") != 0)
+    if (::chdir("/") != 0) {
         ::_exit(126);
+    }
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);
-    for (const std::string& word : command)
+    for (const std::string& word : command) {
         arguments.push_back(const_cast<char*>(word.c_str()));
+    }
     arguments.push_back(nullptr);
     ::setenv("LC_ALL", "C.UTF-8", 1);
     ::execv(arguments[0], arguments.data());
@@ -84,8 +89,9 @@ void becomeProgram(const std::string& log, const std::vector<std::string>& comma
 pid_t start(const std::string& log, const std::vector<std::string>& command)
 {
     const pid_t child = ::fork();
-    if (child == 0)
+    if (child == 0) {
         becomeProgram(log, command);
+    }
     return child;
 }
 
@@ -96,8 +102,9 @@ std::string odbcDriver(const std::string& fileName)
     std::error_code none;
     for (const auto& entry : fs::directory_iterator("/usr/lib", none)) {
         std::string path = entry.path().string() + "/odbc/" + fileName;
-        if (fs::exists(path, none))
+        if (fs::exists(path, none)) {
             return path;
+        }
     }
     return {};
 }
@@ -106,13 +113,16 @@ PostgresServer::PostgresServer()
     : m_programs(programFolder())
     , m_port(freePort())
 {
-    if (m_programs.empty())
+    if (m_programs.empty()) {
         throw std::runtime_error("PostgreSQL is not installed");
-    if (odbcDriver("psqlodbcw.so").empty())
+    }
+    if (odbcDriver("psqlodbcw.so").empty()) {
         throw std::runtime_error("the ODBC driver of PostgreSQL is not installed");
+    }
     if (const passwd* user = serverUser()) {
-        if (::chown(m_folder.path().c_str(), user->pw_uid, user->pw_gid) != 0)
+        if (::chown(m_folder.path().c_str(), user->pw_uid, user->pw_gid) != 0) {
             throw std::runtime_error("the server's folder cannot be given to its user");
+        }
     }
     const std::string data = m_folder.file("data");
     const std::string log = m_folder.file("log");
@@ -120,8 +130,9 @@ PostgresServer::PostgresServer()
     ::waitpid(start(log, {m_programs + "/initdb", "-D", data, "-A", "trust", "-U", "postgres", "-E", "UTF8",
                           "--locale=C.UTF-8", "--no-sync"}),
               &status, 0);
-    if (status != 0)
+    if (status != 0) {
         throw std::runtime_error("initdb failed");
+    }
     m_server = start(log, {m_programs + "/postgres", "-D", data, "-c", "listen_addresses=127.0.0.1", "-p",
                            std::to_string(m_port), "-k", m_folder.path(), "-F"});
     for (int attempt = 0; attempt < 300; ++attempt) {
@@ -129,8 +140,9 @@ PostgresServer::PostgresServer()
             OdbcEngine probe(connectionString("postgres"));
             return;
         } catch (const EngineError&) {
-            if (::waitpid(m_server, &status, WNOHANG) == m_server)
+            if (::waitpid(m_server, &status, WNOHANG) == m_server) {
                 throw std::runtime_error("the PostgreSQL server ended at once");
+            }
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
         }
     }

@@ -22,8 +22,9 @@ TEST(RowSource, HasNoTableWhereRowsAreMadeOfSeveral)
          {"SELECT * FROM a, b", "SELECT * FROM a JOIN b ON a.x=b.x", "SELECT * FROM a INNER JOIN b ON 1=1",
           "SELECT DISTINCT x FROM a", "SELECT x FROM a GROUP BY x", "SELECT x FROM a UNION SELECT x FROM b",
           "SELECT * FROM (SELECT * FROM a) s", "SELECT 1", "", "DELETE FROM a", "SELECT * FROM", "'", "(((",
-          "SELECT * FROM a CROSS APPLY b"})
+          "SELECT * FROM a CROSS APPLY b"}) {
         EXPECT_EQ(parseRowSource(sql).table, "") << sql;
+    }
 }
 
 TEST(RowSource, TakesTheBareNameOfATable)

@@ -94,12 +94,14 @@ TEST_F(DemoDataTest, MakesCustomersThatCanBeTrue)
         "0");
     for (const char* condition : {"Telefono2 IS NULL", "Telefono2 = ''", "email IS NULL", "email = ''",
                                   "ConsensoSms = 0", "ConsensoEmail = 0", "idClassificazione IS NULL",
-                                  "DataNascita IS NULL", "Fornitore <> 0", "RagioneSociale2 IS NULL"})
+                                  "DataNascita IS NULL", "Fornitore <> 0", "RagioneSociale2 IS NULL"}) {
         EXPECT_GT(std::stoi(one(path, std::string("SELECT COUNT(*) FROM tabClienti WHERE ") + condition)), 10)
             << condition;
+    }
     int wrong = 0;
-    for (const auto& row : rows(path, "SELECT email FROM tabClienti WHERE email <> ''"))
+    for (const auto& row : rows(path, "SELECT email FROM tabClienti WHERE email <> ''")) {
         wrong += isPlausibleEmail(*row[0]) ? 0 : 1;
+    }
     EXPECT_GT(wrong, 0);
     EXPECT_LT(wrong, 100);
     EXPECT_EQ(one(path, "SELECT COUNT(DISTINCT IdTipoMessaggio) FROM TMK_Messaggi"), "4");
@@ -143,8 +145,9 @@ TEST(ItalianPlaces, AreWhole)
     EXPECT_EQ(provinces().size(), 107U);
     std::set<std::string_view> codes;
     std::set<int> numbers;
-    for (const Province& province : provinces())
+    for (const Province& province : provinces()) {
         EXPECT_TRUE(codes.insert(province.code).second && province.code.size() == 2) << province.code;
+    }
     for (const Commune& commune : communes()) {
         EXPECT_TRUE(numbers.insert(commune.code).second);
         EXPECT_FALSE(commune.name.empty());

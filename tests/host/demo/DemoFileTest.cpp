@@ -93,8 +93,9 @@ TEST(DemoFile, ReplacesADemonstrationAsAWholeToo)
     for (int i = 1; i <= 12; ++i) {
         makeAndKill(path, std::chrono::milliseconds(i * 6));
         // The old one, the new one, or, for the moment in which one is taken for the other, none.
-        if (!fs::exists(path))
+        if (!fs::exists(path)) {
             createDemoFile(path, 7);
+        }
         const std::string customersNow = count(path, "tabClienti");
         EXPECT_TRUE(customersNow == "7" || customersNow == std::to_string(customers)) << customersNow;
     }
@@ -104,11 +105,13 @@ TEST(DemoFile, TakesAwayWhatAKilledProgramLeftLongAgo)
 {
     const TemporaryFolder folder;
     const std::string path = folder.file("demo.db");
-    for (const char* name : {"demo.db.new-1", "demo.db.new-1-wal", "demo.db.new-2", "other.db.new-1"})
+    for (const char* name : {"demo.db.new-1", "demo.db.new-1-wal", "demo.db.new-2", "other.db.new-1"}) {
         std::ofstream(folder.file(name)) << "x";
+    }
     const auto old = fs::file_time_type::clock::now() - std::chrono::hours(2);
-    for (const char* name : {"demo.db.new-1", "demo.db.new-1-wal", "other.db.new-1"})
+    for (const char* name : {"demo.db.new-1", "demo.db.new-1-wal", "other.db.new-1"}) {
         fs::last_write_time(folder.file(name), old);
+    }
     createDemoFile(path, 0);
     EXPECT_FALSE(fs::exists(folder.file("demo.db.new-1")));
     EXPECT_FALSE(fs::exists(folder.file("demo.db.new-1-wal")));

@@ -117,7 +117,7 @@ TEST(ChainOfUnknownKinds, OfTwoThousandRuns)
 TEST(ChainOfUnknownKinds, OfTenThousandIsAClearError)
 {
     for (const auto& [first, next] :
-         {std::pair{"a", " + a"}, {"a", " - a"}, {"a", " / a"}, {"a", " % a"}, {"GETDATE()", " + 1"}})
+         {std::pair{"a", " + a"}, {"a", " - a"}, {"a", " / a"}, {"a", " % a"}, {"GETDATE()", " + 1"}}) {
         for (const std::size_t count : {std::size_t{10'000}, std::size_t{100'000}}) {
             SCOPED_TRACE(next);
             try {
@@ -128,6 +128,7 @@ TEST(ChainOfUnknownKinds, OfTenThousandIsAClearError)
                 EXPECT_LT(error.offset(), 10'000U);
             }
         }
+    }
 }
 
 // The engine refuses what leans to the left so far, with an error of its own; to find that out costs no more.
@@ -148,8 +149,9 @@ TEST(ChainOfConditions, OfAHundredThousandRuns)
     EXPECT_EQ(engine.value("IIF(" + chain("1=1", " AND ", 100'000) + ", 1, 0)"), "1");
     EXPECT_EQ(engine.value("IIF(" + chain("1=2", " OR ", 100'000) + ", 1, 0)"), "0");
     std::string any = "1=2";
-    for (int i = 0; i < 5000; ++i)
+    for (int i = 0; i < 5000; ++i) {
         any += " OR n=" + std::to_string(i);
+    }
     EXPECT_THAT(engine.run("SELECT n FROM (SELECT 4999 AS n) AS t WHERE " + any),
                 ElementsAre(ElementsAre("4999")));
 }

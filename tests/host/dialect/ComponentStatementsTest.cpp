@@ -50,8 +50,9 @@ protected:
             "1=1 " +
             criteria);
         std::vector<std::string> ids;
-        for (const auto& row : m_engine.runNative("SELECT intero1 FROM tabSpoolReportStat2 ORDER BY 1"))
+        for (const auto& row : m_engine.runNative("SELECT intero1 FROM tabSpoolReportStat2 ORDER BY 1")) {
             ids.push_back(row.front());
+        }
         return ids;
     }
 

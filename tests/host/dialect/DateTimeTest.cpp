@@ -55,14 +55,15 @@ constexpr Reading readings[] = {
 
 TEST(DateTime, ReadsUnambiguousFormsAndRefusesTheRest)
 {
-    for (const Reading& reading : readings)
+    for (const Reading& reading : readings) {
         EXPECT_EQ(normal(reading.text), reading.stored) << reading.text;
+    }
 }
 
 TEST(DateTime, DaysAndDatesAgreeOverTheWholeRange)
 {
     std::int64_t day = dayOf(1, 1, 1);
-    for (std::int64_t year = 1; year <= 9999; year += year < 1890 || year > 2110 ? 37 : 1)
+    for (std::int64_t year = 1; year <= 9999; year += year < 1890 || year > 2110 ? 37 : 1) {
         for (unsigned month = 1; month <= 12; ++month) {
             const std::int64_t first = dayOf(year, month, 1);
             EXPECT_GE(first, day);
@@ -72,6 +73,7 @@ TEST(DateTime, DaysAndDatesAgreeOverTheWholeRange)
             EXPECT_EQ(date.month, month);
             EXPECT_EQ(date.day, 1U);
         }
+    }
     EXPECT_EQ(dayOf(1970, 1, 1), 0);
     EXPECT_EQ(dayOf(2000, 3, 1) - dayOf(2000, 2, 28), 2);
     EXPECT_EQ(dayOf(1900, 3, 1) - dayOf(1900, 2, 28), 1);
@@ -102,12 +104,13 @@ TEST(DateTime, EveryPartHasItsNames)
         {"second", {"second", "ss", "s"}},
         {"millisecond", {"millisecond", "ms"}},
     };
-    for (const auto& [full, names] : parts)
+    for (const auto& [full, names] : parts) {
         for (const std::string_view name : names) {
             const auto part = datePartNamed(name);
             ASSERT_TRUE(part) << name;
             EXPECT_EQ(nameOf(*part), full) << name;
         }
+    }
     EXPECT_FALSE(datePartNamed("century"));
     EXPECT_FALSE(datePartNamed(""));
 }
@@ -116,13 +119,14 @@ TEST(DateTime, DifferenceIsTheSumsInverse)
 {
     const Moment from = *parseMoment("20240229 23:59:59.999");
     for (const char* name :
-         {"year", "quarter", "month", "day", "week", "hour", "minute", "second", "millisecond"})
+         {"year", "quarter", "month", "day", "week", "hour", "minute", "second", "millisecond"}) {
         for (const std::int64_t number : {-100, -1, 0, 1, 7, 100}) {
             const DatePart part = *datePartNamed(name);
             const auto sum = dateSum(part, number, from);
             ASSERT_TRUE(sum) << name;
             EXPECT_EQ(dateDifference(part, from, *sum), number) << name << " " << number;
         }
+    }
 }
 
 TEST(DateTime, OutOfRangeSumsAreNothing)

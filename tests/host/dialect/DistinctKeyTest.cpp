@@ -32,10 +32,12 @@ protected:
     std::string translated(std::string_view tsql) const
     {
         const TableKey key = [](std::string_view table) {
-            if (table == "c" || table == "C")
+            if (table == "c" || table == "C") {
                 return std::vector<std::string>{"id"};
-            if (table == "p")
+            }
+            if (table == "p") {
                 return std::vector<std::string>{"a", "b"};
+            }
             return std::vector<std::string>{};
         };
         return translate(tsql, m_engine.types(), {}, key).sql;

@@ -17,8 +17,10 @@ std::ostream& operator<<(std::ostream& out, const ValueCase& example)
 
 Engine::Engine()
 {
-    if (sqlite3_open(":memory:", &m_connection) != SQLITE_OK || registerFunctions(m_connection) != SQLITE_OK)
+    if (sqlite3_open(":memory:", &m_connection) != SQLITE_OK ||
+        registerFunctions(m_connection) != SQLITE_OK) {
         throw std::runtime_error("no database");
+    }
 }
 
 Engine::~Engine()
@@ -50,8 +52,9 @@ Rows Engine::runUntyped(std::string_view tsql)
 Rows Engine::runWith(std::string_view tsql, const ColumnTypes& types)
 {
     Rows rows;
-    for (const Translation& translation : translateBatch(tsql, types))
+    for (const Translation& translation : translateBatch(tsql, types)) {
         rows = runNative(translation.sql);
+    }
     return rows;
 }
 
@@ -61,16 +64,18 @@ Rows Engine::runNative(const std::string& sql)
     const char* tail = nullptr;
     const int prepared =
         sqlite3_prepare_v2(m_connection, sql.c_str(), static_cast<int>(sql.size()), &statement, &tail);
-    if (prepared != SQLITE_OK)
+    if (prepared != SQLITE_OK) {
         throw std::runtime_error(std::string(sqlite3_errmsg(m_connection)) + " in: " + sql);
+    }
     if (*tail != '\0') {
         sqlite3_finalize(statement);
         throw std::runtime_error("more than one statement: " + sql);
     }
     m_columns.clear();
     const int count = sqlite3_column_count(statement);
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         m_columns.emplace_back(sqlite3_column_name(statement, i));
+    }
     Rows rows;
     int code = SQLITE_ROW;
     while ((code = sqlite3_step(statement)) == SQLITE_ROW) {
@@ -84,16 +89,18 @@ Rows Engine::runNative(const std::string& sql)
     }
     const std::string message = code == SQLITE_DONE ? "" : sqlite3_errmsg(m_connection);
     sqlite3_finalize(statement);
-    if (!message.empty())
+    if (!message.empty()) {
         throw std::runtime_error(message);
+    }
     return rows;
 }
 
 std::string Engine::value(const std::string& expression)
 {
     const Rows rows = run("SELECT " + expression);
-    if (rows.size() != 1 || rows.front().size() != 1)
+    if (rows.size() != 1 || rows.front().size() != 1) {
         throw std::runtime_error("not one value: " + expression);
+    }
     return rows.front().front();
 }
 

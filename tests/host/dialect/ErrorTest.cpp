@@ -144,7 +144,7 @@ TEST(Error, NulAndBrokenUtf8AreRefused)
          {std::tuple(nul, 10U, "NUL character"), std::tuple(broken, 9U, "not valid UTF-8"),
           std::tuple(std::string("\xFF"), 1U, "not valid UTF-8"),
           std::tuple(std::string("SELECT '\xED\xA0\x80'"), 9U, "not valid UTF-8"),
-          std::tuple(std::string("SELECT '\xC0\xAF'"), 9U, "not valid UTF-8")})
+          std::tuple(std::string("SELECT '\xC0\xAF'"), 9U, "not valid UTF-8")}) {
         try {
             translate(text);
             FAIL() << message;
@@ -152,6 +152,7 @@ TEST(Error, NulAndBrokenUtf8AreRefused)
             EXPECT_EQ(error.column(), column);
             EXPECT_THAT(error.message(), HasSubstr(message));
         }
+    }
 }
 
 TEST(Error, NestingHasALimit)
@@ -159,34 +160,39 @@ TEST(Error, NestingHasALimit)
     const auto nested = [](const std::string& open, const std::string& inner, const std::string& close,
                            int count) {
         std::string text;
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             text += open;
+        }
         text += inner;
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             text += close;
+        }
         return text;
     };
     for (const auto& [open, close] : {std::pair<std::string, std::string>{"(", ")"},
                                       {"ABS(", ")"},
                                       {"(SELECT ", ")"},
                                       {"- ", ""},
-                                      {"CASE WHEN 1=1 THEN ", " END"}})
+                                      {"CASE WHEN 1=1 THEN ", " END"}}) {
         try {
             translate("SELECT " + nested(open, "1", close, 100000));
             FAIL() << open;
         } catch (const DialectError& error) {
             EXPECT_THAT(error.message(), HasSubstr("nested too deep"));
         }
+    }
     for (const auto& [open, close] :
-         {std::pair<std::string, std::string>{"(", ")"}, {"(SELECT * FROM ", ") AS x"}})
+         {std::pair<std::string, std::string>{"(", ")"}, {"(SELECT * FROM ", ") AS x"}}) {
         EXPECT_THROW(translate("SELECT * FROM " + nested(open, "t", close, 100000)), DialectError) << open;
+    }
     EXPECT_THROW(translate("SELECT * FROM t WHERE " + nested("(", "1=1", ")", 100000)), DialectError);
     EXPECT_THROW(translate("SELECT * FROM t WHERE " + nested("NOT (", "1=1", ")", 100000)), DialectError);
     EXPECT_THROW(translate(nested("(", "SELECT 1", ")", 100000)), DialectError);
     EXPECT_NO_THROW(translate("SELECT * FROM t WHERE " + nested("NOT ", "1=1", "", 100000)));
     std::string joins = "SELECT * FROM t";
-    for (int i = 0; i < 100000; ++i)
+    for (int i = 0; i < 100000; ++i) {
         joins += " JOIN t";
+    }
     EXPECT_THROW(translate(joins), DialectError);
 
     Engine engine;

@@ -249,13 +249,15 @@ TEST(Functions, SurviveBrokenTexts)
     const std::array<Argument, 3> arguments{Argument{std::string_view("\xC3", 1)},
                                             Argument{std::string_view("a\xFF\xC3", 3)},
                                             Argument{std::string_view("x", 1)}};
-    for (const Function& function : functions())
-        for (std::size_t count = 0; count <= arguments.size(); ++count)
+    for (const Function& function : functions()) {
+        for (std::size_t count = 0; count <= arguments.size(); ++count) {
             try {
                 callFunction(function.name, Arguments(arguments.data(), count));
             } catch (const FunctionError& error) {
                 EXPECT_NE(std::string(error.what()), "");
             }
+        }
+    }
 }
 
 TEST(Functions, SurviveExtremeNumbers)
@@ -263,9 +265,9 @@ TEST(Functions, SurviveExtremeNumbers)
     const std::array<Argument, 5> extremes{Argument{std::int64_t{INT64_MIN}},
                                            Argument{std::int64_t{INT64_MAX}}, Argument{1e308},
                                            Argument{-1e-308}, Argument{std::int64_t{0}}};
-    for (const Function& function : functions())
-        for (const Argument& a : extremes)
-            for (const Argument& b : extremes)
+    for (const Function& function : functions()) {
+        for (const Argument& a : extremes) {
+            for (const Argument& b : extremes) {
                 for (std::size_t count = 0; count <= 4; ++count) {
                     const std::array<Argument, 4> arguments{a, b, a, b};
                     try {
@@ -274,6 +276,9 @@ TEST(Functions, SurviveExtremeNumbers)
                         EXPECT_NE(std::string(error.what()), "");
                     }
                 }
+            }
+        }
+    }
 }
 
 } // namespace

@@ -65,8 +65,9 @@ TEST(Like, Escape)
 TEST(Like, ManyPercentsAreNotSlow)
 {
     std::string pattern;
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 1000; ++i) {
         pattern += "%a";
+    }
     EXPECT_FALSE(likeMatch(pattern + "b", std::string(10000, 'a')));
     EXPECT_TRUE(likeMatch(pattern + "%", std::string(10000, 'a')));
 }

@@ -12,8 +12,9 @@ namespace {
 std::string quoted(const std::string& text)
 {
     std::string result = "'";
-    for (const char c : text)
+    for (const char c : text) {
         result += c == '\'' ? std::string("''") : std::string(1, c);
+    }
     return result + "'";
 }
 
@@ -75,8 +76,9 @@ TEST(Quote, TextsComeOutAsTheyWentIn)
 
 TEST(Quote, ThePlainTranslationHoldsTheVeryLiteral)
 {
-    for (const std::string& text : texts())
+    for (const std::string& text : texts()) {
         EXPECT_EQ(translate("SELECT " + quoted(text) + " AS a").sql, "SELECT " + quoted(text) + " AS [a]");
+    }
 }
 
 TEST(Quote, NamesOfAnyKind)
@@ -100,12 +102,14 @@ TEST(Quote, NamesOfAnyKind)
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
         std::string bracketed = "[";
-        for (const char c : name)
+        for (const char c : name) {
             bracketed += c == ']' ? std::string("]]") : std::string(1, c);
+        }
         bracketed += "]";
         std::string doubled = "\"";
-        for (const char c : name)
+        for (const char c : name) {
             doubled += c == '"' ? std::string("\"\"") : std::string(1, c);
+        }
         doubled += "\"";
         engine.run("DROP TABLE IF EXISTS " + bracketed + "; CREATE TABLE " + bracketed + "(" + doubled +
                    " int); INSERT INTO dbo." + bracketed + "(" + bracketed + ") VALUES (7)");
@@ -137,8 +141,9 @@ TEST(Quote, LongStatementsPass)
 {
     Engine engine;
     std::string list = "0";
-    for (int i = 1; i < 10000; ++i)
+    for (int i = 1; i < 10000; ++i) {
         list += "," + std::to_string(i);
+    }
     EXPECT_EQ(engine.value("IIF(9999 IN (" + list + "), 1, 0)"), "1");
 }
 

@@ -69,8 +69,9 @@ TEST(TextSearch, WhatIsMoreOrElseIsNone)
              "select * from t where c like '%333%' union select * from t",
              "with t as (select 1 as c) select * from t where c like '%333%'",
              "delete from t where c like '%333%'",
-         })
+         }) {
         EXPECT_FALSE(searchOf(tsql)) << tsql;
+    }
 }
 
 TEST(TextSearch, WithoutColumnTypesNothingIsKnown)

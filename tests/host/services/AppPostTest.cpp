@@ -48,27 +48,31 @@ private:
     void serve()
     {
         const int peer = ::accept(m_listener, nullptr, nullptr);
-        if (peer < 0)
+        if (peer < 0) {
             return;
+        }
         char buffer[4096];
         std::size_t wanted = std::string::npos;
         while (m_request.size() < wanted) {
             const ssize_t got = ::recv(peer, buffer, sizeof buffer, 0);
-            if (got <= 0)
+            if (got <= 0) {
                 break;
+            }
             m_request.append(buffer, static_cast<std::size_t>(got));
             const std::size_t end = m_request.find("\r\n\r\n");
             const std::size_t length = m_request.find("Content-Length: ");
-            if (end != std::string::npos && length != std::string::npos)
+            if (end != std::string::npos && length != std::string::npos) {
                 wanted = end + 4 + std::stoul(m_request.substr(length + 16));
+            }
         }
         ::send(peer, m_answer.data(), m_answer.size(), MSG_NOSIGNAL);
         ::close(peer);
     }
     void stop()
     {
-        if (!m_thread.joinable())
+        if (!m_thread.joinable()) {
             return;
+        }
         ::shutdown(m_listener, SHUT_RDWR);
         m_thread.join();
         ::close(m_listener);

@@ -9,12 +9,15 @@ namespace {
 std::u16string fill(std::u16string_view text)
 {
     return fillPlaceholders(text, [](std::u16string_view name) -> std::optional<std::u16string> {
-        if (name == u"Cliente")
+        if (name == u"Cliente") {
             return u"Rossi {email}";
-        if (name == u"email")
+        }
+        if (name == u"email") {
             return u"a@example.com";
-        if (name == u"Vuoto")
+        }
+        if (name == u"Vuoto") {
             return u"";
+        }
         return std::nullopt;
     });
 }
@@ -31,8 +34,9 @@ TEST(PlaceholderText, FillsWhatIsKnown)
 TEST(PlaceholderText, LeavesWhatIsUnknownAsItIs)
 {
     for (const char16_t* text :
-         {u"{Altro}", u"{", u"}", u"{}", u"{email", u"email}", u"{ email}", u"{EMAIL}", u"à € 😀 % ' \""})
+         {u"{Altro}", u"{", u"}", u"{}", u"{email", u"email}", u"{ email}", u"{EMAIL}", u"à € 😀 % ' \""}) {
         EXPECT_EQ(fill(text), text);
+    }
 }
 
 TEST(PlaceholderText, FindsAPlaceholderBehindALoneBrace)

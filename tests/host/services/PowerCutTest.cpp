@@ -42,8 +42,9 @@ public:
     bool prepare(int messages)
     {
         for (int i = 0; i < messages; ++i) {
-            if (i % 2 == 0 ? !saveRecord(i) : !insertRow())
+            if (i % 2 == 0 ? !saveRecord(i) : !insertRow()) {
                 return false;
+            }
         }
         return true;
     }
@@ -56,8 +57,9 @@ private:
         VARIANT_BOOL stored = VARIANT_FALSE;
         const std::string text = "sms " + std::to_string(number);
         m_record->put_Testo(Bstr::fromUtf8(text).get());
-        if (FAILED(m_record->Save(m_database->connection(), &stored)) || stored == VARIANT_FALSE)
+        if (FAILED(m_record->Save(m_database->connection(), &stored)) || stored == VARIANT_FALSE) {
             return false;
+        }
         m_told.insert(text);
         return true;
     }
@@ -67,13 +69,15 @@ private:
         LONG id = 0;
         LONG affected = 0;
         if (FAILED(m_ids->NextId(Bstr(u"TMK_MailingList").get(), Bstr(u"idMailing").get(),
-                                 m_database->connection(), &id)))
+                                 m_database->connection(), &id))) {
             return false;
+        }
         const std::string text = "mail " + std::to_string(id);
         const std::string sql = "INSERT INTO TMK_MailingList (idMailing, Testo) VALUES (" +
                                 std::to_string(id) + ", '" + text + "')";
-        if (FAILED(m_connection->Execute(Bstr::fromUtf8(sql).get(), &affected)))
+        if (FAILED(m_connection->Execute(Bstr::fromUtf8(sql).get(), &affected))) {
             return false;
+        }
         m_told.insert(text);
         return true;
     }
@@ -93,8 +97,9 @@ protected:
     std::string freshCopy() const
     {
         std::string path = m_folder.file("x.db");
-        for (const char* suffix : {"", "-wal", "-shm"})
+        for (const char* suffix : {"", "-wal", "-shm"}) {
             std::filesystem::remove(path + suffix);
+        }
         std::filesystem::copy_file(m_folder.file("made.db"), path);
         return path;
     }
@@ -102,8 +107,9 @@ protected:
     static std::set<std::string> found(const HostDatabase& database, const char* sql)
     {
         std::set<std::string> texts;
-        for (const auto& row : database.run(sql).rows)
+        for (const auto& row : database.run(sql).rows) {
             texts.insert(row.at(0).value_or("NULL"));
+        }
         return texts;
     }
 

@@ -103,7 +103,8 @@ TEST(SearchRules, OffersComparisonsForEveryField)
 {
     for (const SearchField& field : searchFields()) {
         EXPECT_FALSE(comparisonsFor(field.kind).empty()) << field.column;
-        for (const SearchComparison comparison : comparisonsFor(field.kind))
+        for (const SearchComparison comparison : comparisonsFor(field.kind)) {
             EXPECT_FALSE(comparisonLabel(comparison).isEmpty());
+        }
     }
 }

@@ -47,8 +47,9 @@ protected:
     {
         std::string ids;
         for (const auto& row :
-             m_database->run("SELECT intero1 FROM tabSpoolReportStat2 ORDER BY intero1").rows)
+             m_database->run("SELECT intero1 FROM tabSpoolReportStat2 ORDER BY intero1").rows) {
             ids += *row[0];
+        }
         return ids;
     }
 
@@ -82,8 +83,9 @@ protected:
     {
         int index = 0;
         for (const SearchField& field : searchFields()) {
-            if (std::string_view(field.column) == column)
+            if (std::string_view(field.column) == column) {
                 break;
+            }
             ++index;
         }
         const SearchResult result = buildSearch({{index, comparison, QString::fromUtf8(value)}}, true,

@@ -98,8 +98,9 @@ protected:
     {
         std::ifstream file(m_options.journalPath);
         std::vector<std::string> lines;
-        for (std::string line; std::getline(file, line);)
+        for (std::string line; std::getline(file, line);) {
             lines.push_back(line);
+        }
         return lines;
     }
 
@@ -297,8 +298,9 @@ TEST_F(ServicesTest, KeepsAppMessagesInATableWithoutAService)
 
 TEST_F(ServicesTest, MakesItsOwnTablesWhereTheyAreMissing)
 {
-    for (const char* table : {"appOutbox", "tabModificheRighe", "tabContatori"})
+    for (const char* table : {"appOutbox", "tabModificheRighe", "tabContatori"}) {
         m_database->run(std::string("DROP TABLE ") + table);
+    }
     Bstr error;
     VARIANT_BOOL sent = VARIANT_FALSE;
     ASSERT_EQ(service<IAppConnector>()->SendToEverybody(Bstr(u"x").get(), 0, error.put(), &sent), S_OK);

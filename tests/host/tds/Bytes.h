@@ -24,8 +24,9 @@ public:
     }
     Writer& utf16(std::u16string_view text)
     {
-        for (const char16_t unit : text)
+        for (const char16_t unit : text) {
             u16(unit);
+        }
         return *this;
     }
     /// A text with its length in units before it, in one byte or in two.
@@ -34,8 +35,9 @@ public:
 
     Writer& number(std::uint64_t value, int bytes)
     {
-        for (int i = 0; i < bytes; ++i)
+        for (int i = 0; i < bytes; ++i) {
             m_bytes += static_cast<char>(value >> (8 * i) & 0xFFU);
+        }
         return *this;
     }
 
@@ -80,8 +82,9 @@ public:
     {
         std::uint64_t value = 0;
         const std::string_view bytes = raw(count);
-        for (std::size_t i = count; i-- > 0;)
+        for (std::size_t i = count; i-- > 0;) {
             value = value << 8U | static_cast<std::uint8_t>(bytes[i]);
+        }
         return value;
     }
     std::uint8_t u8() { return static_cast<std::uint8_t>(number(1)); }
@@ -95,17 +98,19 @@ public:
     static std::string textOf(std::string_view bytes)
     {
         std::u16string units;
-        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
             units += static_cast<char16_t>(static_cast<std::uint8_t>(bytes[i]) |
                                            static_cast<std::uint8_t>(bytes[i + 1]) << 8U);
+        }
         return utf8FromUtf16(units);
     }
 
 private:
     void need(std::size_t count) const
     {
-        if (m_bytes.size() < count)
+        if (m_bytes.size() < count) {
             throw std::runtime_error("a message is too short");
+        }
     }
 
     std::string_view m_bytes;

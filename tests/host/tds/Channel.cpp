@@ -40,8 +40,9 @@ void Channel::readExactly(char* to, std::size_t count)
 {
     while (count > 0) {
         const ssize_t got = ::recv(m_socket, to, count, 0);
-        if (got <= 0)
+        if (got <= 0) {
             throw Gone("the client has gone");
+        }
         to += got;
         count -= static_cast<std::size_t>(got);
     }
@@ -56,13 +57,15 @@ Message Channel::receive()
         const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(header.at(i)); };
         message.type = static_cast<MessageType>(byte(0));
         const std::size_t length = byte(2) * std::size_t{256} + byte(3);
-        if (length < headerBytes)
+        if (length < headerBytes) {
             throw Gone("the client sends no packets");
+        }
         const std::size_t from = message.body.size();
         message.body.resize(from + length - headerBytes);
         readExactly(message.body.data() + from, length - headerBytes);
-        if ((byte(1) & endOfMessage) != 0)
+        if ((byte(1) & endOfMessage) != 0) {
             return message;
+        }
     }
 }
 
@@ -77,8 +80,9 @@ bool Channel::attentionWaits()
 void Channel::put(std::string_view bytes)
 {
     m_out += bytes;
-    while (m_out.size() > packetBytes - headerBytes)
+    while (m_out.size() > packetBytes - headerBytes) {
         send(false);
+    }
 }
 
 void Channel::finish()
@@ -88,8 +92,9 @@ void Channel::finish()
 
 void Channel::breakOff()
 {
-    if (!m_out.empty())
+    if (!m_out.empty()) {
         send(false);
+    }
 }
 
 void Channel::send(bool last)
@@ -108,8 +113,9 @@ void Channel::send(bool last)
     m_out.erase(0, count);
     for (std::size_t sent = 0; sent < packet.size();) {
         const ssize_t taken = ::send(m_socket, packet.data() + sent, packet.size() - sent, MSG_NOSIGNAL);
-        if (taken <= 0)
+        if (taken <= 0) {
             throw Gone("the client has gone");
+        }
         sent += static_cast<std::size_t>(taken);
     }
 }

@@ -11,8 +11,9 @@ namespace {
 
 std::string_view withoutBlanks(std::string_view text)
 {
-    while (!text.empty() && text.back() == ' ')
+    while (!text.empty() && text.back() == ' ') {
         text.remove_suffix(1);
+    }
     return text;
 }
 
@@ -28,10 +29,12 @@ char32_t bareLetter(char32_t letter)
 // Signs stand before digits, digits before letters.
 char32_t weight(char32_t lower)
 {
-    if (lower >= '0' && lower <= '9')
+    if (lower >= '0' && lower <= '9') {
         return 0x200000 + lower;
-    if ((lower >= 'a' && lower <= 'z') || lower >= 0xAA)
+    }
+    if ((lower >= 'a' && lower <= 'z') || lower >= 0xAA) {
         return 0x400000 + bareLetter(lower);
+    }
     return lower;
 }
 
@@ -46,8 +49,9 @@ int compareTexts(std::string_view a, std::string_view b)
 {
     a = withoutBlanks(a);
     b = withoutBlanks(b);
-    if (a == b)
+    if (a == b) {
         return 0;
+    }
     std::size_t atA = 0;
     std::size_t atB = 0;
     int lesser = 0; // what decides when the letters are the same
@@ -58,21 +62,25 @@ int compareTexts(std::string_view a, std::string_view b)
         char32_t left = next(a, atA);
         char32_t right = next(b, atB);
         while (isLight(left) != isLight(right)) {
-            if (lesser == 0)
+            if (lesser == 0) {
                 lesser = isLight(left) ? 1 : -1;
+            }
             (isLight(left) ? left : right) = isLight(left) ? next(a, atA) : next(b, atB);
         }
         if (left == right) {
-            if (left == 0)
+            if (left == 0) {
                 return lesser;
+            }
             continue;
         }
         const char32_t heavy = weight(left);
         const char32_t other = weight(right);
-        if (heavy != other)
+        if (heavy != other) {
             return heavy < other ? -1 : 1;
-        if (lesser == 0)
+        }
+        if (lesser == 0) {
             lesser = left < right ? -1 : 1;
+        }
     }
 }
 

@@ -30,8 +30,9 @@ public:
     std::optional<Fault> meets(const std::string& text)
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_fault || text.find(m_fault->on) == std::string::npos || --m_fault->occurrence > 0)
+        if (!m_fault || text.find(m_fault->on) == std::string::npos || --m_fault->occurrence > 0) {
             return std::nullopt;
+        }
         return std::exchange(m_fault, std::nullopt);
     }
 

@@ -154,14 +154,16 @@ void Session::signIn(std::string_view body)
         return Reader(body.substr(from)).raw(units * 2);
     };
     const std::string user = Reader::textOf(bytesAt(40));
-    if (user != m_options.user || clearPassword(bytesAt(44)) != m_options.password)
+    if (user != m_options.user || clearPassword(bytesAt(44)) != m_options.password) {
         throw ServerError{18456, 14, "Login failed for user '" + user + "'."};
+    }
     const std::string database = Reader::textOf(bytesAt(68));
-    if (!database.empty() && database != "zul")
+    if (!database.empty() && database != "zul") {
         throw ServerError{911, 16,
                           "Database '" + database +
                               "' does not exist. Make sure that the name is entered"
                               " correctly."};
+    }
     m_database = std::make_unique<StandInDatabase>(m_options.file);
     m_channel.put(textChange(1, "zul", "master"));
     say(tokenNote, {5701, 0, "Changed database context to 'zul'."});
@@ -193,17 +195,19 @@ void Session::answerTransaction(std::string_view body)
     const std::uint16_t request = in.u16();
     trace("transaction request " + std::to_string(request));
     const auto cut = m_faults.meets("transaction " + std::to_string(request));
-    if (cut)
+    if (cut) {
         throw Gone("cut");
+    }
     const bool goesOn =
         request != beginRequest && in.left() > 1 && (in.raw(in.u8() * std::size_t{2}), in.u8() & 1U) != 0;
     if (request == commitRequest) {
         m_database->commit();
         m_channel.put(change(9, {}, transactionName));
     } else if (request == rollbackRequest) {
-        if (!m_database->inTransaction())
+        if (!m_database->inTransaction()) {
             throw ServerError{3903, 16,
                               "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION."};
+        }
         m_database->rollback();
         m_channel.put(change(10, {}, transactionName));
     }
@@ -223,18 +227,19 @@ void Session::answerCall(std::string_view body)
         const std::uint16_t number = length == 0xFFFF ? in.u16() : std::uint16_t{0};
         const std::string name = length == 0xFFFF ? std::string() : host::foldedName(in.text(length));
         in.u16();
-        if (number == 10 || name == "sp_executesql")
+        if (number == 10 || name == "sp_executesql") {
             executeSql(in);
-        else if (number == 11 || name == "sp_prepare")
+        } else if (number == 11 || name == "sp_prepare") {
             prepare(in);
-        else if (number == 12 || name == "sp_execute")
+        } else if (number == 12 || name == "sp_execute") {
             execute(in);
-        else if (number == 13 || name == "sp_prepexec")
+        } else if (number == 13 || name == "sp_prepexec") {
             prepareAndExecute(in);
-        else if (number == 15 || name == "sp_unprepare")
+        } else if (number == 15 || name == "sp_unprepare") {
             unprepare(in);
-        else
+        } else {
             callProcedure(name.empty() ? "number " + std::to_string(number) : name, in);
+        }
         break; // one call a message is all that the driver sends
     }
     endOfCall();
@@ -244,8 +249,9 @@ void Session::answerCall(std::string_view body)
 std::vector<Parameter> Session::parameters(Reader& in)
 {
     std::vector<Parameter> all;
-    while (!in.atEnd())
+    while (!in.atEnd()) {
         all.push_back(nextParameter(in));
+    }
     return all;
 }
 
@@ -280,8 +286,9 @@ void Session::execute(Reader in)
 {
     const auto known = m_prepared.find(numberOf(nextParameter(in)));
     trace("sp_execute");
-    if (known == m_prepared.end())
+    if (known == m_prepared.end()) {
         throw ServerError{8179, 16, "Could not find prepared statement with that handle."};
+    }
     runText(known->second, parameters(in));
 }
 
@@ -294,24 +301,27 @@ void Session::unprepare(Reader in)
 // A catalogue procedure comes as a call of its own, with named texts.
 void Session::callProcedure(const std::string& name, Reader in)
 {
-    if (!m_options.hasCatalogue || (name != "sp_tables" && name != "sp_pkeys"))
+    if (!m_options.hasCatalogue || (name != "sp_tables" && name != "sp_pkeys")) {
         throw ServerError{2812, 16, "Could not find stored procedure '" + name + "'."};
+    }
     const std::vector<Parameter> all = parameters(in);
     runText("EXEC " + name + " N'" + (all.empty() ? std::string() : textOf(all.front())) + "'", {});
 }
 
 void Session::trace(const std::string& text) const
 {
-    if (m_options.trace)
+    if (m_options.trace) {
         std::fprintf(stderr, "%.400s\n", text.c_str());
+    }
 }
 
 void Session::breakOff()
 {
     m_channel.breakOff();
     // What the client still sends is taken and left unanswered, until it goes or the server ends.
-    while (m_silent)
+    while (m_silent) {
         m_channel.receive();
+    }
     throw Gone("cut");
 }
 
@@ -320,14 +330,17 @@ void Session::runText(const std::string& text, const std::vector<Parameter>& par
     trace((m_inCall ? "call " : "batch ") + text);
     if (const auto fault = m_faults.meets(text)) {
         m_silent = fault->silent;
-        if (!fault->rows)
+        if (!fault->rows) {
             breakOff();
+        }
         m_rowsUntilCut = fault->rows;
     }
-    if (!m_options.hasCatalogue && host::foldedName(text.substr(0, 8)) == "exec sp_")
+    if (!m_options.hasCatalogue && host::foldedName(text.substr(0, 8)) == "exec sp_") {
         throw ServerError{2812, 16, "Could not find stored procedure."};
-    if (!m_options.hasOutput && text.find(" OUTPUT inserted.") != std::string::npos)
+    }
+    if (!m_options.hasOutput && text.find(" OUTPUT inserted.") != std::string::npos) {
         throw ServerError{102, 15, "Incorrect syntax near 'OUTPUT'."};
+    }
     m_database->run(text, parameters, *this);
 }
 
@@ -342,15 +355,17 @@ void Session::columns(const std::vector<ResultColumn>& columns)
         writeType(out, column.type);
         out.shortText(column.name);
     }
-    if (m_lastDone)
+    if (m_lastDone) {
         done(std::nullopt);
+    }
     m_channel.put(out.bytes());
 }
 
 bool Session::row(const std::vector<Datum>& values)
 {
-    if (m_rowsUntilCut && (*m_rowsUntilCut)-- <= 0)
+    if (m_rowsUntilCut && (*m_rowsUntilCut)-- <= 0) {
         breakOff();
+    }
     m_row.clear();
     m_row.u8(tokenRow);
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -366,8 +381,9 @@ bool Session::row(const std::vector<Datum>& values)
 
 void Session::done(std::optional<std::int64_t> count)
 {
-    if (m_lastDone)
+    if (m_lastDone) {
         m_channel.put(*std::exchange(m_lastDone, std::nullopt));
+    }
     Writer out;
     const auto status = static_cast<std::uint16_t>(doneMore | (count ? doneCount : 0) |
                                                    (m_database->inTransaction() ? doneInTransaction : 0));
@@ -394,8 +410,9 @@ void Session::say(std::uint8_t kind, const ServerError& error)
     body.longText(error.text).shortText("zul").shortText("").u32(1);
     Writer token;
     token.u8(kind).u16(body.bytes().size()).raw(body.bytes());
-    if (m_lastDone)
+    if (m_lastDone) {
         m_channel.put(*std::exchange(m_lastDone, std::nullopt));
+    }
     m_channel.put(token.bytes());
 }
 
@@ -406,8 +423,9 @@ void Session::returnHandle(std::int64_t handle)
     const DataType type{DataType::Kind::Integer, 4, 10, 0};
     writeType(out, type);
     writeValue(out, type, handle);
-    if (m_lastDone)
+    if (m_lastDone) {
         m_channel.put(*std::exchange(m_lastDone, std::nullopt));
+    }
     Writer status;
     status.u8(tokenStatus).u32(0);
     m_channel.put(status.bytes());
@@ -416,8 +434,9 @@ void Session::returnHandle(std::int64_t handle)
 
 void Session::endOfCall()
 {
-    if (m_lastDone)
+    if (m_lastDone) {
         m_channel.put(*std::exchange(m_lastDone, std::nullopt));
+    }
     Writer out;
     out.u8(tokenDoneCall).u16(m_failed ? doneError : 0).u16(0xE0).u64(0);
     m_lastDone = out.bytes();

@@ -17,8 +17,9 @@ std::string freeTdsDriver()
     std::error_code none;
     for (const auto& entry : fs::directory_iterator("/usr/lib", none)) {
         std::string path = entry.path().string() + "/odbc/libtdsodbc.so";
-        if (fs::exists(path, none))
+        if (fs::exists(path, none)) {
             return path;
+        }
     }
     return {};
 }
@@ -33,8 +34,9 @@ StandIn::StandIn(ServerOptions options)
     socklen_t length = sizeof address;
     if (::bind(m_listener, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
         ::listen(m_listener, 16) != 0 ||
-        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
         throw std::runtime_error("no port to listen on");
+    }
     m_port = ntohs(address.sin_port);
     m_thread = std::thread([this] { listen(); });
 }
@@ -57,8 +59,9 @@ void StandIn::listen()
 {
     while (true) {
         const int socket = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket < 0)
+        if (socket < 0) {
             return;
+        }
         const std::lock_guard lock(m_mutex);
         removeOver();
         Client& client = m_clients.emplace_back();
@@ -92,10 +95,12 @@ void StandIn::removeOver()
 void StandIn::cutAll()
 {
     const std::lock_guard lock(m_mutex);
-    for (Client& client : m_clients)
+    for (Client& client : m_clients) {
         client.channel->shutDown();
-    for (Client& client : m_clients)
+    }
+    for (Client& client : m_clients) {
         client.thread.join();
+    }
     m_clients.clear();
 }
 

@@ -31,8 +31,9 @@ constexpr int expressionText = 1000;
 std::string trimmed(std::string_view text)
 {
     const std::size_t from = text.find_first_not_of(" \t\r\n;");
-    if (from == std::string_view::npos)
+    if (from == std::string_view::npos) {
         return {};
+    }
     return std::string(text.substr(from, text.find_last_not_of(" \t\r\n;") - from + 1));
 }
 
@@ -69,16 +70,17 @@ public:
     {
         while (at < m_text.size()) {
             const char c = m_text[at];
-            if (c == '\'' || c == '"')
+            if (c == '\'' || c == '"') {
                 at = behind(c, at + 1);
-            else if (c == '[')
+            } else if (c == '[') {
                 at = behind(']', at + 1);
-            else if (m_text.substr(at, 2) == "--")
+            } else if (m_text.substr(at, 2) == "--") {
                 at = std::min(m_text.find('\n', at), m_text.size());
-            else if (m_text.substr(at, 2) == "/*")
+            } else if (m_text.substr(at, 2) == "/*") {
                 at = std::min(m_text.find("*/", at), m_text.size() - 2) + 2;
-            else
+            } else {
                 return at;
+            }
         }
         return at;
     }
@@ -101,28 +103,33 @@ std::string withQuestionMarks(std::string_view batch, std::span<const Parameter>
     std::size_t from = 0;
     std::size_t number = 0;
     for (std::size_t at = plain.next(0); at < batch.size(); at = plain.next(at + 1)) {
-        if (batch.substr(at, 2) != "@P" && batch.substr(at, 2) != "@p")
+        if (batch.substr(at, 2) != "@P" && batch.substr(at, 2) != "@p") {
             continue;
+        }
         std::size_t end = at + 2;
-        while (end < batch.size() && std::isdigit(static_cast<unsigned char>(batch[end])) != 0)
+        while (end < batch.size() && std::isdigit(static_cast<unsigned char>(batch[end])) != 0) {
             ++end;
-        if (batch.substr(at + 2, end - at - 2) != std::to_string(++number) || number > parameters.size())
+        }
+        if (batch.substr(at + 2, end - at - 2) != std::to_string(++number) || number > parameters.size()) {
             throw ServerError{137, 15,
                               "Must declare the scalar variable \"" +
                                   std::string(batch.substr(at, end - at)) + "\"."};
+        }
         const std::string& type = parameters[number - 1].type;
         const std::string before = trimmed(batch.substr(0, at));
-        if ((type == "ntext" || type == "text") && at > where && before.ends_with('='))
+        if ((type == "ntext" || type == "text") && at > where && before.ends_with('=')) {
             throw ServerError{402, 16,
                               "The data types nvarchar and " + type +
                                   " are incompatible in the equal to operator."};
+        }
         result += batch.substr(from, at - from);
         result += '?';
         from = end;
         at = end - 1;
     }
-    if (number != parameters.size())
+    if (number != parameters.size()) {
         throw ServerError{8144, 16, "Procedure or function has too many arguments specified."};
+    }
     return result + std::string(batch.substr(from));
 }
 
@@ -154,8 +161,9 @@ std::string withNarrowTexts(std::string_view batch)
         const bool marked = at > 0 && (batch[at - 1] == 'N' || batch[at - 1] == 'n');
         result +=
             passed.empty() || passed.front() != '\'' || marked ? std::string(passed) : inCodePage(passed);
-        if (next < batch.size())
+        if (next < batch.size()) {
             result += batch[next];
+        }
         at = next + 1;
     }
     return result;
@@ -184,22 +192,26 @@ void fitValue(sqlite3_context* context, int, sqlite3_value** arguments)
     };
     if (kind == Fit::Key) {
         // The file's own way of leaving a key out.
-        if (type == SQLITE_NULL || (size == 1 && sqlite3_value_int64(value) == -1))
+        if (type == SQLITE_NULL || (size == 1 && sqlite3_value_int64(value) == -1)) {
             refuse("zul515");
+        }
         return;
     }
-    if (type == SQLITE_NULL)
+    if (type == SQLITE_NULL) {
         return;
+    }
     if (kind == Fit::Text) {
         const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
         const auto bytes = static_cast<std::size_t>(sqlite3_value_bytes(value));
         if (bytes > static_cast<std::size_t>(size) &&
-            utf16FromUtf8({text, bytes}).size() > static_cast<std::size_t>(size))
+            utf16FromUtf8({text, bytes}).size() > static_cast<std::size_t>(size)) {
             refuse("zul8152");
+        }
     } else if (kind == Fit::Moment) {
         try {
-            if (type == SQLITE_TEXT)
+            if (type == SQLITE_TEXT) {
                 asDateTime(std::string(reinterpret_cast<const char*>(sqlite3_value_text(value))));
+            }
         } catch (const std::out_of_range&) {
             refuse("zul241");
         }
@@ -208,8 +220,9 @@ void fitValue(sqlite3_context* context, int, sqlite3_value** arguments)
     } else if (kind == Fit::Whole && size < 8) {
         const std::int64_t number = sqlite3_value_int64(value);
         const std::int64_t bound = std::int64_t{1} << (8 * size - 1);
-        if (number >= bound || number < -bound)
+        if (number >= bound || number < -bound) {
             refuse(size == 4 ? "zul8115" : "zul220");
+        }
     }
 }
 
@@ -222,13 +235,15 @@ int collate(void*, int aBytes, const void* a, int bBytes, const void* b)
 void dateTimeOf(sqlite3_context* context, int, sqlite3_value** arguments)
 {
     try {
-        if (sqlite3_value_type(arguments[0]) == SQLITE_NULL)
+        if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) {
             return;
+        }
         Datum value;
-        if (sqlite3_value_type(arguments[0]) == SQLITE_INTEGER)
+        if (sqlite3_value_type(arguments[0]) == SQLITE_INTEGER) {
             value = std::int64_t{sqlite3_value_int64(arguments[0])};
-        else
+        } else {
             value = std::string(reinterpret_cast<const char*>(sqlite3_value_text(arguments[0])));
+        }
         const std::string text = asDateTime(value);
         sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
     } catch (const std::out_of_range&) {
@@ -270,12 +285,14 @@ constexpr std::array<Refusal, 17> refusals{{
 ServerError errorOf(const std::string& text)
 {
     for (const Refusal& refusal : refusals) {
-        if (text.find(refusal.mark) == std::string::npos)
+        if (text.find(refusal.mark) == std::string::npos) {
             continue;
+        }
         std::string said(refusal.text);
         const std::size_t place = said.find('%');
-        if (place != std::string::npos)
+        if (place != std::string::npos) {
             said.replace(place, 1, withoutMark(text, refusal.mark));
+        }
         return {refusal.number, refusal.severity, said};
     }
     return {50000, 16, text};
@@ -314,10 +331,12 @@ DataType expressionType(dialect::ColumnType known, sqlite3_stmt* statement, int 
     case dialect::ColumnType::Text:
         break;
     default:
-        if (sqlite3_column_type(statement, column) == SQLITE_INTEGER)
+        if (sqlite3_column_type(statement, column) == SQLITE_INTEGER) {
             return dataTypeOf("int");
-        if (sqlite3_column_type(statement, column) == SQLITE_FLOAT)
+        }
+        if (sqlite3_column_type(statement, column) == SQLITE_FLOAT) {
             return dataTypeOf("float");
+        }
     }
     return {DataType::Kind::Text, expressionText, 0, 0};
 }
@@ -344,12 +363,15 @@ std::vector<ResultColumn> describe(sqlite3_stmt* statement, const std::vector<di
 
 int bindDatum(sqlite3_stmt* statement, int index, const Datum& value)
 {
-    if (const auto* whole = std::get_if<std::int64_t>(&value))
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         return sqlite3_bind_int64(statement, index, *whole);
-    if (const auto* real = std::get_if<double>(&value))
+    }
+    if (const auto* real = std::get_if<double>(&value)) {
         return sqlite3_bind_double(statement, index, *real);
-    if (const auto* text = std::get_if<std::string>(&value))
+    }
+    if (const auto* text = std::get_if<std::string>(&value)) {
         return sqlite3_bind_text64(statement, index, text->data(), text->size(), SQLITE_STATIC, SQLITE_UTF8);
+    }
     return sqlite3_bind_null(statement, index);
 }
 
@@ -375,26 +397,30 @@ void StandInDatabase::fail()
 
 void StandInDatabase::native(const std::string& sql)
 {
-    if (sqlite3_exec(m_engine.database().handle(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (sqlite3_exec(m_engine.database().handle(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         fail();
+    }
 }
 
 void StandInDatabase::begin()
 {
-    if (!inTransaction())
+    if (!inTransaction()) {
         native("BEGIN IMMEDIATE");
+    }
 }
 
 void StandInDatabase::commit()
 {
-    if (inTransaction())
+    if (inTransaction()) {
         native("COMMIT");
+    }
 }
 
 void StandInDatabase::rollback()
 {
-    if (inTransaction())
+    if (inTransaction()) {
         native("ROLLBACK");
+    }
 }
 
 bool StandInDatabase::has(std::string_view kind, const std::string& name)
@@ -413,8 +439,9 @@ std::vector<StandInDatabase::TableColumn> StandInDatabase::columnsOf(std::string
         m_engine.query("SELECT name, type, pk FROM pragma_table_info(?)", host::Language::Native, {&name, 1});
     std::vector<TableColumn> columns;
     const auto text = [&](std::size_t i) { return std::string(host::cellText(rows->cells()[i])); };
-    while (rows->next())
+    while (rows->next()) {
         columns.push_back({text(0), text(1), rows->cells()[2].Integer > 0});
+    }
     return columns;
 }
 
@@ -441,16 +468,19 @@ void StandInDatabase::guardTable(const std::string& table)
             return "zul_fit(" + std::to_string(static_cast<int>(kind)) + ", " + std::to_string(size) + ", " +
                    value + ", " + quotedText(column.name) + "), ";
         };
-        if (column.key)
+        if (column.key) {
             keyChecks += fit(Fit::Key, keys == 1 && type.kind == DataType::Kind::Integer ? 1 : 0);
-        if (type.kind == DataType::Kind::Text && type.size > 0)
+        }
+        if (type.kind == DataType::Kind::Text && type.size > 0) {
             checks += fit(Fit::Text, type.size);
-        else if (type.kind == DataType::Kind::Integer || type.kind == DataType::Kind::Bit)
+        } else if (type.kind == DataType::Kind::Integer || type.kind == DataType::Kind::Bit) {
             checks += fit(Fit::Whole, type.kind == DataType::Kind::Bit ? 8 : type.size);
-        else if (type.kind == DataType::Kind::Float || type.kind == DataType::Kind::Decimal)
+        } else if (type.kind == DataType::Kind::Float || type.kind == DataType::Kind::Decimal) {
             checks += fit(Fit::Number, 0);
-        if (type.kind != DataType::Kind::DateTime)
+        }
+        if (type.kind != DataType::Kind::DateTime) {
             continue;
+        }
         checks += fit(Fit::Moment, 0);
         rounded += (rounded.empty() ? "" : ", ") + quotedName(column.name) + " = zul_datetime(" + value + ")";
         differs += (differs.empty() ? "" : " OR ") + ("zul_datetime(" + value + ") IS NOT " + value);
@@ -471,20 +501,22 @@ void StandInDatabase::setOption(std::string_view batch, AnswerSink& sink)
 {
     std::smatch parts;
     const std::string text = trimmed(batch);
-    if (matches(text, R"(set\s+lock_timeout\s+(-?\d+))", parts))
+    if (matches(text, R"(set\s+lock_timeout\s+(-?\d+))", parts)) {
         sqlite3_busy_timeout(m_engine.database().handle(), std::max(std::stoi(parts[1]), 0));
-    else if (!matches(text,
-                      R"(set\s+(textsize|nocount|dateformat|datefirst|language|ansi_\w+|quoted_identifier|)"
-                      R"(arithabort|concat_null_yields_null|xact_abort|deadlock_priority|rowcount)\s+\S+)",
-                      parts))
+    } else if (!matches(text,
+                        R"(set\s+(textsize|nocount|dateformat|datefirst|language|ansi_\w+|quoted_identifier|)"
+                        R"(arithabort|concat_null_yields_null|xact_abort|deadlock_priority|rowcount)\s+\S+)",
+                        parts)) {
         throw ServerError{195, 15, "That is not a recognized SET option."};
+    }
     sink.done(std::nullopt);
 }
 
 void StandInDatabase::createFunction(const std::string& name)
 {
-    if (has("table", "zul_function_" + host::bareName(name)))
+    if (has("table", "zul_function_" + host::bareName(name))) {
         throw ServerError{2714, 16, "There is already an object named '" + name + "' in the database."};
+    }
     native("CREATE TABLE " + quotedName("zul_function_" + host::bareName(name)) + " (x)");
 }
 
@@ -492,9 +524,10 @@ void StandInDatabase::createFunction(const std::string& name)
 void StandInDatabase::addDefault(const std::string& table, const std::string& function,
                                  const std::string& column)
 {
-    if (!has("table", "zul_function_" + host::bareName(function)))
+    if (!has("table", "zul_function_" + host::bareName(function))) {
         throw ServerError{4121, 16,
                           "Cannot find either column or the user-defined function \"" + function + "\"."};
+    }
     native("CREATE TRIGGER " + quotedName("zul_default_" + table) + " AFTER INSERT ON " + quotedName(table) +
            " WHEN NEW." + quotedName(column) + " IS NULL BEGIN UPDATE " + quotedName(table) + " SET " +
            quotedName(column) + " = (SELECT COALESCE(MAX(" + quotedName(column) + "), 0) + 1 FROM " +
@@ -527,8 +560,9 @@ void StandInDatabase::listKeys(const std::string& table, AnswerSink& sink, bool 
     if (namesOnly) {
         sink.columns({{"COLUMN_NAME", word}});
         for (const TableColumn& column : columnsOf(host::bareName(table))) {
-            if (column.key)
+            if (column.key) {
                 sink.row({column.name});
+            }
         }
         sink.done(std::nullopt);
         return;
@@ -541,8 +575,9 @@ void StandInDatabase::listKeys(const std::string& table, AnswerSink& sink, bool 
                   {"PK_NAME", word}});
     std::int64_t count = 0;
     for (const TableColumn& column : columnsOf(host::bareName(table))) {
-        if (column.key)
+        if (column.key) {
             sink.row({std::string("zul"), std::string("dbo"), table, column.name, ++count, "PK_" + table});
+        }
     }
     sink.done(count);
 }
@@ -558,17 +593,20 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
         setOption(batch, sink);
         return true;
     }
-    if (start.starts_with("insert ") || start.starts_with("delete ") || start.starts_with("create table"))
+    if (start.starts_with("insert ") || start.starts_with("delete ") || start.starts_with("create table")) {
         return false;
+    }
     if (start.starts_with("create function")) {
         if (!matches(text, R"(create\s+function\s+(\S+?)\s*\(\)\s+returns\s+int\s+as\s+begin[\s\S]*end)",
-                     parts))
+                     parts)) {
             throw ServerError{102, 15, "Incorrect syntax near 'FUNCTION'."};
+        }
         createFunction(parts[1]);
     } else if (matches(text, R"(drop\s+function\s+(\S+))", parts)) {
-        if (!has("table", "zul_function_" + host::bareName(parts[1].str())))
+        if (!has("table", "zul_function_" + host::bareName(parts[1].str()))) {
             throw ServerError{
                 3701, 11, "Cannot drop the function '" + parts[1].str() + "', because it does not exist."};
+        }
         native("DROP TABLE " + quotedName("zul_function_" + host::bareName(parts[1].str())));
     } else if (matches(
                    text,
@@ -608,8 +646,9 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
 void StandInDatabase::run(std::string_view batch, std::span<const Parameter> parameters, AnswerSink& sink)
 {
     try {
-        if (!runSpecial(batch, parameters, sink))
+        if (!runSpecial(batch, parameters, sink)) {
             runTranslated(batch, {}, parameters, sink);
+        }
     } catch (const host::EngineError& error) {
         throw errorOf(error.what());
     }
@@ -620,22 +659,25 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
 {
     const dialect::ColumnTypes types = [this](std::string_view table, std::string_view column) {
         for (const TableColumn& known : knownColumns(table)) {
-            if (sameName(known.name, column))
+            if (sameName(known.name, column)) {
                 return dialect::columnTypeOf(known.declaration);
+            }
         }
         return dialect::ColumnType::Unknown;
     };
     const dialect::TableColumns columns = [this](std::string_view table) {
         std::vector<std::string> names;
-        for (const TableColumn& known : knownColumns(table))
+        for (const TableColumn& known : knownColumns(table)) {
             names.push_back(known.name);
+        }
         return names;
     };
     const dialect::TableKey key = [this](std::string_view table) {
         std::vector<std::string> names;
         for (const TableColumn& known : knownColumns(table)) {
-            if (known.key)
+            if (known.key) {
                 names.push_back(known.name);
+            }
         }
         return names;
     };
@@ -643,31 +685,37 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
     try {
         const std::string text = withNarrowTexts(withQuestionMarks(batch, parameters));
         statements = dialect::translateBatch(text, types, columns);
-        if (statements.size() == 1)
+        if (statements.size() == 1) {
             statements.front() = dialect::translate(text, types, columns, key);
+        }
     } catch (const dialect::DialectError& error) {
         throw ServerError{102, 15, std::string("Incorrect syntax: ") + error.what()};
     }
-    if (statements.empty())
+    if (statements.empty()) {
         sink.done(std::nullopt);
+    }
     for (const dialect::Translation& statement : statements) {
         const bool schema = statement.kind == dialect::StatementKind::Schema;
         const bool creates = schema && statement.sql.starts_with("CREATE TABLE");
-        if (creates && has("table", statement.target))
+        if (creates && has("table", statement.target)) {
             throw ServerError{2714, 16,
                               "There is already an object named '" + statement.target + "' in the database."};
-        if (schema && statement.sql.starts_with("DROP TABLE") && !has("table", statement.target))
+        }
+        if (schema && statement.sql.starts_with("DROP TABLE") && !has("table", statement.target)) {
             throw ServerError{3701, 11,
                               "Cannot drop the table '" + statement.target +
                                   "', because it does not exist or you do not have permission."};
+        }
         const bool counts = statement.kind == dialect::StatementKind::Insert ||
                             statement.kind == dialect::StatementKind::Update ||
                             statement.kind == dialect::StatementKind::Delete;
         runOne(statement.sql + std::string(ending), statement.columns, counts, parameters, sink);
-        if (schema)
+        if (schema) {
             m_tables.clear();
-        if (creates)
+        }
+        if (creates) {
             guardTable(statement.target);
+        }
     }
 }
 
@@ -680,42 +728,51 @@ void StandInDatabase::runOne(const std::string& sql, const std::vector<dialect::
     }
     sqlite3* const handle = m_engine.database().handle();
     sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(handle, sql.data(), static_cast<int>(sql.size()), &prepared, nullptr) != SQLITE_OK)
+    if (sqlite3_prepare_v2(handle, sql.data(), static_cast<int>(sql.size()), &prepared, nullptr) !=
+        SQLITE_OK) {
         fail();
+    }
     const StatementHandle statement(prepared, &sqlite3_finalize);
     int index = 0;
-    for (const Parameter& parameter : parameters)
+    for (const Parameter& parameter : parameters) {
         bindDatum(prepared, ++index, parameter.value);
+    }
     const int columns = sqlite3_column_count(prepared);
     int state = sqlite3_step(prepared);
     std::int64_t count = 0;
     if (columns > 0) {
         // The columns come first, whatever becomes of the rows.
         sink.columns(describe(prepared, known));
-        if (state != SQLITE_ROW && state != SQLITE_DONE)
+        if (state != SQLITE_ROW && state != SQLITE_DONE) {
             fail();
+        }
         std::vector<Datum> values(static_cast<std::size_t>(columns));
         bool wanted = true;
         for (; state == SQLITE_ROW && wanted; state = sqlite3_step(prepared)) {
-            for (int i = 0; i < columns; ++i)
+            for (int i = 0; i < columns; ++i) {
                 values[static_cast<std::size_t>(i)] = datumOf(prepared, i);
+            }
             wanted = sink.row(values);
             ++count;
         }
-        if (wanted && state != SQLITE_DONE)
+        if (wanted && state != SQLITE_DONE) {
             fail();
-        if (std::regex_search(sql, expression(R"(\b(max|min|sum|avg)\()")))
+        }
+        if (std::regex_search(sql, expression(R"(\b(max|min|sum|avg)\()"))) {
             sink.note(8153, "Warning: Null value is eliminated by an aggregate or other SET operation.");
+        }
         sink.done(count);
         return;
     }
-    if (state != SQLITE_DONE)
+    if (state != SQLITE_DONE) {
         fail();
+    }
     count = sqlite3_changes64(handle);
-    if (countsRows)
+    if (countsRows) {
         sink.done(count);
-    else
+    } else {
         sink.done(std::nullopt);
+    }
 }
 
 } // namespace zul::tds

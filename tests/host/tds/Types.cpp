@@ -30,19 +30,23 @@ std::string lower(std::string text)
 
 int decimalBytes(int precision)
 {
-    if (precision <= 9)
+    if (precision <= 9) {
         return 4;
-    if (precision <= 19)
+    }
+    if (precision <= 19) {
         return 8;
+    }
     return precision <= 28 ? 12 : 16;
 }
 
 double realOf(const Datum& value)
 {
-    if (const auto* whole = std::get_if<std::int64_t>(&value))
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         return static_cast<double>(*whole);
-    if (const auto* real = std::get_if<double>(&value))
+    }
+    if (const auto* real = std::get_if<double>(&value)) {
         return *real;
+    }
     double number = 0;
     const auto& text = std::get<std::string>(value);
     std::from_chars(text.data(), text.data() + text.size(), number);
@@ -57,11 +61,13 @@ std::int64_t wholeOf(const Datum& value)
 
 std::string textOf(const Datum& value)
 {
-    if (const auto* text = std::get_if<std::string>(&value))
+    if (const auto* text = std::get_if<std::string>(&value)) {
         return *text;
+    }
     std::array<char, 40> buffer{};
-    if (const auto* whole = std::get_if<std::int64_t>(&value))
+    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
         return std::to_string(*whole);
+    }
     return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), realOf(value)).ptr};
 }
 
@@ -75,12 +81,14 @@ struct Moment
 Moment momentOf(const Datum& value)
 {
     std::optional<double> date;
-    if (const auto* digits = std::get_if<std::int64_t>(&value))
+    if (const auto* digits = std::get_if<std::int64_t>(&value)) {
         date = dateFromDigits(*digits);
-    else if (const auto* text = std::get_if<std::string>(&value))
+    } else if (const auto* text = std::get_if<std::string>(&value)) {
         date = parseDate(*text);
-    if (!date)
+    }
+    if (!date) {
         throw std::out_of_range("no date");
+    }
     // Through the text: the fraction of a date before 1899-12-30 counts forward.
     const std::string text = formatDate(*date);
     const auto part = [&](std::size_t from, std::size_t count) {
@@ -111,8 +119,9 @@ std::string readPieces(Reader& in, bool& isNull)
     std::string bytes;
     while (!isNull) {
         const std::uint32_t piece = in.u32();
-        if (piece == 0)
+        if (piece == 0) {
             break;
+        }
         bytes += in.raw(piece);
     }
     return bytes;
@@ -123,8 +132,9 @@ std::string decimalText(Reader value, int scale)
     const bool negative = value.u8() == 0;
     // Sixteen bytes at most, the lowest first; divided by ten until nothing is left.
     std::vector<std::uint32_t> bytes;
-    while (!value.atEnd())
+    while (!value.atEnd()) {
         bytes.push_back(value.u8());
+    }
     std::string digits;
     while (std::any_of(bytes.begin(), bytes.end(), [](std::uint32_t byte) { return byte != 0; })) {
         std::uint32_t rest = 0;
@@ -135,11 +145,13 @@ std::string decimalText(Reader value, int scale)
         }
         digits += static_cast<char>('0' + rest);
     }
-    while (digits.size() <= static_cast<std::size_t>(scale))
+    while (digits.size() <= static_cast<std::size_t>(scale)) {
         digits += '0';
+    }
     std::reverse(digits.begin(), digits.end());
-    if (scale > 0)
+    if (scale > 0) {
         digits.insert(digits.size() - static_cast<std::size_t>(scale), ".");
+    }
     return (negative ? "-" : "") + digits;
 }
 
@@ -151,25 +163,32 @@ DataType dataTypeOf(const std::string& declaration)
     const std::size_t bracket = text.find('(');
     const std::string name = text.substr(0, std::min(bracket, text.find(' ')));
     const int first = bracket == std::string::npos ? 0 : std::atoi(text.c_str() + bracket + 1);
-    if (name == "bit")
+    if (name == "bit") {
         return {Kind::Bit, 1, 1, 0};
-    if (name == "tinyint")
+    }
+    if (name == "tinyint") {
         return {Kind::Integer, 1, 3, 0};
-    if (name == "smallint")
+    }
+    if (name == "smallint") {
         return {Kind::Integer, 2, 5, 0};
-    if (name == "int" || name == "integer")
+    }
+    if (name == "int" || name == "integer") {
         return {Kind::Integer, 4, 10, 0};
-    if (name == "bigint")
+    }
+    if (name == "bigint") {
         return {Kind::Integer, 8, 19, 0};
-    if (name == "float" || name == "real")
+    }
+    if (name == "float" || name == "real") {
         return {Kind::Float, 8, 53, 0};
+    }
     if (name == "decimal" || name == "numeric") {
         const std::size_t comma = text.find(',');
         return {Kind::Decimal, 0, first > 0 ? first : 18,
                 comma == std::string::npos ? 0 : std::atoi(text.c_str() + comma + 1)};
     }
-    if (name == "datetime" || name == "date" || name == "datetime2" || name == "smalldatetime")
+    if (name == "datetime" || name == "date" || name == "datetime2" || name == "smalldatetime") {
         return {Kind::DateTime, 8, 23, 3};
+    }
     return {Kind::Text, first, 0, 0};
 }
 
@@ -182,8 +201,9 @@ std::string asDateTime(const Datum& value)
         milliseconds = 0;
         ++moment.day;
     }
-    if (moment.day < daysFromCivil({1753, 1, 1}) || moment.day > daysFromCivil({9999, 12, 31}))
+    if (moment.day < daysFromCivil({1753, 1, 1}) || moment.day > daysFromCivil({9999, 12, 31})) {
         throw std::out_of_range("out of range");
+    }
     return textOf(moment.day, milliseconds);
 }
 
@@ -214,16 +234,18 @@ void writeType(Writer& out, const DataType& type)
 static void writeText(Writer& out, const DataType& type, const Datum& value)
 {
     if (std::holds_alternative<std::monostate>(value)) {
-        if (type.size == 0)
+        if (type.size == 0) {
             out.u64(nullLength);
-        else
+        } else {
             out.u16(0xFFFF);
+        }
         return;
     }
     const std::u16string units = utf16FromUtf8(textOf(value));
     if (type.size != 0) {
-        if (units.size() > static_cast<std::size_t>(type.size))
+        if (units.size() > static_cast<std::size_t>(type.size)) {
             throw std::out_of_range("a text longer than its column");
+        }
         out.u16(units.size() * 2).utf16(units);
         return;
     }
@@ -265,8 +287,9 @@ void writeValue(Writer& out, const DataType& type, const Datum& value)
         out.u8(static_cast<std::uint64_t>(bytes + 1))
             .u8(number < 0 ? 0 : 1)
             .number(scaled, std::min(bytes, 8));
-        for (int i = 8; i < bytes; ++i)
+        for (int i = 8; i < bytes; ++i) {
             out.u8(0);
+        }
         break;
     }
     default: {
@@ -287,18 +310,21 @@ Parameter readSized(Reader& in, std::uint8_t type)
         in.u8();
         const int scale = in.u8();
         const std::uint8_t length = in.u8();
-        if (length == 0)
+        if (length == 0) {
             return {"decimal", {}};
+        }
         return {"decimal", decimalText(Reader(in.raw(length)), scale)};
     }
     const std::uint8_t length = in.u8();
     Reader value(in.raw(length));
-    if (length > size)
+    if (length > size) {
         throw std::runtime_error("a value longer than its type");
+    }
     switch (type) {
     case 0x26: {
-        if (length == 0)
+        if (length == 0) {
             return {"int", {}};
+        }
         const std::uint64_t bits = value.number(length);
         const int unused = 64 - 8 * length;
         return {length == 8 ? "bigint" : "int", static_cast<std::int64_t>(bits << unused) >> unused};
@@ -306,13 +332,15 @@ Parameter readSized(Reader& in, std::uint8_t type)
     case 0x68:
         return length == 0 ? Parameter{"bit", {}} : Parameter{"bit", std::int64_t{value.u8()}};
     case 0x6D:
-        if (length == 0)
+        if (length == 0) {
             return {"float", {}};
+        }
         return {"float", length == 8 ? std::bit_cast<double>(value.u64())
                                      : static_cast<double>(std::bit_cast<float>(value.u32()))};
     default: {
-        if (length == 0)
+        if (length == 0) {
             return {"datetime", {}};
+        }
         const auto day = static_cast<std::int32_t>(value.u32());
         const std::int64_t beats = value.u32();
         return {"datetime", textOf(day + std::int64_t{2}, (beats * 10 + 1) / 3)};
@@ -324,18 +352,21 @@ Parameter readDateTime2(Reader& in)
 {
     const int scale = in.u8();
     const std::uint8_t length = in.u8();
-    if (length == 0)
+    if (length == 0) {
         return {"datetime2", {}};
+    }
     Reader value(in.raw(length));
     std::uint64_t time = value.number(length - std::size_t{3});
-    for (int i = scale; i < 7; ++i)
+    for (int i = scale; i < 7; ++i) {
         time *= 10;
+    }
     const auto day = static_cast<std::int64_t>(value.number(3)) + daysFromCivil({1, 1, 1});
     std::string text = textOf(day, static_cast<std::int64_t>(time / 10'000));
     // A datetime that does not fall on a hundredth is not the same moment as any datetime2 of three digits: the
     // digits behind them keep the two apart.
-    if (time % 100'000 != 0)
+    if (time % 100'000 != 0) {
         text += "0000";
+    }
     return {"datetime2", text};
 }
 
@@ -349,12 +380,14 @@ Parameter readVarying(Reader& in, std::uint8_t type)
     if (size == 0xFFFF) {
         bool isNull = false;
         bytes = readPieces(in, isNull);
-        if (isNull)
+        if (isNull) {
             return {name, {}};
+        }
     } else {
         const std::uint16_t length = in.u16();
-        if (length == 0xFFFF)
+        if (length == 0xFFFF) {
             return {name, {}};
+        }
         bytes = in.raw(length);
     }
     return {name, wide ? Reader::textOf(bytes) : bytes};
@@ -366,8 +399,9 @@ Parameter readLong(Reader& in, std::uint8_t type)
     in.raw(collation.size());
     const std::uint32_t length = in.u32();
     const std::string name = type == 0x63 ? "ntext" : "text";
-    if (length == 0xFFFFFFFFU)
+    if (length == 0xFFFFFFFFU) {
         return {name, {}};
+    }
     const std::string_view bytes = in.raw(length);
     return {name, type == 0x63 ? Reader::textOf(bytes) : std::string(bytes)};
 }

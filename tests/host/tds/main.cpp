@@ -36,17 +36,19 @@ int main(int argc, char** argv)
             continue;
         }
         cuts = true;
-        if (words[i] == "--cut-on")
+        if (words[i] == "--cut-on") {
             fault.on = value;
-        else if (words[i] == "--cut-at")
+        } else if (words[i] == "--cut-at") {
             fault.occurrence = std::atoi(value.c_str());
-        else if (words[i] == "--cut-after-rows")
+        } else if (words[i] == "--cut-after-rows") {
             fault.rows = std::atoi(value.c_str());
+        }
         ++i;
     }
     StandIn server(options);
-    if (cuts)
+    if (cuts) {
         server.faults().arm(fault);
+    }
     std::cout << server.connectionString() << std::endl;
     for (std::string line; std::getline(std::cin, line);) {
     }

@@ -32,13 +32,15 @@ private:
     {
         *errorText = nullptr;
         *sent = VARIANT_FALSE;
-        if (const HRESULT result = m_state->perform(kind, words); FAILED(result))
+        if (const HRESULT result = m_state->perform(kind, words); FAILED(result)) {
             return result;
+        }
         const std::string error = FakeHost::State::next(m_state->connectorErrors, std::string());
-        if (error.empty())
+        if (error.empty()) {
             *sent = VARIANT_TRUE;
-        else
+        } else {
             *errorText = Bstr::fromUtf8(error).detach();
+        }
         return S_OK;
     }
 

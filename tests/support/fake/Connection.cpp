@@ -22,8 +22,9 @@ public:
     HRESULT STDMETHODCALLTYPE get_ConnectionString(BSTR* value) override
     {
         *value = nullptr;
-        if (const HRESULT result = m_state->perform("connectionstring", std::nullopt); FAILED(result))
+        if (const HRESULT result = m_state->perform("connectionstring", std::nullopt); FAILED(result)) {
             return result;
+        }
         *value = Bstr::fromUtf8(m_state->connectionString).detach();
         return S_OK;
     }
@@ -44,8 +45,9 @@ public:
         const HRESULT result =
             m_state->perform("open", sql + " " + cursors.at(static_cast<std::size_t>(cursor)) + " " +
                                          locks.at(static_cast<std::size_t>(lock)));
-        if (FAILED(result))
+        if (FAILED(result)) {
             return result;
+        }
         *recordset = makeRecordset(m_state, sql, rowsOf(sql)).detach();
         return S_OK;
     }
@@ -57,16 +59,20 @@ public:
 private:
     Rows rowsOf(const std::string& sql) const
     {
-        for (auto script = m_state->answers.rbegin(); script != m_state->answers.rend(); ++script)
-            if (contains(sql, script->first))
+        for (auto script = m_state->answers.rbegin(); script != m_state->answers.rend(); ++script) {
+            if (contains(sql, script->first)) {
                 return script->second;
+            }
+        }
         const std::optional<std::string> key = settingsKey(sql);
-        if (!key)
+        if (!key) {
             return {};
+        }
         Rows rows{{"idImpostazione", "Descrizione", "Valore"}, {}};
         const auto found = m_state->settings.find(*key);
-        if (found != m_state->settings.end())
+        if (found != m_state->settings.end()) {
             rows.rows.push_back({number(1), text(*key), found->second ? text(*found->second) : null()});
+        }
         return rows;
     }
 
@@ -92,8 +98,9 @@ public:
     HRESULT STDMETHODCALLTYPE get_Connection(IConnection** value) override
     {
         *value = nullptr;
-        if (const HRESULT result = m_state->perform("connection", std::nullopt); FAILED(result))
+        if (const HRESULT result = m_state->perform("connection", std::nullopt); FAILED(result)) {
             return result;
+        }
         *value = makeCom<FakeConnection>(m_state).detach();
         return S_OK;
     }
@@ -101,8 +108,9 @@ public:
     HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override
     {
         *value = nullptr;
-        if (const HRESULT result = m_state->perform("user", std::nullopt); FAILED(result))
+        if (const HRESULT result = m_state->perform("user", std::nullopt); FAILED(result)) {
             return result;
+        }
         *value = Bstr::fromUtf8(m_state->userName).detach();
         return S_OK;
     }
@@ -112,19 +120,22 @@ public:
         VariantInit(value);
         const HRESULT result =
             m_state->perform("lookup", utf8(field) + "|" + utf8(table) + "|" + utf8(condition));
-        if (FAILED(result))
+        if (FAILED(result)) {
             return result;
+        }
         const auto found = m_state->lookups.find(utf8(condition));
-        if (found != m_state->lookups.end())
+        if (found != m_state->lookups.end()) {
             Variant(found->second).detachTo(value);
+        }
         return S_OK;
     }
 
     HRESULT STDMETHODCALLTYPE QueryService(REFGUID service, REFIID iid, void** object) override
     {
         *object = nullptr;
-        if (!(service == iid))
+        if (!(service == iid)) {
             return E_INVALIDARG;
+        }
         return makeService(m_state, iid, object) ? S_OK : E_NOINTERFACE;
     }
 

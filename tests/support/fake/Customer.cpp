@@ -16,11 +16,13 @@ public:
     {
         m_customer = {};
         m_id = 0;
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return E_POINTER;
+        }
         const HRESULT result = m_state->perform("customer", std::to_string(idCliente));
-        if (FAILED(result))
+        if (FAILED(result)) {
             return result;
+        }
         const auto found = m_state->customers.find(idCliente);
         if (found != m_state->customers.end()) {
             m_customer = found->second;

@@ -73,13 +73,16 @@ private:
         *sql = nullptr;
         std::string call = name;
         call.append("(");
-        for (std::size_t i = 0; i < arguments.size(); ++i)
+        for (std::size_t i = 0; i < arguments.size(); ++i) {
             call.append(i > 0 ? "," : "").append(arguments[i]);
-        if (ids != nullptr)
+        }
+        if (ids != nullptr) {
             call.append(",").append(utf8(ids));
+        }
         call.append(")");
-        if (const HRESULT result = m_state->perform("filter", call); FAILED(result))
+        if (const HRESULT result = m_state->perform("filter", call); FAILED(result)) {
             return result;
+        }
         *sql = Bstr::fromUtf8(call).detach();
         return S_OK;
     }

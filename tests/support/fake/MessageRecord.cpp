@@ -34,14 +34,17 @@ public:
     HRESULT STDMETHODCALLTYPE Save(_SqlConnection* connection, VARIANT_BOOL* stored) override
     {
         *stored = VARIANT_FALSE;
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return E_POINTER;
+        }
         FilledRecord filled;
         filled.swap(m_filled);
-        if (const HRESULT result = m_state->perform("save"); FAILED(result))
+        if (const HRESULT result = m_state->perform("save"); FAILED(result)) {
             return result;
-        if (!FakeHost::State::next(m_state->saveAnswers, true))
+        }
+        if (!FakeHost::State::next(m_state->saveAnswers, true)) {
             return S_OK;
+        }
         m_state->savedRecords.push_back(std::move(filled));
         *stored = VARIANT_TRUE;
         return S_OK;

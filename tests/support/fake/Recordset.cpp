@@ -45,8 +45,9 @@ public:
     HRESULT STDMETHODCALLTYPE FieldName(LONG index, BSTR* name) override
     {
         *name = nullptr;
-        if (index < 0 || static_cast<std::size_t>(index) >= m_rows.fields.size())
+        if (index < 0 || static_cast<std::size_t>(index) >= m_rows.fields.size()) {
             return reportError(DISP_E_BADINDEX, u"no such field");
+        }
         *name = Bstr::fromUtf8(m_rows.fields[static_cast<std::size_t>(index)]).detach();
         return S_OK;
     }
@@ -58,21 +59,28 @@ public:
         if (field.vt == VT_I4) {
             column = static_cast<std::size_t>(field.lVal);
             // The first field begins a row that is read cell by cell.
-            if (column == 0)
-                if (const HRESULT result = m_state->row(); FAILED(result))
+            if (column == 0) {
+                if (const HRESULT result = m_state->row(); FAILED(result)) {
                     return result;
+                }
+            }
         } else {
             const std::string name = utf8(field.bstrVal);
-            for (std::size_t i = 0; i < m_rows.fields.size(); ++i)
-                if (sameName(m_rows.fields[i], name))
+            for (std::size_t i = 0; i < m_rows.fields.size(); ++i) {
+                if (sameName(m_rows.fields[i], name)) {
                     column = i;
-            if (const HRESULT result = m_state->perform("value", std::nullopt); FAILED(result))
+                }
+            }
+            if (const HRESULT result = m_state->perform("value", std::nullopt); FAILED(result)) {
                 return result;
+            }
         }
-        if (column >= m_rows.fields.size())
+        if (column >= m_rows.fields.size()) {
             return reportError(DISP_E_BADINDEX, u"no such field");
-        if (m_row >= m_rows.rows.size())
+        }
+        if (m_row >= m_rows.rows.size()) {
             return reportError(E_FAIL, u"no current row");
+        }
         Variant(m_rows.rows[m_row].at(column)).detachTo(value);
         return S_OK;
     }
@@ -81,8 +89,9 @@ public:
     {
         const std::string name = utf8(field.bstrVal);
         const HRESULT result = m_state->perform("set", name + "=" + show(value));
-        if (FAILED(result))
+        if (FAILED(result)) {
             return result;
+        }
         m_pending.emplace_back(name, Variant(value));
         m_state->setValues.emplace_back(name, Variant(value));
         return S_OK;
@@ -103,8 +112,9 @@ public:
 
     HRESULT STDMETHODCALLTYPE Update() override
     {
-        if (const HRESULT result = m_state->perform("update"); FAILED(result))
+        if (const HRESULT result = m_state->perform("update"); FAILED(result)) {
             return result;
+        }
         writeSetting();
         m_adding = false;
         m_pending.clear();
@@ -120,15 +130,18 @@ public:
     HRESULT STDMETHODCALLTYPE ReadRows(IRowSink* sink) override
     {
         for (; m_row < m_rows.rows.size(); ++m_row) {
-            if (const HRESULT result = m_state->row(); FAILED(result))
+            if (const HRESULT result = m_state->row(); FAILED(result)) {
                 return result;
+            }
             std::vector<std::string> texts(m_rows.fields.size());
             std::vector<ZulCell> cells;
-            for (std::size_t column = 0; column < texts.size(); ++column)
+            for (std::size_t column = 0; column < texts.size(); ++column) {
                 cells.push_back(cell(m_rows.rows[m_row].at(column), texts[column]));
+            }
             if (const HRESULT result = sink->Row(static_cast<LONG>(cells.size()), cells.data());
-                FAILED(result))
+                FAILED(result)) {
                 return result;
+            }
         }
         return S_OK;
     }
@@ -177,21 +190,25 @@ private:
 
     void closeOnce()
     {
-        if (!std::exchange(m_closed, true))
+        if (!std::exchange(m_closed, true)) {
             --m_state->openRowSets;
+        }
     }
 
     void writeSetting()
     {
         std::optional<std::string> key = settingsKey(m_source);
-        if (!key && m_source != "tabImpostazioni")
+        if (!key && m_source != "tabImpostazioni") {
             return;
+        }
         std::optional<std::string> value;
         for (const auto& [name, given] : m_pending) {
-            if (sameName(name, "Descrizione"))
+            if (sameName(name, "Descrizione")) {
                 key = utf8(given.bstrVal);
-            if (sameName(name, "Valore"))
+            }
+            if (sameName(name, "Valore")) {
                 value = utf8(given.bstrVal);
+            }
         }
         m_state->settings[*key] = value;
     }

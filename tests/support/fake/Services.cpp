@@ -16,11 +16,13 @@ public:
     HRESULT STDMETHODCALLTYPE NextId(BSTR table, BSTR key, _SqlConnection* connection, LONG* id) override
     {
         *id = 0;
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return E_POINTER;
+        }
         const HRESULT result = m_state->perform("nextid", utf8(table) + " " + utf8(key));
-        if (SUCCEEDED(result))
+        if (SUCCEEDED(result)) {
             *id = static_cast<LONG>(m_state->nextId++);
+        }
         return result;
     }
 
@@ -39,12 +41,14 @@ public:
     {
         *parsed = nullptr;
         Bstr name;
-        if (customer != nullptr)
+        if (customer != nullptr) {
             customer->get_Name(name.put());
+        }
         const HRESULT result =
             m_state->perform("parse", utf8(source) + "|" + name.toUtf8() + "|" + utf8(classificazione));
-        if (FAILED(result))
+        if (FAILED(result)) {
             return result;
+        }
         *parsed =
             Bstr::fromUtf8(utf8(source) + "<" + name.toUtf8() + "," + utf8(classificazione) + ">").detach();
         return S_OK;
@@ -68,10 +72,12 @@ public:
     HRESULT STDMETHODCALLTYPE Search(LONG kind, BSTR* filter) override
     {
         *filter = nullptr;
-        if (!m_hasConnection)
+        if (!m_hasConnection) {
             return E_UNEXPECTED;
-        if (const HRESULT result = m_state->perform("search", std::to_string(kind)); FAILED(result))
+        }
+        if (const HRESULT result = m_state->perform("search", std::to_string(kind)); FAILED(result)) {
             return result;
+        }
         *filter = Bstr::fromUtf8(FakeHost::State::next(m_state->searchAnswers, std::string())).detach();
         return S_OK;
     }
@@ -89,8 +95,9 @@ public:
     {}
     HRESULT STDMETHODCALLTYPE RowAdded(BSTR table, LONG id, _SqlConnection* connection) override
     {
-        if (connection == nullptr)
+        if (connection == nullptr) {
             return E_POINTER;
+        }
         return m_state->perform("tracked", utf8(table) + " " + std::to_string(id));
     }
 
@@ -107,8 +114,9 @@ public:
     HRESULT STDMETHODCALLTYPE IsValid(BSTR email, VARIANT_BOOL* valid) override
     {
         *valid = VARIANT_FALSE;
-        if (const HRESULT result = m_state->perform("checkemail", utf8(email)); FAILED(result))
+        if (const HRESULT result = m_state->perform("checkemail", utf8(email)); FAILED(result)) {
             return result;
+        }
         *valid = m_state->isValidEmail(utf8(email)) ? VARIANT_TRUE : VARIANT_FALSE;
         return S_OK;
     }
@@ -141,8 +149,9 @@ ComPtr<I> makeObject(StatePtr state)
 template <class I>
 bool serve(const StatePtr& state, Service service, REFIID iid, void** object, ComPtr<I> (*make)(StatePtr))
 {
-    if (!(iid == iidOf<I>()) || state->services.count(service) == 0)
+    if (!(iid == iidOf<I>()) || state->services.count(service) == 0) {
         return false;
+    }
     ++state->made[service];
     *object = make(state).detach();
     return true;

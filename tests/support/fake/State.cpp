@@ -13,19 +13,24 @@ HRESULT FakeHost::State::perform(const std::string& kind, const std::optional<st
 {
     const int n = ++counts[kind];
     const std::string line = words && !words->empty() ? kind + " " + *words : kind;
-    if (words)
+    if (words) {
         operations.push_back(line);
+    }
     for (std::size_t i = 0; i < actions.size(); ++i) {
-        if (!contains(line, actions[i].first))
+        if (!contains(line, actions[i].first)) {
             continue;
+        }
         const auto action = actions[i].second;
         action();
     }
-    if (const auto found = nth.find({kind, n}); found != nth.end())
+    if (const auto found = nth.find({kind, n}); found != nth.end()) {
         return fail(found->second);
-    for (const auto& [part, failure] : where)
-        if (contains(line, part))
+    }
+    for (const auto& [part, failure] : where) {
+        if (contains(line, part)) {
             return fail(failure);
+        }
+    }
     return S_OK;
 }
 
@@ -38,8 +43,9 @@ HRESULT FakeHost::State::row()
 std::optional<std::string> settingsKey(const std::string& sql)
 {
     static const std::string settingsRow = "SELECT * FROM tabImpostazioni WHERE descrizione='";
-    if (sql.rfind(settingsRow, 0) != 0)
+    if (sql.rfind(settingsRow, 0) != 0) {
         return std::nullopt;
+    }
     return sql.substr(settingsRow.size(), sql.size() - settingsRow.size() - 1);
 }
 

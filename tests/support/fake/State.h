@@ -54,8 +54,9 @@ struct FakeHost::State
     template <class T>
     static T next(std::vector<T>& queue, T otherwise)
     {
-        if (queue.empty())
+        if (queue.empty()) {
             return otherwise;
+        }
         T first = queue.front();
         queue.erase(queue.begin());
         return first;

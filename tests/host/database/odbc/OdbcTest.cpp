@@ -17,8 +17,9 @@ protected:
     {
         std::string why;
         PostgresServer* const server = PostgresServer::shared(why);
-        if (server == nullptr)
+        if (server == nullptr) {
             GTEST_SKIP() << why;
+        }
         m_connectionString = server->connectionString(server->newDatabase());
         m_engine = std::make_unique<OdbcEngine>(m_connectionString);
     }
@@ -33,8 +34,9 @@ protected:
     void SetUp() override
     {
         const std::string driver = odbcDriver("libsqlite3odbc.so");
-        if (driver.empty())
+        if (driver.empty()) {
             GTEST_SKIP() << "the ODBC driver of SQLite is not installed";
+        }
         m_engine = std::make_unique<OdbcEngine>("DRIVER=" + driver + ";Database=" + m_folder.file("x.db"));
     }
 
@@ -85,8 +87,9 @@ TEST_F(PostgresTest, DoesNotTakeACutConnectionForTheEndOfTheRows)
     const auto rows = m_engine->query("SELECT * FROM generate_series(1, 5000)", Language::Native);
     int read = 0;
     const auto readAll = [&] {
-        while (rows->next())
+        while (rows->next()) {
             ++read;
+        }
     };
     ASSERT_TRUE(rows->next());
     {
@@ -109,8 +112,9 @@ TEST_F(PostgresTest, GoesOnWithAStreamWhileOtherStatementsRun)
                       Language::Native);
     for (const char* sql : {"SELECT a FROM t ORDER BY a", "SELECT a, b FROM t ORDER BY a"}) {
         const auto rows = m_engine->query(sql, Language::Native);
-        for (int i = 1; i <= 1500; ++i)
+        for (int i = 1; i <= 1500; ++i) {
             ASSERT_TRUE(rows->next());
+        }
         m_engine->execute("UPDATE t SET b = 'x' WHERE a = 1", Language::Native);
         EXPECT_EQ(rows->cells()[0].Integer, 1500);
         if (rows->columns().size() > 1) {
@@ -129,8 +133,9 @@ TEST_F(PostgresTest, GoesOnWithAStreamWhileOtherStatementsRun)
 
 TEST_F(PostgresTest, LetsARowSetOfANeverReadStreamGo)
 {
-    for (int i = 0; i < 50; ++i)
+    for (int i = 0; i < 50; ++i) {
         m_engine->query("SELECT * FROM generate_series(1, 10000)", Language::Native);
+    }
     EXPECT_TRUE(m_engine->query("SELECT 1", Language::Native)->next());
 }
 
@@ -176,8 +181,9 @@ TEST_F(PostgresTest, HoldsTheDemonstrationToo)
          {"SELECT IdCliente, RagioneSociale1, RagioneSociale2, Cliente, DataNascita, Sesso, Paese,"
           " provincia, Telefono, Telefono2, email, ConsensoSms, idClassificazione, PuntiFidelity"
           " FROM tabClienti ORDER BY IdCliente",
-          "SELECT idVendita, IdCliente, DataVendita FROM tabVendite ORDER BY idVendita"})
+          "SELECT idVendita, IdCliente, DataVendita FROM tabVendite ORDER BY idVendita"}) {
         EXPECT_EQ(database.run(sql).rows, embedded.run(sql).rows);
+    }
     EXPECT_THROW(createDemo(m_connectionString, 1), EngineError);
     EXPECT_EQ(one("SELECT COUNT(*) FROM tabClienti"), "300");
 }
@@ -197,8 +203,9 @@ TEST_F(PostgresTest, ReadsAValueThatIsLongerThanTheDriverSaysWithoutRunningTheSt
     while (outcome.rows->next()) {
         const std::int64_t a = outcome.rows->cells()[0].Integer;
         expected.clear();
-        for (int i = 0; a % 7 == 0 && i < 2500; ++i)
+        for (int i = 0; a % 7 == 0 && i < 2500; ++i) {
             expected += "è";
+        }
         expected += (a % 7 == 0 ? "" : "breve ") + std::to_string(a);
         ASSERT_EQ(cellText(outcome.rows->cells()[1]), expected);
         ASSERT_EQ(outcome.rows->cells()[2].Integer, a);

@@ -28,8 +28,9 @@ std::int64_t numberOf(Engine& engine, std::string_view sql)
 void dropAll(Engine& engine)
 {
     for (const TableDefinition& table : allTables()) {
-        if (engine.hasTable(table.name))
+        if (engine.hasTable(table.name)) {
             engine.execute("DROP TABLE " + std::string(table.name), Language::Native);
+        }
     }
 }
 
@@ -38,8 +39,9 @@ class StandInTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        if (tds::freeTdsDriver().empty())
+        if (tds::freeTdsDriver().empty()) {
             GTEST_SKIP() << "the ODBC driver of FreeTDS is not installed";
+        }
         m_options.file = m_folder.file("server.db");
         start();
     }
@@ -99,27 +101,32 @@ protected:
     void SetUp() override
     {
         for (const Backend& backend : backends()) {
-            if (backend.name != GetParam())
+            if (backend.name != GetParam()) {
                 continue;
+            }
             std::string why;
             const auto database = backend.database(m_folder, why);
-            if (!database)
+            if (!database) {
                 GTEST_SKIP() << why;
+            }
             m_connectionString = *database;
         }
         m_engine = std::make_unique<OdbcEngine>(m_connectionString);
         dropAll(*m_engine);
-        if (m_engine->hasTable("tabProvaTds"))
+        if (m_engine->hasTable("tabProvaTds")) {
             execute("DROP TABLE tabProvaTds");
+        }
     }
 
     void TearDown() override
     {
-        if (!m_engine)
+        if (!m_engine) {
             return;
+        }
         dropAll(*m_engine);
-        if (m_engine->hasTable("tabProvaTds"))
+        if (m_engine->hasTable("tabProvaTds")) {
             execute("DROP TABLE tabProvaTds");
+        }
     }
 
     std::int64_t execute(std::string_view sql, std::span<const Value> parameters = {})
@@ -142,8 +149,9 @@ TEST_P(TransactSqlTest, TakesTextsWithWhatDriversReadAsMarks)
     const std::string text = "{Cliente} {d '2024-01-01'} ? {fn now()} @P1 -- [x] \"y\" /* à è € 😀 */";
     execute("CREATE TABLE tabProvaTds (a int, b nvarchar(200), c nvarchar(max))");
     std::string literal = text;
-    for (std::size_t at = 0; (at = literal.find('\'', at)) != std::string::npos; at += 2)
+    for (std::size_t at = 0; (at = literal.find('\'', at)) != std::string::npos; at += 2) {
         literal.insert(at, "'");
+    }
     execute("INSERT INTO tabProvaTds (a, b, c) VALUES (1, N'" + literal + "', N'" + literal + "')");
     execute("INSERT INTO tabProvaTds (a, b, c) VALUES (?, ?, ?)",
             std::vector<Value>{std::int64_t{2}, text, text});
@@ -191,8 +199,9 @@ TEST_P(TransactSqlTest, RefusesWhatAColumnCannotHoldAndGoesOn)
         return ErrorCode{};
     };
     for (const bool inTransaction : {false, true}) {
-        if (inTransaction)
+        if (inTransaction) {
             m_engine->begin();
+        }
         EXPECT_EQ(codeOf("INSERT INTO tabProvaTds (a, b) VALUES (1, 'quattro')", {}), ErrorCode::BadValue);
         EXPECT_EQ(codeOf("INSERT INTO tabProvaTds (a, b) VALUES (1, ?)", {std::string("àèìò")}),
                   ErrorCode::BadValue);
@@ -202,10 +211,11 @@ TEST_P(TransactSqlTest, RefusesWhatAColumnCannotHoldAndGoesOn)
         EXPECT_EQ(codeOf("INSERT INTO tabProvaTds (nonEsiste) VALUES (1)", {}), ErrorCode::Statement);
         execute("INSERT INTO tabProvaTds (a, b) VALUES (1, 'tre')");
         EXPECT_EQ(codeOf("INSERT INTO tabProvaTds (a, b) VALUES (1, 'tre')", {}), ErrorCode::Integrity);
-        if (inTransaction)
+        if (inTransaction) {
             m_engine->rollback();
-        else
+        } else {
             execute("DELETE FROM tabProvaTds");
+        }
     }
     EXPECT_EQ(numberOf(*m_engine, "SELECT COUNT(*) FROM tabProvaTds"), 0);
 }
@@ -260,8 +270,9 @@ TEST_P(TransactSqlTest, DoesNotTakeAnErrorBehindRowsForTheirEnd)
             int read = 0;
             try {
                 const auto rows = m_engine->query(sql, Language::Native);
-                while (rows->next())
+                while (rows->next()) {
                     ++read;
+                }
                 ADD_FAILURE() << sql << ": the rows came to an end at " << bad;
             } catch (const EngineError& error) {
                 EXPECT_EQ(error.code(), ErrorCode::BadValue) << error.what();
@@ -284,8 +295,9 @@ TEST_P(TransactSqlTest, GoesOnWithAStreamWhileOtherStatementsRun)
     const std::vector<std::string_view> columns{"a", "b"};
     m_engine->insertRows("tabProvaTds", columns, values);
     const auto rows = m_engine->query("SELECT a, b FROM tabProvaTds ORDER BY a", Language::Native);
-    for (int i = 1; i <= 1500; ++i)
+    for (int i = 1; i <= 1500; ++i) {
         ASSERT_TRUE(rows->next());
+    }
     EXPECT_EQ(execute("UPDATE tabProvaTds SET b = 'x' WHERE a = 1"), 1);
     EXPECT_EQ(cellText(rows->cells()[1]), "riga 1500");
     for (int i = 1501; i <= 2500; ++i) {
@@ -294,8 +306,9 @@ TEST_P(TransactSqlTest, GoesOnWithAStreamWhileOtherStatementsRun)
     }
     EXPECT_FALSE(rows->next());
     // Streams that nobody reads are let go.
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         m_engine->query("SELECT a, b FROM tabProvaTds", Language::Native);
+    }
     EXPECT_EQ(numberOf(*m_engine, "SELECT COUNT(*) FROM tabProvaTds"), 2500);
 }
 
@@ -315,8 +328,9 @@ TEST_P(TransactSqlTest, MakesATableThatAnotherProgramMakesToo)
                 }
             });
         }
-        for (std::thread& program : programs)
+        for (std::thread& program : programs) {
             program.join();
+        }
         EXPECT_EQ(errors, std::vector<std::string>(2));
         EXPECT_TRUE(m_engine->hasTable("TABCONTATORI"));
     }
@@ -346,8 +360,9 @@ TEST_P(TransactSqlTest, HoldsTheDemonstrationToo)
           " ORDER BY id",
           "SELECT idMessaggio, testoSMS, Oggetto, DataCreaz, isAttivo FROM TMK_Messaggi ORDER BY idMessaggio",
           "SELECT idRicorrenza, IdCliente, DataRicorrenza FROM tabRIC_RicorrenzeClienti ORDER BY IdCliente,"
-          " idRicorrenza"})
+          " idRicorrenza"}) {
         EXPECT_EQ(database.run(sql).rows, embedded.run(sql).rows) << sql;
+    }
     EXPECT_THROW(createDemo(m_connectionString, 1), EngineError);
     EXPECT_EQ(numberOf(*m_engine, "SELECT COUNT(*) FROM tabClienti"), 700);
     // A setting that is added without its id gets one.
@@ -401,14 +416,16 @@ TEST_F(StandInTest, DoesNotTakeACutConnectionForTheEndOfTheRows)
         int read = 0;
         EXPECT_EQ(codeOf([&] {
                       const auto stream = m_engine->query("SELECT a, b FROM t", Language::Native);
-                      while (stream->next())
+                      while (stream->next()) {
                           ++read;
+                      }
                   }),
                   ErrorCode::ConnectionLost)
             << rows;
         EXPECT_LE(read, rows);
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             EXPECT_EQ(codeOf([&] { execute("INSERT INTO t (a) VALUES (0)"); }), ErrorCode::ConnectionLost);
+        }
         EXPECT_EQ(codeOf([&] { m_engine->begin(); }), ErrorCode::ConnectionLost);
         EXPECT_FALSE(m_engine->inTransaction());
     }
@@ -449,8 +466,9 @@ TEST_F(StandInTest, LeavesNothingOfADemonstrationThatBrokeOff)
             << where;
         m_server->cutAll();
         m_engine = std::make_unique<OdbcEngine>(m_server->connectionString());
-        for (const TableDefinition& table : allTables())
+        for (const TableDefinition& table : allTables()) {
             EXPECT_FALSE(m_engine->hasTable(table.name)) << where << ' ' << table.name;
+        }
     }
     // Behind the transaction: the customers stand, and what is wrong is told.
     m_server->faults().arm({"CREATE FUNCTION", 1, std::nullopt});

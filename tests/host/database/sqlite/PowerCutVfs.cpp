@@ -72,16 +72,18 @@ int cover(File& file, std::int64_t from, std::int64_t length)
     covered.from = from;
     sqlite3_int64 size = 0;
     const int code = file.real->pMethods->xFileSize(file.real, &size);
-    if (code != SQLITE_OK)
+    if (code != SQLITE_OK) {
         return code;
+    }
     covered.sizeBefore = size;
     const std::int64_t there = std::clamp<std::int64_t>(size - from, 0, length);
     covered.bytes.resize(static_cast<std::size_t>(there));
     if (there > 0) {
         const int read =
             file.real->pMethods->xRead(file.real, covered.bytes.data(), static_cast<int>(there), from);
-        if (read != SQLITE_OK)
+        if (read != SQLITE_OK) {
             return read;
+        }
     }
     file.unsynced->push_back(std::move(covered));
     return SQLITE_OK;
@@ -99,36 +101,42 @@ int readFile(sqlite3_file* file, void* to, int count, sqlite3_int64 from)
 
 int writeFile(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 to)
 {
-    if (!theDisk->powered())
+    if (!theDisk->powered()) {
         return SQLITE_IOERR_WRITE;
+    }
     if (fileOf(file).unsynced != nullptr) {
         const int code = cover(fileOf(file), to, count);
-        if (code != SQLITE_OK)
+        if (code != SQLITE_OK) {
             return code;
+        }
     }
     return realOf(file)->pMethods->xWrite(realOf(file), bytes, count, to);
 }
 
 int truncateFile(sqlite3_file* file, sqlite3_int64 size)
 {
-    if (!theDisk->powered())
+    if (!theDisk->powered()) {
         return SQLITE_IOERR_TRUNCATE;
+    }
     if (fileOf(file).unsynced != nullptr) {
         sqlite3_int64 before = 0;
         realOf(file)->pMethods->xFileSize(realOf(file), &before);
         const int code = cover(fileOf(file), size, std::max<std::int64_t>(before - size, 0));
-        if (code != SQLITE_OK)
+        if (code != SQLITE_OK) {
             return code;
+        }
     }
     return realOf(file)->pMethods->xTruncate(realOf(file), size);
 }
 
 int syncFile(sqlite3_file* file, int flags)
 {
-    if (!theDisk->powered())
+    if (!theDisk->powered()) {
         return SQLITE_IOERR_FSYNC;
-    if (fileOf(file).unsynced != nullptr)
+    }
+    if (fileOf(file).unsynced != nullptr) {
         fileOf(file).unsynced->clear();
+    }
     static_cast<void>(flags); // the real disk need not be waited for
     return SQLITE_OK;
 }
@@ -200,16 +208,18 @@ int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int*
     own.real = reinterpret_cast<sqlite3_file*>(&own + 1);
     own.unsynced = name != nullptr ? &theDisk->unsynced[name] : nullptr;
     const int code = theDisk->real->xOpen(theDisk->real, name, own.real, flags, outFlags);
-    if (own.real->pMethods != nullptr)
+    if (own.real->pMethods != nullptr) {
         own.base.pMethods = &methods;
+    }
     return code;
 }
 
 // The removal of a file is taken for done at once, as a file system with a journal of its own does it in order.
 int deleteFile(sqlite3_vfs*, const char* name, int syncFolder)
 {
-    if (!theDisk->powered())
+    if (!theDisk->powered()) {
         return SQLITE_IOERR_DELETE;
+    }
     theDisk->unsynced[name].clear();
     return theDisk->real->xDelete(theDisk->real, name, syncFolder);
 }
@@ -218,16 +228,20 @@ int deleteFile(sqlite3_vfs*, const char* name, int syncFolder)
 void uncover(int handle, const Covered& covered, std::mt19937* chance)
 {
     for (std::size_t at = 0; at < covered.bytes.size(); at += sector) {
-        if (chance != nullptr && (*chance)() % 2 == 0)
+        if (chance != nullptr && (*chance)() % 2 == 0) {
             continue;
+        }
         const std::size_t count = std::min<std::size_t>(sector, covered.bytes.size() - at);
         if (::pwrite(handle, covered.bytes.data() + at, count, covered.from + static_cast<std::int64_t>(at)) <
-            0)
+            0) {
             throw std::runtime_error("the cut cannot be simulated");
+        }
     }
     const bool grew = ::lseek(handle, 0, SEEK_END) > covered.sizeBefore;
-    if ((chance == nullptr || ((*chance)() % 2 == 0 && grew)) && ::ftruncate(handle, covered.sizeBefore) != 0)
+    if ((chance == nullptr || ((*chance)() % 2 == 0 && grew)) &&
+        ::ftruncate(handle, covered.sizeBefore) != 0) {
         throw std::runtime_error("the cut cannot be simulated");
+    }
 }
 
 } // namespace
@@ -274,10 +288,12 @@ void PowerCutVfs::lose(std::uint32_t seed)
     std::mt19937 chance(seed);
     for (auto& [path, changes] : theDisk->unsynced) {
         const int handle = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
-        if (handle < 0)
+        if (handle < 0) {
             continue;
-        for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+        }
+        for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
             uncover(handle, *change, seed != 0 ? &chance : nullptr);
+        }
         ::close(handle);
         changes.clear();
     }

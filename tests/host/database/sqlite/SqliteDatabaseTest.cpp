@@ -41,8 +41,9 @@ TEST_F(SqliteDatabaseTest, TranslatesASourceOnce)
         ++calls;
         return NativeStatement{"SELECT 2", {}, false};
     };
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         EXPECT_TRUE(m_database.prepare("two", translate).step());
+    }
     EXPECT_EQ(calls, 1);
     m_database.forgetTranslations();
     EXPECT_TRUE(m_database.prepare("two", translate).step());
@@ -78,8 +79,9 @@ TEST_F(SqliteDatabaseTest, KeepsALentStatementWhileOthersPush)
 {
     SqliteStatement held = m_database.prepare("SELECT 'held' UNION ALL SELECT 'twice'");
     EXPECT_TRUE(held.step());
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         m_database.prepare("SELECT " + std::to_string(i));
+    }
     EXPECT_TRUE(held.step());
     EXPECT_FALSE(held.step());
 }
@@ -112,8 +114,9 @@ TEST_F(SqliteDatabaseTest, SaysTheColumnsOfNowAlsoWhenTheTableChanged)
         SqliteStatement statement = m_database.prepare("SELECT * FROM t");
         EXPECT_TRUE(statement.step());
         std::string text;
-        for (const ColumnInfo& column : statement.columns())
+        for (const ColumnInfo& column : statement.columns()) {
             text += column.name + (column.type == ColumnType::Text ? ":text " : " ");
+        }
         return text;
     };
     EXPECT_EQ(columns(), "a b:text ");
@@ -129,8 +132,9 @@ TEST_F(SqliteDatabaseTest, TellsTheSizeOfWholeNumbersByTheirDeclaration)
     SqliteStatement statement = m_database.prepare("SELECT *, 1 AS i FROM t");
     statement.step();
     std::string sizes;
-    for (const ColumnInfo& column : statement.columns())
+    for (const ColumnInfo& column : statement.columns()) {
         sizes += std::to_string(column.integerBytes);
+    }
     EXPECT_EQ(sizes, "442280000");
 }
 

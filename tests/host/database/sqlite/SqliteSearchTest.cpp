@@ -27,8 +27,9 @@ protected:
     {
         std::vector<std::int64_t> found;
         const auto rows = m_engine.query(sql, Language::Transact);
-        while (rows->next())
+        while (rows->next()) {
             found.push_back(rows->cells()[0].Integer);
+        }
         return found;
     }
     std::vector<std::int64_t> search() { return ids(" select * from c where tel like '%333123%'"); }
@@ -41,8 +42,9 @@ protected:
 
 TEST_F(SqliteSearchTest, FindsTheRowsInTheTablesOrder)
 {
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 2; ++i) {
         EXPECT_THAT(search(), ElementsAre(1, 3));
+    }
     EXPECT_THAT(ids("select x.id from c x where x.tel like '%39 333%'"), ElementsAre(3));
     EXPECT_THAT(ids("select * from c where tel like '%999%'"), IsEmpty());
     EXPECT_THAT(ids("select * from c where n like '%333%'"), ElementsAre(3));
@@ -107,8 +109,9 @@ TEST_F(SqliteSearchTest, ViewsAndManyHitsAreReadInFull)
 {
     change("CREATE VIEW v AS SELECT id, tel FROM c");
     EXPECT_THAT(ids("select * from v where tel like '%333123%' "), testing::UnorderedElementsAre(1, 3));
-    for (int id = 100; id < 1200; ++id)
+    for (int id = 100; id < 1200; ++id) {
         change("INSERT INTO c(id, tel) VALUES (" + std::to_string(id) + ", '333123')");
+    }
     EXPECT_EQ(search().size(), 1102U);
 }
 

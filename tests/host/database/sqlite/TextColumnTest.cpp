@@ -33,8 +33,9 @@ TEST(TextColumn, ATextDoesNotReachIntoTheNextRow)
 TEST(TextColumn, MoreRowsThanWantedAreNoAnswer)
 {
     TextColumn texts;
-    for (int row = 0; row < 3; ++row)
+    for (int row = 0; row < 3; ++row) {
         texts.append(row, "333");
+    }
     EXPECT_THAT(texts.rowsWith("333", 3), Optional(ElementsAre(0, 1, 2)));
     EXPECT_EQ(texts.rowsWith("333", 2), std::nullopt);
 }
