@@ -722,10 +722,6 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
 void StandInDatabase::runOne(const std::string& sql, const std::vector<dialect::OutputColumn>& known,
                              bool countsRows, std::span<const Parameter> parameters, AnswerSink& sink)
 {
-    if (sql.empty()) {
-        sink.done(std::nullopt);
-        return;
-    }
     sqlite3* const handle = m_engine.database().handle();
     sqlite3_stmt* prepared = nullptr;
     if (sqlite3_prepare_v2(handle, sql.data(), static_cast<int>(sql.size()), &prepared, nullptr) !=
