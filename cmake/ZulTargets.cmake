@@ -12,6 +12,9 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_BUILD_RPATH "$ORIGIN")
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
 
+# moc and uic read sources alone: they need not wait for the libraries that a target links.
+set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
+
 find_program(ZUL_CCACHE ccache)
 if(ZUL_CCACHE)
   set(CMAKE_C_COMPILER_LAUNCHER "${ZUL_CCACHE}")
