@@ -10,10 +10,10 @@
 #include "options/FailedNumbers.h"
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
+#include "session/DataFile.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
-#include "session/Platform.h"
 #include "session/Session.h"
 #include "session/SettingsStore.h"
 #include "ui_frmCheckSendError.h"
@@ -33,7 +33,7 @@ Procedure procedure(const QString& name)
 
 QString localCopy()
 {
-    return platform::componentFolder() + u'\\' + QString::fromLatin1(FailedNumbersFile);
+    return dataFile(QString::fromLatin1(FailedNumbersFile));
 }
 
 std::string utf8(const QString& text)
