@@ -97,7 +97,7 @@ const std::vector<ValueOption>& valueOptions()
          [](CommandLine& line, const QString& v) { line.database = notEmpty(v); }},
         {{u"create-demo"_s, u"Make the database with N customers, and stop."_s, u"N"_s},
          [](CommandLine& line, const QString& v) { line.createDemo = wholeNumber(v, 0); }},
-        {{u"app-dir"_s, u"The host application's folder; default: the folder of zulhost."_s, u"DIR"_s},
+        {{u"app-dir"_s, u"The host application's folder; default: that of the component."_s, u"DIR"_s},
          [](CommandLine& line, const QString& v) { line.appDir = notEmpty(v); }},
         {{u"user"_s, u"The operator's id; default: 1."_s, u"N"_s},
          [](CommandLine& line, const QString& v) {
@@ -122,7 +122,8 @@ const std::vector<ValueOption>& valueOptions()
          [](CommandLine& line, const QString& v) { line.scenario = notEmpty(v); }},
         {{u"journal"_s, u"Write every database operation to FILE."_s, u"FILE"_s},
          [](CommandLine& line, const QString& v) { line.journal = notEmpty(v); }},
-        {{u"component"_s, u"The component's library; default: the one beside zulhost."_s, u"FILE"_s},
+        {{u"component"_s,
+          u"The component's library; default: the one beside zulhost, else the installed one."_s, u"FILE"_s},
          [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
         {{u"app-url"_s, u"Where push notifications are posted; default: the table appOutbox."_s, u"URL"_s},
          [](CommandLine& line, const QString& v) { line.appUrl = webAddress(v); }},

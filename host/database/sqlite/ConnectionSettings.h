@@ -22,7 +22,8 @@ static const char* const zulConnectionSettings[] = {
     // Sixteen megabytes of log before it is copied into the file. A preparation commits each row, and its rows come to
     // lie on the same few pages: the longer the log, the fewer of them are written back.
     "PRAGMA wal_autocheckpoint=4096",
-    0, // NOLINT(modernize-use-nullptr): C reads this too
+    // NOLINTNEXTLINE(modernize-use-nullptr): C reads this too
+    0,
 };
 
 #endif
