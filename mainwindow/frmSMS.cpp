@@ -17,12 +17,15 @@
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
 #include "session/Platform.h"
+#include "session/ScreenFit.h"
 #include "session/Session.h"
+#include "session/frmTasti.h"
 #include "ui_frmSMS.h"
 
 #include <QKeyEvent>
 #include <QPointer>
 #include <QResizeEvent>
+#include <QShortcut>
 
 namespace zul {
 
@@ -50,7 +53,9 @@ frmSMS::frmSMS()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    m_content = FormScroll::wrap(m_ui->Resizer);
     new ButtonKeys(this);
+    frmTasti::openByF1(this);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_criteria = new CriteriaFields(*m_ui, this);
@@ -84,6 +89,7 @@ void frmSMS::Form_Load()
     trapped(smsProcedure(u"Form_Load"_s), [&] {
         setupLook();
         connectSearch();
+        connectKeys();
         addLookupFields();
         m_criteria->LoadPeriodoAcq_Auto();
         m_ui->Virtual_Keyboard->hide();
@@ -170,6 +176,36 @@ void frmSMS::connectSearch()
     connect(m_ui->grdClienti, &ReportGrid::columnLayoutChanged, this, &frmSMS::saveLayout);
 }
 
+void frmSMS::connectKeys()
+{
+    // On the search page alone: a key that is held down searches once.
+    for (const QKeySequence& keys : {QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_Return),
+                                     QKeySequence(Qt::CTRL | Qt::Key_Enter)}) {
+        auto* search = new QShortcut(keys, m_ui->pageRicerca);
+        search->setAutoRepeat(false);
+        connect(search, &QShortcut::activated, m_ui->cmdElabora, &QPushButton::click);
+    }
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), this), &QShortcut::activated, this,
+            [this] { turnPage(1); });
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), this), &QShortcut::activated, this,
+            [this] { turnPage(-1); });
+}
+
+/// Turns the pages of the innermost tab control in which the focus is: criteria, send types, or the window's own.
+void frmSMS::turnPage(int step)
+{
+    trapped(smsProcedure(u"turnPage"_s), [&] {
+        PageTabs* tabs = m_ui->tab_Invio;
+        for (QWidget* around = focusWidget(); around != nullptr; around = around->parentWidget()) {
+            if (auto* found = qobject_cast<PageTabs*>(around)) {
+                tabs = found;
+                break;
+            }
+        }
+        tabs->turnPage(step);
+    });
+}
+
 void frmSMS::addLookupFields()
 {
     using Takes = LookupField::Takes;
@@ -227,7 +263,7 @@ void frmSMS::setTouchMode(bool touch)
     // grid stand in one row beside them.
     constexpr int CriteriaWidth = 325;
     constexpr int TouchCriteriaWidth = 420;
-    const int criteriaWidth = touch ? TouchCriteriaWidth : CriteriaWidth;
+    const int criteriaWidth = qRound(systemSized(touch ? TouchCriteriaWidth : CriteriaWidth));
     m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
     m_ui->grdClienti->setTouchMode(touch);
     m_ui->Virtual_KeyPAD->setTouchMode(touch);
@@ -246,15 +282,18 @@ void frmSMS::Form_Resize()
         constexpr int LeastTwips = 8000;
         constexpr int WidthMarginTwips = 140;
         constexpr int HeightMarginTwips = 500;
-        const int least = pixelsFromTwips(LeastTwips);
-        if (width() < least || height() < least) {
-            resize(std::max(width(), least), std::max(height(), least));
+        // A screen without so much room is the one exception: there the content keeps that size, and scrolls.
+        const int leastPixels = pixelsFromTwips(LeastTwips);
+        const QSize least = QSize(leastPixels, leastPixels).boundedTo(roomFor(this));
+        if (size().expandedTo(least) != size()) {
+            resize(size().expandedTo(least));
             return;
         }
         // The height's margin is the strip of the header label.
         const int widthMargin = pixelsFromTwips(WidthMarginTwips);
         const int heightMargin = pixelsFromTwips(HeightMarginTwips);
         const int left = widthMargin / 2;
+        m_content->widget()->setMinimumSize(leastPixels - widthMargin, leastPixels - heightMargin);
         m_ui->Resizer->setGeometry(left, heightMargin, width() - widthMargin, height() - heightMargin);
         m_ui->lblHeadaer->setGeometry(left + look::grid, 0, width() - widthMargin - 2 * look::grid,
                                       heightMargin);

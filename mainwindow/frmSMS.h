@@ -17,6 +17,7 @@ class frmSMS;
 namespace zul {
 
 class CriteriaFields;
+class FormScroll;
 class GridCommands;
 class LookupFields;
 class SendPages;
@@ -60,6 +61,8 @@ private:
     void Form_Resize();
     void setupLook();
     void connectSearch();
+    void connectKeys();
+    void turnPage(int step);
     void addLookupFields();
 
     // Search.
@@ -73,6 +76,7 @@ private:
     void cmd_Ricerca_Avanzata_Click();
 
     std::unique_ptr<Ui::frmSMS> m_ui;
+    FormScroll* m_content; ///< in the resizer area; owned by it
     // Each works on the controls that its name says; all are children of the form.
     CriteriaFields* m_criteria;
     LookupFields* m_lookups;
