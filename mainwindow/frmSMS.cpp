@@ -5,6 +5,7 @@
 #include "controls/look/Icons.h"
 #include "hostlib/Ado.h"
 #include "mainwindow/CriteriaFields.h"
+#include "mainwindow/CriteriaMarks.h"
 #include "mainwindow/GridCommands.h"
 #include "mainwindow/GridLoad.h"
 #include "mainwindow/LookupFields.h"
@@ -59,6 +60,7 @@ frmSMS::frmSMS()
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_criteria = new CriteriaFields(*m_ui, this);
+    m_marks = new CriteriaMarks(*m_ui, this);
     m_lookups = new LookupFields(this);
     m_gridCommands = new GridCommands(*m_ui, this);
     m_sendPages = new SendPages(*m_ui, this);
@@ -73,6 +75,7 @@ frmSMS::~frmSMS()
     delete m_sendPages;
     delete m_gridCommands;
     delete m_lookups;
+    delete m_marks;
     delete m_criteria;
 }
 
@@ -267,6 +270,7 @@ void frmSMS::setTouchMode(bool touch)
     m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
     m_ui->grdClienti->setTouchMode(touch);
     m_ui->Virtual_KeyPAD->setTouchMode(touch);
+    m_marks->setTouchMode(touch);
     m_gridCommands->arrange();
 }
 

@@ -17,6 +17,7 @@ class frmSMS;
 namespace zul {
 
 class CriteriaFields;
+class CriteriaMarks;
 class FormScroll;
 class GridCommands;
 class LookupFields;
@@ -79,6 +80,7 @@ private:
     FormScroll* m_content; ///< in the resizer area; owned by it
     // Each works on the controls that its name says; all are children of the form.
     CriteriaFields* m_criteria;
+    CriteriaMarks* m_marks;
     LookupFields* m_lookups;
     GridCommands* m_gridCommands;
     SendPages* m_sendPages;
