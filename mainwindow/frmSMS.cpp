@@ -10,6 +10,7 @@
 #include "mainwindow/GridLoad.h"
 #include "mainwindow/LookupFields.h"
 #include "mainwindow/Pages.h"
+#include "mainwindow/Previews.h"
 #include "mainwindow/SendPages.h"
 #include "mainwindow/TemplateEditors.h"
 #include "selection/TargetQuery.h"
@@ -65,12 +66,15 @@ frmSMS::frmSMS()
     m_gridCommands = new GridCommands(*m_ui, this);
     m_sendPages = new SendPages(*m_ui, this);
     m_templateEditors = new TemplateEditors(*m_ui, this);
+    m_sendPages->setSmsText([this] { return m_templateEditors->smsText(); });
+    m_previews = new Previews(*m_ui, *m_sendPages, *m_templateEditors, this);
     Form_Load();
 }
 
 frmSMS::~frmSMS()
 {
     // They know the controls through m_ui, which goes before the children do.
+    delete m_previews;
     delete m_templateEditors;
     delete m_sendPages;
     delete m_gridCommands;
@@ -134,7 +138,8 @@ void frmSMS::setupLook()
     for (QWidget* kept : std::initializer_list<QWidget*>{
              m_ui->frameRicorrenze, m_ui->chkECO_Classif, m_ui->cntrECO_Classif, m_ui->RBN_SoloSMS,
              m_ui->RBN_SoloEMAIL, m_ui->RBM_Precedenza_SMS, m_ui->RBM_Precedenza_EMAIL, m_ui->lblSMS,
-             m_ui->lblMail, m_ui->cntrMailFinder, m_ui->cmdNuovoTestoSMS_0_}) {
+             m_ui->lblMail, m_ui->cntrMailFinder, m_ui->cmdNuovoTestoSMS_0_, m_ui->lblContaSMS,
+             m_ui->cmdAnteprima_0_}) {
         QSizePolicy policy = kept->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         kept->setSizePolicy(policy);
@@ -147,6 +152,8 @@ void frmSMS::setupLook()
     m_ui->cmdSelezionaEvidenziati->setIcon(icon(IconId::SelectHighlighted));
     m_ui->Cmd_DeselezionaEvidenziati->setIcon(icon(IconId::DeselectHighlighted));
     m_ui->cmdApriGestoreSMS->setIcon(icon(IconId::Start));
+    m_ui->cmdAnteprima_0_->setIcon(icon(IconId::Preview));
+    m_ui->cmdAnteprima_1_->setIcon(icon(IconId::Preview));
     m_ui->cmdCreaMessaggi->setIcon(icon(IconId::Send, IconTone::OnAccent));
     m_ui->cmdProsegui1->setIcon(icon(IconId::Next, IconTone::OnAccent));
     m_ui->cmdProsegui2->setIcon(icon(IconId::Next, IconTone::OnAccent));
@@ -231,6 +238,7 @@ void frmSMS::addLookupFields()
         if (field == m_ui->cntrMessaggio_0_ || field == m_ui->cntrMessaggio_1_) {
             m_ui->RBN_PushModel->setChecked(true);
         }
+        m_templateEditors->showSmsCount();
     });
 }
 

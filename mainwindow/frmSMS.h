@@ -21,6 +21,7 @@ class CriteriaMarks;
 class FormScroll;
 class GridCommands;
 class LookupFields;
+class Previews;
 class SendPages;
 class TemplateEditors;
 
@@ -85,6 +86,7 @@ private:
     GridCommands* m_gridCommands;
     SendPages* m_sendPages;
     TemplateEditors* m_templateEditors;
+    Previews* m_previews;
     std::unique_ptr<hostlib::AdvancedSearch> m_frmRicercaAvanzata; ///< created on first use
     QString m_parametriRicercaAvanzata;
 };

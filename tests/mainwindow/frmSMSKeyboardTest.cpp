@@ -89,8 +89,8 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
     open();
     page("tab_Invio", 1);
     const QStringList smsMail{u"tab_Invio"_s,        u"TabControlTipo"_s,      u"RBN_SoloSMS"_s,
-                              u"cntrMessaggio(0)"_s, u"cmdNuovoTestoSMS(0)"_s, u"cntrMailFinder"_s,
-                              u"cmdProsegui2"_s};
+                              u"cntrMessaggio(0)"_s, u"cmdNuovoTestoSMS(0)"_s, u"cmdAnteprima(0)"_s,
+                              u"cntrMailFinder"_s,   u"cmdProsegui2"_s};
     EXPECT_EQ(stops(), smsMail);
     EXPECT_EQ(reversed(stops(Qt::Key_Backtab)), smsMail);
     page("TabControlTipo", 1);
@@ -99,6 +99,7 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
                            u"RBN_PushModel"_s,
                            u"cntrMessaggio(1)"_s,
                            u"txtTestoMessaggio(1)"_s,
+                           u"cmdAnteprima(1)"_s,
                            u"cmdNuovoTestoSMS(1)"_s,
                            u"optApp_SoloSelezionati"_s,
                            u"cmdProsegui2"_s};
