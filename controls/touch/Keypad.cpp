@@ -64,10 +64,10 @@ QSize Keypad::sizeHint() const
     return {side, side};
 }
 
-QRect Keypad::placed(const QRect& field, const QRect& window) const
+QRect Keypad::placed(const QRect& field, const QRect& window, const QList<QRect>& taken) const
 {
     return placeBeside(field, sizeHint().expandedTo(minimumSizeHint()),
-                       window.adjusted(edge, edge, -edge, -edge));
+                       window.adjusted(edge, edge, -edge, -edge), taken);
 }
 
 void Keypad::changeEvent(QEvent* event)

@@ -74,9 +74,9 @@ void OnScreenKeyboard::leaveRoomIn(QWidget* window) const
     layout->setContentsMargins(margins);
 }
 
-QRect OnScreenKeyboard::placed(const QRect& field, const QRect& window) const
+QRect OnScreenKeyboard::placed(const QRect& field, const QRect& window, const QList<QRect>& taken) const
 {
-    return placeAtBottom(field, sizeHint(), window.adjusted(edge, edge, -edge, -edge));
+    return placeAtBottom(field, sizeHint(), window.adjusted(edge, edge, -edge, -edge), taken);
 }
 
 void OnScreenKeyboard::addCharacter(QGridLayout* keys, int row, int column, const CharacterKey& key)
