@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString calendarKeys = u"F4 o Alt+Giù: calendario."_s;
+
 bool opensCalendar(const QKeyEvent& key)
 {
     return (key.key() == Qt::Key_F4 && key.modifiers() == Qt::NoModifier) ||
@@ -31,8 +33,10 @@ DateField::DateField(QWidget* parent)
     m_textBox->setObjectName(u"textBox"_s);
     m_textBox->setPlaceholderText(datePlaceholder(locale()));
     m_textBox->setProperty("joinedField", true);
+    m_textBox->setToolTip(calendarKeys);
     m_textBox->installEventFilter(this);
-    QToolButton* button = makeFieldButton(this, IconId::Calendar, u"calendarButton"_s, u"Calendario"_s);
+    QToolButton* button =
+        makeFieldButton(this, IconId::Calendar, u"calendarButton"_s, u"Calendario"_s, u"F4 o Alt+Giù"_s);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -107,7 +111,7 @@ void DateField::changeEvent(QEvent* event)
 
 void DateField::showEvent(QShowEvent* event)
 {
-    lendAccessibleName(this, m_textBox);
+    lendAccessibleName(this, m_textBox, calendarKeys);
     QWidget::showEvent(event);
 }
 

@@ -87,6 +87,12 @@ public:
     /// The highlighted records. Nothing when none is highlighted.
     void setSelectedChecked(bool checked);
     size_t checkedCount() const;
+    /// Every record, those that the filter hides included, gets the other state.
+    void invertChecked();
+    /// Takes back the last ticking of the operator, or of a function for many records; once more, it is there again.
+    /// A new fill, and setChecked, leave nothing to take back.
+    void undoChecked();
+    bool canUndoChecked() const;
 
     // --- Highlighted records
 

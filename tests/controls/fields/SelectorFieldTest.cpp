@@ -126,7 +126,12 @@ TEST_F(SelectorFieldTest, ADisabledFieldAsksNothing)
 TEST_F(SelectorFieldTest, CanBeReadAloud)
 {
     EXPECT_EQ(box->accessibleName(), u"Comune"_s);
-    EXPECT_EQ(button("chooseButton")->toolTip(), u"Scegli…"_s);
-    EXPECT_FALSE(button("chooseButton")->accessibleName().isEmpty());
-    EXPECT_FALSE(button("clearButton")->accessibleName().isEmpty());
+    EXPECT_EQ(box->accessibleDescription(), u"Invio, F4 o Alt+Giù: scegli. Canc: svuota."_s);
+    EXPECT_EQ(box->toolTip(), u"Invio, F4 o Alt+Giù: scegli. Canc: svuota."_s);
+    field.setText(u"Forlì"_s);
+    EXPECT_EQ(box->toolTip(), u"Forlì\nInvio, F4 o Alt+Giù: scegli. Canc: svuota."_s);
+    EXPECT_EQ(button("chooseButton")->toolTip(), u"Scegli… (Invio, F4 o Alt+Giù)"_s);
+    EXPECT_EQ(button("clearButton")->toolTip(), u"Svuota (Canc)"_s);
+    EXPECT_EQ(button("chooseButton")->accessibleName(), u"Scegli…: Comune"_s);
+    EXPECT_EQ(button("clearButton")->accessibleName(), u"Svuota: Comune"_s);
 }
