@@ -1,5 +1,6 @@
 #include "controls/fields/FieldParts.h"
 
+#include "controls/access/FieldButtonAccessible.h"
 #include "controls/look/Icons.h"
 
 #include <QLabel>
@@ -20,6 +21,7 @@ QToolButton* makeFieldButton(QWidget* field, IconId iconId, const QString& objec
                              const QString& keys)
 {
     auto* button = new QToolButton(field);
+    pressLater(button);
     button->setObjectName(objectName);
     button->setIcon(icon(iconId));
     button->setIconSize(QSize(16, 16));

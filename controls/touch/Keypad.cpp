@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 Keypad::Keypad(QWidget* parent)
     : KeyPanel(parent)
 {
+    setAccessibleName(u"Tastierino numerico"_s);
     auto* keys = new QGridLayout(this);
     keys->setContentsMargins(4, 4, 4, 4);
     keys->setSpacing(4);

@@ -38,6 +38,7 @@ constexpr int lastColumn = 26;
 OnScreenKeyboard::OnScreenKeyboard(QWidget* parent)
     : KeyPanel(parent)
 {
+    setAccessibleName(u"Tastiera"_s);
     auto* keys = new QGridLayout(this);
     keys->setContentsMargins(4, 4, 4, 4);
     keys->setSpacing(4);

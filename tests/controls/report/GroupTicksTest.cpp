@@ -196,7 +196,8 @@ TEST_F(GroupTicksTest, NothingIsTakenBackAfterAFillOrARunThatClearedTicks)
 TEST_F(GroupTicksTest, TheRowsMenuInvertsAndTakesBack)
 {
     const auto choose = [this](const QString& text) {
-        QContextMenuEvent open(QContextMenuEvent::Mouse, QPoint(50, 50), view().viewport()->mapToGlobal(QPoint(50, 50)));
+        QContextMenuEvent open(QContextMenuEvent::Mouse, QPoint(50, 50),
+                               view().viewport()->mapToGlobal(QPoint(50, 50)));
         QApplication::sendEvent(view().viewport(), &open);
         auto* menu = grid.findChild<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
         ASSERT_NE(menu, nullptr);
