@@ -1,5 +1,6 @@
 #include "mainwindow/frmSMS.h"
 
+#include "controls/access/TabBarAccessible.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
@@ -29,6 +30,7 @@
 #include <QPointer>
 #include <QResizeEvent>
 #include <QShortcut>
+#include <QTabBar>
 
 namespace zul {
 
@@ -135,6 +137,9 @@ void frmSMS::setupLook()
 {
     applyCommonLook(this, false);
     setupReportControl(m_ui->grdClienti);
+    for (const QTabWidget* tabs : findChildren<QTabWidget*>()) {
+        describeTabs(tabs->tabBar());
+    }
 
     for (QWidget* kept : std::initializer_list<QWidget*>{
              m_ui->frameRicorrenze, m_ui->chkECO_Classif, m_ui->cntrECO_Classif, m_ui->RBN_SoloSMS,

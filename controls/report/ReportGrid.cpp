@@ -215,6 +215,7 @@ void ReportGrid::setChecked(uint32_t record, bool checked)
         return;
     }
     m->model->setChecked(record, checked);
+    m->model->forgetCheckUndo();
     m->view->viewport()->update();
     Q_EMIT checkChanged(record);
 }
@@ -224,6 +225,7 @@ void ReportGrid::setAllChecked(bool checked)
     if (recordCount() == 0) {
         return;
     }
+    m->model->rememberChecks();
     m->model->setAllChecked(checked);
     Q_EMIT checkChanged(-1);
 }
@@ -231,6 +233,9 @@ void ReportGrid::setAllChecked(bool checked)
 void ReportGrid::setSelectedChecked(bool checked)
 {
     const QItemSelection highlighted = m->view->selectionModel()->selection();
+    if (!highlighted.isEmpty()) {
+        m->model->rememberChecks();
+    }
     for (const QItemSelectionRange& range : highlighted) {
         m->model->setRowsChecked(range.top(), range.bottom(), checked);
     }
@@ -238,6 +243,28 @@ void ReportGrid::setSelectedChecked(bool checked)
         m->model->checksChanged();
         Q_EMIT checkChanged(-1);
     }
+}
+
+void ReportGrid::invertChecked()
+{
+    if (recordCount() > 0 && checkColumn() >= 0) {
+        m->model->rememberChecks();
+        m->model->invertChecks();
+        Q_EMIT checkChanged(-1);
+    }
+}
+
+void ReportGrid::undoChecked()
+{
+    if (canUndoChecked()) {
+        m->model->undoChecks();
+        Q_EMIT checkChanged(-1);
+    }
+}
+
+bool ReportGrid::canUndoChecked() const
+{
+    return m->model->canUndoChecks();
 }
 
 size_t ReportGrid::checkedCount() const

@@ -27,7 +27,7 @@ namespace zul {
 class ReportGrid : public QWidget
 {
     Q_OBJECT
-    /// What drives the window without linking it asks here, see ReportGridProbe.
+    /// A program that drives the window without linking it asks here, see ReportGridProbe.
     Q_PROPERTY(QObject* probe READ probe)
 
 public:
@@ -38,7 +38,7 @@ public:
         ColumnResized = 0,
         ColumnMoved = 1,
         SortChanged = 2, ///< order, groups: nothing that a layout file keeps
-        ColumnShown = 3  ///< shown or hidden by the operator
+        ColumnShown = 3  ///< shown or hidden by the operator, or all columns reset
     };
     Q_ENUM(LayoutChange)
 
@@ -87,6 +87,12 @@ public:
     /// The highlighted records. Nothing when none is highlighted.
     void setSelectedChecked(bool checked);
     size_t checkedCount() const;
+    /// Every record, those that the filter hides included, gets the other state.
+    void invertChecked();
+    /// Takes back the last ticking of the operator, or of a function for many records; once more, it is there again.
+    /// A new fill, and setChecked, leave nothing to take back.
+    void undoChecked();
+    bool canUndoChecked() const;
 
     // --- Highlighted records
 
@@ -122,7 +128,8 @@ public:
     /// as a whole or not at all. The result says why when it cannot be written. The path is in the platform's form.
     LayoutSaved saveLayout(const QString& path, const QString& section) const;
     /// Applies a saved layout. False, and nothing changes, when the file or the section is missing or not one
-    /// of ours. Columns that the file does not know keep their place and width.
+    /// of ours. Columns that the file does not know keep their place and width, and the check column stays to be
+    /// seen, whatever the file says.
     bool loadLayout(const QString& path, const QString& section);
     /// Whether the operator has the column shown, in the header or as a group.
     bool isColumnShown(int column) const;

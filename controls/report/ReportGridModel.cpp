@@ -53,6 +53,7 @@ void ReportGridModel::deleteColumns()
     m_groupColumns.clear();
     m_grouped.forgetClosed();
     m_checks.clear();
+    m_checksBefore.reset();
     rebuild(true, true);
     endResetModel();
 }
@@ -62,6 +63,7 @@ void ReportGridModel::deleteRecords()
     beginResetModel();
     m_store.clearRows();
     m_checks.clear();
+    m_checksBefore.reset();
     m_grouped.forgetSingles();
     m_recordCount = 0;
     m_room = {};
@@ -233,6 +235,7 @@ void ReportGridModel::groupRecords()
 {
     if (!groups()) {
         m_grouped.clear(m_room);
+        m_groupTicks = {};
         return;
     }
     const std::vector<uint32_t>& order = recordsInOrder();
@@ -253,6 +256,7 @@ void ReportGridModel::groupRecords()
     }
     m_grouped.build(
         order, starts, [this](const GroupedRows::Group& group) { return pathOf(group); }, m_room);
+    m_groupTicks.assign(m_grouped.groupCount(), {});
 }
 
 // --- Rows on the screen
@@ -369,6 +373,59 @@ void ReportGridModel::setChecked(uint32_t record, bool checked)
     }
 }
 
+void ReportGridModel::invertChecks()
+{
+    m_checks.invert(m_store.rowCount());
+    checksChanged();
+}
+
+void ReportGridModel::undoChecks()
+{
+    if (m_checksBefore) {
+        m_checks.swap(*m_checksBefore);
+        checksChanged();
+    }
+}
+
+Qt::CheckState ReportGridModel::groupTick(const GroupedRows::Group& group) const
+{
+    const std::vector<uint32_t>& order = recordsInOrder();
+    const bool first = isChecked(order[group.first]);
+    for (uint32_t place = group.first + 1; place < group.first + group.count; ++place) {
+        if (isChecked(order[place]) != first) {
+            return Qt::PartiallyChecked;
+        }
+    }
+    return first ? Qt::Checked : Qt::Unchecked;
+}
+
+Qt::CheckState ReportGridModel::rowTick(int row) const
+{
+    if (!isGroup(row)) {
+        const int own = record(row);
+        return own >= 0 && isChecked(static_cast<uint32_t>(own)) ? Qt::Checked : Qt::Unchecked;
+    }
+    // A group may hold all records, and is asked at every painting.
+    GroupTick& known = m_groupTicks[m_grouped.groupNumber(row)];
+    if (known.changes != m_checks.changes()) {
+        known = {m_checks.changes(), checkedCount() == 0 ? Qt::Unchecked : groupTick(m_grouped.group(row))};
+    }
+    return known.tick;
+}
+
+void ReportGridModel::setGroupChecked(int row, bool checked)
+{
+    if (!isGroup(row)) {
+        return;
+    }
+    const GroupedRows::Group& group = m_grouped.group(row);
+    const std::vector<uint32_t>& order = recordsInOrder();
+    for (uint32_t place = group.first; place < group.first + group.count; ++place) {
+        m_checks.set(order[place], checked);
+    }
+    checksChanged();
+}
+
 void ReportGridModel::setAllChecked(bool checked)
 {
     m_checks.setAll(m_store.rowCount(), checked);
@@ -423,6 +480,8 @@ QVariant ReportGridModel::groupData(int row, int column, int role) const
         return groupLevel(row);
     case GroupClosedRole:
         return isGroupClosed(row);
+    case Qt::CheckStateRole:
+        return column == m_checkColumn ? QVariant(rowTick(row)) : QVariant();
     case Qt::DisplayRole:
         return column == 0 ? u"%1 (%2)"_s.arg(groupCaption(row)).arg(groupCount(row)) : QVariant();
     case Qt::AccessibleTextRole:

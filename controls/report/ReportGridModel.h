@@ -10,6 +10,7 @@
 #include <QHash>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace zul {
@@ -94,6 +95,17 @@ public:
     void setRowsChecked(int first, int last, bool checked);
     void checksChanged(); ///< tells views, once, after setRowsChecked
     size_t checkedCount() const { return m_checks.count(); }
+    void invertChecks(); ///< of all records
+    /// The tick of a record's row; of a group's row what those of all its records have in common.
+    Qt::CheckState rowTick(int row) const;
+    /// All records of a group, those of closed groups within it included, but none that the filter hides.
+    void setGroupChecked(int row, bool checked);
+    /// Remembers the ticks as they are, for the operator's undo. Whoever ticks for the operator calls it before.
+    void rememberChecks() { m_checksBefore = m_checks; }
+    void forgetCheckUndo() { m_checksBefore.reset(); }
+    bool canUndoChecks() const { return m_checksBefore.has_value(); }
+    /// The ticks are as they were remembered; undone once more, they are again as they are now.
+    void undoChecks();
 
     // --- QAbstractItemModel
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -113,6 +125,7 @@ private:
     void rebuild(bool sort, bool filter);
     QString captionOf(const GroupedRows::Group& group) const;
     QString pathOf(const GroupedRows::Group& group) const;
+    Qt::CheckState groupTick(const GroupedRows::Group& group) const;
     QVariant groupData(int row, int column, int role) const;
     bool groups() const { return !m_groupColumns.empty(); }
     bool validRow(int row) const { return row >= 0 && row < rowCount(); }
@@ -125,6 +138,14 @@ private:
     uint64_t m_changesSeen = 0; // of the store, by the order at hand
     int m_checkColumn = -1;
     RecordChecks m_checks;
+    std::optional<RecordChecks> m_checksBefore; // the operator's last ticking
+    /// For each group its tick, and when it was reckoned.
+    struct GroupTick
+    {
+        uint64_t changes = ~uint64_t{0};
+        Qt::CheckState tick = Qt::Unchecked;
+    };
+    mutable std::vector<GroupTick> m_groupTicks;
 
     ReportSort m_sort;
     std::vector<ReportSort> m_groupColumns;
