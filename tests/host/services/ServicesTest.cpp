@@ -296,6 +296,28 @@ TEST_F(ServicesTest, KeepsAppMessagesInATableWithoutAService)
     EXPECT_EQ(rows[1][1], std::nullopt);
 }
 
+TEST_F(ServicesTest, GivesNoIdBeyondThirtyTwoBits)
+{
+    m_database->run("INSERT INTO TMK_MailingList (idMailing) VALUES (2147483647)");
+    const auto record = service<IMessageRecord>();
+    VARIANT_BOOL stored = VARIANT_TRUE;
+    EXPECT_NE(record->Save(connection(), &stored), S_OK);
+    EXPECT_EQ(stored, VARIANT_FALSE);
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) FROM TMK_MailingList").rows.at(0).at(0), "1");
+
+    const auto connector = service<IAppConnector>();
+    ASSERT_EQ(connector->Init(Bstr(u"app").get(), Bstr(u"sale").get()), S_OK);
+    Bstr why;
+    VARIANT_BOOL sent = VARIANT_FALSE;
+    ASSERT_EQ(connector->SendToContact(nullptr, 45000.5, Bstr(u"Ciao").get(), why.put(), &sent), S_OK);
+    ASSERT_EQ(sent, VARIANT_TRUE) << why.toUtf8();
+    m_database->run("UPDATE appOutbox SET id = 2147483647");
+    ASSERT_EQ(connector->SendToContact(nullptr, 45000.5, Bstr(u"Ciao").get(), why.put(), &sent), S_OK);
+    EXPECT_EQ(sent, VARIANT_FALSE);
+    EXPECT_EQ(why.toUtf8(), "the ids of appOutbox are used up");
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) FROM appOutbox").rows.at(0).at(0), "1");
+}
+
 TEST_F(ServicesTest, MakesItsOwnTablesWhereTheyAreMissing)
 {
     for (const char* table : {"appOutbox", "tabModificheRighe", "tabContatori"}) {
