@@ -261,6 +261,44 @@ TEST_F(ServicesTest, StoresAMessageWithWhatWasPutInTheOrderOfTheColumns)
     EXPECT_EQ(rows[1][2], std::nullopt);
 }
 
+TEST_F(ServicesTest, TheJournalTellsThatAPasswordWasStoredAndNotWhich)
+{
+    ComPtr<IConnection> rows;
+    ASSERT_EQ(connection()->get_Connection(rows.put()), S_OK);
+    const auto store = [&](bool adds, std::u16string_view name, std::u16string_view value) {
+        ComPtr<IRecordset> settings;
+        const std::u16string sql =
+            u"SELECT * FROM tabImpostazioni WHERE descrizione='" + std::u16string(name) + u"'";
+        ASSERT_EQ(rows->OpenRecordset(Bstr(sql).get(), CursorDynamic, LockOptimistic, settings.put()), S_OK);
+        if (adds) {
+            ASSERT_EQ(settings->AddNew(), S_OK);
+            ASSERT_EQ(settings->put_Value(Variant::fromText(u"Descrizione"), Variant::fromText(name)), S_OK);
+        }
+        ASSERT_EQ(settings->put_Value(Variant::fromText(u"Valore"), Variant::fromText(value)), S_OK);
+        ASSERT_EQ(settings->Update(), S_OK);
+    };
+    store(true, u"SMS_CHECK_FTP_Password", u"segreta");
+    store(false, u"SMS_CHECK_FTP_Password", u"segreta2");
+    store(false, u"SMS_CHECK_FTP_Password", u"");
+    store(true, u"SMS_CHECK_FTP_User", u"utente");
+    std::string all;
+    for (const std::string& line : journal()) {
+        all += line + "\n";
+    }
+    EXPECT_EQ(all.find("segreta"), std::string::npos) << all;
+    EXPECT_NE(all.find(R"([["Descrizione","SMS_CHECK_FTP_Password"],["Valore","***"]])"), std::string::npos)
+        << all;
+    EXPECT_NE(all.find(R"({"op":"update","table":"tabImpostazioni","values":[["Valore","***"]]})"),
+              std::string::npos)
+        << all;
+    EXPECT_NE(all.find(R"([["Valore",""]])"), std::string::npos) << all;
+    EXPECT_NE(all.find(R"(["Valore","utente"])"), std::string::npos) << all;
+    EXPECT_EQ(m_database->run("SELECT Valore FROM tabImpostazioni WHERE Descrizione='SMS_CHECK_FTP_User'")
+                  .rows.at(0)
+                  .at(0),
+              "utente");
+}
+
 TEST_F(ServicesTest, SaysWhenAMessageCannotBeStored)
 {
     m_database->run("DROP TABLE TMK_MailingList");
