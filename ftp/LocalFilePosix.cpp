@@ -97,7 +97,8 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
     } else {
         flags |= O_WRONLY | O_CREAT;
     }
-    const int file = ::open(native.c_str(), flags, 0666);
+    // What is downloaded is its owner's alone.
+    const int file = ::open(native.c_str(), flags, 0600);
     if (file == -1) {
         return fromErrno(errno, native);
     }

@@ -1,5 +1,6 @@
 // zulhost, the reference host: a small management application that loads the component and shows its windows, or
 // plays a scenario on them.
+#include "host/database/Secrets.h"
 #include "host/player/CommandLine.h"
 #include "host/player/EventPrinter.h"
 #include "host/player/LineSource.h"
@@ -93,7 +94,7 @@ int run(const CommandLine& line)
     options.appUrl = line.appUrl.toStdString();
     options.programStarted = [&printer](const std::string& path, const std::string& parameters) {
         printer.line(u"started %1 %2"_s.arg(quoted(QString::fromStdString(path)),
-                                            quoted(QString::fromStdString(parameters))));
+                                            quoted(QString::fromStdString(withoutPasswords(parameters)))));
     };
     const HostDatabase database(options);
     int code = 0;
@@ -119,6 +120,7 @@ int runProgram(int argc, char** argv)
     for (int i = 1; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
+    hideSecrets(argc, argv);
     const auto parsed = parseCommandLine(arguments);
     if (const auto* error = std::get_if<CommandLineError>(&parsed)) {
         complain(error->message);
