@@ -6,7 +6,7 @@
 
 #include <QObject>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace Ui {
 class frmSMS;
