@@ -38,7 +38,7 @@ Procedure optionProcedure(const QString& name)
 
 QString layoutFile()
 {
-    return platform::nativePath(platform::componentFolder() + u"\\Zul_MessageBuilderGrd.ini"_s);
+    return platform::nativePath(platform::filesFolder() + u"\\Zul_MessageBuilderGrd.ini"_s);
 }
 
 constexpr const char* LayoutSection = "ZUL";

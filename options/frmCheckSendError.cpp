@@ -33,7 +33,7 @@ Procedure procedure(const QString& name)
 
 QString localCopy()
 {
-    return platform::componentFolder() + u'\\' + QString::fromLatin1(FailedNumbersFile);
+    return platform::filesFolder() + u'\\' + QString::fromLatin1(FailedNumbersFile);
 }
 
 std::string utf8(const QString& text)

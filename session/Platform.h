@@ -10,6 +10,11 @@ namespace zul::platform {
 /// The folder of the component's own library file, without a separator at its end.
 QString componentFolder();
 
+/// The folder of the files that the component writes for itself (log, column layout, the provider's report), without
+/// a separator at its end: that of its library; on Windows, where that one cannot be written by this user, the user's
+/// own folder of local settings. Decided once a process.
+QString filesFolder();
+
 /// A path that was put together with "\" in the form that the file system takes. Every path passes here
 /// where the file system is touched, and nowhere else.
 QString nativePath(const QString& path);

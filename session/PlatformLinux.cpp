@@ -19,6 +19,11 @@ QString componentFolder()
     return QFileInfo(QFile::decodeName(info.dli_fname)).absolutePath();
 }
 
+QString filesFolder()
+{
+    return componentFolder();
+}
+
 QString nativePath(const QString& path)
 {
     QString native = path;

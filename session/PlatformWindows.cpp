@@ -1,11 +1,13 @@
 #include "session/Platform.h"
 
 #include "automation/ModuleHandle.h"
+#include "session/WritableFolder.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 
 namespace zul::platform {
 
@@ -46,6 +48,14 @@ QString componentFolder()
         return QDir::currentPath();
     }
     return QFileInfo(QString::fromStdWString(file)).absolutePath();
+}
+
+QString filesFolder()
+{
+    static const QString folder = firstWritableFolder(
+        {componentFolder(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                QStringLiteral("/Zul_MessageBuilder")});
+    return folder;
 }
 
 QString nativePath(const QString& path)

@@ -96,8 +96,8 @@ void LogError(const QString& procedureName, const QString& messageText, const QS
     try {
         if (!logger()) {
             logger() = std::make_unique<Logger>(
-                ApplicationName, platform::nativePath(platform::componentFolder() +
-                                                      QStringLiteral("\\Zul_Messagebuilder.log")));
+                ApplicationName,
+                platform::nativePath(platform::filesFolder() + QStringLiteral("\\Zul_Messagebuilder.log")));
         }
         logger()->setTimeStamp(QDateTime::currentDateTime());
         logger()->write(procedureName, messageText, detailText);
