@@ -1,5 +1,10 @@
-# For scripts that run Windows programs: the Wine of Debian's wine64, and a prefix of its own.
-export ZUL_WINE=${ZUL_WINE:-/usr/lib/wine/wine64}
+# For scripts that run Windows programs: Debian's Wine for programs of 64 bits, or with the argument i686 of 32, and a
+# prefix of its own.
+if [ "${1:-}" = i686 ]; then
+    export ZUL_WINE=${ZUL_WINE:-/usr/lib/wine/wine} WINEARCH=win32
+else
+    export ZUL_WINE=${ZUL_WINE:-/usr/lib/wine/wine64}
+fi
 export WINEDEBUG=${WINEDEBUG:--all} LC_ALL=${ZUL_TEST_LOCALE:-it_IT.UTF-8}
 # No debugger that waits, no menus on this machine, none of the parts that would be fetched.
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe='
