@@ -8,6 +8,7 @@
 #include "host/player/ScenarioPlayer.h"
 #include "host/player/WindowWatcher.h"
 #include "host/session/DemoDatabase.h"
+#include "host/session/Display.h"
 #include "host/session/HostDatabase.h"
 #include "host/session/HostSession.h"
 
@@ -35,9 +36,7 @@ void complain(const QString& why)
 /// Without a display the windows live in memory, on a screen of a usual size.
 void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
 {
-    const bool display =
-        !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    if (display || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+    if (hasDisplay() || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         return;
     }
     QByteArray platform = "offscreen";

@@ -237,7 +237,7 @@ std::size_t Recordset::columnOf(const VARIANT& field) const
     const VARIANT* wanted = &field;
     Variant copy;
     if ((field.vt & VT_BYREF) != 0) {
-        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&field)))) {
+        if (FAILED(copyWithoutReference(copy, field))) {
             throw EngineError(ErrorCode::ItemNotFound, "a field is named by a text or a number");
         }
         wanted = &copy;

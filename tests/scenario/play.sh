@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # play.sh ZULHOST COMPONENT NAME.scenario [ENGINE PROGRAM]: plays the scenario on a new demo database in a folder of
-# its own and compares what comes of it with NAME.expected beside it.
+# its own and compares what comes of it with NAME.expected beside it. With ZUL_PLAY=wine both are Windows' (play-wine.sh).
 #
 # The database is a file, or with ENGINE "standin" one behind the stand-in of a Transact-SQL server (PROGRAM serves
 # it), or with "server" the one that ZUL_TEST_TSQL names (PROGRAM drops its tables). What is expected is the same.
@@ -29,17 +29,15 @@ setting() { sed -n "s/^# $1: *//p" "$scenario" | head -n 1; }
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-# The component keeps its log and its layout file beside its library, and its settings in the user's home.
-ln -s "$component" "$folder/libZul_MessageBuilder.so"
-export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data XDG_CACHE_HOME=$folder/cache
+. "$here/play-${ZUL_PLAY:-linux}.sh"
+place
 export no_proxy=127.0.0.1
-unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 locale=$(setting locale)
 export LC_ALL=${locale:-${ZUL_TEST_LOCALE:-it_IT.UTF-8}}
 customers=$(setting customers)
 database=$folder/test.db
 [ "$engine" = file ] || . "$here/server.sh"
-[ -n "${created:-}" ] || "$host" --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
+[ -n "${created:-}" ] || run --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
 
 sed -n 's/^# file \([^:]*\): */\1\t/p' "$scenario" | while IFS=$'\t' read -r name lines; do
     mkdir -p "$(dirname "$folder/$name")"
@@ -55,11 +53,12 @@ if grep -q '^# server' "$scenario"; then
 fi
 
 journal=()
-grep -q '^# journal' "$scenario" && journal=(--journal "$folder/journal.txt")
-sed "s|@PORT@|$port|g; s|@FOLDER@|$folder|g" "$scenario" >"$folder/played.scenario"
+grep -q '^# journal' "$scenario" && journal=(--journal journal.txt)
+shown=$(native "$folder" | sed 's|\\|\\\\\\\\|g')
+sed "s|@PORT@|$port|g; s|@FOLDER@|$shown|g" "$scenario" >"$folder/played.scenario"
 read -r -a options <<<"$(setting options)"
 [ "$engine" != file ] || database=test.db
-(cd "$folder" && "$host" --database "$database" --component "$folder/libZul_MessageBuilder.so" "${journal[@]}" \
+(cd "$folder" && run --database "$database" --component "$component" "${journal[@]}" \
     "${options[@]}" --scenario played.scenario) >"$folder/out" 2>"$folder/err"
 code=$?
 [ -z "${cut:-}" ] || afterwards
@@ -74,7 +73,7 @@ code=$?
     for name in $(setting show); do
         [ ! -e "$folder/$name" ] || sed "s|^|$name: |" "$folder/$name"
     done
-} | sed "s|$port|@PORT@|g" >"$folder/actual"
+} | plain | sed "s|$port|@PORT@|g" >"$folder/actual"
 
 if [ "${ZUL_SCENARIO_WRITE:-}" = 1 ]; then
     sed "s|$folder|@|g" "$folder/actual" >"$expected"
@@ -123,6 +122,13 @@ if [ "$engine" != file ]; then
     done
     mv "$folder/actual.same" "$folder/actual"
     expected=$folder/$(basename "$expected").same
+fi
+
+if declare -F alike >/dev/null; then
+    sed "s|$folder|@|g" "$folder/actual" | alike >"$folder/actual.alike"
+    alike <"$expected" >"$folder/$(basename "$expected").alike"
+    mv "$folder/actual.alike" "$folder/actual"
+    expected=$folder/$(basename "$expected").alike
 fi
 
 failed=0

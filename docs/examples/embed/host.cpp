@@ -84,10 +84,7 @@ struct Connection final : Object<IConnection>
     Connection()
         : Object(IID_IConnection)
     {}
-    HRESULT get_ConnectionString(BSTR* value) override
-    {
-        return *value = SysAllocString(u"Data Source=example"), S_OK;
-    }
+    HRESULT get_ConnectionString(BSTR* value) override { return *value = SysAllocString(u"Data Source=example"), S_OK; }
     HRESULT Execute(BSTR sql, LONG* affected) override
     {
         return print("execute", sql), *affected = 0, S_OK;
@@ -108,15 +105,9 @@ struct HostConnection final : Object<_SqlConnection>
         : Object(IID__SqlConnection)
     {}
     ~HostConnection() override { connection->Release(); }
-    HRESULT get_Connection(IConnection** value) override
-    {
-        return connection->AddRef(), *value = connection, S_OK;
-    }
+    HRESULT get_Connection(IConnection** value) override { return connection->AddRef(), *value = connection, S_OK; }
     HRESULT get_UserName(BSTR* value) override { return *value = SysAllocString(u"operatore"), S_OK; }
-    HRESULT LookupValue(BSTR, BSTR, BSTR, VARIANT* value) override
-    {
-        return VariantInit(value), S_OK;
-    } // database
+    HRESULT LookupValue(BSTR, BSTR, BSTR, VARIANT* value) override { return VariantInit(value), S_OK; } // database
     Connection* connection = new Connection;
 };
 
