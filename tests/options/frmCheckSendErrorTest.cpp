@@ -153,12 +153,12 @@ TEST_F(CheckSendErrorTest, TheFourSettingsAreReadInTheirOrderAndShown)
 {
     host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"}, {"SMS_CHECK_FTP_USER", "L'utente 😀"}};
     form = std::make_unique<frmCheckSendError>();
-    QStringList keys;
+    QStringList opened;
     for (const std::string& line : host.operations("open")) {
-        keys.append(qs(line).section(u'\'', 1, 1));
+        opened.append(qs(line).section(u'\'', 1, 1));
     }
-    EXPECT_EQ(keys, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s, u"SMS_CHECK_FTP_USER"_s,
-                                 u"SMS_CHECK_FTP_Password"_s}));
+    EXPECT_EQ(opened, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s,
+                                   u"SMS_CHECK_FTP_USER"_s, u"SMS_CHECK_FTP_Password"_s}));
     EXPECT_EQ(find<QLineEdit>("txtFTP_Server")->text(), u"ftp.x.it"_s);
     EXPECT_EQ(find<QLineEdit>("txtFTP_Port")->text(), QString()) << "there is no default port";
     EXPECT_EQ(find<QLineEdit>("txtFTP_User")->text(), u"L'utente 😀"_s);
