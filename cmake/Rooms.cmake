@@ -6,4 +6,4 @@ set(ZUL_ROOMS base idl automation hostlib grid controls session ftp selection lo
 
 # The reference host is a program of its own, which knows the component through its contracts alone.
 set(ZUL_HOST_MAY_USE base idl automation)
-set(ZUL_HOST_ROOMS dialect database demo services player session)
+set(ZUL_HOST_ROOMS check dialect database demo services player session)

@@ -1,5 +1,6 @@
 // zulhost, the reference host: a small management application that loads the component and shows its windows, or
 // plays a scenario on them.
+#include "host/check/HostCheck.h"
 #include "host/database/Secrets.h"
 #include "host/player/CommandLine.h"
 #include "host/player/EventPrinter.h"
@@ -9,6 +10,7 @@
 #include "host/player/WindowWatcher.h"
 #include "host/session/DemoDatabase.h"
 #include "host/session/Display.h"
+#include "host/session/ForeignHost.h"
 #include "host/session/HostDatabase.h"
 #include "host/session/HostSession.h"
 
@@ -23,6 +25,7 @@
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace zul;
 using namespace zul::host;
 
 constexpr int exitFailed = 1;
@@ -112,6 +115,30 @@ int run(const CommandLine& line)
     return code;
 }
 
+/// Every line as soon as it is known: the host that is checked may take the process with it.
+void say(const std::string& line)
+{
+    std::printf("%s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+int checkForeignHost(const CommandLine& line)
+{
+    ComPtr<_SqlConnection> connection;
+    try {
+        connection = createForeignConnection(line.checkHost);
+    } catch (const std::exception& error) {
+        complain(QString::fromUtf8(error.what()));
+        return exitUsage;
+    }
+    check::CheckOptions options;
+    options.readOnly = line.readOnly;
+    const check::Report report =
+        check::checkHost(connection.get(), options, [](const check::Finding& found) { say(found.line()); });
+    say(report.summary());
+    return report.hasBreach() ? exitFailed : 0;
+}
+
 int runProgram(int argc, char** argv)
 {
     // Read before Qt takes its own options out: zulhost has none but those of its table.
@@ -132,6 +159,9 @@ int runProgram(int argc, char** argv)
         const QString text = line.help ? usage() : u"zulhost %1\n"_s.arg(QStringLiteral(ZUL_VERSION));
         std::fputs(text.toUtf8().constData(), stdout);
         return 0;
+    }
+    if (!line.checkHost.isEmpty()) {
+        return checkForeignHost(line);
     }
 
     std::unique_ptr<QTemporaryDir> screen;

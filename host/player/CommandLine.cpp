@@ -148,6 +148,12 @@ const std::vector<ValueOption>& valueOptions()
          [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
         {{u"app-url"_s, u"Where push notifications are posted; default: the table appOutbox."_s, u"URL"_s},
          [](CommandLine& line, const QString& v) { line.appUrl = webAddress(v); }},
+        {{u"check-host"_s,
+          u"Hold the connection object of another host against the contract, and stop. HOST is a ProgID, or "
+          "LIBRARY[:FACTORY]: a library and the function that it exports for this, ZulCreateConnection by "
+          "default."_s,
+          u"HOST"_s},
+         [](CommandLine& line, const QString& v) { line.checkHost = notEmpty(v); }},
     };
     return table;
 }
@@ -155,6 +161,8 @@ const std::vector<ValueOption>& valueOptions()
 struct Switches
 {
     QCommandLineOption touch{u"touch"_s, u"Touch mode."_s};
+    QCommandLineOption readOnly{u"read-only"_s,
+                                u"With --check-host: make no table, and try nothing that needs one."_s};
     // The parser's own would offer Qt's options too, which zulhost does not take.
     QCommandLineOption help{{u"h"_s, u"help"_s}, u"Print this text, and stop."_s};
     QCommandLineOption version{{u"v"_s, u"version"_s}, u"Print the version, and stop."_s};
@@ -171,7 +179,8 @@ void describe(QCommandLineParser& parser)
     for (const ValueOption& known : valueOptions()) {
         parser.addOption(known.option);
     }
-    for (const QCommandLineOption& known : {switches().touch, switches().help, switches().version}) {
+    for (const QCommandLineOption& known :
+         {switches().touch, switches().readOnly, switches().help, switches().version}) {
         parser.addOption(known);
     }
 }
@@ -211,6 +220,7 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
     CommandLine line;
     line.database = qEnvironmentVariable("ZULHOST_DATABASE");
     line.touch = parser.isSet(switches().touch);
+    line.readOnly = parser.isSet(switches().readOnly);
     line.help = parser.isSet(switches().help);
     line.version = parser.isSet(switches().version);
     for (const ValueOption& known : valueOptions()) {
@@ -223,6 +233,9 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
                     u"--%1 takes %2, not \"%3\""_s.arg(known.option.names().first(), bad.wanted, value)};
             }
         }
+    }
+    if (line.readOnly && line.checkHost.isEmpty()) {
+        return CommandLineError{u"--read-only belongs to --check-host"_s};
     }
     return line;
 }

@@ -42,6 +42,11 @@ struct CommandLine
     QString component;
     /// Where the app connector posts push notifications; empty: the table appOutbox.
     QString appUrl;
+    /// The foreign host whose connection object is held against the contract: "LIBRARY", "LIBRARY:FACTORY" or a ProgID;
+    /// empty: none.
+    QString checkHost;
+    /// The check writes nothing.
+    bool readOnly = false;
     /// Print the usage, or the program's version, and stop.
     bool help = false;
     bool version = false;

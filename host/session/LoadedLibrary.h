@@ -10,7 +10,8 @@ class LoadedLibrary
 {
 public:
     // The file's path in the platform's form. Throws std::runtime_error with a text for the user.
-    explicit LoadedLibrary(const QString& file);
+    // The role is what the texts call it.
+    explicit LoadedLibrary(const QString& file, const char* role = "component");
 
     // The file of a library with this name: "libName.so", "Name.dll".
     [[nodiscard]] static QString fileName(const QString& name);
@@ -26,6 +27,7 @@ private:
     [[nodiscard]] void* address(const char* name) const;
 
     QString m_file;
+    const char* m_role;
     void* m_handle = nullptr;
 };
 } // namespace zul::host

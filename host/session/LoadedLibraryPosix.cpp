@@ -7,13 +7,14 @@
 #include <stdexcept>
 
 namespace zul::host {
-LoadedLibrary::LoadedLibrary(const QString& file)
+LoadedLibrary::LoadedLibrary(const QString& file, const char* role)
     : m_file(file)
+    , m_role(role)
     , m_handle(dlopen(QFile::encodeName(file).constData(), RTLD_NOW | RTLD_LOCAL))
 {
     if (m_handle == nullptr) {
         const char* why = dlerror();
-        throw std::runtime_error("the component cannot be loaded: " +
+        throw std::runtime_error(std::string("the ") + m_role + " cannot be loaded: " +
                                  (why == nullptr ? file.toStdString() : std::string(why)));
     }
 }
@@ -22,7 +23,7 @@ void* LoadedLibrary::address(const char* name) const
 {
     void* found = dlsym(m_handle, name);
     if (found == nullptr) {
-        throw std::runtime_error(m_file.toStdString() + " is no component: it exports no " + name);
+        throw std::runtime_error(m_file.toStdString() + " is no " + m_role + ": it exports no " + name);
     }
     return found;
 }

@@ -21,16 +21,17 @@ QString reason(DWORD error)
 }
 } // namespace
 
-LoadedLibrary::LoadedLibrary(const QString& file)
+LoadedLibrary::LoadedLibrary(const QString& file, const char* role)
     : m_file(file)
+    , m_role(role)
     // What the library needs stands beside it, not beside the program.
     , m_handle(LoadLibraryExW(reinterpret_cast<const wchar_t*>(QDir::toNativeSeparators(file).utf16()),
                               nullptr, LOAD_WITH_ALTERED_SEARCH_PATH))
 {
     if (m_handle == nullptr) {
         const DWORD error = GetLastError();
-        throw std::runtime_error("the component cannot be loaded: " + file.toStdString() + ": " +
-                                 reason(error).toStdString());
+        throw std::runtime_error(std::string("the ") + m_role + " cannot be loaded: " + file.toStdString() +
+                                 ": " + reason(error).toStdString());
     }
 }
 
@@ -38,7 +39,7 @@ void* LoadedLibrary::address(const char* name) const
 {
     auto* const found = reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(m_handle), name));
     if (found == nullptr) {
-        throw std::runtime_error(m_file.toStdString() + " is no component: it exports no " + name);
+        throw std::runtime_error(m_file.toStdString() + " is no " + m_role + ": it exports no " + name);
     }
     return found;
 }

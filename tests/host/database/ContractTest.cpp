@@ -1,5 +1,5 @@
-// What the component may rely on, the same on every database: row sets, transactions, ids, errors. Changes through a row
-// set are in ContractChangesTest.cpp.
+// What this tree promises beyond the checks of ContractCheckTest.cpp, the same on every database: error numbers, types,
+// streaming, ids, the journal. Changes through a row set are in ContractChangesTest.cpp.
 #include "tests/host/database/ContractTest.h"
 
 #include "automation/ComObject.h"
@@ -82,16 +82,10 @@ TEST_P(ContractTest, TellsUserAndConnection)
     EXPECT_NE(text.toUtf8().find(m_options.database), std::string::npos);
 }
 
-TEST_P(ContractTest, CountsTheRowsThatAStatementTouches)
+TEST_P(ContractTest, CountsNoRowsForADefinition)
 {
-    EXPECT_EQ(execute(u"INSERT INTO tabProva (id, testo) VALUES (1, 'uno')"), 1);
-    EXPECT_EQ(execute(u"INSERT INTO tabProva (id, testo) SELECT 2, 'due'"), 1);
-    EXPECT_EQ(execute(u"UPDATE tabProva SET piccolo = 3"), 2);
-    EXPECT_EQ(execute(u"UPDATE tabProva SET piccolo = 3 WHERE id = 99"), 0);
-    EXPECT_EQ(execute(u"DELETE FROM tabProva WHERE id = 99"), 0);
     EXPECT_EQ(execute(u"CREATE TABLE tabAltra (a int)"), 0);
     EXPECT_EQ(execute(u"DROP TABLE tabAltra"), 0);
-    EXPECT_EQ(execute(u"DELETE FROM tabProva"), 2);
 }
 
 TEST_P(ContractTest, BringsEveryTypeThereAndBack)
@@ -168,39 +162,13 @@ TEST_P(ContractTest, BringsTextsOfEveryLength)
     EXPECT_TRUE(atEnd(read));
 }
 
-TEST_P(ContractTest, BringsEarlyAndLateDates)
+TEST_P(ContractTest, MovesNoFurtherThanBehindTheLastRow)
 {
-    const auto rows = open(u"tabProva", CursorStatic, LockOptimistic);
-    LONG id = 0;
-    const std::vector<const char*> dates{"1753-01-01 00:00:00.000", "1899-12-29 06:00:00.000",
-                                         "1899-12-30 14:05:09.000", "1930-02-28 23:59:59.000",
-                                         "9999-12-31 00:00:00.000"};
-    for (const char* text : dates) {
-        throwIfFailed(rows->AddNew());
-        put(rows, u"id", Variant::fromLong(++id));
-        put(rows, u"quando", Variant::fromDate(*parseDate(text)));
-        throwIfFailed(rows->Update());
-    }
-    const auto read = open(u"SELECT quando FROM tabProva ORDER BY id");
-    for (const char* text : dates) {
-        EXPECT_EQ(formatDate(get(read, u"quando").date), text);
-        throwIfFailed(read->MoveNext());
-    }
-}
-
-TEST_P(ContractTest, MovesEveryKindOfRowSetOverEveryLock)
-{
-    for (LONG id = 1; id <= 3; ++id) {
-        add(id, u"riga");
-    }
+    add(1, u"riga");
     for (const CursorKind cursor : {CursorForwardOnly, CursorKeyset, CursorDynamic, CursorStatic}) {
         for (const LockKind lock : {LockReadOnly, LockPessimistic, LockOptimistic}) {
-            const auto rows = open(u"SELECT id FROM tabProva ORDER BY id", cursor, lock);
-            LONG sum = 0;
-            for (; !atEnd(rows); throwIfFailed(rows->MoveNext())) {
-                sum += get(rows, u"id").lVal;
-            }
-            EXPECT_EQ(sum, 6);
+            const auto rows = open(u"SELECT id FROM tabProva", cursor, lock);
+            throwIfFailed(rows->MoveNext());
             EXPECT_EQ(rows->MoveNext(), static_cast<HRESULT>(ErrorCode::NoCurrentRow));
         }
     }

@@ -172,6 +172,17 @@ TEST(CommandLine, TheLastOfAnOptionCountsAndEveryOneIsRead)
     EXPECT_TRUE(!lists.showSms && lists.showMail && !lists.showPush);
 }
 
+TEST(CommandLine, ChecksAnotherHost)
+{
+    EXPECT_TRUE(taken({}).checkHost.isEmpty());
+    const CommandLine line = taken({"--check-host", "/opt/host/libhost.so:create", "--read-only"});
+    EXPECT_EQ(line.checkHost, u"/opt/host/libhost.so:create"_s);
+    EXPECT_TRUE(line.readOnly);
+    EXPECT_FALSE(taken({"--check-host", "Host.Connection"}).readOnly);
+    EXPECT_EQ(refused({"--read-only"}), u"--read-only belongs to --check-host"_s);
+    EXPECT_EQ(refused({"--check-host"}), u"--check-host needs a value"_s);
+}
+
 TEST(CommandLine, HelpAndVersion)
 {
     EXPECT_TRUE(taken({"--help"}).help);
@@ -185,7 +196,7 @@ TEST(CommandLine, NamesEveryOptionInItsUsage)
 {
     for (const char* option : {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show",
                                "--search", "--touch", "--window", "--scenario", "--journal", "--component",
-                               "--app-url", "--help", "--version"}) {
+                               "--app-url", "--check-host", "--read-only", "--help", "--version"}) {
         EXPECT_TRUE(zul::host::usage().contains(QLatin1String(option))) << option;
     }
 }

@@ -1,0 +1,100 @@
+// zulhost --check-host as it is started on the libraries of others: what it prints and how it ends.
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class CheckHostProgram : public ::testing::Test
+{
+protected:
+    struct End
+    {
+        int code = -1;
+        QStringList lines;
+        QString errors;
+    };
+
+    CheckHostProgram()
+    {
+        QFile file(database);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+
+    End check(const QString& host, const QStringList& more = {}) const
+    {
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"ZUL_TEST_HOST_DATABASE"_s, database);
+        environment.insert(u"XDG_DATA_HOME"_s, folder.path());
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(ZUL_HOST), QStringList{u"--check-host"_s, host} + more);
+        EXPECT_TRUE(program.waitForFinished(60'000));
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+        return {
+            program.exitCode(),
+            QString::fromUtf8(program.readAllStandardOutput()).trimmed().remove(u'\r').split(u'\n'),
+            QString::fromUtf8(program.readAllStandardError()),
+        };
+    }
+
+    const QTemporaryDir folder;
+    const QString database = folder.filePath(u"host à.db"_s);
+    const QString library = QStringLiteral(ZUL_SHARED_HOST);
+};
+
+TEST_F(CheckHostProgram, EndsWithNoughtOverAHostThatKeepsTheContract)
+{
+    const End end = check(library);
+    EXPECT_EQ(end.code, 0) << end.lines.join(u'\n').toStdString() << end.errors.toStdString();
+    EXPECT_TRUE(end.lines.contains(u"ok       row sets: static, read only"_s));
+    EXPECT_TRUE(end.lines.contains(u"ok       the event CaricaGriglia"_s))
+        << end.lines.join(u'\n').toStdString();
+    EXPECT_TRUE(end.lines.contains(u"stand-in services: IChangeTracker: nothing is told of added rows"_s));
+    EXPECT_TRUE(end.lines.last().contains(u", 0 breaches, "_s)) << end.lines.last().toStdString();
+    EXPECT_EQ(end.errors, QString());
+}
+
+TEST_F(CheckHostProgram, EndsWithOneOverABreach)
+{
+    const End end = check(library + u":createWithoutDescriptions"_s);
+    EXPECT_EQ(end.code, 1);
+    EXPECT_EQ(
+        end.lines.filter(u"BREACH   "_s),
+        QStringList{u"BREACH   failures: descriptions: Execute of a bad statement leaves no description "
+                    "with SetErrorInfo; the component: has nothing but a number for its log"_s});
+    EXPECT_TRUE(end.lines.last().contains(u", 1 breach, "_s)) << end.lines.last().toStdString();
+}
+
+TEST_F(CheckHostProgram, MakesNoTableReadOnly)
+{
+    const End end = check(library, {u"--read-only"_s});
+    EXPECT_EQ(end.code, 0) << end.lines.join(u'\n').toStdString();
+    EXPECT_TRUE(end.lines.contains(u"skipped  a table of its own: read-only"_s));
+    EXPECT_TRUE(end.lines.contains(u"skipped  transactions: needs \"a table of its own\""_s));
+    QFile file(database);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(file.readAll().contains("zulVerifica")) << "a table was made";
+}
+
+TEST_F(CheckHostProgram, EndsWithTwoWhereThereIsNoHost)
+{
+    const QString missing = folder.filePath(u"libmissing.so"_s);
+    for (const auto& [host, why] :
+         {std::pair(missing, u"the host cannot be loaded: "_s),
+          std::pair(library + u":noSuchFunction"_s, u"is no host: it exports no noSuchFunction"_s),
+          std::pair(library + u":createNothing"_s, u"createNothing succeeded and gave null"_s),
+          std::pair(library + u":createFailure"_s, u"createFailure failed: 0x80070005"_s),
+          std::pair(u"No.Such.Class"_s, u"Finding the class No.Such.Class failed: 0x800401f3"_s)}) {
+        const End end = check(host);
+        EXPECT_EQ(end.code, 2) << host.toStdString();
+        EXPECT_TRUE(end.errors.startsWith(u"zulhost: "_s)) << end.errors.toStdString();
+        EXPECT_TRUE(end.errors.contains(why)) << end.errors.toStdString();
+        EXPECT_EQ(end.lines, QStringList(QString()));
+    }
+}
+
+} // namespace

@@ -1,0 +1,104 @@
+// Hosts in a shared library, as somebody else would bring one. The database is the file that ZUL_TEST_HOST_DATABASE
+// names.
+#include "tests/host/check/BrokenHost.h"
+
+#include "automation/ErrorInfo.h"
+#include "host/player/EventPrinter.h"
+#include "host/session/HostDatabase.h"
+#include "host/session/HostEventSink.h"
+
+#include <cstdlib>
+#include <memory>
+
+namespace zul::host::check {
+
+namespace {
+
+/// The sound host, which also gives its sink of the component's event.
+class HostWithSink final : public ComObject<Dispatching<_SqlConnection>, IServiceProvider>
+{
+public:
+    explicit HostWithSink(std::shared_ptr<HostDatabase> database)
+        : m_database(std::move(database))
+        , m_printer(EventPrinter::Sink([](const QString&) {}))
+        , m_sink(makeCom<HostEventSink>(
+              m_printer, [this](const QString& sql) { return m_database->openRows(sql.toStdString()); }))
+    {}
+
+    HRESULT STDMETHODCALLTYPE get_Connection(IConnection** value) override
+    {
+        return m_database->connection()->get_Connection(value);
+    }
+    HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override
+    {
+        return m_database->connection()->get_UserName(value);
+    }
+    HRESULT STDMETHODCALLTYPE LookupValue(BSTR field, BSTR table, BSTR condition, VARIANT* value) override
+    {
+        return m_database->connection()->LookupValue(field, table, condition, value);
+    }
+    HRESULT STDMETHODCALLTYPE QueryService(REFGUID service, REFIID iid, void** object) override
+    {
+        *object = nullptr;
+        return service == iidOf<__SmsCreator>() ? m_sink->QueryInterface(iid, object) : E_NOINTERFACE;
+    }
+
+private:
+    const DispTable<_SqlConnection>& dispTable() const override
+    {
+        static const DispTable<_SqlConnection> table{};
+        return table;
+    }
+
+    std::shared_ptr<HostDatabase> m_database;
+    EventPrinter m_printer;
+    ComPtr<HostEventSink> m_sink;
+};
+
+std::shared_ptr<HostDatabase> openDatabase()
+{
+    HostDatabaseOptions options;
+    options.database = std::getenv("ZUL_TEST_HOST_DATABASE");
+    return std::make_shared<HostDatabase>(options);
+}
+
+} // namespace
+
+} // namespace zul::host::check
+
+#ifdef _WIN32
+#define EXPORTED extern "C" __declspec(dllexport) HRESULT
+#else
+#define EXPORTED extern "C" __attribute__((visibility("default"))) HRESULT
+#endif
+
+using namespace zul;
+using namespace zul::host::check;
+
+EXPORTED ZulCreateConnection(REFIID iid, void** object)
+{
+    return comGuard(u"SharedHost",
+                    [&] { return makeCom<HostWithSink>(openDatabase())->QueryInterface(iid, object); });
+}
+
+EXPORTED createWithoutDescriptions(REFIID iid, void** object)
+{
+    return comGuard(u"SharedHost", [&] {
+        // The sound host lives as long as the program.
+        static const std::shared_ptr<zul::host::HostDatabase> database = openDatabase();
+        auto state = std::make_shared<BrokenState>();
+        state->fault = Fault::NoDescription;
+        return makeBrokenHost(database->connection(), state)->QueryInterface(iid, object);
+    });
+}
+
+EXPORTED createNothing(REFIID, void** object)
+{
+    *object = nullptr;
+    return S_OK;
+}
+
+EXPORTED createFailure(REFIID, void**)
+{
+    return E_ACCESSDENIED;
+}
