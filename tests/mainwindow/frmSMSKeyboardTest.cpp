@@ -94,15 +94,9 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
     EXPECT_EQ(stops(), smsMail);
     EXPECT_EQ(reversed(stops(Qt::Key_Backtab)), smsMail);
     page("TabControlTipo", 1);
-    const QStringList push{u"tab_Invio"_s,
-                           u"TabControlTipo"_s,
-                           u"RBN_PushModel"_s,
-                           u"cntrMessaggio(1)"_s,
-                           u"txtTestoMessaggio(1)"_s,
-                           u"cmdAnteprima(1)"_s,
-                           u"cmdNuovoTestoSMS(1)"_s,
-                           u"optApp_SoloSelezionati"_s,
-                           u"cmdProsegui2"_s};
+    const QStringList push{u"tab_Invio"_s,           u"TabControlTipo"_s,         u"RBN_PushModel"_s,
+                           u"cntrMessaggio(1)"_s,    u"txtTestoMessaggio(1)"_s,   u"cmdAnteprima(1)"_s,
+                           u"cmdNuovoTestoSMS(1)"_s, u"optApp_SoloSelezionati"_s, u"cmdProsegui2"_s};
     EXPECT_EQ(stops(), push);
 }
 
