@@ -5,8 +5,10 @@
 #include "messages/SendChoices.h"
 
 #include <QObject>
+#include <functional>
+#include <utility>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace Ui {
 class frmSMS;
@@ -27,16 +29,22 @@ public:
     /// The object that showed the form: asked for the user id; not owned.
     void setRefToClass(ComponentObject* object) { m_SmsCreator = object; }
 
+    /// What knows the text of an SMS as it stands, for the summary before a run.
+    void setSmsText(std::function<QString()> smsText) { m_smsText = std::move(smsText); }
+
     /// Which message kinds the send page offers.
     void InitTipoMessaggio(bool showSendSms, bool showSendMail, bool showPushNotify);
 
     /// Whether a preparation of this showing ended well: its closing message was shown.
     bool somethingPrepared() const { return m_somethingPrepared; }
 
-private:
+    /// What stands on the page "Tipo di invio".
     SendChoices choices() const;
+
+private:
     bool somebodyIsMarked() const;
     void cmdProsegui2_Click();
+    void showSummary();
     void PreparaInvioMessaggi();
     /// False when a run broke off, or failed and is in the log.
     bool CreateSMS(bool clearMarks);
@@ -45,6 +53,7 @@ private:
 
     Ui::frmSMS& m_ui;
     QWidget* m_form;
+    std::function<QString()> m_smsText;
     ComponentObject* m_SmsCreator = nullptr;
     bool m_somethingPrepared = false;
 };

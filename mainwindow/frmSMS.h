@@ -17,8 +17,11 @@ class frmSMS;
 namespace zul {
 
 class CriteriaFields;
+class CriteriaMarks;
+class FormScroll;
 class GridCommands;
 class LookupFields;
+class Previews;
 class SendPages;
 class TemplateEditors;
 
@@ -60,6 +63,8 @@ private:
     void Form_Resize();
     void setupLook();
     void connectSearch();
+    void connectKeys();
+    void turnPage(int step);
     void addLookupFields();
 
     // Search.
@@ -73,12 +78,15 @@ private:
     void cmd_Ricerca_Avanzata_Click();
 
     std::unique_ptr<Ui::frmSMS> m_ui;
+    FormScroll* m_content; ///< in the resizer area; owned by it
     // Each works on the controls that its name says; all are children of the form.
     CriteriaFields* m_criteria;
+    CriteriaMarks* m_marks;
     LookupFields* m_lookups;
     GridCommands* m_gridCommands;
     SendPages* m_sendPages;
     TemplateEditors* m_templateEditors;
+    Previews* m_previews;
     std::unique_ptr<hostlib::AdvancedSearch> m_frmRicercaAvanzata; ///< created on first use
     QString m_parametriRicercaAvanzata;
 };

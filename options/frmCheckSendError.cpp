@@ -8,14 +8,16 @@
 #include "ftp/cFtp.h"
 #include "hostlib/Ado.h"
 #include "options/FailedNumbers.h"
+#include "options/KeyboardButton.h"
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
+#include "session/DataFile.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
-#include "session/Platform.h"
 #include "session/Session.h"
 #include "session/SettingsStore.h"
+#include "session/frmTasti.h"
 #include "ui_frmCheckSendError.h"
 
 #include <QCloseEvent>
@@ -33,7 +35,7 @@ Procedure procedure(const QString& name)
 
 QString localCopy()
 {
-    return platform::componentFolder() + u'\\' + QString::fromLatin1(FailedNumbersFile);
+    return dataFile(QString::fromLatin1(FailedNumbersFile));
 }
 
 std::string utf8(const QString& text)
@@ -55,6 +57,7 @@ frmCheckSendError::frmCheckSendError()
     m_ui->setupUi(this);
     setUpForm(this);
     new ButtonKeys(this);
+    frmTasti::openByF1(this);
     new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
@@ -67,6 +70,7 @@ frmCheckSendError::frmCheckSendError()
         m_ui->keybT->leaveRoomIn(this);
         resize(width(), onASmallScreen);
     }
+    new KeyboardButton(m_ui->cmdTastiera, m_ui->keybT);
     m_ui->cmdSMS_TestSMS->setIcon(icon(IconId::Start));
     m_ui->cmdSMS_ClearAccount->setIcon(icon(IconId::Disable));
     m_ui->cmdChiudi->setIcon(icon(IconId::Close, IconTone::OnAccent));

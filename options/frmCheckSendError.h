@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-class QLineEdit;
+QT_FORWARD_DECLARE_CLASS(QLineEdit)
 
 namespace Ui {
 class frmCheckSendError;

@@ -39,6 +39,11 @@ frmShowPath::frmShowPath(QWidget* parent)
 
 frmShowPath::~frmShowPath() = default;
 
+void frmShowPath::startAt(const QString& path)
+{
+    m_ui->FolderTreeview1->selectPath(path);
+}
+
 QString frmShowPath::selectedPath() const
 {
     return m_ui->FolderTreeview1->selectedPath();

@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QRect>
 
-class QPainter;
+QT_FORWARD_DECLARE_CLASS(QPainter)
 
 namespace zul {
 

@@ -1,7 +1,9 @@
 // What the keys do in the rows of the report grid.
 #pragma once
 
-class QKeyEvent;
+#include <QtGlobal>
+
+QT_FORWARD_DECLARE_CLASS(QKeyEvent)
 
 namespace zul {
 

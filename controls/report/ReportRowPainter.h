@@ -6,8 +6,8 @@
 
 #include <vector>
 
-class QPainter;
-class QRect;
+QT_FORWARD_DECLARE_CLASS(QPainter)
+QT_FORWARD_DECLARE_CLASS(QRect)
 
 namespace zul {
 

@@ -18,8 +18,8 @@ enum class StartWindow
 /// What the command line asks for; the members' initial values are the defaults.
 struct CommandLine
 {
-    /// An SQLite file or an ODBC connection string (it contains "="); empty: the demo database in the user's
-    /// data folder.
+    /// An SQLite file or an ODBC connection string (it contains "="), from the command line, a file that it names, or
+    /// ZULHOST_DATABASE of the environment; empty: the demo database in the user's data folder.
     QString database;
     /// Make the demo database with so many customers, and stop.
     std::optional<int> createDemo;
@@ -55,6 +55,10 @@ struct CommandLineError
 
 /// Reads the arguments (without the program's own name). An option that stands twice counts as it stands last.
 std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& arguments);
+
+/// Overwrites a connection string among the arguments of the program, which other users of the machine can list, once
+/// it has been read.
+void hideSecrets(int argc, char** argv);
 
 /// The text of --help. Names the program as it was started, which a QCoreApplication has to tell.
 QString usage();

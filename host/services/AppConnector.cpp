@@ -6,6 +6,8 @@
 #include "host/services/AppPost.h"
 #include "host/services/Services.h"
 
+#include <array>
+
 namespace zul::host {
 
 namespace {
@@ -68,12 +70,12 @@ private:
     {
         try {
             Engine& engine = *m_session->engine;
-            ensureTable(engine, outboxTable());
-            const std::vector<Value> row{engine.nextId("appOutbox", "id"), message.slug,
-                                         message.email ? Value(*message.email) : Value(), message.text,
-                                         DateValue{message.when}};
-            engine.execute("INSERT INTO appOutbox (id, Slug, Email, Testo, Data) VALUES (?, ?, ?, ?, ?)",
-                           Language::Native, row);
+            engine.ensureTable(outboxTable());
+            static constexpr std::array<std::string_view, 4> columns{"Slug", "Email", "Testo", "Data"};
+            const std::array<Value, 4> values{message.slug, message.email ? Value(*message.email) : Value(),
+                                              message.text, DateValue{message.when}};
+            std::int64_t id = 0;
+            engine.addRow({"appOutbox", "id", columns, values}, id);
             return {};
         } catch (const EngineError& error) {
             return error.what();

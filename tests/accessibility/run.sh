@@ -4,7 +4,7 @@
 set -e
 python="$1" host="$2"
 here="$(cd "$(dirname "$0")" && pwd)"
-for tool in xvfb-run dbus-run-session; do
+for tool in Xvfb dbus-run-session; do
     command -v "$tool" > /dev/null || { echo "no $tool"; exit 77; }
 done
 [ -x /usr/libexec/at-spi-bus-launcher ] || { echo "no accessibility bus"; exit 77; }
@@ -18,4 +18,4 @@ export PYTHONDONTWRITEBYTECODE=1
 QT_QPA_PLATFORM=offscreen "$host" --database "$folder/demo.db" --create-demo 200
 # Only a platform with a display has a bridge to the bus.
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
-xvfb-run -a -s "-screen 0 1280x960x24" dbus-run-session -- "$python" "$here/mainjob.py" "$host" "$folder/demo.db"
+"$here/../on-display.sh" 1280x960x24 dbus-run-session -- "$python" "$here/mainjob.py" "$host" "$folder/demo.db"

@@ -25,14 +25,14 @@ protected:
     QString counts()
     {
         QCoreApplication::processEvents();
-        return form().findChild<QLabel*>(u"lblConteggi"_s)->text();
+        return find<QLabel>(u"lblConteggi"_s)->text();
     }
 
     void filter(const QString& text)
     {
         QTest::keyClick(grid()->focusProxy(), Qt::Key_F, Qt::ControlModifier);
-        QTest::keyClicks(form().findChild<QLineEdit*>(u"txtTrova"_s), text);
-        form().findChild<QCheckBox*>(u"chkSoloCorrispondenti"_s)->click();
+        QTest::keyClicks(find<QLineEdit>(u"txtTrova"_s), text);
+        box("chkSoloCorrispondenti")->click();
     }
 };
 
@@ -69,10 +69,10 @@ TEST_F(SmsFormGridToolsTest, FindAsksTheDatabaseForNothing)
     open();
     search();
     filter(u"rossi"_s);
-    QTest::keyClick(form().findChild<QLineEdit*>(u"txtTrova"_s), Qt::Key_Escape);
+    QTest::keyClick(find<QLineEdit>(u"txtTrova"_s), Qt::Key_Escape);
     EXPECT_EQ(grid()->recordsInScreenOrder().size(), 2U);
     EXPECT_TRUE(host.operations().empty());
-    EXPECT_TRUE(form().isVisible()) << "Esc is the bar's";
+    EXPECT_TRUE(form->isVisible()) << "Esc is the bar's";
 }
 
 } // namespace
