@@ -13,7 +13,8 @@ class OutcomeList;
 class ReportGrid;
 class WaitIndicator;
 
-/// The rows of a report grid, in the order of the screen at the moment of construction.
+/// The rows of a report grid, in the order of the screen at the moment of construction. A filter hides rows from the eye
+/// only: what is ticked is a recipient.
 class GridRecipients : public Recipients
 {
 public:

@@ -1,6 +1,5 @@
 #include "mainwindow/frmSMS.h"
 
-#include "controls/access/TabBarAccessible.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
@@ -32,7 +31,6 @@
 #include <QPointer>
 #include <QResizeEvent>
 #include <QShortcut>
-#include <QTabBar>
 
 namespace zul {
 
@@ -141,9 +139,6 @@ void frmSMS::setupLook()
 {
     applyCommonLook(this, false);
     setupReportControl(m_ui->grdClienti);
-    for (const QTabWidget* tabs : findChildren<QTabWidget*>()) {
-        describeTabs(tabs->tabBar());
-    }
 
     for (QWidget* kept : std::initializer_list<QWidget*>{
              m_ui->frameRicorrenze, m_ui->chkECO_Classif, m_ui->cntrECO_Classif, m_ui->RBN_SoloSMS,
