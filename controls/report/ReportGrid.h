@@ -3,6 +3,7 @@
 
 #include "controls/report/GridClipboard.h"
 #include "grid/ColumnStore.h"
+#include "grid/GridCounts.h"
 #include "grid/GridLayoutFile.h"
 #include "grid/ReportColumn.h"
 
@@ -75,6 +76,12 @@ public:
     bool cellIsNumeric(uint32_t record, int column) const;
     /// All records that the text filter passes, in the order on the screen, those of closed groups included.
     const std::vector<uint32_t>& recordsInScreenOrder() const;
+    /// The same with those that filters hide.
+    const std::vector<uint32_t>& allRecordsInScreenOrder() const;
+    /// The columns shown in the header, in their order on the screen.
+    std::vector<int> columnsInScreenOrder() const;
+    /// In constant time, but for highlighted rows while columns group.
+    GridCounts counts() const;
 
     // --- Checks
 
@@ -121,6 +128,25 @@ public:
     /// Only records of which a shown column contains the text, case disregarded; the empty text shows all.
     void setTextFilter(const QString& text);
     QString textFilter() const;
+    /// Only records with a tick, as they were when this was set or the rows were populated last. A new fill begins without.
+    void setOnlyChecked(bool only);
+    bool showsOnlyChecked() const;
+    bool isFiltered() const; ///< by text or ticks
+    /// Where to look from: the record with the focus, or the one behind or before it.
+    enum class Find
+    {
+        Here,
+        Next,
+        Previous
+    };
+    /// Gives the focus to the next record of which a shown column contains the text, on from the other end where there
+    /// is none; closed groups around it are opened. False when no record that is shown does.
+    bool findText(const QString& text, Find from);
+    /// How many of the records that are shown contain the text.
+    size_t matchCount(const QString& text) const;
+    /// Ctrl+F in the rows opens a bar that finds and filters, see GridFindBar. Off at first.
+    void setFindEnabled(bool enabled);
+    void openFindBar(); ///< if it is enabled
 
     // --- Layout: widths, order and visibility of the columns, by field name
 

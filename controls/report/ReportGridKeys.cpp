@@ -91,6 +91,10 @@ bool pressGridKey(ReportGridView& view, QKeyEvent& event)
         copyHighlighted(view, CopyHeaders::No);
         return true;
     }
+    if (event.matches(QKeySequence::Find)) {
+        Q_EMIT view.findRequested();
+        return true;
+    }
     if (event.matches(QKeySequence::Undo)) {
         view.undoChecks();
         return true;

@@ -65,6 +65,21 @@ public:
     void setGroupColumns(const std::vector<ReportSort>& columns);
     void setTextFilter(const QString& text);
     QString textFilter() const { return m_filter; }
+    /// Only records with a tick, as they were when this was set or the rows were populated last: a row stays when its
+    /// tick is taken off. New records begin without it.
+    void setOnlyChecked(bool only);
+    bool showsOnlyChecked() const { return m_onlyChecked; }
+    bool isFiltered() const { return m_filtered; }
+    /// A bit for each record: whether a shown column of it contains the text, case disregarded. Kept until the text or
+    /// what is in the columns changes.
+    const std::vector<uint64_t>& matches(const QString& text) const;
+    /// The record that contains the text, at or after a place in the order (before it: not forward), on from the other end
+    /// where there is none; -1 when none does.
+    int64_t findRecord(const QString& text, size_t place, bool forward) const;
+    /// Of the records that the filters pass.
+    size_t matchCount(const QString& text) const;
+    /// All records, those that filters hide included, in the order of the screen.
+    const std::vector<uint32_t>& allRecordsInOrder() const { return m_sorted; }
     /// Columns that are hidden are not searched either. The check column stays as it was described: without it there
     /// would be no way to tick.
     void setColumnShown(int column, bool shown);
@@ -84,7 +99,8 @@ public:
     bool isGroupClosed(int row) const;
     void setGroupClosed(int row, bool closed);
     void setAllGroupsClosed(bool closed);
-    int groupRowAbove(int row) const; ///< the nearest group row above, -1 when there is none
+    void openGroupsOf(uint32_t record); ///< so that its row is there
+    int groupRowAbove(int row) const;   ///< the nearest group row above, -1 when there is none
 
     // --- Checks
     int checkColumn() const { return m_checkColumn; }
@@ -150,7 +166,17 @@ private:
     ReportSort m_sort;
     std::vector<ReportSort> m_groupColumns;
     QString m_filter;
+    bool m_onlyChecked = false;
     bool m_filtered = false;
+    /// The last text that was looked for.
+    struct Matches
+    {
+        QString text;
+        uint64_t changes = ~uint64_t{0}; // of the store
+        std::vector<bool> shown;         // the columns that were searched
+        std::vector<uint64_t> records;
+    };
+    mutable Matches m_matches;
     std::vector<uint32_t> m_sorted; // all records, by group columns and sort column
     std::vector<uint32_t> m_order;  // those of m_sorted that the filter passes
     GroupedRows m_grouped;          // while columns group

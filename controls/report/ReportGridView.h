@@ -67,6 +67,7 @@ Q_SIGNALS:
     void keyPressed(int key);
     void checkToggled(int64_t record);
     void highlightChanged();
+    void findRequested();
     void menuRequested(int column, const QPoint& globalPosition);
 
 protected Q_SLOTS:
