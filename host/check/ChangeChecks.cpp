@@ -115,18 +115,9 @@ bool hasGenerator(const Subject& subject)
     return static_cast<bool>(generator);
 }
 
-void checkTransactions(Subject& subject)
+/// With the first one begun.
+void requireTransactions(const Subject& subject)
 {
-    subject.emptyTable();
-    forgetErrors();
-    if (const HRESULT result = subject.connection()->BeginTrans(); FAILED(result)) {
-        const Failure failure = takeFailure(result);
-        if (hasGenerator(subject)) {
-            throw StandIn("BeginTrans fails: " + failure.text() +
-                          "; the component needs none, since the host generates the ids");
-        }
-        throw Breach("BeginTrans fails: " + failure.text(), "stores no template and sends no message");
-    }
     constexpr std::u16string_view insert = u"INSERT INTO zulVerifica (id) VALUES (1)";
     const char* const consequence = "would leave halves behind";
     subject.execute(insert);
@@ -140,6 +131,28 @@ void checkTransactions(Subject& subject)
     subject.connection()->RollbackTrans();
     forgetErrors();
     requireRows(subject, 1, "after CommitTrans and a RollbackTrans", consequence);
+}
+
+void checkTransactions(Subject& subject)
+{
+    subject.emptyTable();
+    forgetErrors();
+    if (const HRESULT result = subject.connection()->BeginTrans(); FAILED(result)) {
+        const Failure failure = takeFailure(result);
+        if (hasGenerator(subject)) {
+            throw StandIn("BeginTrans fails: " + failure.text() +
+                          "; the component needs none, since the host generates the ids");
+        }
+        throw Breach("BeginTrans fails: " + failure.text(), "stores no template and sends no message");
+    }
+    try {
+        requireTransactions(subject);
+    } catch (...) {
+        // What comes next runs outside.
+        subject.connection()->RollbackTrans();
+        forgetErrors();
+        throw;
+    }
 }
 
 void checkLookup(Subject& subject)

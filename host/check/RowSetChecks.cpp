@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdio>
+#include <optional>
 
 namespace zul::host::check {
 
@@ -163,7 +164,8 @@ std::string cellText(const ZulCell& cell)
         std::snprintf(number.data(), number.size(), "date %.8f", cell.Real);
         return number.data();
     case CellText:
-        if (cell.Length < 0 || (cell.Length > 0 && cell.Text == nullptr)) {
+        // Longer than anything that was written.
+        if (cell.Length < 0 || cell.Length > 100'000 || (cell.Length > 0 && cell.Text == nullptr)) {
             throw Breach("IRowReader gives a text of " + std::to_string(cell.Length) +
                              " bytes at no or no good place",
                          "reads it, and may end the process");
@@ -214,18 +216,22 @@ public:
         }
         std::string& row = rows.emplace_back();
         try {
-            for (LONG i = 0; cells != nullptr && i < count; ++i) {
+            if (count < 0 || count > 100 || (cells == nullptr && count > 0)) {
+                throw Breach("IRowReader gives " + std::to_string(count) + " cells at no or no good place",
+                             "reads them, and may end the process");
+            }
+            for (LONG i = 0; i < count; ++i) {
                 row += cellText(cells[i]) + '|';
             }
         } catch (const Breach& breach) {
-            broken = breach.text;
+            broken = breach;
             return E_ABORT;
         }
         return rows.size() == stopAfter ? E_ABORT : S_OK;
     }
 
     std::vector<std::string> rows;
-    std::string broken;
+    std::optional<Breach> broken;
     std::size_t stopAfter = 0;
 };
 
@@ -247,8 +253,8 @@ void checkReader(Subject& subject)
     }
     const auto sink = makeCom<CellSink>();
     const HRESULT result = reader->ReadRows(sink.get());
-    if (!sink->broken.empty()) {
-        throw Breach(sink->broken, "as above");
+    if (sink->broken) {
+        throw Breach(*sink->broken);
     }
     mustSucceed(result, "ReadRows");
     std::vector<std::string> slow;

@@ -1,4 +1,5 @@
 // zulhost --check-host as it is started on the libraries of others: what it prints and how it ends.
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -79,6 +80,21 @@ TEST_F(CheckHostProgram, MakesNoTableReadOnly)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_FALSE(file.readAll().contains("zulVerifica")) << "a table was made";
 }
+
+#ifdef Q_OS_LINUX
+TEST_F(CheckHostProgram, TakesARegisteredClass)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"Zul"_s));
+    QFile classes(folder.filePath(u"Zul/automation-classes.ini"_s));
+    ASSERT_TRUE(classes.open(QIODevice::WriteOnly));
+    classes.write("[{5D0C3E0A-8F1B-4C57-9B0E-2A6F4B7C1D11}]\nProgID=Test.Connection\nLibrary=" +
+                  library.toUtf8() + "\n");
+    classes.close();
+    const End end = check(u"Test.Connection"_s, {u"--read-only"_s});
+    EXPECT_EQ(end.code, 0) << end.errors.toStdString();
+    EXPECT_TRUE(end.lines.contains(u"ok       connection"_s)) << end.lines.join(u'\n').toStdString();
+}
+#endif
 
 TEST_F(CheckHostProgram, EndsWithTwoWhereThereIsNoHost)
 {

@@ -2,6 +2,7 @@
 // names.
 #include "tests/host/check/BrokenHost.h"
 
+#include "automation/ClassFactory.h"
 #include "automation/ErrorInfo.h"
 #include "host/player/EventPrinter.h"
 #include "host/session/HostDatabase.h"
@@ -14,12 +15,19 @@ namespace zul::host::check {
 
 namespace {
 
+std::shared_ptr<HostDatabase> openDatabase()
+{
+    HostDatabaseOptions options;
+    options.database = std::getenv("ZUL_TEST_HOST_DATABASE");
+    return std::make_shared<HostDatabase>(options);
+}
+
 /// The sound host, which also gives its sink of the component's event.
 class HostWithSink final : public ComObject<Dispatching<_SqlConnection>, IServiceProvider>
 {
 public:
-    explicit HostWithSink(std::shared_ptr<HostDatabase> database)
-        : m_database(std::move(database))
+    HostWithSink()
+        : m_database(openDatabase())
         , m_printer(EventPrinter::Sink([](const QString&) {}))
         , m_sink(makeCom<HostEventSink>(
               m_printer, [this](const QString& sql) { return m_database->openRows(sql.toStdString()); }))
@@ -55,13 +63,6 @@ private:
     ComPtr<HostEventSink> m_sink;
 };
 
-std::shared_ptr<HostDatabase> openDatabase()
-{
-    HostDatabaseOptions options;
-    options.database = std::getenv("ZUL_TEST_HOST_DATABASE");
-    return std::make_shared<HostDatabase>(options);
-}
-
 } // namespace
 
 } // namespace zul::host::check
@@ -77,8 +78,7 @@ using namespace zul::host::check;
 
 EXPORTED ZulCreateConnection(REFIID iid, void** object)
 {
-    return comGuard(u"SharedHost",
-                    [&] { return makeCom<HostWithSink>(openDatabase())->QueryInterface(iid, object); });
+    return comGuard(u"SharedHost", [&] { return makeCom<HostWithSink>()->QueryInterface(iid, object); });
 }
 
 EXPORTED createWithoutDescriptions(REFIID iid, void** object)
@@ -90,6 +90,13 @@ EXPORTED createWithoutDescriptions(REFIID iid, void** object)
         state->fault = Fault::NoDescription;
         return makeBrokenHost(database->connection(), state)->QueryInterface(iid, object);
     });
+}
+
+/// {5D0C3E0A-8F1B-4C57-9B0E-2A6F4B7C1D11}, under which a test registers the library.
+EXPORTED DllGetClassObject(REFCLSID clsid, REFIID iid, void** object)
+{
+    constexpr CLSID own{0x5d0c3e0a, 0x8f1b, 0x4c57, {0x9b, 0x0e, 0x2a, 0x6f, 0x4b, 0x7c, 0x1d, 0x11}};
+    return getClassObject<HostWithSink>(clsid, own, iid, object);
 }
 
 EXPORTED createNothing(REFIID, void** object)
