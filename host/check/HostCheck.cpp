@@ -8,6 +8,29 @@
 
 namespace zul::host::check {
 
+namespace {
+
+Finding runCheck(const Check& check, Subject& subject)
+{
+    try {
+        check.run(subject);
+        return {Outcome::Ok, check.name, {}};
+    } catch (const Breach& breach) {
+        return {Outcome::Breach, check.name, breach.text};
+    } catch (const StandIn& standIn) {
+        return {Outcome::StandIn, check.name, standIn.text};
+    } catch (const Skipped& skipped) {
+        return {Outcome::Skipped, check.name, skipped.text};
+    } catch (const std::exception& error) {
+        return {Outcome::Breach, check.name,
+                std::string("an exception came out of the host: ") + error.what()};
+    } catch (...) {
+        return {Outcome::Breach, check.name, "an exception came out of the host"};
+    }
+}
+
+} // namespace
+
 const std::vector<Check>& allChecks()
 {
     static const std::vector<Check> all = [] {
@@ -52,25 +75,6 @@ std::string Report::summary() const
            several(Outcome::StandIn, "stand-in", "stand-ins") + ", " +
            several(Outcome::Breach, "breach", "breaches") + ", " +
            several(Outcome::Skipped, "skipped", "skipped");
-}
-
-Finding runCheck(const Check& check, Subject& subject)
-{
-    try {
-        check.run(subject);
-        return {Outcome::Ok, check.name, {}};
-    } catch (const Breach& breach) {
-        return {Outcome::Breach, check.name, breach.text};
-    } catch (const StandIn& standIn) {
-        return {Outcome::StandIn, check.name, standIn.text};
-    } catch (const Skipped& skipped) {
-        return {Outcome::Skipped, check.name, skipped.text};
-    } catch (const std::exception& error) {
-        return {Outcome::Breach, check.name,
-                std::string("an exception came out of the host: ") + error.what()};
-    } catch (...) {
-        return {Outcome::Breach, check.name, "an exception came out of the host"};
-    }
 }
 
 Report checkHost(_SqlConnection* object, const CheckOptions& options,

@@ -42,7 +42,4 @@ struct Report
 Report checkHost(_SqlConnection* object, const CheckOptions& options,
                  const std::function<void(const Finding&)>& told = {});
 
-/// One check over a host that is known to be there: for tests of a host of one's own. Throws Breach.
-Finding runCheck(const Check& check, Subject& subject);
-
 } // namespace zul::host::check
