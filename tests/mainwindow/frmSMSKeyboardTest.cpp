@@ -56,7 +56,8 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePageAsItIsRead)
 {
     open();
     const QStringList begin{u"tab_Invio"_s, u"TabControl1"_s};
-    const QStringList end{u"cmdElabora"_s,
+    const QStringList end{u"cmdRicerche"_s,
+                          u"cmdElabora"_s,
                           u"grdClienti"_s,
                           u"cmdSelAll"_s,
                           u"cmdDeSelAll"_s,
