@@ -52,7 +52,7 @@ std::string textOf(const IID& iid)
 {
     OLECHAR text[39] = {};
     StringFromGUID2(iid, text, 39);
-    return utf8FromUtf16(text);
+    return utf8FromUtf16(reinterpret_cast<const char16_t*>(text));
 }
 
 } // namespace

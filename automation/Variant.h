@@ -10,6 +10,16 @@
 
 namespace zul {
 
+// VariantCopy and VariantCopyInd: a system's header may forget that the source is only read.
+inline HRESULT copyVariant(VARIANT& to, const VARIANT& from) noexcept
+{
+    return VariantCopy(&to, const_cast<VARIANT*>(&from));
+}
+inline HRESULT copyWithoutReference(VARIANT& to, const VARIANT& from) noexcept
+{
+    return VariantCopyInd(&to, const_cast<VARIANT*>(&from));
+}
+
 class Variant : public VARIANT
 {
 public:
@@ -141,8 +151,7 @@ public:
 private:
     void copyFrom(const VARIANT& other)
     {
-        // The system's header forgets that the source is only read.
-        if (VariantCopy(this, const_cast<VARIANT*>(&other)) == E_OUTOFMEMORY) {
+        if (copyVariant(*this, other) == E_OUTOFMEMORY) {
             throw std::bad_alloc();
         }
     }

@@ -1,5 +1,7 @@
 #include "ftp/LocalFile.h"
 
+#include "base/Utf8.h"
+
 #include <algorithm>
 #include <string>
 
@@ -9,6 +11,17 @@ namespace zul::ftp {
 
 namespace {
 
+std::string utf8(const std::wstring& text)
+{
+    return utf8FromUtf16({reinterpret_cast<const char16_t*>(text.data()), text.size()});
+}
+
+std::wstring wide(const std::string& text)
+{
+    const std::u16string utf16 = utf16FromUtf8(text);
+    return {reinterpret_cast<const wchar_t*>(utf16.data()), utf16.size()};
+}
+
 // In the system's form: "\" between folders, and the prefix that lifts the limit of 260 characters where a path is
 // longer. Empty for what can be no path.
 std::wstring nativePath(const std::string& path)
@@ -17,10 +30,7 @@ std::wstring nativePath(const std::string& path)
     if (path.empty() || path.find('\0') != std::string::npos) {
         return {};
     }
-    const auto bytes = static_cast<int>(path.size());
-    std::wstring native(path.size(), L'\0');
-    const int length = MultiByteToWideChar(CP_UTF8, 0, path.data(), bytes, native.data(), bytes);
-    native.resize(static_cast<std::size_t>(std::max(length, 0)));
+    std::wstring native = wide(path);
     std::replace(native.begin(), native.end(), L'/', L'\\');
     if (native.size() < MAX_PATH || native.starts_with(L"\\\\?\\")) {
         return native;
@@ -69,6 +79,31 @@ LocalError fromSystem(DWORD number)
     }
 }
 
+/// The file that a path leads to through links; the path itself where there is none yet.
+std::wstring targetOf(const std::wstring& native)
+{
+    const HANDLE file = CreateFileW(native.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return native;
+    }
+    std::wstring target(GetFinalPathNameByHandleW(file, nullptr, 0, 0), L'\0');
+    target.resize(GetFinalPathNameByHandleW(file, target.data(), static_cast<DWORD>(target.size()), 0));
+    CloseHandle(file);
+    return target.empty() ? native : target;
+}
+
+LocalError probeTarget(const std::wstring& target)
+{
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        // Whether a folder takes new files is told by its rights alone, which only trying can weigh.
+        return isFolder(folderOf(target)) ? LocalError::None : LocalError::NoFolder;
+    }
+    const DWORD refused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DEVICE;
+    return (attributes & refused) != 0 ? LocalError::Denied : LocalError::None;
+}
+
 HANDLE handleOf(std::intptr_t handle)
 {
     return reinterpret_cast<HANDLE>(handle);
@@ -94,10 +129,7 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
     const bool reading = mode == Mode::Read;
     const HANDLE file = CreateFileW(native.c_str(), reading ? GENERIC_READ : GENERIC_WRITE,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    reading                 ? OPEN_EXISTING
-                                    : mode == Mode::Replace ? CREATE_ALWAYS
-                                                            : OPEN_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+                                    reading ? OPEN_EXISTING : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return fromSystem(GetLastError());
     }
@@ -155,28 +187,78 @@ LocalError LocalFile::write(std::string_view data)
     return LocalError::None;
 }
 
-LocalError LocalFile::probeReplace(const std::string& path)
-{
-    const std::wstring native = nativePath(path);
-    if (native.empty()) {
-        return LocalError::NoFolder;
-    }
-    const DWORD attributes = GetFileAttributesW(native.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        if (!isFolder(folderOf(native))) {
-            return LocalError::NoFolder;
-        }
-        // Whether a folder takes new files is told by its rights alone, which only trying can weigh.
-        return LocalError::None;
-    }
-    const DWORD refused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
-    return (attributes & refused) != 0 ? LocalError::Denied : LocalError::None;
-}
-
 bool LocalFile::exists(const std::string& path)
 {
     const std::wstring native = nativePath(path);
     return !native.empty() && GetFileAttributesW(native.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+LocalReplacement::~LocalReplacement()
+{
+    discard();
+}
+
+LocalError LocalReplacement::probe(const std::string& path)
+{
+    const std::wstring native = nativePath(path);
+    return native.empty() ? LocalError::NoFolder : probeTarget(targetOf(native));
+}
+
+LocalError LocalReplacement::open(const std::string& path)
+{
+    discard();
+    const std::wstring native = nativePath(path);
+    if (native.empty()) {
+        return LocalError::NoFolder;
+    }
+    const std::wstring target = targetOf(native);
+    if (const auto error = probeTarget(target); error != LocalError::None) {
+        return error;
+    }
+    // The name of a moment; one that is taken is passed over.
+    LARGE_INTEGER moment{};
+    QueryPerformanceCounter(&moment);
+    for (int i = 0; i < 100; ++i) {
+        const std::wstring beside =
+            folderOf(target) + (target.find(L'\\') == std::wstring::npos ? L"\\" : L"") + L".zul-" +
+            std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(moment.QuadPart + i);
+        const HANDLE file = CreateFileW(beside.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file != INVALID_HANDLE_VALUE) {
+            m_file.m_handle = reinterpret_cast<std::intptr_t>(file);
+            m_beside = utf8(beside);
+            m_target = utf8(target);
+            return LocalError::None;
+        }
+        if (GetLastError() != ERROR_FILE_EXISTS) {
+            return fromSystem(GetLastError());
+        }
+    }
+    return LocalError::Fault;
+}
+
+LocalError LocalReplacement::commit()
+{
+    // Data first: a machine that stops after the renaming must not find an empty file.
+    if (!FlushFileBuffers(handleOf(m_file.m_handle))) {
+        return fromSystem(GetLastError());
+    }
+    m_file.close();
+    if (!MoveFileExW(wide(m_beside).c_str(), wide(m_target).c_str(),
+                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        return fromSystem(GetLastError());
+    }
+    m_beside.clear();
+    return LocalError::None;
+}
+
+void LocalReplacement::discard()
+{
+    m_file.close();
+    if (!m_beside.empty()) {
+        DeleteFileW(wide(m_beside).c_str());
+    }
+    m_beside.clear();
 }
 
 } // namespace zul::ftp

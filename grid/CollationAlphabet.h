@@ -9,7 +9,7 @@
 #include <vector>
 
 QT_BEGIN_NAMESPACE
-class QCollator;
+QT_FORWARD_DECLARE_CLASS(QCollator)
 QT_END_NAMESPACE
 
 namespace zul {

@@ -5,8 +5,8 @@
 
 #include <QObject>
 
-class QCheckBox;
-class QLineEdit;
+QT_FORWARD_DECLARE_CLASS(QCheckBox)
+QT_FORWARD_DECLARE_CLASS(QLineEdit)
 
 namespace Ui {
 class frmSMS;

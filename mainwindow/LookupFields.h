@@ -6,7 +6,7 @@
 #include <QObject>
 #include <QString>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

@@ -1,5 +1,6 @@
 #include "mainwindow/PageTabs.h"
 
+#include "controls/access/TabBarAccessible.h"
 #include "controls/look/CommonLook.h"
 
 #include <QPainter>
@@ -11,6 +12,7 @@ namespace zul {
 PageBar::PageBar(QWidget* parent)
     : QTabBar(parent)
 {
+    describeTabs(this);
     // The buttons that scroll a bar without room are for the mouse; the arrow keys reach every tab.
     const auto scrollButtons = findChildren<QToolButton*>();
     for (QToolButton* button : scrollButtons) {

@@ -8,7 +8,7 @@
 #include <functional>
 #include <utility>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace Ui {
 class frmSMS;

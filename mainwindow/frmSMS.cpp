@@ -19,6 +19,7 @@
 #include "selection/TargetQuery.h"
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
+#include "session/DataFile.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
 #include "session/Platform.h"
@@ -47,7 +48,7 @@ Procedure optionProcedure(const QString& name)
 
 QString layoutFile()
 {
-    return platform::nativePath(platform::componentFolder() + u"\\Zul_MessageBuilderGrd.ini"_s);
+    return platform::nativePath(dataFile(u"Zul_MessageBuilderGrd.ini"_s));
 }
 
 constexpr const char* LayoutSection = "ZUL";

@@ -30,7 +30,7 @@ QString readTemplateText(const hostlib::SqlConnection& connection, qint32 idMess
     ado::Recordset rows = connection.connection().open(
         u"Select TestoSMS, OGGETTO from TMK_Messaggi where idMessaggio="_s + QString::number(idMessaggio),
         ado::Cursor::Static, ado::Lock::ReadOnly);
-    const QString found = rows.eof() ? u""_s : rows.text(u"testoSMS"_s);
+    QString found = rows.eof() ? u""_s : rows.text(u"testoSMS"_s);
     rows.close();
     return found;
 }

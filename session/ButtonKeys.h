@@ -4,8 +4,8 @@
 #include <QList>
 #include <QObject>
 
-class QPushButton;
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QPushButton)
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

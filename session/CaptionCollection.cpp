@@ -30,7 +30,7 @@ bool isGiven(const VARIANT* argument)
 Variant plain(const VARIANT* argument)
 {
     Variant value;
-    if (FAILED(VariantCopyInd(value.put(), argument))) {
+    if (FAILED(copyWithoutReference(value, *argument))) {
         fail(5, u"Invalid procedure call or argument");
     }
     return value;
@@ -40,7 +40,7 @@ Variant plain(const VARIANT* argument)
 HRESULT handOutCopy(const Variant& value, VARIANT& place)
 {
     VariantInit(&place);
-    const HRESULT copied = VariantCopy(&place, &value);
+    const HRESULT copied = copyVariant(place, value);
     return FAILED(copied) ? reportError(copied, u"A value of the collection cannot be copied", Source) : S_OK;
 }
 

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <functional>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

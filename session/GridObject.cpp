@@ -28,7 +28,7 @@ HRESULT guarded(Body&& body) noexcept
 void setCell(ColumnStore& store, uint32_t record, int column, const VARIANT& given)
 {
     Variant value;
-    if (FAILED(VariantCopyInd(value.put(), &given))) {
+    if (FAILED(copyWithoutReference(value, given))) {
         throw ComError(DISP_E_TYPEMISMATCH, u"The value cannot be shown in a grid");
     }
     switch (value.vt) {

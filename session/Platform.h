@@ -7,8 +7,13 @@
 
 namespace zul::platform {
 
-/// The folder of the component's own library file, without a separator at its end.
+/// The folder of the component's own library file, without a separator at its end: absolute from the loading of
+/// the library on, wherever the host goes afterwards. Names are appended with "\", and nativePath leads to them
+/// also where the folder's own name holds a "\".
 QString componentFolder();
+
+/// The folder for what the component keeps for this user alone; nobody has made it yet. In the same form.
+QString userFolder();
 
 /// A path that was put together with "\" in the form that the file system takes. Every path passes here
 /// where the file system is touched, and nowhere else.

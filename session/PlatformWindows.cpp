@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 
 namespace zul::platform {
 
@@ -46,6 +47,12 @@ QString componentFolder()
         return QDir::currentPath();
     }
     return QFileInfo(QString::fromStdWString(file)).absolutePath();
+}
+
+QString userFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Zul_MessageBuilder");
 }
 
 QString nativePath(const QString& path)

@@ -1,5 +1,6 @@
-// The system's header, which wants <windows.h> to come first. No guard: the system's headers include one another, and
-// each of them has its own.
+// The system's header, which wants <windows.h> to come first; the blank line between them keeps clang-format from
+// sorting them. No guard: the system's headers include one another, and each of them has its own.
 #pragma GCC system_header
-#include_next <objbase.h>
 #include <windows.h>
+
+#include_next <objbase.h>

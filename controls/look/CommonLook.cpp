@@ -112,6 +112,7 @@ QString styleSheet(bool touch)
         {u"@inner"_s, pixels(height - 2)},
         {u"@innerFocus"_s, pixels(height - 4)},
         {u"@fieldButton"_s, pixels(touch ? look::touchButtonHeight - 2 : 26)},
+        {u"@calendarButton"_s, pixels(touch ? look::touchButtonHeight : 24)},
         {u"@item"_s, pixels(touch ? 38 : 20)},
         {u"@check"_s, pixels(touch ? 38 : 18)},
         {u"@indicator"_s, pixels(indicator)},

@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

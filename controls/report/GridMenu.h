@@ -1,7 +1,9 @@
 // The menu of the report grid.
 #pragma once
 
-class QMenu;
+#include <QtGlobal>
+
+QT_FORWARD_DECLARE_CLASS(QMenu)
 
 namespace zul {
 

@@ -5,7 +5,7 @@
 
 #include <QPointer>
 
-class QHeaderView;
+QT_FORWARD_DECLARE_CLASS(QHeaderView)
 
 namespace zul {
 

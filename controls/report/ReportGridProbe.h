@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QVariantList>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

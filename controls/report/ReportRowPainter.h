@@ -6,8 +6,8 @@
 
 #include <vector>
 
-class QPainter;
-class QRect;
+QT_FORWARD_DECLARE_CLASS(QPainter)
+QT_FORWARD_DECLARE_CLASS(QRect)
 
 namespace zul {
 
@@ -25,6 +25,7 @@ public:
 private:
     void paintGroup(int row, const QRect& rect, bool selected);
     void paintRecord(int row);
+    void paintTick(int row);
     QColor checkColor(bool checked) const;
 
     const ReportGridView& m_view;

@@ -138,7 +138,7 @@ Value valueOf(const VARIANT& variant)
 {
     if ((variant.vt & VT_BYREF) != 0) {
         Variant copy;
-        if (FAILED(VariantCopyInd(&copy, const_cast<VARIANT*>(&variant)))) {
+        if (FAILED(copyWithoutReference(copy, variant))) {
             throw EngineError(ErrorCode::BadValue, "the value is of no type that a column holds");
         }
         return valueOf(copy);

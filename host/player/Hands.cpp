@@ -14,11 +14,13 @@
 #include <QWindow>
 
 /// The doors by which Qt's test library delivers input past the platform plug-in.
+QT_BEGIN_NAMESPACE
 Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
                                       Qt::MouseButtons state, Qt::MouseButton button, QEvent::Type type,
                                       Qt::KeyboardModifiers mods, int timestamp);
 Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key, Qt::KeyboardModifiers mods,
                                     const QString& text, bool autorep, ushort count);
+QT_END_NAMESPACE
 
 namespace zul::host::hands {
 

@@ -16,3 +16,12 @@ mkdir -p build
 log=build/configure-windows-$arch.log
 cmake --preset "windows-$arch" -DZUL_WINDOWS_DEPENDENCIES="$dependencies" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 cmake --build --preset "windows-$arch" -j "${ZUL_JOBS:-$(nproc)}" "${targets[@]}"
+
+# Qt's libraries and plug-ins stand beside what needs them: the component with its host, and the sender.
+for bin in "build/windows-$arch"/bin{,/ZulSmsSender}; do
+    mkdir -p "$bin"
+    cp -u "$dependencies"/bin/Qt6*Zul.dll "$bin/"
+    for folder in platforms imageformats iconengines; do
+        [ ! -d "$dependencies/plugins/$folder" ] || cp -ru "$dependencies/plugins/$folder" "$bin/"
+    done
+done

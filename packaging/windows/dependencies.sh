@@ -29,15 +29,18 @@ cmake_build() {
     cmake --install "$work/build"
 }
 
-# The hash of what a library depends on: its recipe, this script, the toolchain, the compiler, the libraries it needs.
+# The hash of what a library depends on: its recipe, how recipes are built, the toolchain, the compiler, the libraries
+# that it needs.
 declare -A hashes
 hash_of() {
-    local needs=""
+    local needs="" stand_in=""
     . "$here/dependencies/$1.sh"
     local needed="" name
     for name in $needs; do needed+=${hashes[$name]}; done
     hashes[$1]=$({
-        cat "$here/dependencies/$1.sh" "$here/dependencies.sh" "$toolchain" "$here/../../cmake/mingw.cmake"
+        [ -z "$stand_in" ] || find "$here/$stand_in" -type f -print0 | sort -z | xargs -0 cat
+        cat "$here/dependencies/$1.sh" "$toolchain" "$here/../../cmake/mingw.cmake"
+        declare -f cmake_build unpack
         "$arch-w64-mingw32-g++-posix" --version
         echo "$needed"
     } | sha256sum | cut -c1-16)
@@ -53,17 +56,24 @@ offer_sources() {
     apt-get update -qq
 }
 
-# unpack NAME: the original archive of a source package, into $work/source. Debian's own changes serve Debian.
+# unpack NAME: the original archive of a source package, into $work/source. Debian's own changes serve Debian. Where the
+# archive does not offer it, the recipe's stand-in takes its place, if it has one.
 unpack() {
     local archive
-    mkdir -p "$cache/sources"
-    if ! compgen -G "$cache/sources/$1_*.orig.tar.[gx]z" >/dev/null; then
+    mkdir -p "$cache/sources" "$work/source"
+    archive() { compgen -G "$cache/sources/$1_*.orig.tar.[gx]z" | sort -V | tail -n 1; }
+    if [ -z "$(archive "$1")" ]; then
         offer_sources
-        (cd "$cache/sources" && apt-get source -qq --download-only "$1" >&2)
+        (cd "$cache/sources" && apt-get source -qq --download-only "$1") || true
     fi
-    archive=$(compgen -G "$cache/sources/$1_*.orig.tar.[gx]z" | sort -V | tail -n 1)
-    mkdir -p "$work/source"
-    tar -xf "$archive" -C "$work/source" --strip-components=1
+    if [ -n "$(archive "$1")" ]; then
+        tar -xf "$(archive "$1")" -C "$work/source" --strip-components=1
+    elif [ -n "$stand_in" ]; then
+        echo "The source package $1 cannot be had; $stand_in stands in for it." | tee /dev/fd/3
+        cp -r "$here/$stand_in/." "$work/source/"
+    else
+        return 1
+    fi
 }
 
 all=""
@@ -77,25 +87,26 @@ if [ -d "$result" ]; then
     exit 0
 fi
 
-work=$cache/work-$arch
 for library in $libraries; do
     kept=$cache/parts/$arch-$library-${hashes[$library]}
     [ ! -d "$kept" ] || continue
     echo "== $library for $arch" >&2
-    needs=""
+    needs="" stand_in=""
     . "$here/dependencies/$library.sh"
-    rm -rf "$work"
+    # A build that was broken off goes on where it was.
+    work=$cache/work/$arch-$library-${hashes[$library]}
     mkdir -p "$work/needed" "$cache/logs"
-    for name in $needs; do cp -al "$cache/parts/$arch-$name-${hashes[$name]}/." "$work/needed/"; done
+    for name in $needs; do cp -alf "$cache/parts/$arch-$name-${hashes[$name]}/." "$work/needed/"; done
     prefix=$work/result
     log=$cache/logs/$arch-$library.log
     SECONDS=0
     set +e
     (
         set -e
-        unpack "$source"
+        [ -e "$work/unpacked" ] || unpack "$source"
+        touch "$work/unpacked"
         build
-    ) >"$log" 2>&1
+    ) 3>&2 >"$log" 2>&1
     status=$?
     set -e
     if [ $status != 0 ]; then
@@ -105,10 +116,11 @@ for library in $libraries; do
     fi
     mkdir -p "$cache/parts"
     mv "$prefix" "$kept"
+    rm -rf "$work"
     echo "   $((SECONDS / 60)) min $((SECONDS % 60)) s" >&2
 done
 
-rm -rf "$work" "$result.new"
+rm -rf "$result.new"
 mkdir -p "$result.new"
 for library in $libraries; do cp -al "$cache/parts/$arch-$library-${hashes[$library]}/." "$result.new/"; done
 mv "$result.new" "$result"

@@ -120,14 +120,16 @@ TEST_F(CriteriaMarksTest, ASelectorKeepsItsOwnToolTipInFrontOfTheNote)
     lookupOk();
     choose("cntrLOC_Comune");
     const QString ignored = u"Non conta nella ricerca: la casella «Comune» non è spuntata."_s;
-    EXPECT_EQ(textBox(selector("cntrLOC_Comune"))->toolTip(), u"L'Aquila 😀\n"_s + ignored);
+    // The content, the keys, the note.
+    const QString content = u"L'Aquila 😀\nInvio, F4 o Alt+Giù: scegli. Canc: svuota."_s;
+    EXPECT_EQ(textBox(selector("cntrLOC_Comune"))->toolTip(), content + u'\n' + ignored);
     EXPECT_TRUE(described(selector("cntrLOC_Comune")).endsWith(ignored));
     page("TabControl1", 0);
     page("TabControl1", 1);
     QCoreApplication::processEvents();
     EXPECT_TRUE(described(selector("cntrLOC_Comune")).endsWith(ignored)) << "also when it shows again";
     click("chkLOC_Comune");
-    EXPECT_EQ(textBox(selector("cntrLOC_Comune"))->toolTip(), u"L'Aquila 😀"_s);
+    EXPECT_EQ(textBox(selector("cntrLOC_Comune"))->toolTip(), content);
     EXPECT_FALSE(described(selector("cntrLOC_Comune")).contains(ignored));
 }
 

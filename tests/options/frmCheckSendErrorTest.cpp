@@ -153,12 +153,12 @@ TEST_F(CheckSendErrorTest, TheFourSettingsAreReadInTheirOrderAndShown)
 {
     host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"}, {"SMS_CHECK_FTP_USER", "L'utente 😀"}};
     form = std::make_unique<frmCheckSendError>();
-    QStringList keys;
+    QStringList opened;
     for (const std::string& line : host.operations("open")) {
-        keys.append(qs(line).section(u'\'', 1, 1));
+        opened.append(qs(line).section(u'\'', 1, 1));
     }
-    EXPECT_EQ(keys, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s, u"SMS_CHECK_FTP_USER"_s,
-                                 u"SMS_CHECK_FTP_Password"_s}));
+    EXPECT_EQ(opened, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s,
+                                   u"SMS_CHECK_FTP_USER"_s, u"SMS_CHECK_FTP_Password"_s}));
     EXPECT_EQ(find<QLineEdit>("txtFTP_Server")->text(), u"ftp.x.it"_s);
     EXPECT_EQ(find<QLineEdit>("txtFTP_Port")->text(), QString()) << "there is no default port";
     EXPECT_EQ(find<QLineEdit>("txtFTP_User")->text(), u"L'utente 😀"_s);
@@ -503,6 +503,33 @@ TEST_F(CheckSendErrorTest, WhatIsClickedWhileATestRunsComesToNothing)
     EXPECT_EQ(messages.size(), 1U) << "one test";
     EXPECT_TRUE(host.operations("execute").empty());
     EXPECT_EQ(shownRows(), QStringList{u"222|Uno"_s});
+}
+
+TEST_F(CheckSendErrorTest, EscapeEndsATestBetweenTwoLinesAndTheLogSaysSo)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    QString title;
+    int searched = 0;
+    host.during("'%222%'", [&] {
+        title = form->windowTitle();
+        // From the second line on half a second has passed, and so the title tells how far it is.
+        QTest::qSleep(searched == 0 ? 600 : 60);
+        if (++searched == 3) {
+            queueKey(form.get(), Qt::Key_Escape);
+            // A close waits until the run is over.
+            QMetaObject::invokeMethod(
+                form.get(), [this] { form->close(); }, Qt::QueuedConnection);
+        }
+    });
+    checkOldReport("222\n222\n222\n222\n222\n222\n222\n222\n");
+    EXPECT_EQ(searched, 3);
+    EXPECT_EQ(title, u"%1 - riga 2 (25%) - Esc interrompe"_s.arg(form->windowTitle()));
+    EXPECT_EQ(shownRows(), (QStringList{u"222|Uno"_s, u"222|Uno"_s, u"222|Uno"_s}));
+    ASSERT_EQ(log().size(), 1);
+    EXPECT_TRUE(
+        log()[0].contains(u"cmdSMS_TestSMS_Click | Interrotto dall'operatore dopo 3 righe di export.txt."_s))
+        << utf8(log()[0]);
+    QTRY_VERIFY(!form->isVisible());
 }
 
 TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)

@@ -1,5 +1,6 @@
 #include "host/dialect/base/DateTime.h"
 
+#include "base/AutomationDate.h"
 #include "host/dialect/base/Words.h"
 
 #include <array>
@@ -12,10 +13,7 @@ namespace zul::dialect {
 
 namespace {
 
-constexpr std::int64_t millisecondsPerDay = 86'400'000;
-constexpr std::int64_t day1900 = -25567; // 1900-01-01, a Monday
-constexpr std::int64_t firstDay = -719162;
-constexpr std::int64_t lastDay = 2932896;
+constexpr std::int64_t day1900 = daysFromCivil({1900, 1, 1}); // a Monday
 
 constexpr std::array<std::string_view, 12> monthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                          "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -28,15 +26,8 @@ std::int64_t floorDivide(std::int64_t a, std::int64_t b)
 // 0 is Sunday.
 std::int64_t weekDayOf(std::int64_t day)
 {
-    const std::int64_t remainder = (day + 4) % 7;
+    const std::int64_t remainder = (day + 6) % 7;
     return remainder < 0 ? remainder + 7 : remainder;
-}
-
-unsigned daysInMonth(std::int64_t year, unsigned month)
-{
-    static constexpr std::array<unsigned, 12> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && leap ? 29 : days[month - 1];
 }
 
 std::string_view trimmed(std::string_view text)
@@ -141,17 +132,18 @@ bool readDate(std::string_view& text, std::int64_t& day)
     } else if (readDigits(rest, 2, month) != 2 || readDigits(rest, 2, dayOfMonth) != 2) {
         return false;
     }
-    if (!isValidDate(year, month, dayOfMonth)) {
+    const CivilDay civil{static_cast<int>(year), static_cast<int>(month), static_cast<int>(dayOfMonth)};
+    if (!isDay(civil)) {
         return false;
     }
-    day = dayOf(year, static_cast<unsigned>(month), static_cast<unsigned>(dayOfMonth));
+    day = daysFromCivil(civil);
     text = rest;
     return true;
 }
 
 bool inRange(std::int64_t day)
 {
-    return day >= firstDay && day <= lastDay;
+    return day >= firstAutomationDay && day <= lastAutomationDay;
 }
 
 std::string formatted(const char* format, std::int64_t a, std::int64_t b, std::int64_t c)
@@ -217,39 +209,6 @@ std::string_view nameOf(DatePart part)
     return names[static_cast<std::size_t>(part)];
 }
 
-// Days and civil dates by counting eras of 400 years from a year that starts in March.
-std::int64_t dayOf(std::int64_t year, unsigned month, unsigned day)
-{
-    year -= month <= 2 ? 1 : 0;
-    const std::int64_t era = floorDivide(year, 400);
-    const std::int64_t yearOfEra = year - era * 400;
-    const std::int64_t shifted = month > 2 ? month - 3 : month + 9;
-    const std::int64_t dayOfYear = (153 * shifted + 2) / 5 + day - 1;
-    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return era * 146097 + dayOfEra - 719468;
-}
-
-CivilDate civilOf(std::int64_t day)
-{
-    day += 719468;
-    const std::int64_t era = floorDivide(day, 146097);
-    const std::int64_t dayOfEra = day - era * 146097;
-    const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-    const std::int64_t shifted = (5 * dayOfYear + 2) / 153;
-    CivilDate date;
-    date.day = static_cast<unsigned>(dayOfYear - (153 * shifted + 2) / 5 + 1);
-    date.month = static_cast<unsigned>(shifted < 10 ? shifted + 3 : shifted - 9);
-    date.year = yearOfEra + era * 400 + (date.month <= 2 ? 1 : 0);
-    return date;
-}
-
-bool isValidDate(std::int64_t year, std::int64_t month, std::int64_t day)
-{
-    return year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 &&
-           day <= static_cast<std::int64_t>(daysInMonth(year, static_cast<unsigned>(month)));
-}
-
 std::optional<Moment> parseMoment(std::string_view text)
 {
     text = trimmed(text);
@@ -281,7 +240,7 @@ std::optional<Moment> parseMoment(std::string_view text)
 
 std::string formatMoment(const Moment& moment)
 {
-    const CivilDate date = civilOf(moment.day);
+    const CivilDay date = civilFromDays(moment.day);
     return formatted("%04lld-%02lld-%02lld", date.year, date.month, date.day) + " " + formatTime(moment);
 }
 
@@ -292,8 +251,8 @@ std::string formatTime(const Moment& moment)
 
 std::optional<Moment> momentOfNumber(double days)
 {
-    if (!(days >= static_cast<double>(firstDay - day1900) &&
-          days < static_cast<double>(lastDay - day1900 + 1))) {
+    if (!(days >= static_cast<double>(firstAutomationDay - day1900) &&
+          days < static_cast<double>(lastAutomationDay - day1900 + 1))) {
         return std::nullopt;
     }
     const double whole = std::floor(days);
@@ -319,15 +278,15 @@ std::int64_t dateDifference(DatePart part, const Moment& from, const Moment& to)
 {
     const std::int64_t days = to.day - from.day;
     const auto months = [](const Moment& moment) {
-        const CivilDate date = civilOf(moment.day);
-        return date.year * 12 + static_cast<std::int64_t>(date.month) - 1;
+        const CivilDay date = civilFromDays(moment.day);
+        return date.year * 12 + date.month - 1;
     };
     const auto units = [&](std::int64_t unit) {
         return days * (millisecondsPerDay / unit) + to.millisecond / unit - from.millisecond / unit;
     };
     switch (part) {
     case DatePart::Year:
-        return civilOf(to.day).year - civilOf(from.day).year;
+        return civilFromDays(to.day).year - civilFromDays(from.day).year;
     case DatePart::Quarter:
         return months(to) / 3 - months(from) / 3;
     case DatePart::Month:
@@ -337,7 +296,7 @@ std::int64_t dateDifference(DatePart part, const Moment& from, const Moment& to)
     case DatePart::WeekDay:
         return days;
     case DatePart::Week:
-        return floorDivide(to.day + 4, 7) - floorDivide(from.day + 4, 7);
+        return floorDivide(to.day + 6, 7) - floorDivide(from.day + 6, 7);
     case DatePart::Hour:
         return units(3'600'000);
     case DatePart::Minute:
@@ -361,15 +320,17 @@ std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& 
         if (count > 200'000 || count < -200'000) {
             return std::nullopt;
         }
-        const CivilDate date = civilOf(moment.day);
-        const std::int64_t months = date.year * 12 + static_cast<std::int64_t>(date.month) - 1 + count;
+        const CivilDay date = civilFromDays(moment.day);
+        const std::int64_t months = date.year * 12 + date.month - 1 + count;
         const std::int64_t year = floorDivide(months, 12);
         if (year < 1 || year > 9999) {
             return std::nullopt;
         }
-        const auto month = static_cast<unsigned>(months - year * 12 + 1);
-        const unsigned last = daysInMonth(year, month);
-        return Moment{dayOf(year, month, date.day < last ? date.day : last), moment.millisecond};
+        CivilDay sum{static_cast<int>(year), static_cast<int>(months - year * 12 + 1), date.day};
+        while (!isDay(sum)) {
+            --sum.day;
+        }
+        return Moment{daysFromCivil(sum), moment.millisecond};
     };
     const auto plusMilliseconds = [&](std::int64_t count, std::int64_t unit) -> std::optional<Moment> {
         if (count > limit / unit || count < -limit / unit) {
@@ -407,7 +368,7 @@ std::optional<Moment> dateSum(DatePart part, std::int64_t number, const Moment& 
 
 std::int64_t partOf(DatePart part, const Moment& moment)
 {
-    const CivilDate date = civilOf(moment.day);
+    const CivilDay date = civilFromDays(moment.day);
     switch (part) {
     case DatePart::Year:
         return date.year;
@@ -416,12 +377,12 @@ std::int64_t partOf(DatePart part, const Moment& moment)
     case DatePart::Month:
         return date.month;
     case DatePart::DayOfYear:
-        return moment.day - dayOf(date.year, 1, 1) + 1;
+        return moment.day - daysFromCivil({date.year, 1, 1}) + 1;
     case DatePart::Day:
         return date.day;
     case DatePart::Week:
         // Week 1 holds the first of January.
-        return floorDivide(moment.day + 4, 7) - floorDivide(dayOf(date.year, 1, 1) + 4, 7) + 1;
+        return floorDivide(moment.day + 6, 7) - floorDivide(daysFromCivil({date.year, 1, 1}) + 6, 7) + 1;
     case DatePart::WeekDay:
         return weekDayOf(moment.day) + 1;
     case DatePart::Hour:
@@ -496,7 +457,7 @@ std::optional<std::string> momentInStyle(const Moment& moment, int style)
     if (!pattern) {
         return std::nullopt;
     }
-    const CivilDate date = civilOf(moment.day);
+    const CivilDay date = civilFromDays(moment.day);
     const auto padded = [](const char* format, std::int64_t number) {
         return formatted(format, number, 0, 0);
     };
@@ -519,7 +480,7 @@ std::optional<std::string> momentInStyle(const Moment& moment, int style)
             text += padded("%2lld", date.day);
             break;
         case 'N':
-            text += monthNames[date.month - 1];
+            text += monthNames[static_cast<std::size_t>(date.month) - 1];
             break;
         case 't':
             text += clock(moment);
@@ -571,10 +532,11 @@ std::optional<Moment> parseMomentInStyle(std::string_view text, int style)
     if (yearDigits <= 2) {
         year += year < 50 ? 2000 : 1900;
     }
-    if (!isValidDate(year, month, day)) {
+    const CivilDay civil{static_cast<int>(year), static_cast<int>(month), static_cast<int>(day)};
+    if (!isDay(civil)) {
         return std::nullopt;
     }
-    Moment moment{dayOf(year, static_cast<unsigned>(month), static_cast<unsigned>(day)), 0};
+    Moment moment{daysFromCivil(civil), 0};
     if (text.empty()) {
         return moment;
     }

@@ -6,22 +6,17 @@
 #include <string>
 #include <string_view>
 
+#include "base/CivilDay.h"
+
 namespace zul::dialect {
 
 /// A moment between 0001-01-01 and 9999-12-31 23:59:59.999.
 struct Moment
 {
-    std::int64_t day = 0;         ///< days since 1970-01-01
+    std::int64_t day = 0;         ///< days since 1899-12-30, as daysFromCivil counts them
     std::int64_t millisecond = 0; ///< of the day, 0 to 86399999
 
     friend bool operator==(const Moment&, const Moment&) = default;
-};
-
-struct CivilDate
-{
-    std::int64_t year = 1900;
-    unsigned month = 1;
-    unsigned day = 1;
 };
 
 enum class DatePart
@@ -43,10 +38,6 @@ enum class DatePart
 std::optional<DatePart> datePartNamed(std::string_view name);
 /// The part's full name, in small letters.
 std::string_view nameOf(DatePart part);
-
-CivilDate civilOf(std::int64_t day);
-std::int64_t dayOf(std::int64_t year, unsigned month, unsigned day);
-bool isValidDate(std::int64_t year, std::int64_t month, std::int64_t day);
 
 /// Reads 'YYYY-MM-DD', 'YYYYMMDD', 'YYYY/MM/DD', each alone or followed by a blank or 'T' and a time
 /// 'HH:MM[:SS[.fraction]] [AM|PM]'; a time alone is on 1900-01-01, as is an empty text. Blanks around do not

@@ -1,6 +1,7 @@
 #include "host/dialect/base/Like.h"
 
-#include "host/dialect/base/Utf8.h"
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 
 #include <cstddef>
 #include <string>

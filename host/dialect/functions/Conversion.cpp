@@ -1,9 +1,9 @@
 #include "host/dialect/functions/Conversion.h"
 
+#include "base/Utf8.h"
 #include "host/dialect/base/ColumnType.h"
 #include "host/dialect/base/DateTime.h"
 #include "host/dialect/base/NumberText.h"
-#include "host/dialect/base/Utf8.h"
 #include "host/dialect/base/Words.h"
 
 #include <algorithm>
@@ -151,13 +151,13 @@ Result castToText(const Argument& value, const Target& target)
     if (target.length < 0) {
         return text;
     }
-    const std::u32string characters = toCharacters(text);
+    const std::u32string characters = charactersFromUtf8(text);
     const auto length = static_cast<std::size_t>(target.length);
     if (characters.size() > length) {
         if (!isText(value) && std::holds_alternative<int64_t>(value)) {
             return std::string("*"); // a whole number that does not fit
         }
-        return toUtf8(std::u32string_view(characters).substr(0, length));
+        return utf8FromCharacters(std::u32string_view(characters).substr(0, length));
     }
     if (target.type == "char" || target.type == "nchar") {
         checkLength(length);

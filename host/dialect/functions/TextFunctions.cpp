@@ -1,7 +1,8 @@
 #include "host/dialect/functions/TextFunctions.h"
 
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 #include "host/dialect/base/Like.h"
-#include "host/dialect/base/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -21,7 +22,7 @@ std::optional<char32_t> escapeOf(Arguments arguments)
     if (arguments.size() < 3) {
         return std::nullopt;
     }
-    const std::u32string characters = toCharacters(*TextView(arguments[2]));
+    const std::u32string characters = charactersFromUtf8(*TextView(arguments[2]));
     if (characters.size() != 1) {
         throw FunctionError("The invalid escape character was specified in a LIKE predicate.");
     }
@@ -48,7 +49,7 @@ Result patIndex(Arguments arguments)
 
 std::u32string folded(std::string_view text)
 {
-    std::u32string characters = toCharacters(text);
+    std::u32string characters = charactersFromUtf8(text);
     for (char32_t& c : characters) {
         c = lowerCharacter(c);
     }
@@ -76,12 +77,12 @@ Result replace(Arguments arguments)
     if (anyNull(arguments)) {
         return {};
     }
-    const std::u32string text = toCharacters(*TextView(arguments[0]));
+    const std::u32string text = charactersFromUtf8(*TextView(arguments[0]));
     const std::u32string haystack = folded(*TextView(arguments[0]));
     const std::u32string sought = folded(*TextView(arguments[1]));
-    const std::u32string with = toCharacters(*TextView(arguments[2]));
+    const std::u32string with = charactersFromUtf8(*TextView(arguments[2]));
     if (sought.empty()) {
-        return toUtf8(text);
+        return utf8FromCharacters(text);
     }
     std::u32string replaced;
     std::size_t from = 0;
@@ -89,7 +90,7 @@ Result replace(Arguments arguments)
         const std::size_t found = haystack.find(sought, from);
         replaced += text.substr(from, found == std::u32string::npos ? found : found - from);
         if (found == std::u32string::npos) {
-            return toUtf8(replaced);
+            return utf8FromCharacters(replaced);
         }
         replaced += with;
         checkLength(replaced.size());
@@ -106,7 +107,7 @@ Result mapped(Arguments arguments, char32_t (*map)(char32_t))
     std::string result;
     result.reserve((*text).size());
     for (std::size_t at = 0; at < (*text).size();) {
-        appendCharacter(result, map(nextCharacter(*text, at)));
+        appendUtf8(result, map(nextCharacter(*text, at)));
     }
     return result;
 }
@@ -161,12 +162,13 @@ Result right(Arguments arguments)
     if (anyNull(arguments)) {
         return {};
     }
-    const std::u32string text = toCharacters(*TextView(arguments[0]));
+    const std::u32string text = charactersFromUtf8(*TextView(arguments[0]));
     const int64_t length = lengthArgument(arguments[1], "right");
     if (length >= static_cast<int64_t>(text.size())) {
-        return toUtf8(text);
+        return utf8FromCharacters(text);
     }
-    return toUtf8(std::u32string_view(text).substr(text.size() - static_cast<std::size_t>(length)));
+    return utf8FromCharacters(
+        std::u32string_view(text).substr(text.size() - static_cast<std::size_t>(length)));
 }
 
 Result substring(Arguments arguments)
@@ -225,7 +227,7 @@ Result charOf(Arguments arguments)
         return {};
     }
     std::string text;
-    appendCharacter(text, character);
+    appendUtf8(text, character);
     return text;
 }
 
@@ -239,7 +241,7 @@ Result ncharOf(Arguments arguments)
         return {};
     }
     std::string text;
-    appendCharacter(text, static_cast<char32_t>(code));
+    appendUtf8(text, static_cast<char32_t>(code));
     return text;
 }
 

@@ -1,7 +1,7 @@
 #include "host/dialect/functions/Value.h"
 
+#include "base/Utf8.h"
 #include "host/dialect/base/NumberText.h"
-#include "host/dialect/base/Utf8.h"
 
 #include <algorithm>
 #include <array>

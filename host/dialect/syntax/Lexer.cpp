@@ -1,7 +1,7 @@
 #include "host/dialect/syntax/Lexer.h"
 
+#include "base/Utf8.h"
 #include "host/dialect/base/DialectError.h"
-#include "host/dialect/base/Utf8.h"
 #include "host/dialect/base/Words.h"
 
 #include <algorithm>

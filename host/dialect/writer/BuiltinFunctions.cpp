@@ -386,7 +386,7 @@ Piece ExpressionWriter::dateDifference(const Expr& expr)
             return "zul_year(" + piece.sql + ")";
         }
         const auto moment = parseMoment(std::string_view(piece.sql).substr(1, piece.sql.size() - 2));
-        return std::to_string(moment ? civilOf(moment->day).year : 0);
+        return std::to_string(moment ? civilFromDays(moment->day).year : 0);
     };
     return {.sql = yearOf(to) + " - " + yearOf(from), .type = ColumnType::Integer, .binding = Binding::Sum};
 }

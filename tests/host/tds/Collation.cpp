@@ -1,6 +1,7 @@
 #include "tests/host/tds/Collation.h"
 
-#include "host/dialect/base/Utf8.h"
+#include "base/CaseFold.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <string>
@@ -56,7 +57,7 @@ int compareTexts(std::string_view a, std::string_view b)
     std::size_t atB = 0;
     int lesser = 0; // what decides when the letters are the same
     const auto next = [](std::string_view text, std::size_t& at) {
-        return at < text.size() ? dialect::lowerCharacter(dialect::nextCharacter(text, at)) : char32_t{0};
+        return at < text.size() ? lowerCharacter(nextCharacter(text, at)) : char32_t{0};
     };
     while (true) {
         char32_t left = next(a, atA);

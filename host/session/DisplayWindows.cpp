@@ -1,0 +1,8 @@
+#include "host/session/Display.h"
+
+namespace zul::host {
+bool hasDisplay()
+{
+    return true;
+}
+} // namespace zul::host

@@ -1,0 +1,161 @@
+#include "tests/windows/Component.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+#include "automation/ComObject.h"
+#include "automation/Dispatch.h"
+#include "automation/ModuleHandle.h"
+#include "base/Utf8.h"
+
+namespace zul::windows {
+
+namespace {
+
+HMODULE library()
+{
+    static const HMODULE loaded =
+        LoadLibraryExW(componentFile().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    if (loaded == nullptr) {
+        throw std::runtime_error("the component cannot be loaded, error " + std::to_string(GetLastError()));
+    }
+    return loaded;
+}
+
+template <typename Function>
+Function* exported(const char* name)
+{
+    auto* const found = reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(library(), name)));
+    if (found == nullptr) {
+        throw std::runtime_error(std::string("the component does not export ") + name);
+    }
+    return found;
+}
+
+std::string utf8(const std::wstring& text)
+{
+    return utf8FromUtf16({reinterpret_cast<const char16_t*>(text.data()), text.size()});
+}
+
+void dumpInto(std::vector<std::string>& lines, HKEY root, const std::wstring& path)
+{
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) {
+        return;
+    }
+    lines.push_back(utf8(path));
+    wchar_t name[512];
+    for (DWORD i = 0;; ++i) {
+        DWORD length = 512;
+        BYTE data[2048] = {};
+        DWORD bytes = sizeof data;
+        if (RegEnumValueW(key, i, name, &length, nullptr, nullptr, data, &bytes) != ERROR_SUCCESS) {
+            break;
+        }
+        lines.push_back(utf8(path + L" | " + name + L" = " + reinterpret_cast<const wchar_t*>(data)));
+    }
+    for (DWORD i = 0;; ++i) {
+        DWORD length = 512;
+        if (RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+            break;
+        }
+        dumpInto(lines, root, path + L"\\" + name);
+    }
+    RegCloseKey(key);
+}
+
+// A connection object whose every member fails: what a window shows without a database.
+class DeadConnection final : public ComObject<Dispatching<_SqlConnection>>
+{
+public:
+    HRESULT STDMETHODCALLTYPE get_Connection(IConnection** value) override
+    {
+        *value = nullptr;
+        return E_FAIL;
+    }
+    HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override
+    {
+        *value = nullptr;
+        return E_FAIL;
+    }
+    HRESULT STDMETHODCALLTYPE LookupValue(BSTR, BSTR, BSTR, VARIANT* value) override
+    {
+        VariantInit(value);
+        return E_FAIL;
+    }
+
+private:
+    const DispTable<_SqlConnection>& dispTable() const override
+    {
+        using namespace zul::dispatch;
+        static const DispTable<_SqlConnection> table{
+            propget("Connection", 1, &_SqlConnection::get_Connection),
+            propget("UserName", 2, &_SqlConnection::get_UserName),
+            method("LookupValue", 3, &_SqlConnection::LookupValue, {"field", "table", "condition"}),
+        };
+        return table;
+    }
+};
+
+} // namespace
+
+std::wstring componentFile()
+{
+    const std::wstring program = moduleFile();
+    const std::wstring tests = program.substr(0, program.rfind(L'\\'));
+    return tests.substr(0, tests.rfind(L'\\')) + L"\\bin\\Zul_MessageBuilder.dll";
+}
+
+Registered::Registered()
+{
+    if (FAILED(install(true, L"user"))) {
+        throw std::runtime_error("the component cannot be registered");
+    }
+}
+
+Registered::~Registered()
+{
+    install(false, L"user");
+}
+
+HRESULT install(bool on, const wchar_t* commandLine)
+{
+    return exported<HRESULT WINAPI(BOOL, const wchar_t*)>("DllInstall")(on, commandLine);
+}
+
+HRESULT registerForAll(bool on)
+{
+    return exported<HRESULT WINAPI()>(on ? "DllRegisterServer" : "DllUnregisterServer")();
+}
+
+std::string dump(HKEY root, const std::wstring& path)
+{
+    std::vector<std::string> lines;
+    dumpInto(lines, root, path);
+    std::sort(lines.begin(), lines.end());
+    std::string text;
+    for (const std::string& line : lines) {
+        text += line + "\n";
+    }
+    return text;
+}
+
+ComPtr<_SmsCreator> makeCreator()
+{
+    CLSID clsid{};
+    ComPtr<_SmsCreator> creator;
+    if (FAILED(CLSIDFromProgID(L"Zul_MessageBuilder.SmsCreator", &clsid)) ||
+        FAILED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iidOf<_SmsCreator>(),
+                                creator.putVoid()))) {
+        throw std::runtime_error("no SmsCreator can be made");
+    }
+    return creator;
+}
+
+ComPtr<_SqlConnection> makeConnection()
+{
+    return makeCom<DeadConnection>().as<_SqlConnection>();
+}
+
+} // namespace zul::windows

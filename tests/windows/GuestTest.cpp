@@ -1,0 +1,174 @@
+// The component as a guest in a program that is not Qt's: its windows and its process stay as they were.
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <string>
+
+#include "automation/Bstr.h"
+#include "tests/windows/Component.h"
+
+using namespace zul;
+using namespace zul::windows;
+
+namespace {
+
+// What belongs to the host's process, as text.
+std::string processState()
+{
+    wchar_t folder[MAX_PATH] = L"";
+    wchar_t libraries[MAX_PATH] = L"";
+    GetCurrentDirectoryW(MAX_PATH, folder);
+    GetDllDirectoryW(MAX_PATH, libraries);
+    const auto filter = SetUnhandledExceptionFilter(nullptr);
+    SetUnhandledExceptionFilter(filter);
+    wchar_t path[32768] = L"";
+    GetEnvironmentVariableW(L"PATH", path, 32768);
+    std::wstring state = std::wstring(folder) + L"|" + libraries + L"|" + path + L"|" +
+                         std::to_wstring(reinterpret_cast<std::uintptr_t>(filter)) + L"|" +
+                         std::to_wstring(GetErrorMode()) + L"|" + std::to_wstring(GetThreadLocale()) + L"|" +
+                         std::to_wstring(IsProcessDPIAware());
+    return std::string(state.begin(), state.end()) + "|" + std::setlocale(LC_ALL, nullptr);
+}
+
+LRESULT CALLBACK hostProcedure(HWND window, UINT message, WPARAM w, LPARAM l)
+{
+    return DefWindowProcW(window, message, w, l);
+}
+
+// The host's window, with a field that has the focus.
+class HostWindow
+{
+public:
+    HostWindow()
+    {
+        WNDCLASSW description{};
+        description.lpfnWndProc = hostProcedure;
+        description.hInstance = GetModuleHandleW(nullptr);
+        description.lpszClassName = L"ZulTestHost";
+        RegisterClassW(&description);
+        m_window = CreateWindowExW(0, L"ZulTestHost", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 400,
+                                   300, nullptr, nullptr, description.hInstance, nullptr);
+        m_field = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 200, 25, m_window, nullptr,
+                                  description.hInstance, nullptr);
+        SetForegroundWindow(m_window);
+        SetActiveWindow(m_window);
+        SetFocus(m_field);
+    }
+    HostWindow(const HostWindow&) = delete;
+    HostWindow& operator=(const HostWindow&) = delete;
+    ~HostWindow() { DestroyWindow(m_window); }
+    HWND get() const { return m_window; }
+    HWND field() const { return m_field; }
+
+private:
+    HWND m_window;
+    HWND m_field;
+};
+
+// What a timer of the host's sees while the component shows its window.
+struct Seen
+{
+    HWND host = nullptr;
+    HWND shown = nullptr;
+    HWND owner = nullptr;
+    bool hostEnabled = true;
+    int ticks = 0;
+} seen;
+
+BOOL CALLBACK findOther(HWND window, LPARAM)
+{
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, 64);
+    if (window != seen.host && IsWindowVisible(window) && std::wstring(name).starts_with(L"Qt")) {
+        seen.shown = window;
+        return FALSE;
+    }
+    return TRUE;
+}
+
+void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
+{
+    ++seen.ticks;
+    EnumThreadWindows(GetCurrentThreadId(), findOther, 0);
+    if (seen.shown == nullptr || seen.ticks < 5) {
+        return;
+    }
+    seen.owner = GetWindow(seen.shown, GW_OWNER);
+    seen.hostEnabled = IsWindowEnabled(seen.host);
+    PostMessageW(seen.shown, WM_CLOSE, 0, 0);
+}
+
+class Guest : public testing::Test
+{
+protected:
+    // Shows the options dialog until the timer closes it.
+    static void showOptions(_SmsCreator& creator)
+    {
+        ComPtr<_SqlConnection> connection = makeConnection();
+        _SqlConnection* lent = connection.get();
+        Bstr folder(u"C:\\");
+        VARIANT_BOOL touch = VARIANT_FALSE;
+        VARIANT_BOOL shown = VARIANT_FALSE;
+        const UINT_PTR timer = SetTimer(nullptr, 0, 100, tick);
+        EXPECT_EQ(creator.ShowOptions(&lent, folder.inOut(), &touch, &shown), S_OK);
+        KillTimer(nullptr, timer);
+        EXPECT_EQ(shown, VARIANT_TRUE);
+    }
+
+    const Apartment apartment;
+    const Registered registered;
+};
+
+} // namespace
+
+TEST_F(Guest, AModalWindowIsModalToTheHostsWindows)
+{
+    const HostWindow host;
+    HWND already = CreateWindowExW(0, L"STATIC", L"disabled before", WS_POPUP | WS_VISIBLE | WS_DISABLED, 0,
+                                   0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+    seen = Seen{};
+    seen.host = host.get();
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    showOptions(*creator);
+    EXPECT_NE(seen.shown, nullptr);
+    EXPECT_EQ(seen.owner, host.get()) << "the host's active window owns ours";
+    EXPECT_FALSE(seen.hostEnabled);
+    EXPECT_GE(seen.ticks, 5) << "the host's timers go on meanwhile";
+    EXPECT_TRUE(IsWindowEnabled(host.get()));
+    EXPECT_EQ(GetActiveWindow(), host.get());
+    EXPECT_EQ(GetFocus(), host.field()) << "the focus is where it was";
+    EXPECT_FALSE(IsWindowEnabled(already)) << "what was disabled before stays so";
+    DestroyWindow(already);
+}
+
+TEST_F(Guest, AWindowIsShownAgainAndWithoutAnyOfTheHosts)
+{
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    for (int i = 0; i < 2; ++i) {
+        seen = Seen{};
+        showOptions(*creator);
+        EXPECT_NE(seen.shown, nullptr);
+        EXPECT_EQ(seen.owner, nullptr);
+        VARIANT result{};
+        EXPECT_EQ(creator->DiscardOptionsForm(&result), S_OK);
+    }
+}
+
+TEST_F(Guest, TheHostsProcessStaysAsItWas)
+{
+    const HostWindow host;
+    const std::string before = processState();
+    seen = Seen{};
+    seen.host = host.get();
+    {
+        const ComPtr<_SmsCreator> creator = makeCreator();
+        showOptions(*creator);
+    }
+    EXPECT_EQ(processState(), before);
+    // A library that has shown a window stays.
+    const HMODULE library = GetModuleHandleW(L"Zul_MessageBuilder.dll");
+    ASSERT_NE(library, nullptr);
+    const auto canUnload = reinterpret_cast<HRESULT(WINAPI*)()>(
+        reinterpret_cast<void*>(GetProcAddress(library, "DllCanUnloadNow")));
+    EXPECT_EQ(canUnload(), S_FALSE);
+}

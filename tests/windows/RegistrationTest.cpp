@@ -1,0 +1,95 @@
+// What the component writes into the registry, and that it takes all of it away.
+#include <gtest/gtest.h>
+
+#include "automation/Uuid.h"
+#include "tests/windows/Component.h"
+
+using namespace zul::windows;
+
+namespace {
+
+constexpr const wchar_t* classes = L"Software\\Classes";
+
+bool contains(const std::string& text, const std::string& line)
+{
+    return text.find(line) != std::string::npos;
+}
+
+std::string difference(const std::string& before, const std::string& after)
+{
+    return before == after ? "" : after;
+}
+
+} // namespace
+
+TEST(Registration, ForOneUserIsCompleteAndLeavesNothing)
+{
+    const std::string machine = dump(HKEY_LOCAL_MACHINE, classes);
+    const std::string before = dump(HKEY_CURRENT_USER, classes);
+    ASSERT_EQ(install(true, L"user"), S_OK);
+    const std::string registered = dump(HKEY_CURRENT_USER, classes);
+    const std::string key = "Software\\Classes\\CLSID\\{B7A0C731-6521-48C8-8DA9-B7465A7FF35B}";
+    EXPECT_TRUE(contains(registered, key + "\\InprocServer32 | ThreadingModel = Apartment\n"));
+    EXPECT_TRUE(contains(registered, key + "\\ProgID |  = Zul_MessageBuilder.SmsCreator.1\n"));
+    EXPECT_TRUE(
+        contains(registered, key + "\\VersionIndependentProgID |  = Zul_MessageBuilder.SmsCreator\n"));
+    EXPECT_TRUE(contains(registered, key + "\\TypeLib |  = {B3AEBC3A-1B5D-49DD-9826-0C82602E8BE8}\n"));
+    EXPECT_TRUE(contains(registered, "Software\\Classes\\Zul_MessageBuilder.SmsCreator\\CurVer |  = "
+                                     "Zul_MessageBuilder.SmsCreator.1\n"));
+    EXPECT_TRUE(contains(registered, "Software\\Classes\\Interface\\{6804283C-F80E-4C49-9478-A7AC4BC7D2CE}"
+                                     "\\ProxyStubClsid32 |  = {00020424-0000-0000-C000-000000000046}\n"));
+    EXPECT_TRUE(contains(registered, "\\TypeLib\\{B3AEBC3A-1B5D-49DD-9826-0C82602E8BE8}\\1.0\\409\\win"));
+    EXPECT_EQ(dump(HKEY_LOCAL_MACHINE, classes), machine) << "the machine's part needs an administrator";
+
+    EXPECT_EQ(install(true, L"/i:USER"), S_OK) << "again, and in any case of letters";
+    EXPECT_EQ(difference(registered, dump(HKEY_CURRENT_USER, classes)), "");
+    EXPECT_EQ(install(false, L"user"), S_OK);
+    EXPECT_EQ(difference(before, dump(HKEY_CURRENT_USER, classes)), "");
+    EXPECT_EQ(install(false, L"user"), S_OK) << "there was nothing any more";
+}
+
+TEST(Registration, ForAllUsersIsCompleteAndLeavesNothing)
+{
+    const std::string user = dump(HKEY_CURRENT_USER, classes);
+    const std::string before = dump(HKEY_LOCAL_MACHINE, classes);
+    ASSERT_EQ(registerForAll(true), S_OK);
+    const std::string registered = dump(HKEY_LOCAL_MACHINE, classes);
+    EXPECT_TRUE(contains(registered, "CLSID\\{B7A0C731-6521-48C8-8DA9-B7465A7FF35B}\\InprocServer32"));
+    EXPECT_EQ(dump(HKEY_CURRENT_USER, classes), user);
+    EXPECT_EQ(registerForAll(false), S_OK);
+    EXPECT_EQ(difference(before, dump(HKEY_LOCAL_MACHINE, classes)), "");
+}
+
+TEST(Registration, LeavesAnInterfaceOfAnotherMakerAlone)
+{
+    // The collection's interface belongs to an automation run-time library that may be there already.
+    const std::wstring key =
+        std::wstring(classes) + L"\\Interface\\{A4C46780-499F-101B-BB78-00AA00383CBB}\\TypeLib";
+    const std::wstring other = L"{000204EF-0000-0000-C000-000000000046}";
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), nullptr, REG_SZ, other.c_str(),
+                              static_cast<DWORD>((other.size() + 1) * sizeof(wchar_t))),
+              ERROR_SUCCESS);
+    const std::string before = dump(HKEY_CURRENT_USER, classes);
+    ASSERT_EQ(install(true, L"user"), S_OK);
+    EXPECT_TRUE(contains(
+        dump(HKEY_CURRENT_USER, classes),
+        "{A4C46780-499F-101B-BB78-00AA00383CBB}\\TypeLib |  = {000204EF-0000-0000-C000-000000000046}\n"));
+    EXPECT_EQ(install(false, L"user"), S_OK);
+    EXPECT_EQ(difference(before, dump(HKEY_CURRENT_USER, classes)), "");
+    RegDeleteTreeW(HKEY_CURRENT_USER,
+                   (std::wstring(classes) + L"\\Interface\\{A4C46780-499F-101B-BB78-00AA00383CBB}").c_str());
+}
+
+TEST(Registration, EveryTypeLibraryLoadsByItsId)
+{
+    const Apartment apartment;
+    const Registered registered;
+    for (const wchar_t* const id :
+         {L"{B3AEBC3A-1B5D-49DD-9826-0C82602E8BE8}", L"{3C8B6C61-7C1B-4F0B-9A0B-5C1D2A6E4F10}",
+          L"{3C8B6C61-7C1B-4F0B-9A0B-5C1D2A6E4F30}", L"{3C8B6C61-7C1B-4F0B-9A0B-5C1D2A6E4F40}"}) {
+        GUID guid{};
+        ASSERT_EQ(IIDFromString(id, &guid), S_OK);
+        zul::ComPtr<ITypeLib> library;
+        EXPECT_EQ(LoadRegTypeLib(guid, 1, 0, 0x0409, library.put()), S_OK) << guid.Data4[7];
+    }
+}

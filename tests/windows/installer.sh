@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# The installer INSTALLER.EXE under Wine, in the prefix and on the display of test-windows.sh: installer.sh INSTALLER.EXE.
+# Installed for one user and for all, used, installed once more over itself, taken away: the registry and the disk are as
+# before but for what an operator's work has left.
+set -euo pipefail
+installer=$1
+arch=${1%.exe}
+arch=${arch##*-}
+wine=${ZUL_WINE:-/usr/lib/wine/wine64}
+export WINEDEBUG=${WINEDEBUG:--all}
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+clsid='{B7A0C731-6521-48C8-8DA9-B7465A7FF35B}'
+uninstall='Software\Microsoft\Windows\CurrentVersion\Uninstall'
+unset WINEPATH # an installation needs nothing but itself
+
+fail() { echo "$1"; exit 1; }
+native() { printf '%s' "Z:${1//\//\\}"; }
+query() { "$wine" reg query "$@" 2>/dev/null | tr -d '\r'; }
+dump() {
+    local key
+    for key in 'HKCU\Software\Classes' 'HKLM\Software\Classes' "HKCU\\$uninstall" "HKLM\\$uninstall" 'HKCU\Software\TESK'; do
+        query "$key" /s || true
+    done
+}
+
+for mode in CurrentUser AllUsers; do
+    home=$folder/$mode/"Città & C"
+    mkdir -p "$(dirname "$home")"
+    hive=HKCU
+    [ $mode = CurrentUser ] || hive=HKLM
+    "$wine" reg delete 'HKCU\Software\TESK' /f >/dev/null 2>&1 || true
+    "$wine" reg add 'HKCU\Software\TESK\ZUL\Options' /v PathCartellaSMSSender /d 'C:\Sender' /f >/dev/null
+    dump >"$folder/before"
+
+    for time in first again; do
+        "$wine" "$installer" /S /$mode "/D=$(native "$home")" || fail "$mode, $time: the installer ended with $?"
+        [ -e "$home/bin/Zul_MessageBuilder.dll" ] || fail "$mode, $time: no library"
+        registered=$(query "$hive\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /ve)
+        [[ $registered == *'Zul_MessageBuilder.dll'* ]] || fail "$mode, $time: not registered: $registered"
+        query "$hive\\$uninstall\\Zul_MessageBuilder-$arch" | grep -q 'DisplayVersion' || fail "$mode, $time: no entry"
+    done
+    for file in licences/LGPL-3 licences/qt.txt idl/Zul_MessageBuilder.idl include/Zul_MessageBuilder.h \
+        bin/Zul_MessageBuilder.tlb bin/Zul_MessageBuilder.manifest bin/ZulSmsSender/ZULSms_Sender.exe docs/host.md; do
+        [ -e "$home/$file" ] || fail "$mode: no $file"
+    done
+
+    # Used as it stands: the host opens the component's window.
+    printf '%s\n' 'call ShowOptions' 'print txtPathSMSSender' 'click cmdAnnulla' 'call DiscardOptionsForm' >"$folder/use.scenario"
+    "$wine" "$home/bin/zulhost.exe" --database "$(native "$folder/$mode.db")" --create-demo 3
+    (cd "$folder" && "$wine" "$home/bin/zulhost.exe" --database "$mode.db" --scenario use.scenario) \
+        >"$folder/used" 2>&1 || fail "$mode: the host ended with $?: $(cat "$folder/used")"
+    grep -q 'Sender' "$folder/used" || fail "$mode: the window does not show the setting: $(cat "$folder/used")"
+    echo kept >"$home/bin/Zul_Messagebuilder.log"
+
+    "$wine" "$home/uninstall.exe" /S /$mode "_?=$(native "$home")" || fail "$mode: the uninstaller ended with $?"
+    rm "$home/uninstall.exe" # which cannot take itself away when it is waited for
+    left=$(cd "$home" && find . -type f)
+    [ "$left" = ./bin/Zul_Messagebuilder.log ] || fail "$mode: left behind: $left"
+    dump >"$folder/after"
+    diff "$folder/before" "$folder/after" || fail "$mode: the registry is not as before"
+done

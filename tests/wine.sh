@@ -1,0 +1,21 @@
+# For scripts that run Windows programs: Debian's Wine for programs of 64 bits, or with the argument i686 of 32, and a
+# prefix of its own.
+if [ "${1:-}" = i686 ]; then
+    export ZUL_WINE=${ZUL_WINE:-/usr/lib/wine/wine} WINEARCH=win32
+else
+    export ZUL_WINE=${ZUL_WINE:-/usr/lib/wine/wine64}
+fi
+export WINEDEBUG=${WINEDEBUG:--all} LC_ALL=${ZUL_TEST_LOCALE:-it_IT.UTF-8}
+# No debugger that waits, no menus on this machine, none of the parts that would be fetched.
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe='
+
+# wine_prefix FOLDER: makes the prefix where there is none, and uses it.
+wine_prefix() {
+    export WINEPREFIX=$1
+    [ ! -e "$WINEPREFIX/made" ] || return 0
+    mkdir -p "$WINEPREFIX"
+    "$ZUL_WINE" wineboot -i >/dev/null 2>&1
+    # Wine takes Italy's short date from another table than Windows.
+    "$ZUL_WINE" reg add 'HKCU\Control Panel\International' /v sShortDate /d dd/MM/yyyy /f >/dev/null 2>&1
+    touch "$WINEPREFIX/made"
+}
