@@ -6,6 +6,7 @@
 #include "hostlib/Ado.h"
 #include "mainwindow/CriteriaFields.h"
 #include "mainwindow/CriteriaMarks.h"
+#include "mainwindow/CriteriaTextFields.h"
 #include "mainwindow/GridCommands.h"
 #include "mainwindow/GridLoad.h"
 #include "mainwindow/GridMemory.h"
@@ -14,6 +15,7 @@
 #include "mainwindow/Previews.h"
 #include "mainwindow/SendPages.h"
 #include "mainwindow/TemplateEditors.h"
+#include "mainwindow/frmRicerche.h"
 #include "selection/TargetQuery.h"
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
@@ -90,6 +92,7 @@ frmSMS::~frmSMS()
 
 void frmSMS::setRefToClass(ComponentObject* object)
 {
+    m_SmsCreator = object;
     m_lookups->setFiller(object);
     m_sendPages->setRefToClass(object);
 }
@@ -151,6 +154,7 @@ void frmSMS::setupLook()
     }
 
     m_ui->cmdElabora->setIcon(icon(IconId::Search, IconTone::OnAccent));
+    m_ui->cmdRicerche->setIcon(icon(IconId::Folder));
     m_ui->cmd_Ricerca_Avanzata->setIcon(icon(IconId::Advanced));
     m_ui->cmdSelAll->setIcon(icon(IconId::SelectAll));
     m_ui->cmdDeSelAll->setIcon(icon(IconId::DeselectAll));
@@ -176,6 +180,7 @@ void frmSMS::connectSearch()
 {
     connect(m_ui->cmdElabora, &QPushButton::clicked, this, &frmSMS::cmdElabora_Click);
     connect(m_ui->cmd_Ricerca_Avanzata, &QPushButton::clicked, this, &frmSMS::cmd_Ricerca_Avanzata_Click);
+    connect(m_ui->cmdRicerche, &QPushButton::clicked, this, &frmSMS::cmdRicerche_Click);
     connect(m_ui->cmdSelAll, &QPushButton::clicked, this,
             [this] { trapped(smsProcedure(u"cmdSelAll_Click"_s), [&] { GrdAllSelectedValue(true); }); });
     connect(m_ui->cmdDeSelAll, &QPushButton::clicked, this,
@@ -426,6 +431,24 @@ void frmSMS::saveLayout(int kind)
         constexpr long PathOrFileAccess = 75;
         if (!m_ui->grdClienti->saveLayout(layoutFile(), QString::fromLatin1(LayoutSection))) {
             throw Error(PathOrFileAccess, u"Path/File access error: "_s + layoutFile());
+        }
+    });
+}
+
+void frmSMS::cmdRicerche_Click()
+{
+    trapped(smsProcedure(u"cmdRicerche_Click"_s), [&] {
+        SearchStore store(session().connectionOrNone(),
+                          m_SmsCreator != nullptr ? m_SmsCreator->idUtente() : 0);
+        CriteriaTexts current = textsOfCriteria(*m_ui);
+        if (!m_parametriRicercaAvanzata.isEmpty()) {
+            current.insert(QLatin1String(AdvancedFilterField), m_parametriRicercaAvanzata);
+        }
+        frmRicerche window(store, current, offeredCriteria(*m_ui), this);
+        window.exec();
+        if (window.chosen()) {
+            fillCriteria(*m_ui, window.chosen()->fields);
+            m_parametriRicercaAvanzata = window.chosen()->fields.value(QLatin1String(AdvancedFilterField));
         }
     });
 }

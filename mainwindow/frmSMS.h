@@ -77,10 +77,12 @@ private:
     void GrdAllSelectedValue(bool value);
     void saveLayout(int kind);
     void cmd_Ricerca_Avanzata_Click();
+    void cmdRicerche_Click();
 
     std::unique_ptr<Ui::frmSMS> m_ui;
     FormScroll* m_content; ///< in the resizer area; owned by it
     // Each works on the controls that its name says; all are children of the form.
+    ComponentObject* m_SmsCreator = nullptr;
     CriteriaFields* m_criteria;
     CriteriaMarks* m_marks;
     LookupFields* m_lookups;

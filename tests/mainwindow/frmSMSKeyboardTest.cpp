@@ -56,7 +56,8 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePageAsItIsRead)
 {
     open();
     const QStringList begin{u"tab_Invio"_s, u"TabControl1"_s};
-    const QStringList end{u"cmdElabora"_s,
+    const QStringList end{u"cmdRicerche"_s,
+                          u"cmdElabora"_s,
                           u"grdClienti"_s,
                           u"cmdSelAll"_s,
                           u"cmdDeSelAll"_s,
@@ -226,6 +227,22 @@ TEST_F(SmsFormKeyboardTest, CtrlWithPageDownAndPageUpTurnsTheShownPagesOfTheCont
     tabs("tab_Invio")->tabBar()->setFocus();
     press(Qt::Key_PageUp);
     EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 0);
+}
+
+TEST_F(SmsFormKeyboardTest, F2AndEnterEditNothingInTheGrid)
+{
+    open();
+    scriptCustomers({customer(1, "Rossi", "333", "a@b.it")});
+    search();
+    clickRow(0);
+    for (const Qt::Key key : {Qt::Key_F2, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(probeOf(grid())->bodyViewport(), key);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+        EXPECT_EQ(grid()->cellText(0, 2), u"Rossi"_s);
+        EXPECT_EQ(marks(), u"-"_s);
+    }
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_TRUE(host.operations().empty());
 }
 
 TEST_F(SmsFormKeyboardTest, F1ShowsTheKeys)
