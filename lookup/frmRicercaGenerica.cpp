@@ -10,6 +10,7 @@
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"
+#include "session/WindowMemory.h"
 #include "ui_frmRicercaGenerica.h"
 
 #include <QKeyEvent>
@@ -42,6 +43,7 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
     new ButtonKeys(this, {m_ui->cmdRicVeloce});
     new FormActivation(this, [this] { Form_Activate(); });
     Form_Load();
+    new WindowMemory(this, WindowMemory::Keeps::Size);
 }
 
 frmRicercaGenerica::~frmRicercaGenerica() = default;

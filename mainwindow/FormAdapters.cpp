@@ -85,6 +85,7 @@ void ListOutcomes::append(const QString& line)
 
 WaitPleaseProgress::WaitPleaseProgress(WaitIndicator& control)
     : m_control(control)
+    , m_input(control.window())
 {}
 
 void WaitPleaseProgress::GestWaitPlease(bool show, qint32 value, const QString& caption)

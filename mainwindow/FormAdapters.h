@@ -3,6 +3,7 @@
 
 #include "messages/PushNotifications.h"
 #include "messages/Recipients.h"
+#include "session/IgnoredInput.h"
 
 #include <QElapsedTimer>
 #include <vector>
@@ -54,15 +55,17 @@ private:
     qint64 m_untilPaint = PaintEveryMilliseconds;
 };
 
-/// The wait indicator of the form.
+/// The wait indicator of the form. Esc, pressed in the form while it lives, ends the run.
 class WaitPleaseProgress : public Progress
 {
 public:
     explicit WaitPleaseProgress(WaitIndicator& control);
     void GestWaitPlease(bool show, qint32 value, const QString& caption) override;
+    bool isEndWanted() override { return m_input.isEscapePressed(); }
 
 private:
     WaitIndicator& m_control;
+    IgnoredInput m_input;
 };
 
 } // namespace zul

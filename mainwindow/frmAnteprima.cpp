@@ -5,6 +5,7 @@
 #include "messages/SmsCount.h"
 #include "session/ButtonKeys.h"
 #include "session/FormHelpers.h"
+#include "session/WindowMemory.h"
 #include "session/frmTasti.h"
 
 #include <QBoxLayout>
@@ -106,6 +107,7 @@ void frmAnteprima::build()
     constexpr int Width = 520;
     constexpr int Height = 360;
     resize(qRound(systemSized(Width)), qRound(systemSized(Height)));
+    new WindowMemory(this, WindowMemory::Keeps::Size);
 }
 
 void frmAnteprima::showRow(int row)

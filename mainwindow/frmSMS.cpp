@@ -8,6 +8,7 @@
 #include "mainwindow/CriteriaMarks.h"
 #include "mainwindow/GridCommands.h"
 #include "mainwindow/GridLoad.h"
+#include "mainwindow/GridMemory.h"
 #include "mainwindow/LookupFields.h"
 #include "mainwindow/Pages.h"
 #include "mainwindow/Previews.h"
@@ -22,6 +23,7 @@
 #include "session/Platform.h"
 #include "session/ScreenFit.h"
 #include "session/Session.h"
+#include "session/WindowMemory.h"
 #include "session/frmTasti.h"
 #include "ui_frmSMS.h"
 
@@ -69,7 +71,9 @@ frmSMS::frmSMS()
     m_templateEditors = new TemplateEditors(*m_ui, this);
     m_sendPages->setSmsText([this] { return m_templateEditors->smsText(); });
     m_previews = new Previews(*m_ui, *m_sendPages, *m_templateEditors, this);
+    m_memory = new GridMemory(this, m_ui->grdClienti, m_ui->splitter);
     Form_Load();
+    new WindowMemory(this, WindowMemory::Keeps::SizeAndPlace);
 }
 
 frmSMS::~frmSMS()
@@ -275,8 +279,12 @@ void frmSMS::setTouchMode(bool touch)
     // grid stand in one row beside them.
     constexpr int CriteriaWidth = 325;
     constexpr int TouchCriteriaWidth = 420;
-    const int criteriaWidth = qRound(systemSized(touch ? TouchCriteriaWidth : CriteriaWidth));
-    m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
+    if (!m_memory->restoreSplitter(touch)) {
+        const int usual = touch ? TouchCriteriaWidth : CriteriaWidth;
+        // A larger font widens the criteria too, but leaves the grid the larger half.
+        const int criteriaWidth = qMax(usual, qMin(qRound(systemSized(usual)), width() * 2 / 5));
+        m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
+    }
     m_ui->grdClienti->setTouchMode(touch);
     m_ui->Virtual_KeyPAD->setTouchMode(touch);
     m_marks->setTouchMode(touch);
@@ -397,6 +405,7 @@ void frmSMS::CaricaGriglia()
     trapped(smsProcedure(u"CaricaGriglia"_s), [&] {
         loadResultGrid(session().connection().connection(), *m_ui->grdClienti, QDate::currentDate());
         m_ui->grdClienti->loadLayout(layoutFile(), QString::fromLatin1(LayoutSection));
+        m_memory->restoreOrder();
     });
 }
 

@@ -20,6 +20,7 @@ class CriteriaFields;
 class CriteriaMarks;
 class FormScroll;
 class GridCommands;
+class GridMemory;
 class LookupFields;
 class Previews;
 class SendPages;
@@ -84,6 +85,7 @@ private:
     CriteriaMarks* m_marks;
     LookupFields* m_lookups;
     GridCommands* m_gridCommands;
+    GridMemory* m_memory;
     SendPages* m_sendPages;
     TemplateEditors* m_templateEditors;
     Previews* m_previews;

@@ -107,7 +107,7 @@ QString smsCountLine(const SmsCount& count, const QLocale& locale)
     } else {
         const bool seen = QChar::isPrint(count.cause.toUcs4().front());
         line += u" · UCS-2 per %1"_s.arg(
-            seen ? u"«%1»"_s.arg(count.cause)
+            seen ? u"“%1”"_s.arg(count.cause)
                  : u"un carattere che non si vede (U+%1)"_s.arg(
                        QString::number(count.cause.toUcs4().front(), 16).toUpper().rightJustified(4, u'0')));
     }

@@ -19,6 +19,7 @@ class frmCheckSendError;
 namespace zul {
 
 class FailedNumbersReader;
+class IgnoredInput;
 class cFtp;
 
 /// The four FTP fields are stored at every close, however caused (see SettingFields). Tag: "ESC" after Close, empty after the
@@ -52,7 +53,7 @@ private:
     void cmdSMS_TestSMS_Click();
     void cmdSMS_ClearAccount_Click();
     void download(cFtp& ftp);
-    void showFailedNumbers(FailedNumbersReader& report);
+    void showFailedNumbers(FailedNumbersReader& report, IgnoredInput& input);
     void addColumns();
     void removeAll();
 

@@ -5,6 +5,7 @@
 #include "session/ButtonKeys.h"
 #include "session/FormHelpers.h"
 #include "session/KeyTable.h"
+#include "session/WindowMemory.h"
 
 #include <QPushButton>
 #include <QShortcut>
@@ -61,6 +62,7 @@ frmTasti::frmTasti(QWidget* parent)
     applyCommonLook(this, parent != nullptr && parent->window()->property("touch").toBool());
     table->setHtml(asHtml(keyTable()));
     resize(qRound(systemSized(560)), qRound(systemSized(520)));
+    new WindowMemory(this, WindowMemory::Keeps::Size);
 }
 
 void frmTasti::openByF1(QWidget* form)

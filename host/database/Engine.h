@@ -81,6 +81,9 @@ class Engine
 public:
     virtual ~Engine() = default;
 
+    // A text in Transact-SQL is one statement: execute and query refuse more (Statement), because it holds texts from
+    // outside.
+
     /// Runs a statement and gives the number of rows it touched, 0 for one that touches none.
     virtual std::int64_t execute(std::string_view sql, Language language,
                                  std::span<const Value> parameters = {}) = 0;
@@ -89,7 +92,7 @@ public:
     virtual std::unique_ptr<RowStream> query(std::string_view sql, Language language,
                                              std::span<const Value> parameters = {}) = 0;
 
-    /// Runs a statement of which it is not known whether it gives rows.
+    /// Runs a statement, or several, of the host's own, of which it is not known whether it gives rows.
     virtual Outcome run(std::string_view sql, Language language) = 0;
 
     /// Inserts rows of a table, one value after another, row after row; fast, also for a million.

@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QFile>
+#include <QRegularExpression>
 
 #include <cstring>
 #include <limits>
@@ -81,6 +82,15 @@ void flags(const QString& text, const QString& wanted, std::initializer_list<std
     }
 }
 
+QString failurePlan(const QString& text)
+{
+    static const QRegularExpression form(u"^[0-9]{1,9}(:(error|silent|type|lost|end))?$"_s);
+    if (!form.match(text).hasMatch()) {
+        throw BadValue{u"N or N:KIND, with error, silent, type, lost or end for KIND"_s};
+    }
+    return text;
+}
+
 StartWindow startWindow(const QString& text)
 {
     if (text == u"main"_s) {
@@ -148,6 +158,19 @@ const std::vector<ValueOption>& valueOptions()
          [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
         {{u"app-url"_s, u"Where push notifications are posted; default: the table appOutbox."_s, u"URL"_s},
          [](CommandLine& line, const QString& v) { line.appUrl = webAddress(v); }},
+        {{u"app-time-outs"_s,
+          u"After so many posts in a row that are not answered the others of a run fail at once (0: never); "
+          "default: 3."_s,
+          u"N"_s},
+         [](CommandLine& line, const QString& v) { line.appTimeOuts = wholeNumber(v, 0); }},
+        {{u"fail-at"_s,
+          u"The component's Nth operation on the connection or a service fails: with a description (error), "
+          u"without "
+          "one (silent), by an answer of a wrong type (type), by the end of its row set (end), or as "
+          "everything after "
+          "it (lost). A scenario goes on at the next command; the operations are counted at its end. 0 only counts."_s,
+          u"N[:KIND]"_s},
+         [](CommandLine& line, const QString& v) { line.failAt = failurePlan(v); }},
     };
     return table;
 }

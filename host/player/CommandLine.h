@@ -42,6 +42,10 @@ struct CommandLine
     QString component;
     /// Where the app connector posts push notifications; empty: the table appOutbox.
     QString appUrl;
+    /// After so many time-outs of that service in a row the others of a run fail at once; 0: never.
+    int appTimeOuts = 3;
+    /// Which operation of the component fails, and how: "N" or "N:KIND"; empty: none, and nothing is counted.
+    QString failAt;
     /// Print the usage, or the program's version, and stop.
     bool help = false;
     bool version = false;

@@ -26,6 +26,7 @@ public:
         return hostGuard(sourceName, [&] {
             m_slug = utf8FromUtf16(textOf(slug));
             m_salt = utf8FromUtf16(textOf(salt));
+            m_timeOuts = 0;
         });
     }
 
@@ -55,7 +56,7 @@ private:
             if (m_session->appUrl.empty()) {
                 error = store(message);
             } else {
-                error = postAppMessage(m_session->appUrl, m_salt, message);
+                error = post(message);
             }
             if (error.empty()) {
                 *sent = VARIANT_TRUE;
@@ -63,6 +64,22 @@ private:
                 *errorText = Bstr::fromUtf8(error).detach();
             }
         });
+    }
+
+    // A service that is silent is silent for the next contact too: a run would wait for hours.
+    std::string post(const AppMessage& message)
+    {
+        const AppPatience& patience = m_session->appPatience;
+        if (patience.timeOutsInARow > 0 && m_timeOuts >= patience.timeOutsInARow) {
+            return m_lastTimeOut;
+        }
+        bool timedOut = false;
+        std::string error = postAppMessage(m_session->appUrl, m_salt, message, patience.answer, &timedOut);
+        m_timeOuts = timedOut ? m_timeOuts + 1 : 0;
+        if (timedOut) {
+            m_lastTimeOut = error;
+        }
+        return error;
     }
 
     // Without a service the message waits in a table, where whoever delivers it finds it.
@@ -98,6 +115,8 @@ private:
     SessionPtr m_session;
     std::string m_slug;
     std::string m_salt;
+    int m_timeOuts = 0; // in a row, since Init
+    std::string m_lastTimeOut;
 };
 
 } // namespace

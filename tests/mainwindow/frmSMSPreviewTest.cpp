@@ -74,7 +74,7 @@ TEST_F(SmsFormPreviewTest, TheEditorOfAnSmsCountsAsOneTypes)
     EXPECT_EQ(label("lblContaSMS"), u"8 caratteri · GSM 03.38 · 1 SMS, ne restano 152"_s)
         << "as it is kept: a line break is two characters, blanks at the ends are taken off";
     freeText(0)->setPlainText(u"perché «no»? {Cliente}"_s);
-    EXPECT_TRUE(label("lblContaSMS").contains(u"UCS-2 per ««»"_s)) << utf8(label("lblContaSMS"));
+    EXPECT_TRUE(label("lblContaSMS").contains(u"UCS-2 per “«”"_s)) << utf8(label("lblContaSMS"));
     EXPECT_TRUE(label("lblContaSMS").contains(u"stima"_s));
     EXPECT_EQ(selector("cntrMailFinder")->geometry(), below) << "nothing moves";
     EXPECT_TRUE(host.operations().empty());
@@ -156,7 +156,7 @@ TEST_F(SmsFormPreviewTest, ThePreviewGoesFromOneTickedCustomerToTheNext)
         QTest::keyClick(in(window, u"cmdSuccessivo"_s), Qt::Key_Return);
         EXPECT_EQ(in(window, "lblCliente"), u"D'Amico 100% \"à\" 😀"_s);
         EXPECT_EQ(message(window), u"Ciao [NOME]<D'Amico 100% \"à\" 😀,>"_s);
-        EXPECT_TRUE(in(window, "lblConta").contains(u"UCS-2 per «😀»"_s));
+        EXPECT_TRUE(in(window, "lblConta").contains(u"UCS-2 per “😀”"_s));
         EXPECT_EQ(in(window, "lblPosizione"), u"2 di 2 selezionati"_s);
         EXPECT_FALSE(in(window, u"cmdSuccessivo"_s)->isEnabled());
         QTest::mouseClick(in(window, u"cmdPrecedente"_s), Qt::LeftButton);

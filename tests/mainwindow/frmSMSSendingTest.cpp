@@ -478,6 +478,25 @@ TEST_F(SmsFormSendingTest, AFreePushRunShowsItsProgressAndEndsWithItsWording)
     EXPECT_EQ(form->choice(), u"OK"_s);
 }
 
+TEST_F(SmsFormSendingTest, EscapeEndsAPushRunBetweenTwoContacts)
+{
+    openWithCustomers();
+    page("tab_Invio", 0);
+    tick(1);
+    page("tab_Invio", 1);
+    page("TabControlTipo", 1);
+    click("RBN_Push");
+    freeText(1)->setPlainText(u"Ciao"_s);
+    host.during("push a@b.it", [&] { queueKey(form.get(), Qt::Key_Escape); });
+    prepare();
+    EXPECT_EQ(host.operations("push").size(), 1U);
+    EXPECT_EQ(lines().last(), u"       - Interrotto dall'operatore dopo 1 notifiche di 2."_s);
+    ASSERT_EQ(messages.size(), 1U) << "the question, and no closing message";
+    EXPECT_EQ(marks(), u"xx"_s);
+    EXPECT_TRUE(form->isVisible()) << "Esc ended the run alone";
+    EXPECT_TRUE(find<WaitIndicator>(u"WaitPlease"_s)->isHidden());
+}
+
 TEST_F(SmsFormSendingTest, ARunEndsOnTheConnectionOnWhichItBegan)
 {
     FakeHost another;

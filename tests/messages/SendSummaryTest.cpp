@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 const QLocale italian(QLocale::Italian, QLocale::Italy);
 const SendTexts bothTexts{u"Gentile\r\ncliente {Nome} 😀"_s, u"Auguri di \"Natale\" 100%"_s};
 const QString smsText =
-    u"Testo SMS: «Gentile cliente {Nome} 😀» (25 caratteri (contano 26) · UCS-2 per «😀» · 1 SMS, ne "
+    u"Testo SMS: «Gentile cliente {Nome} 😀» (25 caratteri (contano 26) · UCS-2 per “😀” · 1 SMS, ne "
     "restano 44 · stima: dipende dai dati del cliente)"_s;
 const QString mailText = u"Messaggio EMAIL: «Auguri di \"Natale\" 100%»"_s;
 

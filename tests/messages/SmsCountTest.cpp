@@ -87,7 +87,7 @@ TEST(SmsCount, TheLineSaysItAll)
         {QString(), QString()},
         {u"a"_s, u"1 carattere · GSM 03.38 · 1 SMS, ne restano 159"_s},
         {u"Costa 5 €"_s, u"9 caratteri (contano 10) · GSM 03.38 · 1 SMS, ne restano 150"_s},
-        {u"Ciao 😀"_s, u"6 caratteri (contano 7) · UCS-2 per «😀» · 1 SMS, ne restano 63"_s},
+        {u"Ciao 😀"_s, u"6 caratteri (contano 7) · UCS-2 per “😀” · 1 SMS, ne restano 63"_s},
         {u"a\tb"_s,
          u"3 caratteri · UCS-2 per un carattere che non si vede (U+0009) · 1 SMS, ne restano 67"_s},
         {u"Ciao {Cliente}"_s, u"14 caratteri (contano 16) · GSM 03.38 · 1 SMS, ne restano 144 · "

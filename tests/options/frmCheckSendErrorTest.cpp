@@ -505,6 +505,33 @@ TEST_F(CheckSendErrorTest, WhatIsClickedWhileATestRunsComesToNothing)
     EXPECT_EQ(shownRows(), QStringList{u"222|Uno"_s});
 }
 
+TEST_F(CheckSendErrorTest, EscapeEndsATestBetweenTwoLinesAndTheLogSaysSo)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    QString title;
+    int searched = 0;
+    host.during("'%222%'", [&] {
+        title = form->windowTitle();
+        // From the second line on half a second has passed, and so the title tells how far it is.
+        QTest::qSleep(searched == 0 ? 600 : 60);
+        if (++searched == 3) {
+            queueKey(form.get(), Qt::Key_Escape);
+            // A close waits until the run is over.
+            QMetaObject::invokeMethod(
+                form.get(), [this] { form->close(); }, Qt::QueuedConnection);
+        }
+    });
+    checkOldReport("222\n222\n222\n222\n222\n222\n222\n222\n");
+    EXPECT_EQ(searched, 3);
+    EXPECT_EQ(title, u"%1 - riga 2 (25%) - Esc interrompe"_s.arg(form->windowTitle()));
+    EXPECT_EQ(shownRows(), (QStringList{u"222|Uno"_s, u"222|Uno"_s, u"222|Uno"_s}));
+    ASSERT_EQ(log().size(), 1);
+    EXPECT_TRUE(
+        log()[0].contains(u"cmdSMS_TestSMS_Click | Interrotto dall'operatore dopo 3 righe di export.txt."_s))
+        << utf8(log()[0]);
+    QTRY_VERIFY(!form->isVisible());
+}
+
 TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)
 {
     customer("222", {{number(1), text("222"), text("Uno")}});

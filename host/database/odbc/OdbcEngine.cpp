@@ -3,6 +3,7 @@
 #include "host/database/Cell.h"
 #include "host/database/Counters.h"
 #include "host/database/Names.h"
+#include "host/database/OneStatement.h"
 #include "host/database/OwnTransaction.h"
 #include "host/database/Schema.h"
 #include "host/database/odbc/OdbcConnection.h"
@@ -30,8 +31,11 @@ void OdbcEngine::disconnect() noexcept
     m_connection->close();
 }
 
-std::int64_t OdbcEngine::execute(std::string_view sql, Language, std::span<const Value> parameters)
+std::int64_t OdbcEngine::execute(std::string_view sql, Language language, std::span<const Value> parameters)
 {
+    if (language == Language::Transact) {
+        requireOneStatement(sql);
+    }
     makeReady();
     std::int64_t affected = 0;
     if (parameters.empty()) {
@@ -68,6 +72,9 @@ Outcome OdbcEngine::run(std::string_view sql, Language)
 std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language language,
                                              std::span<const Value> parameters)
 {
+    if (language == Language::Transact) {
+        requireOneStatement(sql);
+    }
     if (parameters.empty()) {
         Outcome outcome = run(sql, language);
         if (!outcome.rows) {

@@ -2,6 +2,7 @@
 
 #include "host/database/Cell.h"
 #include "host/database/Names.h"
+#include "host/database/OneStatement.h"
 #include "host/database/Schema.h"
 #include "host/database/products/Product.h"
 #include "host/database/sqlite/ConnectionSettings.h"
@@ -176,8 +177,9 @@ SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)
 
 std::int64_t SqliteEngine::execute(std::string_view sql, Language language, std::span<const Value> parameters)
 {
-    if (language == Language::Transact && parameters.empty() && isBatch(sql)) {
-        return executeBatch(sql);
+    // Two without a semicolon between them are refused by the translation.
+    if (language == Language::Transact && isBatch(sql)) {
+        requireOneStatement(sql);
     }
     SqliteStatement statement = prepare(sql, language);
     return run(statement, parameters);
@@ -308,7 +310,7 @@ Outcome SqliteEngine::run(std::string_view sql, Language language)
     if (!batch && sqlite3_column_count(prepare(sql, language).handle()) > 0) {
         return {query(sql, language), 0};
     }
-    return {nullptr, execute(sql, language)};
+    return {nullptr, batch ? executeBatch(sql) : execute(sql, language)};
 }
 
 void SqliteEngine::insertRows(std::string_view table, std::span<const std::string_view> columns,

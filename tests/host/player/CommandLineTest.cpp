@@ -233,4 +233,19 @@ TEST(CommandLine, OverwritesAConnectionStringAmongItsArguments)
     EXPECT_EQ(words[10], "--database");
 }
 
+TEST(CommandLine, TakesTheOperationThatFails)
+{
+    EXPECT_TRUE(taken({}).failAt.isEmpty());
+    for (const QString& plan :
+         {u"0"_s, u"17"_s, u"17:error"_s, u"1:silent"_s, u"1:type"_s, u"1:lost"_s, u"1:end"_s}) {
+        EXPECT_EQ(taken({u"--fail-at"_s, plan}).failAt, plan);
+    }
+    for (const QString& plan :
+         {u""_s, u"-1"_s, u"x"_s, u"1:"_s, u"1:other"_s, u"1:lost "_s, u"12345678901"_s}) {
+        EXPECT_TRUE(refused({u"--fail-at"_s, plan}).contains(u"KIND"_s)) << plan.toStdString();
+    }
+    EXPECT_EQ(taken({}).appTimeOuts, 3);
+    EXPECT_EQ(taken({u"--app-time-outs"_s, u"0"_s}).appTimeOuts, 0);
+}
+
 } // namespace
