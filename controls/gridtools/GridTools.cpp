@@ -1,16 +1,13 @@
 #include "controls/gridtools/GridTools.h"
 
+#include "controls/gridtools/CsvExport.h"
 #include "controls/look/Icons.h"
-#include "controls/notices/MessageSeam.h"
 #include "controls/report/ReportGrid.h"
 #include "grid/CsvFile.h"
 
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
-#include <QProgressDialog>
-#include <QStandardPaths>
 #include <QTimer>
 #include <QToolButton>
 
@@ -126,20 +123,10 @@ void GridTools::fillExportMenu()
 
 void GridTools::exportRows(Rows rows)
 {
-    QFileDialog dialog(window(), u"Esporta l'elenco"_s);
-    dialog.setObjectName(u"dialogoEsporta"_s);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilter(u"File CSV (*.csv)"_s);
-    dialog.setDefaultSuffix(u"csv"_s);
-    dialog.setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    dialog.selectFile(m_noun.several + u".csv"_s);
-    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
-        writeFile(dialog.selectedFiles().first(), rows);
+    const QString path = askCsvFile(window(), m_noun.several + u".csv"_s);
+    if (path.isEmpty()) {
+        return;
     }
-}
-
-void GridTools::writeFile(const QString& path, Rows rows)
-{
     const std::vector<uint32_t> records = recordsOf(*m_grid, rows);
     CsvContent content{m_grid->store(), {}, records};
     for (const int column : m_grid->columnsInScreenOrder()) {
@@ -147,19 +134,7 @@ void GridTools::writeFile(const QString& path, Rows rows)
             content.columns.push_back({column, m_grid->columnCaption(column)});
         }
     }
-    QProgressDialog progress(u"Esportazione in corso…"_s, u"Annulla"_s, 0, static_cast<int>(records.size()),
-                             window());
-    progress.setObjectName(u"avanzamentoEsporta"_s);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(400);
-    const CsvResult result = writeCsv(path, content, [&progress](size_t done) {
-        progress.setValue(static_cast<int>(done));
-        return !progress.wasCanceled();
-    });
-    progress.reset();
-    if (!result.written && !result.why.isEmpty()) {
-        ask(window(), notice(u"Esportazione non riuscita: "_s + result.why, MessageIcon::Exclamation));
-    }
+    exportCsv(window(), path, content);
 }
 
 } // namespace zul

@@ -36,7 +36,6 @@ private:
     void countLater();
     void count();
     void fillExportMenu();
-    void writeFile(const QString& path, Rows rows);
 
     ReportGrid* m_grid = nullptr;
     GridNoun m_noun;

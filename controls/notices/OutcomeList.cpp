@@ -20,7 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype tagLength = 9;
 constexpr int padding = 4;
 
 /// The larger the list, the longer a batch: laying out a million rows takes a while.
@@ -63,17 +62,17 @@ public:
         const int cell = qMax(1, option.fontMetrics.averageCharWidth());
         const int inSight =
             option.widget != nullptr ? option.widget->width() - option.rect.x() : line.width();
-        text.truncate(qMax(qsizetype{0}, qsizetype{inSight} * 2 / cell + tagLength));
+        text.truncate(qMax(qsizetype{0}, qsizetype{inSight} * 2 / cell + outcomeTagLength));
         text.replace(u'\r', u' ').replace(u'\n', u' ').replace(u'\t', u' ');
 
         const bool wholeLine = kind == OutcomeKind::Continuation;
-        const QString tag = wholeLine ? text : text.left(tagLength);
+        const QString tag = wholeLine ? text : text.left(outcomeTagLength);
         painter->setPen(tagged);
         painter->drawText(line, textFlags, tag);
         if (!wholeLine) {
             painter->setPen(plain);
             painter->drawText(line.adjusted(option.fontMetrics.horizontalAdvance(tag), 0, 0, 0), textFlags,
-                              text.mid(tagLength));
+                              text.mid(outcomeTagLength));
         }
         if ((option.state & QStyle::State_HasFocus) != 0 && !selected) {
             painter->setPen(option.palette.color(QPalette::Highlight));
@@ -88,17 +87,6 @@ private:
 
 } // namespace
 
-OutcomeKind outcomeKind(QStringView line)
-{
-    if (line.startsWith(u"OK     - ")) {
-        return OutcomeKind::Success;
-    }
-    if (line.startsWith(u"ERRORE - ") || line.startsWith(u"ERR    - ")) {
-        return OutcomeKind::Failure;
-    }
-    return OutcomeKind::Continuation;
-}
-
 OutcomeModel::OutcomeModel(QObject* parent)
     : QAbstractListModel(parent)
 {
@@ -108,6 +96,10 @@ OutcomeModel::OutcomeModel(QObject* parent)
 
 void OutcomeModel::append(QStringView line)
 {
+    m_totals.add(line);
+    if (outcomeKind(line) == OutcomeKind::Failure) {
+        m_failures.push_back(m_store.count());
+    }
     m_store.append(line);
     if (!m_timer.isActive()) {
         m_timer.start(shortestBatch + m_announced / linesPerMillisecond);
@@ -119,6 +111,8 @@ void OutcomeModel::clear()
     m_timer.stop();
     beginResetModel();
     m_store.clear();
+    m_totals.clear();
+    m_failures = {};
     m_announced = 0;
     endResetModel();
 }
@@ -126,13 +120,13 @@ void OutcomeModel::clear()
 void OutcomeModel::announce()
 {
     m_timer.stop();
-    const int count = m_store.count();
-    if (count == m_announced) {
-        return;
+    const int count = rows();
+    if (count > m_announced) {
+        beginInsertRows({}, m_announced, count - 1);
+        m_announced = count;
+        endInsertRows();
     }
-    beginInsertRows({}, m_announced, count - 1);
-    m_announced = count;
-    endInsertRows();
+    Q_EMIT linesCame();
 }
 
 int OutcomeModel::rowCount(const QModelIndex& parent) const
@@ -145,7 +139,25 @@ QVariant OutcomeModel::data(const QModelIndex& index, int role) const
     if (!index.isValid() || role != Qt::DisplayRole) {
         return {};
     }
-    return m_store.line(index.row());
+    return rowText(index.row());
+}
+
+QString OutcomeModel::rowText(int row) const
+{
+    if (!m_onlyFailures) {
+        return m_store.line(row);
+    }
+    return static_cast<size_t>(row) < m_failures.size() ? m_store.line(m_failures[static_cast<size_t>(row)])
+                                                        : QString();
+}
+
+void OutcomeModel::setOnlyFailures(bool only)
+{
+    m_timer.stop();
+    beginResetModel();
+    m_onlyFailures = only;
+    m_announced = rows();
+    endResetModel();
 }
 
 OutcomeList::OutcomeList(QWidget* parent)
@@ -171,6 +183,7 @@ OutcomeList::OutcomeList(QWidget* parent)
         }
     });
     connect(m_model, &QAbstractItemModel::modelReset, this, &OutcomeList::fitCells);
+    connect(m_model, &OutcomeModel::linesCame, this, &OutcomeList::linesCame);
 }
 
 void OutcomeList::append(const QString& line)
@@ -204,12 +217,45 @@ void OutcomeList::copySelected() const
     QString text;
     for (const QItemSelectionRange& range : selected) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
-            text += line(row) + u'\n';
+            text += m_model->rowText(row) + u'\n';
         }
     }
     if (!text.isEmpty()) {
         QApplication::clipboard()->setText(text);
     }
+}
+
+void OutcomeList::copyLines() const
+{
+    if (selectionModel()->hasSelection()) {
+        copySelected();
+        return;
+    }
+    const QStringList lines = shownLines();
+    if (!lines.isEmpty()) {
+        QApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
+    }
+}
+
+void OutcomeList::setOnlyFailures(bool only)
+{
+    m_model->setOnlyFailures(only);
+}
+
+QStringList OutcomeList::shownLines() const
+{
+    m_model->announce();
+    QStringList lines;
+    lines.reserve(m_model->rowCount());
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        lines.append(m_model->rowText(row));
+    }
+    return lines;
+}
+
+QString OutcomeList::totals() const
+{
+    return m_model->totals().text(QLocale());
 }
 
 QObject* OutcomeList::probe()

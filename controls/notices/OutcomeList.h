@@ -2,23 +2,16 @@
 #pragma once
 
 #include "grid/OutcomeStore.h"
+#include "grid/OutcomeTotals.h"
 
 #include <QListView>
 #include <QTimer>
 
+#include <vector>
+
 namespace zul {
 
-/// What a line tells, by the tag at its beginning.
-enum class OutcomeKind
-{
-    Success,     // "OK     - "
-    Failure,     // "ERRORE - " and "ERR    - "
-    Continuation // "       - ", and any other line
-};
-
-[[nodiscard]] OutcomeKind outcomeKind(QStringView line);
-
-/// The lines as a list model. Appended lines are announced in batches, so that a list of a million lines can
+/// The lines as a list model, or the failures among them. Appended lines are announced in batches, so that a list of a million lines can
 /// be filled while it is shown.
 class OutcomeModel : public QAbstractListModel
 {
@@ -32,14 +25,31 @@ public:
     /// Announces what was appended, at once.
     void announce();
 
-    [[nodiscard]] const OutcomeStore& store() const { return m_store; }
+    /// From now on the rows are the failures alone, or all lines again.
+    void setOnlyFailures(bool only);
+
+    [[nodiscard]] const OutcomeStore& store() const { return m_store; } ///< all lines
+    [[nodiscard]] const OutcomeTotals& totals() const { return m_totals; }
+    /// The line of a row.
+    [[nodiscard]] QString rowText(int row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
+Q_SIGNALS:
+    void linesCame(); ///< also when none of them is a row
+
 private:
+    [[nodiscard]] int rows() const
+    {
+        return m_onlyFailures ? static_cast<int>(m_failures.size()) : m_store.count();
+    }
+
     OutcomeStore m_store;
-    int m_announced = 0;
+    OutcomeTotals m_totals;
+    std::vector<int> m_failures; // their numbers among the lines
+    bool m_onlyFailures = false;
+    int m_announced = 0; // rows
     QTimer m_timer;
 };
 
@@ -64,8 +74,19 @@ public:
     void flush() { m_model->announce(); }
 
     void copySelected() const;
+    /// The highlighted lines go to the clipboard, or all that are shown when none is.
+    void copyLines() const;
+    /// Leaves out all lines but failures, from the eye only.
+    void setOnlyFailures(bool only);
+    [[nodiscard]] QStringList shownLines() const;
+    /// How the lines add up, see OutcomeTotals.
+    [[nodiscard]] QString totals() const;
 
     QObject* probe(); ///< made at the first call and owned by the list
+
+Q_SIGNALS:
+    /// Lines came that were announced, whether they are shown or not.
+    void linesCame();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -1,4 +1,7 @@
 // What stands around the rows of the main window: counts, find and filter.
+#include "controls/gridtools/GridTools.h"
+#include "controls/gridtools/OutcomeTools.h"
+#include "controls/notices/OutcomeList.h"
 #include "tests/mainwindow/SmsFormTest.h"
 
 #include <QLabel>
@@ -73,6 +76,22 @@ TEST_F(SmsFormGridToolsTest, FindAsksTheDatabaseForNothing)
     EXPECT_EQ(grid()->recordsInScreenOrder().size(), 2U);
     EXPECT_TRUE(host.operations().empty());
     EXPECT_TRUE(form->isVisible()) << "Esc is the bar's";
+}
+
+TEST_F(SmsFormGridToolsTest, RowsAndLinesHaveTheRoomThatIsLeft)
+{
+    open();
+    search();
+    EXPECT_GT(grid()->height(), form->height() * 2 / 3);
+    EXPECT_LT(find<GridTools>(u"strumentiClienti"_s)->height(), 40);
+    radio("RBN_SoloSMS")->setChecked(true);
+    selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
+    tick(0);
+    page("tab_Invio", 1);
+    click("cmdProsegui2");
+    ASSERT_EQ(tabs("tab_Invio")->currentIndex(), 2);
+    EXPECT_GT(find<OutcomeList>(u"List_INFO"_s)->height(), form->height() / 2);
+    EXPECT_LT(find<OutcomeTools>(u"strumentiEsito"_s)->height(), 40);
 }
 
 } // namespace

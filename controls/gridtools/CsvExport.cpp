@@ -1,0 +1,45 @@
+#include "controls/gridtools/CsvExport.h"
+
+#include "controls/notices/MessageSeam.h"
+#include "grid/CsvFile.h"
+
+#include <QFileDialog>
+#include <QProgressDialog>
+#include <QStandardPaths>
+
+namespace zul {
+
+using namespace Qt::StringLiterals;
+
+QString askCsvFile(QWidget* owner, const QString& suggestedName)
+{
+    QFileDialog dialog(owner, u"Salva in un file CSV"_s);
+    dialog.setObjectName(u"dialogoEsporta"_s);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(u"File CSV (*.csv)"_s);
+    dialog.setDefaultSuffix(u"csv"_s);
+    dialog.setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    dialog.selectFile(suggestedName);
+    const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+    return chosen ? dialog.selectedFiles().first() : QString();
+}
+
+void exportCsv(QWidget* owner, const QString& path, const CsvContent& content)
+{
+    constexpr int untilShown = 400; // milliseconds
+    QProgressDialog progress(u"Esportazione in corso…"_s, u"Annulla"_s, 0,
+                             static_cast<int>(content.records.size()), owner);
+    progress.setObjectName(u"avanzamentoEsporta"_s);
+    progress.setWindowModality(Qt::WindowModal);
+    progress.setMinimumDuration(untilShown);
+    const CsvResult result = writeCsv(path, content, [&progress](size_t done) {
+        progress.setValue(static_cast<int>(done));
+        return !progress.wasCanceled();
+    });
+    progress.reset();
+    if (!result.written && !result.why.isEmpty()) {
+        ask(owner, notice(u"Esportazione non riuscita: "_s + result.why, MessageIcon::Exclamation));
+    }
+}
+
+} // namespace zul
