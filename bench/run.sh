@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 packaging/install.sh build run bench
 mkdir -p build
 cmake --preset bench >build/configure-bench.log 2>&1 || { cat build/configure-bench.log >&2; exit 1; }
-cmake --build --preset bench --target zulbench limit GridBench >build/build-bench.log 2>&1 || {
+cmake --build --preset bench --target zulbench limit GridBench FirstWindow NoWindowHost >build/build-bench.log 2>&1 || {
     tail -n 40 build/build-bench.log >&2
     exit 1
 }

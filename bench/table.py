@@ -220,7 +220,33 @@ def prepare_topic():
                  many / few, 1.3, f"{many / 1e3:.2f} µs beside {few / 1e3:.2f} µs")
 
 
+def first_window():
+    """A host's wait for its first window, and what the component costs one that shows none."""
+    registration = os.path.join(data, "classes")
+    os.makedirs(registration, exist_ok=True)
+    with open(os.path.join(registration, "zul.ini"), "w", encoding="utf-8") as file:
+        file.write("[{B7A0C731-6521-48C8-8DA9-B7465A7FF35B}]\nProgID=Zul_MessageBuilder.SmsCreator\nLibrary="
+                   + os.path.abspath(os.path.join(programs, "libZul_MessageBuilder.so")) + "\n")
+    environment["ZUL_AUTOMATION_SYSTEM_REGISTRY"] = registration
+    ours, empty, memory, bare = [], [], [], []
+    for _ in range(7):
+        runs, peak = run("FirstWindow", "component")
+        ours.append(runs[0]["wall"])
+        memory.append(peak)
+        runs, peak = run("FirstWindow", "empty")
+        empty.append(runs[0]["wall"])
+        bare.append(peak)
+    show("first window of a host, beside an empty one of Qt", "-", median(ours) / median(empty), None,
+         beside(median(ours), median(empty)))
+    show("the same: memory", "-", median(memory) / median(bare), None,
+         f"{median(memory) / 1024:.0f} MiB beside {median(bare) / 1024:.0f} MiB")
+    said = subprocess.run([os.path.join(build, "tests", "NoWindowHost")], text=True, capture_output=True,
+                          env=environment, check=True).stdout
+    print("a host that shows no window:", said.strip())
+
+
 def window_topic():
+    first_window()
     times = {}
     for size in sizes:
         count = 3

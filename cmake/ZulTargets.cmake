@@ -10,7 +10,14 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_BUILD_RPATH "$ORIGIN")
-set(CMAKE_INSTALL_RPATH "$ORIGIN")
+
+# Where an installation has the component, beside its type libraries and the program that it starts, and the way there
+# from a program of the same installation.
+set(ZUL_COMPONENT_DIR "${CMAKE_INSTALL_LIBDIR}/zul-messagebuilder")
+file(RELATIVE_PATH ZUL_COMPONENT_FROM_PROGRAM "/p/${CMAKE_INSTALL_BINDIR}" "/p/${ZUL_COMPONENT_DIR}")
+
+# moc and uic read sources alone: they need not wait for the libraries that a target links.
+set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
 
 find_program(ZUL_CCACHE ccache)
 if(ZUL_CCACHE)

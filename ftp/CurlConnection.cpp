@@ -64,6 +64,14 @@ std::string escaped(CURL* easy, const std::string& text)
     return result;
 }
 
+bool hasSecureScheme(const std::string& server)
+{
+    return server.size() >= SecureScheme.size() &&
+           std::equal(SecureScheme.begin(), SecureScheme.end(), server.begin(), [](char wanted, char given) {
+               return wanted == (given | ('A' <= given && given <= 'Z' ? 0x20 : 0));
+           });
+}
+
 } // namespace
 
 template <typename Value>
@@ -74,10 +82,16 @@ void CurlConnection::set(CURLoption option, Value value)
 
 CurlConnection::CurlConnection(ConnectRequest request, const CurlTransportOptions& options)
     : m_request(std::move(request))
+    , m_secure(hasSecureScheme(m_request.server))
     , m_options(options)
     , m_multi(curl_multi_init())
     , m_easy(curl_easy_init())
 {
+    if (m_secure) {
+        m_request.server.erase(0, SecureScheme.size());
+        // No router on the way can read where the server is to connect to.
+        m_request.flags |= ModePassive;
+    }
     if (m_request.user.empty()) {
         m_request.user = "anonymous";
         if (m_request.password.empty()) {
@@ -446,6 +460,18 @@ ErrorCode CurlConnection::prepare(const std::string& path)
     set(CURLOPT_PROTOCOLS_STR, "ftp");
     set(CURLOPT_USERNAME, m_request.user.c_str());
     set(CURLOPT_PASSWORD, m_request.password.c_str());
+    if (m_secure) {
+        // All or nothing: a server that refuses gets no password.
+        set(CURLOPT_USE_SSL, static_cast<long>(CURLUSESSL_ALL));
+        // With 1.3 uploads break off at their end: a server sends session tickets that curl does not read before it
+        // closes the data connection, which resets it under what is still on the way.
+        constexpr long version = CURL_SSLVERSION_TLSv1_2;
+        set(CURLOPT_SSLVERSION, version | version << 16); // the least and the most
+        set(CURLOPT_FTPSSLAUTH, static_cast<long>(CURLFTPAUTH_TLS));
+        if (!m_options.authorities.empty()) {
+            set(CURLOPT_CAINFO, m_options.authorities.c_str());
+        }
+    }
     set(CURLOPT_HTTPPROXYTUNNEL, 1L);
     set(CURLOPT_NOSIGNAL, 1L);
     // Names go to the server as they are, and no directory is changed behind our back.
@@ -601,6 +627,9 @@ ErrorCode CurlConnection::outcome() const
     if (m_result == CURLE_OK) {
         return missedData() ? ConnectionAborted : Success;
     }
+    if (m_result == CURLE_USE_SSL_FAILED) {
+        return SecureChannelFailed;
+    }
     if (m_connecting) {
         if (const auto code = loginOutcome(); code != Success) {
             return code;
@@ -623,6 +652,11 @@ ErrorCode CurlConnection::outcome() const
         return CannotConnect;
     case CURLE_OUT_OF_MEMORY:
         return NotEnoughMemory;
+    case CURLE_PEER_FAILED_VERIFICATION:
+        return InvalidCertificate;
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_SSL_CACERT_BADFILE:
+        return SecureChannelFailed;
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_FTP_WEIRD_PASS_REPLY:
     case CURLE_FTP_WEIRD_PASV_REPLY:

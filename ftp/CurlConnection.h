@@ -104,7 +104,8 @@ private:
     static int onReady(void* self, char* serverAddress, char* ownAddress, int serverPort, int ownPort);
     static int onSocket(void* self, curl_socket_t socket, curlsocktype purpose);
 
-    ConnectRequest m_request;
+    ConnectRequest m_request; ///< its server without the scheme
+    bool m_secure;
     CurlTransportOptions m_options;
     std::unique_ptr<CURLM, MultiDeleter> m_multi;
     std::unique_ptr<CURL, EasyDeleter> m_easy;

@@ -13,6 +13,8 @@
 //  * A search lists a directory and filters here, so filters mean the same on every server. The server's own
 //    order and its "." and ".." entries are kept. A name without wildcards finds the entry of that name; the
 //    name of a directory finds what is in it.
+//  * "ftpes://" means TLS 1.2, asked for with AUTH TLS before the login, on every connection, and passive mode; no
+//    user's name is sent when the server has none (SecureChannelFailed) or its certificate does not stand the check (InvalidCertificate).
 //  * Proxies are those of the environment (ftp_proxy, all_proxy, no_proxy), as tunnels.
 #pragma once
 
@@ -37,7 +39,8 @@ struct CurlTransportOptions
     std::chrono::milliseconds stallTimeout{30'000};    ///< no reply and no byte of data for so long
     std::chrono::milliseconds commandTimeout{120'000}; ///< one command, listing or piece of a file
     std::chrono::milliseconds goodbyeTimeout{2'000};   ///< the farewell when a connection is closed
-    std::size_t maxReplyBytes = 65'536;                ///< replies of one operation
+    std::string authorities; ///< a file of certificates that vouch for servers; empty: the system's
+    std::size_t maxReplyBytes = 65'536; ///< replies of one operation
     std::size_t maxListingBytes = 16'777'216;
     std::size_t maxListingEntries = 100'000;
     std::size_t maxDrainBytes = 262'144; ///< read past the wanted end of a file to keep the connection

@@ -45,6 +45,10 @@ std::string systemText(ErrorCode code)
         return "The server refused the login.\r\n";
     case CannotConnect:
         return "A connection with the server could not be made.\r\n";
+    case InvalidCertificate:
+        return "The certificate of the server cannot be trusted.\r\n";
+    case SecureChannelFailed:
+        return "A secure connection with the server could not be made.\r\n";
     case ConnectionAborted:
         return "The connection with the server broke off.\r\n";
     case TransferInProgress:

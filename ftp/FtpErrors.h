@@ -39,8 +39,12 @@ inline constexpr ErrorCode IncorrectPassword = 12014;
 /// The server refused the login before it asked for a password, or asks for more than a password.
 inline constexpr ErrorCode LoginFailure = 12015;
 inline constexpr ErrorCode CannotConnect = 12029;
+inline constexpr ErrorCode InvalidCertificate =
+    12045; ///< one that no known authority vouches for, or of another name
 inline constexpr ErrorCode ConnectionAborted = 12030;
 inline constexpr ErrorCode TransferInProgress = 12110; ///< a remote file is still open on the connection
+/// The server does not offer TLS, or not of a kind that can be agreed on.
+inline constexpr ErrorCode SecureChannelFailed = 12157;
 /// A reply or a listing that is no FTP, or one without end.
 inline constexpr ErrorCode InvalidServerResponse = 12152;
 

@@ -32,9 +32,14 @@ inline constexpr std::uint32_t AccessWrite = 0x40000000;
 inline constexpr std::uint32_t ServiceFtp = 1;
 inline constexpr std::uint32_t OpenPreconfigured = 0; ///< use the system's proxy settings
 
+/// In front of a server's name: FTP with explicit TLS, on the control connection and on those of the data, and with
+/// a certificate that is checked against the name. Neither name nor password of the user is sent before. The case of its
+/// letters does not matter. Every other name means plain FTP.
+inline constexpr std::string_view SecureScheme = "ftpes://";
+
 struct ConnectRequest
 {
-    std::string server;
+    std::string server;     ///< with SecureScheme or without
     std::uint16_t port = 0; ///< 0 is the service's own port, 21
     std::string user;       ///< empty: anonymous
     std::string password;

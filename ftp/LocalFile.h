@@ -25,7 +25,8 @@ int runTimeNumber(LocalError error);
 /// The transport's error code of @p error.
 ErrorCode errorCode(LocalError error);
 
-/// An open file; closed by its destructor. Paths are UTF-8; "\" separates folders on every platform.
+/// An open file; closed by its destructor. Paths are UTF-8; "\" separates folders on every platform, and
+/// U+F05C stands for one that belongs to a name.
 class LocalFile
 {
 public:

@@ -19,8 +19,13 @@ std::string nativePath(const std::string& path)
     if (path.find('\0') != std::string::npos) {
         return {};
     }
+    // Within a name, which may hold one here, a "\" comes as this character of the private use area.
+    constexpr std::string_view BackslashInAName = "\xEF\x81\x9C"; // U+F05C
     std::string native = path;
     std::replace(native.begin(), native.end(), '\\', '/');
+    for (std::size_t at = 0; (at = native.find(BackslashInAName, at)) != std::string::npos; ++at) {
+        native.replace(at, BackslashInAName.size(), "\\");
+    }
     return native;
 }
 
@@ -92,7 +97,8 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
     } else {
         flags |= O_WRONLY | O_CREAT;
     }
-    const int file = ::open(native.c_str(), flags, 0666);
+    // What is downloaded is its owner's alone.
+    const int file = ::open(native.c_str(), flags, 0600);
     if (file == -1) {
         return fromErrno(errno, native);
     }

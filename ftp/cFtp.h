@@ -56,7 +56,8 @@ public:
     /// Empty unless the session could not be opened.
     std::string stringaLog;
 
-    /// Closes an open connection, then connects and logs in. @p sPort is converted to a signed 16-bit number:
+    /// Closes an open connection, then connects and logs in. @p sServer is a name or an address; with "ftpes://" in
+    /// front the connection is secured by TLS and the server's certificate is checked. @p sPort is converted to a signed 16-bit number:
     /// ftp::RunTimeError 13 when it is none, 6 when it does not fit; nothing is then sent. 0 is the standard
     /// port; a negative number stands for the port 65536 higher. An empty user is the anonymous one.
     bool OpenConnection(const std::string& sServer, const std::string& sPort, const std::string& sUser,

@@ -2,6 +2,7 @@
 
 #include "base/LocaleInput.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace zul {
@@ -12,6 +13,7 @@ const QDate oleEpoch(1899, 12, 30);
 constexpr double firstOleDay = -657434.0;  // 0100-01-01
 constexpr double endOfOleDays = 2958466.0; // 10000-01-01
 constexpr int secondsPerDay = 86400;
+constexpr long millisecondsPerDay = secondsPerDay * 1000L;
 
 bool isPlainIntegral(double value)
 {
@@ -27,11 +29,13 @@ DateAndTime fromOleDays(double value)
     }
     // Before day 0 the fraction still counts forward from midnight: -1.25 is 1899-12-29, six in the morning.
     double day = std::trunc(value);
-    int seconds = static_cast<int>(std::lround(std::fabs(value - day) * secondsPerDay));
-    if (seconds >= secondsPerDay) {
-        seconds -= secondsPerDay;
+    auto milliseconds = std::lround(std::fabs(value - day) * millisecondsPerDay);
+    if (milliseconds >= millisecondsPerDay) {
+        milliseconds = 0;
         day += 1.0;
     }
+    // To the nearest second, but not over midnight: a server's last moment of a day, 23:59:59.997, is of that day.
+    const int seconds = std::min(static_cast<int>((milliseconds + 500) / 1000), secondsPerDay - 1);
     return {oleEpoch.addDays(static_cast<qint64>(day)), QTime(0, 0).addSecs(seconds)};
 }
 

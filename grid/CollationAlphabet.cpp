@@ -37,8 +37,8 @@ bool standsApart(const QCollator& collator, char16_t character, const char16_t* 
     constexpr char16_t joiner = 0x034F;
     QString together;
     QString apart;
-    together.reserve(static_cast<qsizetype>(count * 2 + 1));
-    apart.reserve(static_cast<qsizetype>(count * 4 + 2));
+    together.reserve(static_cast<qsizetype>(count) * 2 + 1);
+    apart.reserve(static_cast<qsizetype>(count) * 4 + 2);
     for (size_t i = 0; i < count; ++i) {
         for (const char16_t c : {character, others[i]}) {
             together += QChar(c);

@@ -44,6 +44,15 @@ void Column::widenFor(Cell cell)
     }
 }
 
+// The texts of an array of cells go on in another one, where both have any.
+template <typename From, typename To>
+void moveTexts(From& from, To& to)
+{
+    if constexpr (HasTexts<From&> && HasTexts<To&>) {
+        to.texts() = std::move(from.texts());
+    }
+}
+
 template <typename Array>
 bool Column::becomeIfItHolds(Cell cell)
 {
@@ -57,9 +66,7 @@ bool Column::becomeIfItHolds(Cell cell)
             for (uint32_t row = 0; row < m_size; ++row) {
                 wider.push(old.cell(row));
             }
-            if constexpr (HasTexts<decltype(old)> && HasTexts<Array&>) {
-                wider.texts() = std::move(old.texts());
-            }
+            moveTexts(old, wider);
         },
         m_cells);
     m_cells = std::move(wider);

@@ -179,8 +179,11 @@ QString GridLayoutFile::tryWrite(const QString& section, const std::vector<Colum
     QSaveFile file(m_path);
     // A folder in which the operator may not make files may still hold a layout file that he may write.
     file.setDirectWriteFallback(true);
-    const bool saved =
-        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    bool saved = file.open(QIODevice::WriteOnly);
+    if (saved) {
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
+    saved = saved && file.write(content) == content.size() && file.commit();
     return saved ? QString() : file.errorString();
 }
 

@@ -1,5 +1,6 @@
 // zulhost, the reference host: a small management application that loads the component and shows its windows, or
 // plays a scenario on them.
+#include "host/database/Secrets.h"
 #include "host/player/CommandLine.h"
 #include "host/player/EventPrinter.h"
 #include "host/player/LineSource.h"
@@ -90,9 +91,13 @@ int run(const CommandLine& line)
     options.userName = line.userName.toStdString();
     options.journalPath = line.journal.toStdString();
     options.appUrl = line.appUrl.toStdString();
+    options.appPatience.timeOutsInARow = line.appTimeOuts;
+    if (!line.failAt.isEmpty()) {
+        options.failure = parseFailurePlan(line.failAt.toStdString());
+    }
     options.programStarted = [&printer](const std::string& path, const std::string& parameters) {
         printer.line(u"started %1 %2"_s.arg(quoted(QString::fromStdString(path)),
-                                            quoted(QString::fromStdString(parameters))));
+                                            quoted(QString::fromStdString(withoutPasswords(parameters)))));
     };
     const HostDatabase database(options);
     int code = 0;
@@ -102,10 +107,19 @@ int run(const CommandLine& line)
             // Who writes to standard input ends it.
             const bool standardInput = line.scenario == u"-"_s;
             LineSource source(*scenario, {.text = standardInput ? LineLimits::none : LineLimits().text});
-            code = ScenarioPlayer(source, printer, windows, session).play();
+            ScenarioPlayer player(source, printer, windows, session);
+            player.setGoesOn(options.failure.has_value());
+            code = player.play();
         } else {
             session.show(line.window);
         }
+    }
+    if (options.failure) {
+        const FailureCounts& counts = database.failureCounts();
+        printer.line(u"operations %1 rowsets %2 transactions %3"_s.arg(counts.operations)
+                         .arg(counts.openRowSets)
+                         .arg(counts.openTransactions));
+        printer.flush();
     }
     database.close();
     return code;
@@ -118,6 +132,7 @@ int runProgram(int argc, char** argv)
     for (int i = 1; i < argc; ++i) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
     }
+    hideSecrets(argc, argv);
     const auto parsed = parseCommandLine(arguments);
     if (const auto* error = std::get_if<CommandLineError>(&parsed)) {
         complain(error->message);

@@ -10,6 +10,7 @@
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"
+#include "session/WindowMemory.h"
 #include "ui_frmRicercaGenerica.h"
 
 #include <QKeyEvent>
@@ -42,6 +43,7 @@ frmRicercaGenerica::frmRicercaGenerica(ComponentObject* filler, QWidget* parent)
     new ButtonKeys(this, {m_ui->cmdRicVeloce});
     new FormActivation(this, [this] { Form_Activate(); });
     Form_Load();
+    new WindowMemory(this, WindowMemory::Keeps::Size);
 }
 
 frmRicercaGenerica::~frmRicercaGenerica() = default;
@@ -69,8 +71,11 @@ void frmRicercaGenerica::Form_Load()
         connect(m_ui->cmdAnnulla, &QPushButton::clicked, this, &frmRicercaGenerica::cmdAnnulla_Click);
         connect(m_ui->cmdRicVeloce, &QPushButton::clicked, this, &frmRicercaGenerica::RicercaVeloce);
         connect(m_ui->txtRicVeloce, &QLineEdit::returnPressed, this, [this] {
-            RicercaVeloce();
-            m_ui->grdRicerca->setFocus();
+            trapped(procedure(u"txtRicVeloce_KeyPress"_s), [&] {
+                RicercaVeloce();
+                selectFirstHit();
+                m_ui->grdRicerca->setFocus();
+            });
         });
         connect(m_ui->grdRicerca, &ReportGrid::gridKeyPressed, this, [this](int key) {
             if (key == Qt::Key_Escape) {
@@ -104,6 +109,7 @@ void frmRicercaGenerica::caricaModalita(const QString& table)
         throw Error(RunTime::InvalidCall);
     }
     m_ui->Label2->setText(mode->title);
+    setWindowTitle(mode->title);
     m_ui->lblHeader->setText(mode->header);
     m_ui->lblHeader->setVisible(!mode->header.isEmpty());
     if (m_filler != nullptr) {
@@ -125,7 +131,7 @@ void frmRicercaGenerica::caricaModalita(const QString& table)
 
 void frmRicercaGenerica::showStatus()
 {
-    m_ui->lblStato->setText(lookupStatus(static_cast<int>(m_ui->grdRicerca->recordCount())));
+    m_ui->lblStato->setText(lookupStatus(static_cast<int>(m_ui->grdRicerca->recordsInScreenOrder().size())));
 }
 
 void frmRicercaGenerica::initFiltroRicercaCausali(const QString& filter)
@@ -159,7 +165,16 @@ void frmRicercaGenerica::RicercaVeloce()
     trapped(procedure(u"RicercaVeloce"_s), [&] {
         m_ui->grdRicerca->setTextFilter(m_ui->txtRicVeloce->text());
         m_ui->grdRicerca->populate();
+        showStatus();
     });
+}
+
+void frmRicercaGenerica::selectFirstHit()
+{
+    const std::vector<uint32_t>& shown = m_ui->grdRicerca->recordsInScreenOrder();
+    if (!shown.empty()) {
+        m_ui->grdRicerca->setCurrentRecord(shown.front());
+    }
 }
 
 void frmRicercaGenerica::cmdOK_Click()

@@ -53,7 +53,9 @@ private:
     void caricaModalita(const QString& table);
     void cmdOK_Click();
     void cmdAnnulla_Click();
+    /// How many rows are shown.
     void showStatus();
+    void selectFirstHit();
 
     std::unique_ptr<Ui::frmRicercaGenerica> m_ui;
     ComponentObject* m_filler;

@@ -20,7 +20,7 @@ constexpr qint64 PaintShare = 50; ///< at most one part in so many of the time g
 
 GridRecipients::GridRecipients(ReportGrid& grid)
     : m_grid(grid)
-    , m_records(grid.recordsInScreenOrder())
+    , m_records(grid.allRecordsInScreenOrder())
 {}
 
 bool GridRecipients::isMarked(int row) const
@@ -85,6 +85,7 @@ void ListOutcomes::append(const QString& line)
 
 WaitPleaseProgress::WaitPleaseProgress(WaitIndicator& control)
     : m_control(control)
+    , m_input(control.window())
 {}
 
 void WaitPleaseProgress::GestWaitPlease(bool show, qint32 value, const QString& caption)

@@ -3,6 +3,7 @@
 
 #include "messages/PushNotifications.h"
 #include "messages/Recipients.h"
+#include "session/IgnoredInput.h"
 
 #include <QElapsedTimer>
 #include <vector>
@@ -13,7 +14,8 @@ class OutcomeList;
 class ReportGrid;
 class WaitIndicator;
 
-/// The rows of a report grid, in the order of the screen at the moment of construction.
+/// The rows of a report grid, in the order of the screen at the moment of construction. A filter hides rows from the eye
+/// only: what is ticked is a recipient.
 class GridRecipients : public Recipients
 {
 public:
@@ -53,15 +55,17 @@ private:
     qint64 m_untilPaint = PaintEveryMilliseconds;
 };
 
-/// The wait indicator of the form.
+/// The wait indicator of the form. Esc, pressed in the form while it lives, ends the run.
 class WaitPleaseProgress : public Progress
 {
 public:
     explicit WaitPleaseProgress(WaitIndicator& control);
     void GestWaitPlease(bool show, qint32 value, const QString& caption) override;
+    bool isEndWanted() override { return m_input.isEscapePressed(); }
 
 private:
     WaitIndicator& m_control;
+    IgnoredInput m_input;
 };
 
 } // namespace zul

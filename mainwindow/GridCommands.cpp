@@ -16,6 +16,7 @@ GridCommands::GridCommands(Ui::frmSMS& ui, QObject* parent)
     , m_ui(ui)
 {
     m_ui.gridPanel->installEventFilter(this);
+    m_ui.strumentiClienti->setGrid(m_ui.grdClienti, {u"cliente"_s, u"clienti"_s});
 }
 
 void GridCommands::arrange()

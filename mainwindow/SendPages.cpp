@@ -5,12 +5,15 @@
 #include "mainwindow/Pages.h"
 #include "messages/CreateMAIL.h"
 #include "messages/CreateSMS.h"
+#include "messages/SendSummary.h"
 #include "session/ComponentObject.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
 #include "session/Session.h"
 #include "session/SmsSender.h"
 #include "ui_frmSMS.h"
+
+#include <QLocale>
 
 namespace zul {
 
@@ -69,6 +72,8 @@ void SendPages::InitTipoMessaggio(bool showSendSms, bool showSendMail, bool show
         m_ui.lblSMS->setVisible(showSendSms);
         m_ui.cntrMessaggio_0_->setVisible(showSendSms);
         m_ui.cmdNuovoTestoSMS_0_->setVisible(showSendSms);
+        m_ui.lblContaSMS->setVisible(showSendSms);
+        m_ui.cmdAnteprima_0_->setVisible(showSendSms);
         m_ui.lblMail->setVisible(showSendMail);
         m_ui.cntrMailFinder->setVisible(showSendMail);
         if (!both) {
@@ -134,7 +139,15 @@ void SendPages::cmdProsegui2_Click()
         pages->setPageShown(PagePrepara, true);
         pages->setCurrentIndex(PagePrepara);
         m_ui.List_INFO->clear();
+        showSummary();
     });
+}
+
+void SendPages::showSummary()
+{
+    const SendTexts texts{.sms = m_smsText ? m_smsText() : QString(), .mail = m_ui.cntrMailFinder->text()};
+    const auto ticked = static_cast<qint64>(m_ui.grdClienti->checkedCount());
+    m_ui.lblRiepilogo->setText(sendSummary(choices(), texts, ticked, QLocale()).join(u'\n'));
 }
 
 void SendPages::PreparaInvioMessaggi()
@@ -180,6 +193,7 @@ void SendPages::PreparaInvioMessaggi()
         tellOperator(m_form, closingMessage(choices()));
         line = 50;
         m_ui.grdClienti->populate();
+        showSummary();
     } catch (...) {
         report({u"PreparaInvioMessaggi"_s, u") in procedure PreparaInvioMessage of Form frmSMS"_s,
                 QString::fromLatin1(SmsFormName)},

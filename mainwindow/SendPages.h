@@ -5,6 +5,8 @@
 #include "messages/SendChoices.h"
 
 #include <QObject>
+#include <functional>
+#include <utility>
 
 QT_FORWARD_DECLARE_CLASS(QWidget)
 
@@ -29,16 +31,22 @@ public:
     /// The object that showed the form: asked for the user id; not owned.
     void setRefToClass(ComponentObject* object) { m_SmsCreator = object; }
 
+    /// What knows the text of an SMS as it stands, for the summary before a run.
+    void setSmsText(std::function<QString()> smsText) { m_smsText = std::move(smsText); }
+
     /// Which message kinds the send page offers.
     void InitTipoMessaggio(bool showSendSms, bool showSendMail, bool showPushNotify);
 
     /// Whether a preparation of this showing ended well: its closing message was shown.
     bool somethingPrepared() const { return m_somethingPrepared; }
 
-private:
+    /// What stands on the page "Tipo di invio".
     SendChoices choices() const;
+
+private:
     bool somebodyIsMarked() const;
     void cmdProsegui2_Click();
+    void showSummary();
     void PreparaInvioMessaggi();
     /// False when a run broke off, or failed and is in the log.
     bool CreateSMS(bool clearMarks);
@@ -47,6 +55,7 @@ private:
 
     Ui::frmSMS& m_ui;
     QWidget* m_form;
+    std::function<QString()> m_smsText;
     ComponentObject* m_SmsCreator = nullptr;
     bool m_somethingPrepared = false;
 };

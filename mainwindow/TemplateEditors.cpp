@@ -3,11 +3,16 @@
 #include "base/OperatorText.h"
 #include "controls/fields/FocusPaint.h"
 #include "controls/look/Icons.h"
+#include "mainwindow/FieldNote.h"
 #include "mainwindow/Pages.h"
+#include "messages/SmsCount.h"
 #include "messages/salvaMessaggio.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"
 #include "ui_frmSMS.h"
+
+#include <QLineEdit>
+#include <QLocale>
 
 namespace zul {
 
@@ -39,7 +44,29 @@ TemplateEditors::TemplateEditors(Ui::frmSMS& ui, QWidget* form)
             [this] { trapped(clickProcedure(), [&] { toggleSmsEditor(); }); });
     connect(m_ui.cmdNuovoTestoSMS_1_, &QPushButton::clicked, this,
             [this] { trapped(clickProcedure(), [&] { savePushTemplate(); }); });
+    connect(m_ui.txtTestoMessaggio_0_, &QPlainTextEdit::textChanged, this, &TemplateEditors::showSmsCount);
+    // A selector raises no signal of its own for what the window writes into it.
+    connect(qobject_cast<QLineEdit*>(FieldNote::textBox(m_ui.cntrMessaggio_0_)), &QLineEdit::textChanged,
+            this, &TemplateEditors::showSmsCount);
     connectPushText();
+}
+
+QString TemplateEditors::smsText() const
+{
+    if (!m_ui.txtTestoMessaggio_0_->isHidden()) {
+        return templateText(m_ui.txtTestoMessaggio_0_->toPlainText());
+    }
+    const int id = m_ui.cntrMessaggio_0_->selectedId();
+    if (id < 1) {
+        return {};
+    }
+    return id == m_savedId ? m_savedText : m_ui.cntrMessaggio_0_->text();
+}
+
+void TemplateEditors::showSmsCount()
+{
+    trapped(smsProcedure(u"showSmsCount"_s),
+            [&] { m_ui.lblContaSMS->setText(smsCountLine(countSms(smsText()), QLocale())); });
 }
 
 void TemplateEditors::connectPushText()
@@ -76,6 +103,8 @@ void TemplateEditors::toggleSmsEditor()
         }
         const qint32 id = salvaMessaggio(session().connectionOrNone(), text);
         if (id > 0) {
+            m_savedId = id;
+            m_savedText = text;
             m_ui.cntrMessaggio_0_->setSelection(id, u"SMS ("_s + text + u')');
         }
     }
@@ -87,6 +116,7 @@ void TemplateEditors::showSmsEditor(bool show)
     m_ui.cmdNuovoTestoSMS_0_->setIcon(imageListIcon(show ? ImageConfirm : ImageNewText));
     m_ui.txtTestoMessaggio_0_->setVisible(show);
     m_ui.cntrMessaggio_0_->setVisible(!show);
+    showSmsCount();
     if (!show) {
         m_ui.Virtual_Keyboard->hide();
         return;

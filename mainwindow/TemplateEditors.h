@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 QT_FORWARD_DECLARE_CLASS(QWidget)
 
@@ -24,6 +25,12 @@ public:
     /// @param form owner of the questions
     TemplateEditors(Ui::frmSMS& ui, QWidget* form);
 
+    /// The text of an SMS as it stands, as far as it is known without asking the host: what is typed in the editor while
+    /// that is open, else the chosen template's. Empty when there is none.
+    QString smsText() const;
+    /// Counts that text anew, below the box.
+    void showSmsCount();
+
 private:
     void connectPushText();
     void toggleSmsEditor();
@@ -33,6 +40,8 @@ private:
 
     Ui::frmSMS& m_ui;
     QWidget* m_form;
+    int m_savedId = -1; ///< the template that the SMS editor saved last, whose display text is not its text
+    QString m_savedText;
 };
 
 } // namespace zul

@@ -5,24 +5,32 @@
 #include "controls/look/Icons.h"
 #include "hostlib/Ado.h"
 #include "mainwindow/CriteriaFields.h"
+#include "mainwindow/CriteriaMarks.h"
 #include "mainwindow/GridCommands.h"
 #include "mainwindow/GridLoad.h"
+#include "mainwindow/GridMemory.h"
 #include "mainwindow/LookupFields.h"
 #include "mainwindow/Pages.h"
+#include "mainwindow/Previews.h"
 #include "mainwindow/SendPages.h"
 #include "mainwindow/TemplateEditors.h"
 #include "selection/TargetQuery.h"
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
+#include "session/DataFile.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
 #include "session/Platform.h"
+#include "session/ScreenFit.h"
 #include "session/Session.h"
+#include "session/WindowMemory.h"
+#include "session/frmTasti.h"
 #include "ui_frmSMS.h"
 
 #include <QKeyEvent>
 #include <QPointer>
 #include <QResizeEvent>
+#include <QShortcut>
 
 namespace zul {
 
@@ -38,7 +46,7 @@ Procedure optionProcedure(const QString& name)
 
 QString layoutFile()
 {
-    return platform::nativePath(platform::filesFolder() + u"\\Zul_MessageBuilderGrd.ini"_s);
+    return platform::nativePath(dataFile(u"Zul_MessageBuilderGrd.ini"_s));
 }
 
 constexpr const char* LayoutSection = "ZUL";
@@ -50,24 +58,33 @@ frmSMS::frmSMS()
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    m_content = FormScroll::wrap(m_ui->Resizer);
     new ButtonKeys(this);
+    frmTasti::openByF1(this);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_criteria = new CriteriaFields(*m_ui, this);
+    m_marks = new CriteriaMarks(*m_ui, this);
     m_lookups = new LookupFields(this);
     m_gridCommands = new GridCommands(*m_ui, this);
     m_sendPages = new SendPages(*m_ui, this);
     m_templateEditors = new TemplateEditors(*m_ui, this);
+    m_sendPages->setSmsText([this] { return m_templateEditors->smsText(); });
+    m_previews = new Previews(*m_ui, *m_sendPages, *m_templateEditors, this);
+    m_memory = new GridMemory(this, m_ui->grdClienti, m_ui->splitter);
     Form_Load();
+    new WindowMemory(this, WindowMemory::Keeps::SizeAndPlace);
 }
 
 frmSMS::~frmSMS()
 {
     // They know the controls through m_ui, which goes before the children do.
+    delete m_previews;
     delete m_templateEditors;
     delete m_sendPages;
     delete m_gridCommands;
     delete m_lookups;
+    delete m_marks;
     delete m_criteria;
 }
 
@@ -84,6 +101,7 @@ void frmSMS::Form_Load()
     trapped(smsProcedure(u"Form_Load"_s), [&] {
         setupLook();
         connectSearch();
+        connectKeys();
         addLookupFields();
         m_criteria->LoadPeriodoAcq_Auto();
         m_ui->Virtual_Keyboard->hide();
@@ -125,7 +143,8 @@ void frmSMS::setupLook()
     for (QWidget* kept : std::initializer_list<QWidget*>{
              m_ui->frameRicorrenze, m_ui->chkECO_Classif, m_ui->cntrECO_Classif, m_ui->RBN_SoloSMS,
              m_ui->RBN_SoloEMAIL, m_ui->RBM_Precedenza_SMS, m_ui->RBM_Precedenza_EMAIL, m_ui->lblSMS,
-             m_ui->lblMail, m_ui->cntrMailFinder, m_ui->cmdNuovoTestoSMS_0_}) {
+             m_ui->lblMail, m_ui->cntrMailFinder, m_ui->cmdNuovoTestoSMS_0_, m_ui->lblContaSMS,
+             m_ui->cmdAnteprima_0_}) {
         QSizePolicy policy = kept->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         kept->setSizePolicy(policy);
@@ -138,6 +157,8 @@ void frmSMS::setupLook()
     m_ui->cmdSelezionaEvidenziati->setIcon(icon(IconId::SelectHighlighted));
     m_ui->Cmd_DeselezionaEvidenziati->setIcon(icon(IconId::DeselectHighlighted));
     m_ui->cmdApriGestoreSMS->setIcon(icon(IconId::Start));
+    m_ui->cmdAnteprima_0_->setIcon(icon(IconId::Preview));
+    m_ui->cmdAnteprima_1_->setIcon(icon(IconId::Preview));
     m_ui->cmdCreaMessaggi->setIcon(icon(IconId::Send, IconTone::OnAccent));
     m_ui->cmdProsegui1->setIcon(icon(IconId::Next, IconTone::OnAccent));
     m_ui->cmdProsegui2->setIcon(icon(IconId::Next, IconTone::OnAccent));
@@ -170,6 +191,36 @@ void frmSMS::connectSearch()
     connect(m_ui->grdClienti, &ReportGrid::columnLayoutChanged, this, &frmSMS::saveLayout);
 }
 
+void frmSMS::connectKeys()
+{
+    // On the search page alone: a key that is held down searches once.
+    for (const QKeySequence& keys : {QKeySequence(Qt::Key_F5), QKeySequence(Qt::CTRL | Qt::Key_Return),
+                                     QKeySequence(Qt::CTRL | Qt::Key_Enter)}) {
+        auto* search = new QShortcut(keys, m_ui->pageRicerca);
+        search->setAutoRepeat(false);
+        connect(search, &QShortcut::activated, m_ui->cmdElabora, &QPushButton::click);
+    }
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), this), &QShortcut::activated, this,
+            [this] { turnPage(1); });
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), this), &QShortcut::activated, this,
+            [this] { turnPage(-1); });
+}
+
+/// Turns the pages of the innermost tab control in which the focus is: criteria, send types, or the window's own.
+void frmSMS::turnPage(int step)
+{
+    trapped(smsProcedure(u"turnPage"_s), [&] {
+        PageTabs* tabs = m_ui->tab_Invio;
+        for (QWidget* around = focusWidget(); around != nullptr; around = around->parentWidget()) {
+            if (auto* found = qobject_cast<PageTabs*>(around)) {
+                tabs = found;
+                break;
+            }
+        }
+        tabs->turnPage(step);
+    });
+}
+
 void frmSMS::addLookupFields()
 {
     using Takes = LookupField::Takes;
@@ -192,6 +243,7 @@ void frmSMS::addLookupFields()
         if (field == m_ui->cntrMessaggio_0_ || field == m_ui->cntrMessaggio_1_) {
             m_ui->RBN_PushModel->setChecked(true);
         }
+        m_templateEditors->showSmsCount();
     });
 }
 
@@ -227,10 +279,15 @@ void frmSMS::setTouchMode(bool touch)
     // grid stand in one row beside them.
     constexpr int CriteriaWidth = 325;
     constexpr int TouchCriteriaWidth = 420;
-    const int criteriaWidth = touch ? TouchCriteriaWidth : CriteriaWidth;
-    m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
+    if (!m_memory->restoreSplitter(touch)) {
+        const int usual = touch ? TouchCriteriaWidth : CriteriaWidth;
+        // A larger font widens the criteria too, but leaves the grid the larger half.
+        const int criteriaWidth = qMax(usual, qMin(qRound(systemSized(usual)), width() * 2 / 5));
+        m_ui->splitter->setSizes({criteriaWidth, width() - criteriaWidth});
+    }
     m_ui->grdClienti->setTouchMode(touch);
     m_ui->Virtual_KeyPAD->setTouchMode(touch);
+    m_marks->setTouchMode(touch);
     m_gridCommands->arrange();
 }
 
@@ -246,15 +303,18 @@ void frmSMS::Form_Resize()
         constexpr int LeastTwips = 8000;
         constexpr int WidthMarginTwips = 140;
         constexpr int HeightMarginTwips = 500;
-        const int least = pixelsFromTwips(LeastTwips);
-        if (width() < least || height() < least) {
-            resize(std::max(width(), least), std::max(height(), least));
+        // A screen without so much room is the one exception: there the content keeps that size, and scrolls.
+        const int leastPixels = pixelsFromTwips(LeastTwips);
+        const QSize least = QSize(leastPixels, leastPixels).boundedTo(roomFor(this));
+        if (size().expandedTo(least) != size()) {
+            resize(size().expandedTo(least));
             return;
         }
         // The height's margin is the strip of the header label.
         const int widthMargin = pixelsFromTwips(WidthMarginTwips);
         const int heightMargin = pixelsFromTwips(HeightMarginTwips);
         const int left = widthMargin / 2;
+        m_content->widget()->setMinimumSize(leastPixels - widthMargin, leastPixels - heightMargin);
         m_ui->Resizer->setGeometry(left, heightMargin, width() - widthMargin, height() - heightMargin);
         m_ui->lblHeadaer->setGeometry(left + look::grid, 0, width() - widthMargin - 2 * look::grid,
                                       heightMargin);
@@ -345,6 +405,7 @@ void frmSMS::CaricaGriglia()
     trapped(smsProcedure(u"CaricaGriglia"_s), [&] {
         loadResultGrid(session().connection().connection(), *m_ui->grdClienti, QDate::currentDate());
         m_ui->grdClienti->loadLayout(layoutFile(), QString::fromLatin1(LayoutSection));
+        m_memory->restoreOrder();
     });
 }
 

@@ -19,8 +19,12 @@ QT_END_NAMESPACE
 namespace zul {
 
 class CriteriaFields;
+class CriteriaMarks;
+class FormScroll;
 class GridCommands;
+class GridMemory;
 class LookupFields;
+class Previews;
 class SendPages;
 class TemplateEditors;
 
@@ -62,6 +66,8 @@ private:
     void Form_Resize();
     void setupLook();
     void connectSearch();
+    void connectKeys();
+    void turnPage(int step);
     void addLookupFields();
 
     // Search.
@@ -75,12 +81,16 @@ private:
     void cmd_Ricerca_Avanzata_Click();
 
     std::unique_ptr<Ui::frmSMS> m_ui;
+    FormScroll* m_content; ///< in the resizer area; owned by it
     // Each works on the controls that its name says; all are children of the form.
     CriteriaFields* m_criteria;
+    CriteriaMarks* m_marks;
     LookupFields* m_lookups;
     GridCommands* m_gridCommands;
+    GridMemory* m_memory;
     SendPages* m_sendPages;
     TemplateEditors* m_templateEditors;
+    Previews* m_previews;
     std::unique_ptr<hostlib::AdvancedSearch> m_frmRicercaAvanzata; ///< created on first use
     QString m_parametriRicercaAvanzata;
 };

@@ -30,9 +30,15 @@ QString readTemplateText(const hostlib::SqlConnection& connection, qint32 idMess
     ado::Recordset rows = connection.connection().open(
         u"Select TestoSMS, OGGETTO from TMK_Messaggi where idMessaggio="_s + QString::number(idMessaggio),
         ado::Cursor::Static, ado::Lock::ReadOnly);
-    const QString found = rows.eof() ? u""_s : rows.text(u"testoSMS"_s);
+    QString found = rows.eof() ? u""_s : rows.text(u"testoSMS"_s);
     rows.close();
     return found;
+}
+
+QString smsFor(const hostlib::SqlConnection& connection, const hostlib::TextParser& parser,
+               const hostlib::Customer& customer, const QString& message)
+{
+    return parser.parse(message, customer, classificationText(connection, customer.idClassificazione()));
 }
 
 bool createSms(const hostlib::SqlConnection& connection, Recipients& recipients, Outcomes& outcomes,
@@ -63,11 +69,11 @@ bool createSms(const hostlib::SqlConnection& connection, Recipients& recipients,
             return skip(u": consenso SMS non presente."_s);
         }
 
-        const QString classification = classificationText(connection, customer.idClassificazione());
+        const QString text = smsFor(connection, parser, customer, message);
         const QDateTime now = clock.now();
         if (!record.save({.idTipoMessaggio = KindSms,
                           .descrizione = u"SMS"_s,
-                          .testo = parser.parse(message, customer, classification),
+                          .testo = text,
                           .contatto = number,
                           .idCliente = idCliente,
                           .creazione = now})) {

@@ -6,11 +6,18 @@
 namespace zul {
 
 namespace hostlib {
+class Customer;
 class SqlConnection;
-}
+class TextParser;
+} // namespace hostlib
 
 /// The text of an SMS template. An id without a row gives an empty text, and so does a NULL.
 QString readTemplateText(const hostlib::SqlConnection& connection, qint32 idMessaggio);
+
+/// The text that a customer gets: that of the template, its placeholders filled by the host.
+/// @param customer one that was read
+QString smsFor(const hostlib::SqlConnection& connection, const hostlib::TextParser& parser,
+               const hostlib::Customer& customer, const QString& message);
 
 /// Queues one SMS per marked row and writes one line per outcome. Customers without a mobile number or
 /// without consent are skipped and do not stop the run. No country prefix is added here: the sender does it.

@@ -107,7 +107,8 @@ private:
     hostlib::MessageRecord m_record;
 };
 
-void sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnector& connector,
+/// @return false when the operator ended it
+bool sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnector& connector,
                     const std::vector<PushContact>& contacts, const QString& text, QStringList& errors,
                     Outcomes& outcomes, Progress& progress)
 {
@@ -115,6 +116,13 @@ void sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnec
     const auto count = static_cast<qint32>(contacts.size());
     qint32 number = 0;
     for (const PushContact& contact : contacts) {
+        if (number > 0 && progress.isEndWanted()) {
+            const QString ended =
+                u"Interrotto dall'operatore dopo %1 notifiche di %2."_s.arg(number).arg(count);
+            outcomes.append(outcomeLine(OutcomeTag::Separation, ended));
+            LogError(creationProcedure().name, ended, {}, 0, {});
+            return false;
+        }
         ++number;
         progress.GestWaitPlease(true, static_cast<qint32>(number * qint64{100} / count),
                                 u"Invio notifica %1 di %2"_s.arg(number).arg(count));
@@ -128,6 +136,7 @@ void sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnec
         errors.append(failure);
         outcomes.append(outcomeLine(OutcomeTag::NotSent, failure));
     }
+    return true;
 }
 
 void sendToEverybody(hostlib::AppConnector& connector, const QString& text, QStringList& errors,
@@ -173,10 +182,9 @@ bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connecti
         progress.GestWaitPlease(true, 0, u"Invio notifiche push..."_s);
         const ProgressGuard hideAtTheEnd(progress);
         if (criterion == PushCriterion::Selected) {
-            sendToContacts(connection, connector, contacts, text, errors, outcomes, progress);
-        } else {
-            sendToEverybody(connector, text, errors, outcomes, progress);
+            return sendToContacts(connection, connector, contacts, text, errors, outcomes, progress);
         }
+        sendToEverybody(connector, text, errors, outcomes, progress);
         return true;
     });
 }

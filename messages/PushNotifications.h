@@ -32,6 +32,8 @@ public:
     /// Shows or hides the control with a value and a caption, and lets the user interface breathe while it
     /// is shown.
     virtual void GestWaitPlease(bool show, qint32 value, const QString& caption) = 0;
+    /// Whether the operator wants the run to end. Asked between two contacts.
+    virtual bool isEndWanted() { return false; }
 };
 
 /// Fills a text's placeholders for one customer.
@@ -41,8 +43,9 @@ QString PushNotify_TextMessage_Parser(const hostlib::TextParser& parser, const Q
 /// Sends the text to the contacts, or to everybody, and records what was sent to a contact. A contact that
 /// fails does not stop the loop.
 /// @param errors takes one text per failure
-/// @return true when the run came to its end; false for a criterion that is neither of the two, and after a
-///         run-time error, which is logged
+/// @return true when the run came to its end; false when the operator ended it between two contacts (the log and the
+///         last outcome say where), for a criterion that is neither of the two, and after a run-time error, which is
+///         logged
 bool CreatePushNotifies_ListOfContacts_BL(const hostlib::SqlConnection& connection,
                                           const std::vector<PushContact>& contacts, const QString& text,
                                           QStringList& errors, PushCriterion criterion, Outcomes& outcomes,

@@ -8,17 +8,20 @@
 #include "ftp/cFtp.h"
 #include "hostlib/Ado.h"
 #include "options/FailedNumbers.h"
+#include "options/KeyboardButton.h"
 #include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
+#include "session/DataFile.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
-#include "session/Platform.h"
 #include "session/Session.h"
 #include "session/SettingsStore.h"
+#include "session/frmTasti.h"
 #include "ui_frmCheckSendError.h"
 
 #include <QCloseEvent>
+#include <QElapsedTimer>
 
 namespace zul {
 
@@ -33,13 +36,52 @@ Procedure procedure(const QString& name)
 
 QString localCopy()
 {
-    return platform::filesFolder() + u'\\' + QString::fromLatin1(FailedNumbersFile);
+    return dataFile(QString::fromLatin1(FailedNumbersFile));
 }
 
 std::string utf8(const QString& text)
 {
     return text.toStdString();
 }
+
+/// How far a run is, in the title of its window while it lasts; a short one leaves the title as it is.
+class RunTitle
+{
+public:
+    explicit RunTitle(QWidget* form)
+        : m_form(form)
+        , m_title(form->windowTitle())
+    {
+        m_since.start();
+    }
+    ~RunTitle()
+    {
+        if (m_shown) {
+            m_form->setWindowTitle(m_title);
+        }
+    }
+    RunTitle(const RunTitle&) = delete;
+    RunTitle& operator=(const RunTitle&) = delete;
+
+    void show(int lines, qint64 position, qint64 size)
+    {
+        constexpr qint64 ShowEveryMilliseconds = 500;
+        if (m_since.elapsed() < ShowEveryMilliseconds) {
+            return;
+        }
+        m_since.start();
+        m_shown = true;
+        const qint64 percent = size > 0 ? position * 100 / size : 100;
+        m_form->setWindowTitle(
+            u"%1 - riga %L2 (%3%) - Esc interrompe"_s.arg(m_title).arg(lines).arg(percent));
+    }
+
+private:
+    QWidget* m_form;
+    QString m_title;
+    QElapsedTimer m_since;
+    bool m_shown = false;
+};
 
 void setText(ColumnStore& store, int column, const QString& text)
 {
@@ -55,6 +97,7 @@ frmCheckSendError::frmCheckSendError()
     m_ui->setupUi(this);
     setUpForm(this);
     new ButtonKeys(this);
+    frmTasti::openByF1(this);
     new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     setupReportControl(m_ui->grid_result);
@@ -67,6 +110,7 @@ frmCheckSendError::frmCheckSendError()
         m_ui->keybT->leaveRoomIn(this);
         resize(width(), onASmallScreen);
     }
+    new KeyboardButton(m_ui->cmdTastiera, m_ui->keybT);
     m_ui->cmdSMS_TestSMS->setIcon(icon(IconId::Start));
     m_ui->cmdSMS_ClearAccount->setIcon(icon(IconId::Disable));
     m_ui->cmdChiudi->setIcon(icon(IconId::Close, IconTone::OnAccent));
@@ -159,7 +203,7 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
                 notice(u"Attenzione impostazioni non valide"_s, MessageIcon::Information, ApplicationTitle));
             return;
         }
-        const IgnoredInput ignored(this);
+        IgnoredInput input(this);
         // Session and connection end with the test.
         cFtp ftp;
         download(ftp);
@@ -170,7 +214,7 @@ void frmCheckSendError::cmdSMS_TestSMS_Click()
         const WaitCursor waiting;
         // The run holds the thread until its end: what is seen meanwhile is drawn now.
         repaint();
-        showFailedNumbers(report);
+        showFailedNumbers(report, input);
         m_ui->grid_result->populate();
     });
 }
@@ -198,11 +242,21 @@ void frmCheckSendError::download(cFtp& ftp)
     }
 }
 
-void frmCheckSendError::showFailedNumbers(FailedNumbersReader& report)
+void frmCheckSendError::showFailedNumbers(FailedNumbersReader& report, IgnoredInput& input)
 {
     const ado::Connection connection = session().connection().connection();
     ColumnStore& store = m_ui->grid_result->store();
+    RunTitle title(this);
+    int lines = 0;
     while (const std::optional<QString> line = report.next()) {
+        if (lines > 0 && input.isEscapePressed()) {
+            LogError(u"cmdSMS_TestSMS_Click"_s,
+                     u"Interrotto dall'operatore dopo %1 righe di export.txt."_s.arg(lines),
+                     u"frmCheckSendError"_s, 0, {});
+            break;
+        }
+        ++lines;
+        title.show(lines, report.position(), report.size());
         waitWhile(m_database);
         const QString number = searchedNumber(*line);
         ado::Recordset customers =

@@ -21,6 +21,7 @@ QT_END_NAMESPACE
 namespace zul {
 
 class FailedNumbersReader;
+class IgnoredInput;
 class cFtp;
 
 /// The four FTP fields are stored at every close, however caused (see SettingFields). Tag: "ESC" after Close, empty after the
@@ -54,7 +55,7 @@ private:
     void cmdSMS_TestSMS_Click();
     void cmdSMS_ClearAccount_Click();
     void download(cFtp& ftp);
-    void showFailedNumbers(FailedNumbersReader& report);
+    void showFailedNumbers(FailedNumbersReader& report, IgnoredInput& input);
     void addColumns();
     void removeAll();
 

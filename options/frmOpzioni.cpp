@@ -5,6 +5,7 @@
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 #include "controls/notices/WaitNotice.h"
+#include "options/KeyboardButton.h"
 #include "options/ProviderOptions.h"
 #include "options/frmShowPath.h"
 #include "session/ButtonKeys.h"
@@ -16,6 +17,7 @@
 #include "session/Session.h"
 #include "session/SettingsStore.h"
 #include "session/SmsSender.h"
+#include "session/frmTasti.h"
 #include "ui_frmOpzioni.h"
 
 #include <QCloseEvent>
@@ -64,10 +66,12 @@ frmOpzioni::frmOpzioni()
     m_ui->setupUi(this);
     setUpForm(this);
     new ButtonKeys(this);
+    frmTasti::openByF1(this);
     new FormActivation(this, [this] { Form_Activate(); });
     applyCommonLook(this, session().ShowTouchMode);
     m_ui->keybT->setTouchMode(session().ShowTouchMode);
     m_ui->keybT->hide();
+    new KeyboardButton(m_ui->cmdTastiera, m_ui->keybT);
     m_ui->cmdSelezionaPath->setIcon(icon(IconId::Folder));
     m_ui->cmdSMS_TestSMSSender->setIcon(icon(IconId::Start));
     m_ui->cmdSalva->setIcon(icon(IconId::Save, IconTone::OnAccent));
@@ -227,6 +231,7 @@ void frmOpzioni::cmdSelezionaPath_Click()
             m_frmShowPath = std::make_unique<frmShowPath>(this);
         }
         setTag(m_frmShowPath.get(), FormChoice::None);
+        m_frmShowPath->startAt(platform::nativePath(m_ui->txtPathSMSSender->text()));
         m_frmShowPath->exec();
         const QString path = m_frmShowPath->selectedPath();
         if (choiceOf(m_frmShowPath.get()) == FormChoice::Confirmed && isFolder(path)) {
@@ -241,9 +246,10 @@ void frmOpzioni::cmdSMS_TestSMSSender_Click()
         if (!AvviaSmsSender(true, m_ui->txtPathSMSSender->text(), this)) {
             return;
         }
-        WaitNotice::open(
+        WaitNotice* notice = WaitNotice::open(
             this, u"Caricamento avviato..."_s,
             u"Il programma di gestione degli SMS è stato avviato. Attendere il caricamento..."_s);
+        notice->standAbove(m_ui->cmdSalva);
     });
 }
 

@@ -6,6 +6,7 @@
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"
+#include "session/frmTasti.h"
 #include "ui_frmShowPath.h"
 
 namespace zul {
@@ -30,6 +31,7 @@ frmShowPath::frmShowPath(QWidget* parent)
 {
     m_ui->setupUi(this);
     setUpForm(this);
+    frmTasti::openByF1(this);
     new ButtonKeys(this);
     applyCommonLook(this, session().ShowTouchMode);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmShowPath::cmdOK_Click);
@@ -38,6 +40,11 @@ frmShowPath::frmShowPath(QWidget* parent)
 }
 
 frmShowPath::~frmShowPath() = default;
+
+void frmShowPath::startAt(const QString& path)
+{
+    m_ui->FolderTreeview1->selectPath(path);
+}
 
 QString frmShowPath::selectedPath() const
 {

@@ -22,6 +22,9 @@ public:
     explicit frmShowPath(QWidget* parent);
     ~frmShowPath() override;
 
+    /// Opens the tree down to the folder and selects it. A folder that is not there changes nothing.
+    void startAt(const QString& path);
+
     /// The selected folder; empty when none is.
     QString selectedPath() const;
 

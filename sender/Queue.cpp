@@ -17,10 +17,12 @@ struct EndStatement
 };
 
 // The host keeps both kinds of message in one table: an SMS or a notification carries its own text, an e-mail the
-// number of its template and campaign.
+// number of its template and campaign. The day of a message stands in one column, its time of day in another; an
+// e-mail has both in the first.
 constexpr const char* queueStatement = "SELECT q.idMailing, q.idTipoMessaggio, q.Contatto, COALESCE(q.Testo, "
                                        "t.Oggetto, t.Descrizione, t.testoSMS),"
-                                       " c.Descrizione, q.DataCreaz"
+                                       " c.Descrizione, CASE WHEN q.OraCreaz IS NULL THEN q.DataCreaz"
+                                       " ELSE substr(q.DataCreaz, 1, 11) || substr(q.OraCreaz, 12) END"
                                        " FROM TMK_MailingList q"
                                        " LEFT JOIN TMK_Messaggi t ON t.idMessaggio = q.idMessaggio"
                                        " LEFT JOIN TMK_Campagne c ON c.idCampagna = q.idCampagna"

@@ -2,6 +2,7 @@
 
 #include "controls/look/AppearanceRules.h"
 #include "controls/look/Background.h"
+#include "controls/look/CommonLook.h"
 #include "controls/report/ReportGrid.h"
 #include "session/modLogger.h"
 
@@ -53,7 +54,9 @@ void setupReportControl(ReportGrid* grid) noexcept
         grid->setEmptyText(u"Nessun elemento da visualizzare"_s);
         grid->setGroupHint(u"Trascinare qui l'intestazione di colonna per raggruppare per quella colonna"_s);
         grid->setSortCaptionPrefix(u"Ordina per: "_s);
-        grid->setGridFont(QFont(u"Tahoma"_s, 8));
+        QFont font(u"Tahoma"_s);
+        font.setPointSizeF(systemSized(8));
+        grid->setGridFont(font);
         grid->setFlatHeader(true);
         grid->setRowLines(true);
         constexpr int Padding = 4;

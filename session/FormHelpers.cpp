@@ -1,5 +1,7 @@
 #include "session/FormHelpers.h"
 
+#include "session/ScreenFit.h"
+
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QRegularExpression>
@@ -21,6 +23,10 @@ void setUpForm(QWidget* form)
     restoreIndexedNames(form);
     setTag(form, FormChoice::None);
     liftTextLimits(form);
+    if (form->layout() != nullptr) {
+        FormScroll::wrap(form);
+    }
+    new ScreenFit(form);
 }
 
 void restoreIndexedNames(QWidget* form)

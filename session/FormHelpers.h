@@ -12,8 +12,9 @@ QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 
-/// What every form needs first, once its controls are there: the names of indexed controls, an empty tag, and
-/// text fields without a limit.
+/// What every form needs first, once its controls are there: the names of indexed controls, an empty tag, text
+/// fields without a limit, and a size that the screen has room for; what the form's own layout holds scrolls where
+/// there is none.
 void setUpForm(QWidget* form);
 
 /// Designer's compiler cannot keep the parentheses of an indexed control's name: gives "cntrMessaggio_0_" its

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QWindow>
 
 namespace zul {
@@ -51,8 +52,24 @@ IgnoredInput::IgnoredInput(QWidget* form)
     qApp->installEventFilter(this);
 }
 
+bool IgnoredInput::isEscapePressed()
+{
+    constexpr qint64 LookEveryMilliseconds = 50;
+    if (!m_escape && (!m_sinceLooked.isValid() || m_sinceLooked.elapsed() >= LookEveryMilliseconds)) {
+        m_looks = true;
+        QCoreApplication::processEvents();
+        m_looks = false;
+        m_sinceLooked.start();
+    }
+    return m_escape;
+}
+
 IgnoredInput::~IgnoredInput()
 {
+    if (m_close && m_form) {
+        QMetaObject::invokeMethod(
+            m_form, [form = m_form.data()] { form->close(); }, Qt::QueuedConnection);
+    }
     if (!m_form || !m_form->isVisible()) {
         return;
     }
@@ -68,8 +85,18 @@ IgnoredInput::~IgnoredInput()
 
 bool IgnoredInput::eventFilter(QObject* watched, QEvent* event)
 {
+    if (m_looks && event->type() == QEvent::Close && watched == m_form) {
+        m_close = true;
+        event->ignore();
+        return true;
+    }
     if (!m_form || !isInput(event->type())) {
         return false;
+    }
+    const bool isKey = event->type() == QEvent::KeyPress;
+    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape &&
+        (watched == m_form->windowHandle() || standsIn(watched, m_form))) {
+        m_escape = true;
     }
     return watched == m_form->windowHandle() || standsIn(watched, m_form);
 }

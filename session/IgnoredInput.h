@@ -1,6 +1,7 @@
 // What the operator clicks and types while a run holds the window.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -19,10 +20,19 @@ public:
     IgnoredInput(const IgnoredInput&) = delete;
     IgnoredInput& operator=(const IgnoredInput&) = delete;
 
+    /// Whether Esc was pressed in the form since the making: for a long run that the operator may end. Looks at what
+    /// waits in the queue, now and then only, however often it is asked; a close of the form that waits there is
+    /// carried out when the run is over.
+    bool isEscapePressed();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QPointer<QWidget> m_form;
+    QElapsedTimer m_sinceLooked;
+    bool m_looks = false;
+    bool m_escape = false;
+    bool m_close = false;
 };
 
 } // namespace zul

@@ -7,13 +7,13 @@
 
 namespace zul::platform {
 
-/// The folder of the component's own library file, without a separator at its end.
+/// The folder of the component's own library file, without a separator at its end: absolute from the loading of
+/// the library on, wherever the host goes afterwards. Names are appended with "\", and nativePath leads to them
+/// also where the folder's own name holds a "\".
 QString componentFolder();
 
-/// The folder of the files that the component writes for itself (log, column layout, the provider's report), without
-/// a separator at its end: that of its library; on Windows, where that one cannot be written by this user, the user's
-/// own folder of local settings. Decided once a process.
-QString filesFolder();
+/// The folder for what the component keeps for this user alone; nobody has made it yet. In the same form.
+QString userFolder();
 
 /// A path that was put together with "\" in the form that the file system takes. Every path passes here
 /// where the file system is touched, and nowhere else.

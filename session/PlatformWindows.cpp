@@ -1,7 +1,6 @@
 #include "session/Platform.h"
 
 #include "automation/ModuleHandle.h"
-#include "session/WritableFolder.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -50,12 +49,10 @@ QString componentFolder()
     return QFileInfo(QString::fromStdWString(file)).absolutePath();
 }
 
-QString filesFolder()
+QString userFolder()
 {
-    static const QString folder = firstWritableFolder(
-        {componentFolder(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                                QStringLiteral("/Zul_MessageBuilder")});
-    return folder;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Zul_MessageBuilder");
 }
 
 QString nativePath(const QString& path)

@@ -1,5 +1,6 @@
 #include "session/modLogger.h"
 
+#include "session/DataFile.h"
 #include "session/Platform.h"
 
 #include <QDateTime>
@@ -96,8 +97,7 @@ void LogError(const QString& procedureName, const QString& messageText, const QS
     try {
         if (!logger()) {
             logger() = std::make_unique<Logger>(
-                ApplicationName,
-                platform::nativePath(platform::filesFolder() + QStringLiteral("\\Zul_Messagebuilder.log")));
+                ApplicationName, platform::nativePath(dataFile(QStringLiteral("Zul_Messagebuilder.log"))));
         }
         logger()->setTimeStamp(QDateTime::currentDateTime());
         logger()->write(procedureName, messageText, detailText);

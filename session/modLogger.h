@@ -9,7 +9,7 @@
 
 namespace zul {
 
-/// Appends one line to "Zul_Messagebuilder.log" in the component's folder: time stamp, application name,
+/// Appends one line to "Zul_Messagebuilder.log" beside the library, or where dataFile says: time stamp, application name,
 /// procedure name, message text, detail text, separated by " | ". Line breaks inside a text are written as
 /// blanks. The file is opened at the first entry and stays open until the component is unloaded; a new one can be
 /// read by its owner alone. An entry that cannot be written is lost without a word and without waiting: an error

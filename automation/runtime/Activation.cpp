@@ -44,11 +44,13 @@ HRESULT findClass(REFCLSID clsid, RegisteredClass& entry)
                                     [&](const RegisteredClass& c) { return c.clsid == clsid; });
     if (found == classes.end()) {
         return reportError(REGDB_E_CLASSNOTREG,
-                           u"The class is not registered in " + zul::utf16FromUtf8(registryPath()), source);
+                           u"The class is registered neither in " + zul::utf16FromUtf8(registryPath()) +
+                               u" nor in " + zul::utf16FromUtf8(systemRegistryFolder()),
+                           source);
     }
     if (found->library.empty() || found->library.front() != '/') {
         return reportError(REGDB_E_INVALIDVALUE,
-                           u"The class has no library in " + zul::utf16FromUtf8(registryPath()), source);
+                           u"The class is registered without the absolute path of a library", source);
     }
     entry = *found;
     return S_OK;

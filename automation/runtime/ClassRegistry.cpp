@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <utility>
@@ -200,6 +201,21 @@ mode_t permissionsFor(const std::string& path)
     return environment("ZUL_AUTOMATION_REGISTRY").empty() ? 0600 : 0644;
 }
 
+// The files of the system's folder, in the order of their names.
+std::vector<std::string> systemFiles()
+{
+    std::vector<std::string> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(systemRegistryFolder(), error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().extension() == ".ini") {
+            files.push_back(entry->path().string());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
 // The new file is complete on the disk before it takes the old one's name, so that a reader sees one or the
 // other and a failure leaves the old one as it was.
 HRESULT writeSections(const std::string& path, const std::vector<Section>& sections)
@@ -268,11 +284,24 @@ std::string registryPath()
     return data + "/Zul/automation-classes.ini";
 }
 
+std::string systemRegistryFolder()
+{
+    const std::string own = environment("ZUL_AUTOMATION_SYSTEM_REGISTRY");
+    return own.empty() ? "/etc/zul-automation" : own;
+}
+
 HRESULT readClasses(std::vector<RegisteredClass>& classes)
 {
     std::vector<Section> sections;
     const HRESULT result = readSections(registryPath(), sections);
     classes = classesOf(sections);
+    for (const std::string& path : systemFiles()) {
+        // What an administrator's file says wrong about one class says nothing about the others.
+        if (SUCCEEDED(readSections(path, sections))) {
+            std::vector<RegisteredClass> more = classesOf(sections);
+            std::move(more.begin(), more.end(), std::back_inserter(classes));
+        }
+    }
     return result;
 }
 

@@ -1,4 +1,4 @@
-// The registration file: which library holds a class. Its form stands in shim/zulreg.h.
+// The registration files: which library holds a class. Its form stands in shim/zulreg.h.
 #pragma once
 
 #include <string>
@@ -17,11 +17,13 @@ struct RegisteredClass
     std::string library; // absolute path; empty when the entry has none
 };
 
-// The path of the file that counts now.
+// The path of the user's file, and of the folder with those for all users.
 std::string registryPath();
+std::string systemRegistryFolder();
 
-// All entries of the file; none when there is no file. REGDB_E_READREGDB when it cannot be read or is no text.
-// Lines that say nothing are passed over.
+// All entries, the user's own first, so that the first one found for a class or a ProgID counts; none where there is
+// no file. REGDB_E_READREGDB when the user's file cannot be read or is no text; such a file for all users is passed
+// over, as are lines that say nothing.
 HRESULT readClasses(std::vector<RegisteredClass>& classes);
 
 // Both keep every line that belongs to other classes. REGDB_E_WRITEREGDB when the file cannot be written,

@@ -219,7 +219,8 @@ std::string plainReal(double value, int digits)
         std::to_chars(text, text + sizeof text, std::fabs(value), std::chars_format::scientific, enough);
     const std::string_view all(text, static_cast<std::size_t>(end.ptr - text));
     const std::size_t e = all.find('e');
-    int exponent = std::atoi(std::string(all.substr(e + 1)).c_str());
+    int exponent = 0;
+    std::from_chars(all.data() + e + (all[e + 1] == '+' ? 2 : 1), all.data() + all.size(), exponent);
     std::string number(1, all[0]);
     number += all.substr(2, static_cast<std::size_t>(digits) - 1);
 

@@ -2,8 +2,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <exception>
 #include <limits>
-#include <new>
 #include <optional>
 #include <type_traits>
 #include <variant>
@@ -62,7 +62,7 @@ int digitsOf(VARTYPE vt) noexcept
 }
 
 // The value of every type but those that texts are read for; DISP_E_TYPEMISMATCH where there is none.
-HRESULT valueOf(const VARIANT& source, Value& value) noexcept
+HRESULT valueOf(const VARIANT& source, Value& value)
 {
     switch (source.vt) {
     case VT_EMPTY:
@@ -621,7 +621,7 @@ HRESULT VariantChangeTypeEx(VARIANTARG* destination, const VARIANTARG* source, L
             changed.detachTo(destination);
         }
         return result;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) { // no memory is all that can be wrong here
         return E_OUTOFMEMORY;
     }
 }

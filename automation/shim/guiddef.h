@@ -1,8 +1,8 @@
 // GUIDs. DEFINE_GUID declares one; in the one file that defines INITGUID first it defines it.
 #pragma once
 #pragma GCC system_header
-#include <cstdint>
-#include <cstring>
+#include <stdint.h>
+#include <string.h>
 
 typedef struct _GUID
 {
@@ -18,11 +18,13 @@ typedef GUID FMTID;
 typedef GUID* LPGUID;
 typedef IID* LPIID;
 typedef CLSID* LPCLSID;
+
+#ifdef __cplusplus
 typedef const GUID& REFGUID;
 typedef const IID& REFIID;
 typedef const CLSID& REFCLSID;
 
-inline bool operator==(const GUID& a, const GUID& b) noexcept { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
+inline bool operator==(const GUID& a, const GUID& b) noexcept { return memcmp(&a, &b, sizeof(GUID)) == 0; }
 inline bool IsEqualGUID(const GUID& a, const GUID& b) noexcept { return a == b; }
 inline bool IsEqualIID(const IID& a, const IID& b) noexcept { return a == b; }
 inline bool IsEqualCLSID(const CLSID& a, const CLSID& b) noexcept { return a == b; }
@@ -40,17 +42,25 @@ struct ZulUuid;
     };                                                                                                       \
     }
 
+#define ZUL_C_LINKAGE extern "C"
+#else
+typedef const GUID* REFGUID;
+typedef const IID* REFIID;
+typedef const CLSID* REFCLSID;
+
+static inline int IsEqualGUID(REFGUID a, REFGUID b) { return memcmp(a, b, sizeof(GUID)) == 0; }
+#define IsEqualIID IsEqualGUID
+#define IsEqualCLSID IsEqualGUID
+#define __CRT_UUID_DECL(type, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)
+#define ZUL_C_LINKAGE extern
+#endif
+
 #ifdef INITGUID
 #define DEFINE_GUID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)                                         \
-    extern "C" {                                                                                             \
-    extern const GUID name;                                                                                  \
-    const GUID name = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}};                                         \
-    }
+    ZUL_C_LINKAGE const GUID name;                                                                           \
+    const GUID name = {l, w1, w2, {b1, b2, b3, b4, b5, b6, b7, b8}};
 #else
-#define DEFINE_GUID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)                                         \
-    extern "C" {                                                                                             \
-    extern const GUID name;                                                                                  \
-    }
+#define DEFINE_GUID(name, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8) ZUL_C_LINKAGE const GUID name;
 #endif
 
 DEFINE_GUID(GUID_NULL, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)

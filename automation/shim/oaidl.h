@@ -3,10 +3,14 @@
 #pragma GCC system_header
 #include <unknwn.h>
 
-struct IDispatch;
-struct IRecordInfo;
-struct ITypeInfo;
-struct ITypeLib;
+typedef struct IDispatch IDispatch;
+typedef struct IRecordInfo IRecordInfo;
+typedef struct ITypeInfo ITypeInfo;
+typedef struct ITypeLib ITypeLib;
+typedef struct IEnumVARIANT IEnumVARIANT;
+typedef struct IErrorInfo IErrorInfo;
+typedef struct ICreateErrorInfo ICreateErrorInfo;
+typedef struct ISupportErrorInfo ISupportErrorInfo;
 
 typedef struct tagSAFEARRAYBOUND
 {
@@ -139,16 +143,17 @@ typedef struct tagEXCEPINFO
     SCODE scode;
 } EXCEPINFO;
 
-#define DISPID_UNKNOWN (static_cast<DISPID>(-1))
-#define DISPID_VALUE (static_cast<DISPID>(0))
-#define DISPID_PROPERTYPUT (static_cast<DISPID>(-3))
-#define DISPID_NEWENUM (static_cast<DISPID>(-4))
+#define DISPID_UNKNOWN ((DISPID)-1)
+#define DISPID_VALUE ((DISPID)0)
+#define DISPID_PROPERTYPUT ((DISPID)-3)
+#define DISPID_NEWENUM ((DISPID)-4)
 #define DISPATCH_METHOD 0x1
 #define DISPATCH_PROPERTYGET 0x2
 #define DISPATCH_PROPERTYPUT 0x4
 #define DISPATCH_PROPERTYPUTREF 0x8
 
 DEFINE_GUID(IID_IDispatch, 0x00020400, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+#ifdef __cplusplus
 struct IDispatch : public IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* pctinfo) = 0;
@@ -159,10 +164,21 @@ struct IDispatch : public IUnknown
                                              DISPPARAMS* pDispParams, VARIANT* pVarResult,
                                              EXCEPINFO* pExcepInfo, UINT* puArgErr) = 0;
 };
+#else
+ZUL_C_INTERFACE(IDispatch)
+{
+    ZUL_C_UNKNOWN(IDispatch)
+    HRESULT(STDMETHODCALLTYPE* GetTypeInfoCount)(IDispatch*, UINT* pctinfo);
+    HRESULT(STDMETHODCALLTYPE* GetTypeInfo)(IDispatch*, UINT iTInfo, LCID lcid, ITypeInfo** ppTInfo);
+    HRESULT(STDMETHODCALLTYPE* GetIDsOfNames)(IDispatch*, REFIID riid, LPOLESTR* rgszNames, UINT cNames, LCID lcid, DISPID* rgDispId);
+    HRESULT(STDMETHODCALLTYPE* Invoke)(IDispatch*, DISPID dispIdMember, REFIID riid, LCID lcid, WORD wFlags, DISPPARAMS* pDispParams, VARIANT* pVarResult, EXCEPINFO* pExcepInfo, UINT* puArgErr);
+};
+#endif
 typedef IDispatch* LPDISPATCH;
 __CRT_UUID_DECL(IDispatch, 0x00020400, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
 
 DEFINE_GUID(IID_IEnumVARIANT, 0x00020404, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
+#ifdef __cplusplus
 struct IEnumVARIANT : public IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE Next(ULONG celt, VARIANT* rgVar, ULONG* pCeltFetched) = 0;
@@ -170,9 +186,20 @@ struct IEnumVARIANT : public IUnknown
     virtual HRESULT STDMETHODCALLTYPE Reset() = 0;
     virtual HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** ppEnum) = 0;
 };
+#else
+ZUL_C_INTERFACE(IEnumVARIANT)
+{
+    ZUL_C_UNKNOWN(IEnumVARIANT)
+    HRESULT(STDMETHODCALLTYPE* Next)(IEnumVARIANT*, ULONG celt, VARIANT* rgVar, ULONG* pCeltFetched);
+    HRESULT(STDMETHODCALLTYPE* Skip)(IEnumVARIANT*, ULONG celt);
+    HRESULT(STDMETHODCALLTYPE* Reset)(IEnumVARIANT*);
+    HRESULT(STDMETHODCALLTYPE* Clone)(IEnumVARIANT*, IEnumVARIANT** ppEnum);
+};
+#endif
 __CRT_UUID_DECL(IEnumVARIANT, 0x00020404, 0x0000, 0x0000, 0xc0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46)
 
 DEFINE_GUID(IID_IErrorInfo, 0x1cf2b120, 0x547d, 0x101b, 0x8e, 0x65, 0x08, 0x00, 0x2b, 0x2b, 0xd1, 0x19)
+#ifdef __cplusplus
 struct IErrorInfo : public IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE GetGUID(GUID* pGUID) = 0;
@@ -181,9 +208,21 @@ struct IErrorInfo : public IUnknown
     virtual HRESULT STDMETHODCALLTYPE GetHelpFile(BSTR* pBstrHelpFile) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetHelpContext(DWORD* pdwHelpContext) = 0;
 };
+#else
+ZUL_C_INTERFACE(IErrorInfo)
+{
+    ZUL_C_UNKNOWN(IErrorInfo)
+    HRESULT(STDMETHODCALLTYPE* GetGUID)(IErrorInfo*, GUID* pGUID);
+    HRESULT(STDMETHODCALLTYPE* GetSource)(IErrorInfo*, BSTR* pBstrSource);
+    HRESULT(STDMETHODCALLTYPE* GetDescription)(IErrorInfo*, BSTR* pBstrDescription);
+    HRESULT(STDMETHODCALLTYPE* GetHelpFile)(IErrorInfo*, BSTR* pBstrHelpFile);
+    HRESULT(STDMETHODCALLTYPE* GetHelpContext)(IErrorInfo*, DWORD* pdwHelpContext);
+};
+#endif
 __CRT_UUID_DECL(IErrorInfo, 0x1cf2b120, 0x547d, 0x101b, 0x8e, 0x65, 0x08, 0x00, 0x2b, 0x2b, 0xd1, 0x19)
 
 DEFINE_GUID(IID_ICreateErrorInfo, 0x22f03340, 0x547d, 0x101b, 0x8e, 0x65, 0x08, 0x00, 0x2b, 0x2b, 0xd1, 0x19)
+#ifdef __cplusplus
 struct ICreateErrorInfo : public IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE SetGUID(REFGUID rguid) = 0;
@@ -192,11 +231,30 @@ struct ICreateErrorInfo : public IUnknown
     virtual HRESULT STDMETHODCALLTYPE SetHelpFile(LPOLESTR szHelpFile) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetHelpContext(DWORD dwHelpContext) = 0;
 };
+#else
+ZUL_C_INTERFACE(ICreateErrorInfo)
+{
+    ZUL_C_UNKNOWN(ICreateErrorInfo)
+    HRESULT(STDMETHODCALLTYPE* SetGUID)(ICreateErrorInfo*, REFGUID rguid);
+    HRESULT(STDMETHODCALLTYPE* SetSource)(ICreateErrorInfo*, LPOLESTR szSource);
+    HRESULT(STDMETHODCALLTYPE* SetDescription)(ICreateErrorInfo*, LPOLESTR szDescription);
+    HRESULT(STDMETHODCALLTYPE* SetHelpFile)(ICreateErrorInfo*, LPOLESTR szHelpFile);
+    HRESULT(STDMETHODCALLTYPE* SetHelpContext)(ICreateErrorInfo*, DWORD dwHelpContext);
+};
+#endif
 __CRT_UUID_DECL(ICreateErrorInfo, 0x22f03340, 0x547d, 0x101b, 0x8e, 0x65, 0x08, 0x00, 0x2b, 0x2b, 0xd1, 0x19)
 
 DEFINE_GUID(IID_ISupportErrorInfo, 0xdf0b3d60, 0x548f, 0x101b, 0x8e, 0x65, 0x08, 0x00, 0x2b, 0x2b, 0xd1, 0x19)
+#ifdef __cplusplus
 struct ISupportErrorInfo : public IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) = 0;
 };
+#else
+ZUL_C_INTERFACE(ISupportErrorInfo)
+{
+    ZUL_C_UNKNOWN(ISupportErrorInfo)
+    HRESULT(STDMETHODCALLTYPE* InterfaceSupportsErrorInfo)(ISupportErrorInfo*, REFIID riid);
+};
+#endif
 __CRT_UUID_DECL(ISupportErrorInfo, 0xdf0b3d60, 0x548f, 0x101b, 0x8e, 0x65, 0x08, 0x00, 0x2b, 0x2b, 0xd1, 0x19)

@@ -15,7 +15,7 @@ STDAPI_(void) CoTaskMemFree(LPVOID memory);
 // RPC_E_CHANGED_MODE (not to be balanced) when it has the other kind of apartment.
 STDAPI CoInitialize(LPVOID reserved);
 STDAPI CoInitializeEx(LPVOID reserved, DWORD coInit);
-STDAPI_(void) CoUninitialize();
+STDAPI_(void) CoUninitialize(void);
 
 // Finds the library of a class in the registration file, loads it and asks it for the class.
 // CO_E_NOTINITIALIZED, REGDB_E_CLASSNOTREG (unknown class), CO_E_DLLNOTFOUND (its library is gone or does not

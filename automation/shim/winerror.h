@@ -3,14 +3,13 @@
 #pragma GCC system_header
 #include <wtypes.h>
 
-#define SUCCEEDED(hr) (static_cast<HRESULT>(hr) >= 0)
-#define FAILED(hr) (static_cast<HRESULT>(hr) < 0)
+#define SUCCEEDED(hr) (((HRESULT)(hr)) >= 0)
+#define FAILED(hr) (((HRESULT)(hr)) < 0)
 #define HRESULT_CODE(hr) ((hr) & 0xffff)
 #define HRESULT_FACILITY(hr) (((hr) >> 16) & 0x1fff)
 #define MAKE_HRESULT(severity, facility, code)                                                               \
-    (static_cast<HRESULT>((static_cast<uint32_t>(severity) << 31) | (static_cast<uint32_t>(facility) << 16) | \
-                          static_cast<uint32_t>(code)))
-#define ZUL_HRESULT(value) (static_cast<HRESULT>(value))
+    ((HRESULT)(((uint32_t)(severity) << 31) | ((uint32_t)(facility) << 16) | (uint32_t)(code)))
+#define ZUL_HRESULT(value) ((HRESULT)(value))
 #define SEVERITY_ERROR 1
 #define FACILITY_ITF 4
 #define FACILITY_CONTROL 10

@@ -2,7 +2,11 @@
 // texts are UTF-16.
 #pragma once
 #pragma GCC system_header
-#include <cstddef>
+#include <stddef.h>
+#ifndef __cplusplus
+#include <assert.h>
+#include <uchar.h>
+#endif
 #include <guiddef.h>
 
 #define interface struct
@@ -22,10 +26,10 @@
 #define DECLSPEC_SELECTANY __attribute__((weak))
 #define MIDL_INTERFACE(x) struct
 #define DECLSPEC_EXPORT __attribute__((visibility("default")))
-#define EXTERN_C extern "C"
+#define EXTERN_C ZUL_C_LINKAGE
 // A function of the runtime, or an entry point of a component: exported, and not mangled.
-#define STDAPI extern "C" DECLSPEC_EXPORT HRESULT STDAPICALLTYPE
-#define STDAPI_(type) extern "C" DECLSPEC_EXPORT type STDAPICALLTYPE
+#define STDAPI ZUL_C_LINKAGE DECLSPEC_EXPORT HRESULT STDAPICALLTYPE
+#define STDAPI_(type) ZUL_C_LINKAGE DECLSPEC_EXPORT type STDAPICALLTYPE
 #define STDMETHODIMP HRESULT STDMETHODCALLTYPE
 #define STDMETHODIMP_(type) type STDMETHODCALLTYPE
 
@@ -63,8 +67,8 @@ typedef OLECHAR* BSTR;
 typedef double DATE;
 typedef short VARIANT_BOOL;
 typedef unsigned short VARTYPE;
-#define VARIANT_TRUE (static_cast<VARIANT_BOOL>(-1))
-#define VARIANT_FALSE (static_cast<VARIANT_BOOL>(0))
+#define VARIANT_TRUE ((VARIANT_BOOL)-1)
+#define VARIANT_FALSE ((VARIANT_BOOL)0)
 
 typedef union tagCY
 {
@@ -99,7 +103,7 @@ typedef struct tagDEC
         ULONGLONG Lo64;
     };
 } DECIMAL;
-#define DECIMAL_NEG (static_cast<BYTE>(0x80))
+#define DECIMAL_NEG ((BYTE)0x80)
 
 enum VARENUM
 {
@@ -151,5 +155,20 @@ typedef enum tagCLSCTX
 #define LOCALE_USER_DEFAULT 0x0400
 #define LOCALE_SYSTEM_DEFAULT 0x0800
 #define LOCALE_INVARIANT 0x007f
+
+// An interface in C: a structure whose first member leads to the table of its functions.
+#ifndef __cplusplus
+#define ZUL_C_INTERFACE(name)                                                                                \
+    typedef struct name##Vtbl name##Vtbl;                                                                    \
+    struct name                                                                                              \
+    {                                                                                                        \
+        const name##Vtbl* lpVtbl;                                                                            \
+    };                                                                                                       \
+    struct name##Vtbl
+#define ZUL_C_UNKNOWN(name)                                                                                  \
+    HRESULT(STDMETHODCALLTYPE* QueryInterface)(name*, REFIID riid, void** ppvObject);                        \
+    ULONG(STDMETHODCALLTYPE* AddRef)(name*);                                                                 \
+    ULONG(STDMETHODCALLTYPE* Release)(name*);
+#endif
 
 #include <winerror.h>

@@ -8,6 +8,10 @@
 //   Description=The customer-messaging component
 //   Library=/opt/zul/lib/libZul_MessageBuilder.so
 //
+// Classes for all users stand in the files *.ini of /etc/zul-automation ($ZUL_AUTOMATION_SYSTEM_REGISTRY names another
+// folder), in the same form, read in the order of their names. The user's own entry for a class or a ProgID comes
+// first. Only an administrator or a package writes there; the functions below change the user's file alone.
+//
 // A new file in the user's own folder is readable by the user alone; who may read a file stays as it is when it is
 // changed.
 #pragma once

@@ -1,19 +1,14 @@
 #include "controls/fields/DateField.h"
 
 #include "base/LocaleInput.h"
+#include "controls/fields/CalendarPopup.h"
 #include "controls/fields/FieldParts.h"
-#include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 
-#include <QCalendarWidget>
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QScreen>
-#include <QTextCharFormat>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 namespace zul {
 
@@ -21,9 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The dates that the database can hold.
-const QDate earliestDate(1753, 1, 1);
-const QDate latestDate(9999, 12, 31);
+const QString calendarKeys = u"F4 o Alt+Giù: calendario."_s;
 
 bool opensCalendar(const QKeyEvent& key)
 {
@@ -40,8 +33,10 @@ DateField::DateField(QWidget* parent)
     m_textBox->setObjectName(u"textBox"_s);
     m_textBox->setPlaceholderText(datePlaceholder(locale()));
     m_textBox->setProperty("joinedField", true);
+    m_textBox->setToolTip(calendarKeys);
     m_textBox->installEventFilter(this);
-    QToolButton* button = makeFieldButton(this, IconId::Calendar, u"calendarButton"_s, u"Calendario"_s);
+    QToolButton* button =
+        makeFieldButton(this, IconId::Calendar, u"calendarButton"_s, u"Calendario"_s, u"F4 o Alt+Giù"_s);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -98,48 +93,12 @@ void DateField::openCalendar()
     if (m_popup) {
         return;
     }
-    m_popup = new QFrame(this, Qt::Popup);
-    m_popup->setObjectName(u"calendarPopup"_s);
-    m_popup->setAttribute(Qt::WA_DeleteOnClose);
-    m_popup->setFrameShape(QFrame::StyledPanel);
-    auto* calendar = new QCalendarWidget(m_popup);
-    calendar->setObjectName(u"calendar"_s);
-    calendar->setLocale(locale());
-    calendar->setDateRange(earliestDate, latestDate);
-    calendar->setFirstDayOfWeek(locale().firstDayOfWeek());
-    calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    calendar->setSelectedDate(isDate() ? date() : QDate::currentDate());
-    QTextCharFormat rest;
-    rest.setForeground(QColor(0xb7, 0x1c, 0x1c));
-    calendar->setWeekdayTextFormat(Qt::Saturday, rest);
-    calendar->setWeekdayTextFormat(Qt::Sunday, rest);
-    auto* box = new QVBoxLayout(m_popup);
-    box->setContentsMargins(1, 1, 1, 1);
-    box->addWidget(calendar);
-
-    const auto take = [this](const QDate& picked) {
+    m_popup = new CalendarPopup(this, isDate() ? date() : QDate::currentDate());
+    connect(m_popup, &CalendarPopup::picked, this, [this](const QDate& picked) {
         setDate(picked);
-        if (m_popup) {
-            m_popup->close();
-        }
         m_textBox->setFocus(Qt::PopupFocusReason);
-    };
-    connect(calendar, &QCalendarWidget::clicked, this, take);
-    connect(calendar, &QCalendarWidget::activated, this, take);
-
-    m_popup->adjustSize();
-    QPoint at = mapToGlobal(QPoint(0, height()));
-    if (const QScreen* where = screen()) {
-        const QRect room = where->availableGeometry();
-        if (at.y() + m_popup->height() > room.bottom()) {
-            at.setY(mapToGlobal(QPoint(0, 0)).y() - m_popup->height());
-        }
-        at.setX(qBound(room.left(), at.x(), qMax(room.left(), room.right() - m_popup->width())));
-        at.setY(qMax(room.top(), at.y()));
-    }
-    m_popup->move(at);
-    m_popup->show();
-    calendar->setFocus(Qt::PopupFocusReason);
+    });
+    m_popup->open();
 }
 
 void DateField::changeEvent(QEvent* event)
@@ -152,7 +111,7 @@ void DateField::changeEvent(QEvent* event)
 
 void DateField::showEvent(QShowEvent* event)
 {
-    lendAccessibleName(this, m_textBox);
+    lendAccessibleName(this, m_textBox, calendarKeys);
     QWidget::showEvent(event);
 }
 

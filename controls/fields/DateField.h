@@ -5,10 +5,11 @@
 #include <QPointer>
 #include <QWidget>
 
-QT_FORWARD_DECLARE_CLASS(QFrame)
 QT_FORWARD_DECLARE_CLASS(QLineEdit)
 
 namespace zul {
+
+class CalendarPopup;
 
 /// The value is the text as typed: the field accepts any text and judges it only when asked. It is empty at
 /// first and may be emptied again. Numbers and order of a date follow the widget's locale, see LocaleInput.h.
@@ -44,7 +45,7 @@ protected:
 
 private:
     QLineEdit* m_textBox;
-    QPointer<QFrame> m_popup;
+    QPointer<CalendarPopup> m_popup;
 };
 
 } // namespace zul

@@ -1,5 +1,6 @@
 #include "controls/fields/FieldParts.h"
 
+#include "controls/access/FieldButtonAccessible.h"
 #include "controls/look/Icons.h"
 
 #include <QLabel>
@@ -8,21 +9,32 @@
 
 namespace zul {
 
-QToolButton* makeFieldButton(QWidget* field, IconId iconId, const QString& objectName, const QString& toolTip)
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char* ownName = "zulOwnName";
+
+} // namespace
+
+QToolButton* makeFieldButton(QWidget* field, IconId iconId, const QString& objectName, const QString& name,
+                             const QString& keys)
 {
     auto* button = new QToolButton(field);
+    pressLater(button);
     button->setObjectName(objectName);
     button->setIcon(icon(iconId));
     button->setIconSize(QSize(16, 16));
-    button->setToolTip(toolTip);
-    button->setAccessibleName(toolTip);
+    button->setToolTip(name + u" ("_s + keys + u')');
+    button->setAccessibleName(name);
+    button->setProperty(ownName, name);
     button->setFocusPolicy(Qt::NoFocus);
     button->setProperty("fieldButton", true);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     return button;
 }
 
-void lendAccessibleName(const QWidget* field, QLineEdit* textBox)
+void lendAccessibleName(const QWidget* field, QLineEdit* textBox, const QString& keys)
 {
     QString name = field->accessibleName();
     if (name.isEmpty()) {
@@ -35,8 +47,12 @@ void lendAccessibleName(const QWidget* field, QLineEdit* textBox)
     }
     if (!name.isEmpty()) {
         textBox->setAccessibleName(name);
+        const auto buttons = field->findChildren<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
+        for (QToolButton* button : buttons) {
+            button->setAccessibleName(button->property(ownName).toString() + u": "_s + name);
+        }
     }
-    textBox->setAccessibleDescription(field->toolTip());
+    textBox->setAccessibleDescription(field->toolTip().isEmpty() ? keys : field->toolTip() + u'\n' + keys);
 }
 
 } // namespace zul

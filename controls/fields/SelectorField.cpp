@@ -12,6 +12,12 @@ namespace zul {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+const QString fieldKeys = u"Invio, F4 o Alt+Giù: scegli. Canc: svuota."_s;
+
+} // namespace
+
 SelectorField::SelectorField(QWidget* parent)
     : QWidget(parent)
     , m_textBox(new QLineEdit(this))
@@ -19,9 +25,11 @@ SelectorField::SelectorField(QWidget* parent)
     m_textBox->setObjectName(u"textBox"_s);
     m_textBox->setReadOnly(true);
     m_textBox->setProperty("joinedField", true);
+    m_textBox->setToolTip(fieldKeys);
     m_textBox->installEventFilter(this);
-    QToolButton* choose = makeFieldButton(this, IconId::Dots, u"chooseButton"_s, u"Scegli…"_s);
-    QToolButton* clear = makeFieldButton(this, IconId::Clear, u"clearButton"_s, u"Svuota"_s);
+    QToolButton* choose =
+        makeFieldButton(this, IconId::Dots, u"chooseButton"_s, u"Scegli…"_s, u"Invio, F4 o Alt+Giù"_s);
+    QToolButton* clear = makeFieldButton(this, IconId::Clear, u"clearButton"_s, u"Svuota"_s, u"Canc"_s);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -53,7 +61,7 @@ void SelectorField::setText(const QString& text)
 {
     m_textBox->setText(text);
     m_textBox->setCursorPosition(0); // the beginning of a long text says more than its end
-    m_textBox->setToolTip(text);
+    m_textBox->setToolTip(text.isEmpty() ? fieldKeys : text + u'\n' + fieldKeys);
 }
 
 void SelectorField::setSelection(int id, const QString& text)
@@ -99,7 +107,7 @@ bool SelectorField::handleKey(int key, Qt::KeyboardModifiers modifiers)
 
 void SelectorField::showEvent(QShowEvent* event)
 {
-    lendAccessibleName(this, m_textBox);
+    lendAccessibleName(this, m_textBox, fieldKeys);
     QWidget::showEvent(event);
 }
 

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QPair>
 #include <QStyle>
 #include <QWidget>
@@ -55,6 +56,18 @@ QString pixels(int size)
     return QString::number(size) + u"px"_s;
 }
 
+// Sizes in points at a system font of the usual size.
+constexpr qreal textPoints = 8;
+constexpr qreal headingPoints = 11;
+constexpr qreal fixedPoints = 10;
+// The heading stands in a strip whose height is given.
+constexpr qreal widestHeading = 19;
+
+QString points(qreal size)
+{
+    return QString::number(size) + u"pt"_s;
+}
+
 QString quoted(const QStringList& faces)
 {
     return u'"' + faces.join(u"\", \""_s) + u'"';
@@ -74,6 +87,10 @@ QString styleSheet(bool touch)
     QVector<QPair<QString, QString>> words{
         {u"@face"_s, u'"' + commonFont().family() + u'"'},
         {u"@fixedFace"_s, quoted(fixedFont().families())},
+        {u"@points"_s, points(systemSized(textPoints))},
+        {u"@headingPoints"_s, points(qMin(systemSized(headingPoints), widestHeading))},
+        {u"@fixedPoints"_s, points(systemSized(fixedPoints))},
+        {u"@keyPoints"_s, points(systemSized(fixedPoints))},
         {u"@window"_s, named(color::window)},
         {u"@panel"_s, named(color::panel)},
         {u"@text"_s, named(color::text)},
@@ -95,6 +112,7 @@ QString styleSheet(bool touch)
         {u"@inner"_s, pixels(height - 2)},
         {u"@innerFocus"_s, pixels(height - 4)},
         {u"@fieldButton"_s, pixels(touch ? look::touchButtonHeight - 2 : 26)},
+        {u"@calendarButton"_s, pixels(touch ? look::touchButtonHeight : 24)},
         {u"@item"_s, pixels(touch ? 38 : 20)},
         {u"@check"_s, pixels(touch ? 38 : 18)},
         {u"@indicator"_s, pixels(indicator)},
@@ -156,22 +174,29 @@ const QPalette& commonPalette()
     return palette;
 }
 
+qreal systemSized(qreal points)
+{
+    // What desktops begin with; at this size, and at smaller ones, the look has its own.
+    constexpr qreal usual = 9;
+    const QFont font = QApplication::font();
+    const qreal system = font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
+    return qMax(1.0, system / usual) * points;
+}
+
 QFont commonFont()
 {
-    constexpr int points = 8;
     static const QString face =
         firstInstalled({u"Tahoma"_s, u"Wine Tahoma"_s, u"Segoe UI"_s, u"DejaVu Sans Condensed"_s,
                         u"Noto Sans"_s, u"Open Sans"_s, u"DejaVu Sans"_s});
     QFont font = face.isEmpty() ? QApplication::font() : QFont(face);
-    font.setPointSize(points);
+    font.setPointSizeF(systemSized(textPoints));
     return font;
 }
 
 QFont fixedFont()
 {
-    constexpr int points = 10;
-    QFont font(QStringList{u"Courier New"_s, u"Liberation Mono"_s, u"Cousine"_s, u"DejaVu Sans Mono"_s},
-               points);
+    QFont font(QStringList{u"Courier New"_s, u"Liberation Mono"_s, u"Cousine"_s, u"DejaVu Sans Mono"_s});
+    font.setPointSizeF(systemSized(fixedPoints));
     font.setStyleHint(QFont::Monospace);
     font.setFixedPitch(true);
     return font;

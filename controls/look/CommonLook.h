@@ -29,10 +29,14 @@ void setPrimary(QWidget* button, bool primary = true);
 /// The palette of the look: every role of every group is set.
 [[nodiscard]] const QPalette& commonPalette();
 
-/// Tahoma 8 pt, or the installed face that comes nearest to it.
+/// A size of the look, in points, as large as the system's font asks for: the system's font is one of 9 points, or
+/// smaller, on most desktops, and then the look has its own sizes; a larger one enlarges them in proportion.
+[[nodiscard]] qreal systemSized(qreal points);
+
+/// Tahoma 8 pt, or the installed face that comes nearest to it; larger where the system's font is.
 [[nodiscard]] QFont commonFont();
 
-/// Courier New 10 pt, or a face of the same metrics.
+/// Courier New 10 pt, or a face of the same metrics; larger where the system's font is.
 [[nodiscard]] QFont fixedFont();
 
 /// The calm blue, and the grey of frames.

@@ -73,6 +73,8 @@ const char* fileName(IconId id)
         return "enter";
     case IconId::HideKeyboard:
         return "hide-keyboard";
+    case IconId::Preview:
+        return "preview";
     case IconId::Previous:
         return "previous";
     }

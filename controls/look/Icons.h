@@ -32,7 +32,8 @@ enum class IconId
     Shift,
     Enter,
     HideKeyboard,
-    Previous
+    Previous,
+    Preview
 };
 
 enum class IconTone

@@ -47,7 +47,7 @@ private:
 class OutcomeList : public QListView
 {
     Q_OBJECT
-    /// What drives the window without linking it asks here, see OutcomeListProbe.
+    /// A program that drives the window without linking it asks here, see OutcomeListProbe.
     Q_PROPERTY(QObject* probe READ probe)
 
 public:

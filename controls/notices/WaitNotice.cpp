@@ -73,6 +73,12 @@ WaitNotice::WaitNotice(QWidget* parent)
     hide();
 }
 
+void WaitNotice::standAbove(const QWidget* control)
+{
+    m_above = control;
+    place();
+}
+
 QString WaitNotice::heading() const
 {
     return m_heading->text();
@@ -129,6 +135,13 @@ void WaitNotice::hideEvent(QHideEvent* event)
     deleteLater();
 }
 
+int WaitNotice::lowerEdge() const
+{
+    const QWidget* around = parentWidget();
+    const int edge = around->height();
+    return m_above != nullptr ? qMin(edge, m_above->mapTo(around, QPoint(0, 0)).y()) : edge;
+}
+
 void WaitNotice::place()
 {
     const QWidget* around = parentWidget();
@@ -138,7 +151,7 @@ void WaitNotice::place()
     const int width = qMin(widest, qMax(1, around->width() - 2 * margin));
     const int height = qMin(qMax(layout()->totalHeightForWidth(width), layout()->totalMinimumSize().height()),
                             around->height());
-    setGeometry((around->width() - width) / 2, qMax(0, around->height() - height - margin), width, height);
+    setGeometry((around->width() - width) / 2, qMax(0, lowerEdge() - height - margin), width, height);
 }
 
 } // namespace zul

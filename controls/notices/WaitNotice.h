@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QPointer>
 #include <QTimer>
 
 QT_FORWARD_DECLARE_CLASS(QLabel)
@@ -26,6 +27,9 @@ public:
 
     explicit WaitNotice(QWidget* parent = nullptr);
 
+    // Stands above a control of its window, such as the row of buttons, instead of at the window's lower edge.
+    void standAbove(const QWidget* control);
+
     [[nodiscard]] QString heading() const;
     void setHeading(const QString& heading);
     [[nodiscard]] QString text() const;
@@ -41,6 +45,9 @@ protected:
 private:
     void place();
 
+    [[nodiscard]] int lowerEdge() const;
+
+    QPointer<const QWidget> m_above;
     QLabel* m_heading;
     QLabel* m_text;
     QTimer m_timer;

@@ -61,6 +61,23 @@ std::vector<uint32_t> highlightedRecords(const ReportGridView& view)
     return records;
 }
 
+size_t highlightedCount(const ReportGridView& view)
+{
+    const ReportGridModel& grid = view.grid();
+    size_t count = 0;
+    const QItemSelection highlighted = view.selectionModel()->selection();
+    for (const QItemSelectionRange& range : highlighted) {
+        if (grid.groupColumns().empty()) {
+            count += static_cast<size_t>(range.height());
+            continue;
+        }
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            count += grid.isGroup(row) ? size_t{0} : size_t{1};
+        }
+    }
+    return count;
+}
+
 bool highlightsRecords(const ReportGridView& view)
 {
     const QItemSelection highlighted = view.selectionModel()->selection();

@@ -1,6 +1,7 @@
 // The highlighted rows of the report grid, as records.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -10,6 +11,8 @@ class ReportGridView;
 
 /// In the order on the screen; group rows are passed over.
 std::vector<uint32_t> highlightedRecords(const ReportGridView& view);
+/// How many records are highlighted. Without groups it takes no longer for many than for one.
+size_t highlightedCount(const ReportGridView& view);
 /// Whether a row that is no group is highlighted.
 bool highlightsRecords(const ReportGridView& view);
 

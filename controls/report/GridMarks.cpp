@@ -42,23 +42,30 @@ void paintCross(QPainter& painter, const QPointF& middle, const QColor& color)
     painter.restore();
 }
 
-void paintCheckBox(QPainter& painter, const QRect& box, bool checked, const QColor& frame, const QColor& base)
+void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState tick, const QColor& frame,
+                   const QColor& base)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF shape = QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5);
     painter.setPen(frame);
-    painter.setBrush(checked ? frame : base);
+    painter.setBrush(tick != Qt::Unchecked ? frame : base);
     painter.drawRoundedRect(shape, 2, 2);
-    if (checked) {
+    if (tick == Qt::PartiallyChecked) {
+        const double side = shape.width();
+        painter.setPen(QPen(Qt::white, side / 7.5));
+        painter.drawLine(QPointF(shape.left() + side * 0.25, shape.center().y()),
+                         QPointF(shape.right() - side * 0.25, shape.center().y()));
+    }
+    if (tick == Qt::Checked) {
         const double side = shape.width();
         const QPointF corner = shape.topLeft();
-        const QPolygonF tick{corner + QPointF(side * 0.22, side * 0.52),
+        const QPolygonF mark{corner + QPointF(side * 0.22, side * 0.52),
                              corner + QPointF(side * 0.42, side * 0.72),
                              corner + QPointF(side * 0.78, side * 0.28)};
         painter.setPen(QPen(Qt::white, side / 7.5));
         painter.setBrush(Qt::NoBrush);
-        painter.drawPolyline(tick);
+        painter.drawPolyline(mark);
     }
     painter.restore();
 }

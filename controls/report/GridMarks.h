@@ -17,8 +17,8 @@ void paintExpander(QPainter& painter, const QPointF& middle, bool closed, const 
 
 void paintCross(QPainter& painter, const QPointF& middle, const QColor& color);
 
-/// A check box; with a tick it is filled with the frame's colour.
-void paintCheckBox(QPainter& painter, const QRect& box, bool checked, const QColor& frame,
+/// A check box; with a tick, or the dash of some, it is filled with the frame's colour.
+void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState tick, const QColor& frame,
                    const QColor& base);
 
 } // namespace zul

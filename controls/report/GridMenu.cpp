@@ -54,6 +54,18 @@ void addCopies(QMenu& menu, ReportGrid& grid)
     menu.addSeparator();
 }
 
+void addTicks(QMenu& menu, ReportGrid& grid)
+{
+    if (grid.checkColumn() < 0) {
+        return;
+    }
+    menu.addAction(u"Inverti selezione"_s, &grid, &ReportGrid::invertChecked)
+        ->setEnabled(grid.recordCount() > 0);
+    menu.addAction(u"Annulla l'ultima selezione\tCtrl+Z"_s, &grid, &ReportGrid::undoChecked)
+        ->setEnabled(grid.canUndoChecked());
+    menu.addSeparator();
+}
+
 void addOrders(QMenu& menu, ReportGrid& grid)
 {
     QMenu* sort = menu.addMenu(u"Ordina per"_s);
@@ -130,6 +142,7 @@ QMenu* makeGridMenu(ReportGrid& grid, int column)
         addOwnOrder(*menu, grid, column);
     } else {
         addCopies(*menu, grid);
+        addTicks(*menu, grid);
         addOrders(*menu, grid);
     }
     addGroupCommands(*menu, grid);

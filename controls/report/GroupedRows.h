@@ -46,6 +46,9 @@ public:
     uint32_t record(int row) const { return at(row); }
     /// The group whose own row this is.
     const Group& group(int row) const { return m_groups[at(row) & ~groupMark]; }
+    /// The number of the group whose own row this is: from 0, in the order of the rows as if all groups were open.
+    uint32_t groupNumber(int row) const { return at(row) & ~groupMark; }
+    size_t groupCount() const { return m_groups.size(); }
     /// -1 when the record is in no open group; looks through all rows.
     int rowOfRecord(uint32_t record) const;
     /// The nearest row above of a group around the row; -1 when there is none.

@@ -1,5 +1,6 @@
 #include "controls/report/ReportGrid.h"
 
+#include "controls/gridtools/GridFindBar.h"
 #include "controls/report/GridHighlights.h"
 #include "controls/report/GridMenu.h"
 #include "controls/report/HeaderLayout.h"
@@ -28,6 +29,8 @@ struct ReportGrid::Parts
     ReportGroupBox* groupBox = nullptr;
     ReportGridView* view = nullptr;
     ReportHeader* header = nullptr;
+    GridFindBar* findBar = nullptr;
+    bool findEnabled = false;
     QObject* probe = nullptr;
 };
 
@@ -89,6 +92,7 @@ ReportGrid::ReportGrid(QWidget* parent)
     });
 
     connect(m->view, &ReportGridView::recordDoubleClicked, this, &ReportGrid::recordDoubleClicked);
+    connect(m->view, &ReportGridView::findRequested, this, &ReportGrid::openFindBar);
     connect(m->view, &ReportGridView::mouseReleasedOn, this, &ReportGrid::mouseReleasedOn);
     connect(m->view, &ReportGridView::keyPressed, this, &ReportGrid::gridKeyPressed);
     connect(m->view, &ReportGridView::checkToggled, this, &ReportGrid::checkChanged);
@@ -197,6 +201,22 @@ const std::vector<uint32_t>& ReportGrid::recordsInScreenOrder() const
     return m->model->recordsInOrder();
 }
 
+const std::vector<uint32_t>& ReportGrid::allRecordsInScreenOrder() const
+{
+    return m->model->allRecordsInOrder();
+}
+
+std::vector<int> ReportGrid::columnsInScreenOrder() const
+{
+    return m->header->shownColumns();
+}
+
+GridCounts ReportGrid::counts() const
+{
+    return {recordCount(), checkedCount(), highlightedCount(*m->view), recordsInScreenOrder().size(),
+            isFiltered()};
+}
+
 // --- Checks
 
 int ReportGrid::checkColumn() const
@@ -215,6 +235,7 @@ void ReportGrid::setChecked(uint32_t record, bool checked)
         return;
     }
     m->model->setChecked(record, checked);
+    m->model->forgetCheckUndo();
     m->view->viewport()->update();
     Q_EMIT checkChanged(record);
 }
@@ -224,6 +245,7 @@ void ReportGrid::setAllChecked(bool checked)
     if (recordCount() == 0) {
         return;
     }
+    m->model->rememberChecks();
     m->model->setAllChecked(checked);
     Q_EMIT checkChanged(-1);
 }
@@ -231,6 +253,9 @@ void ReportGrid::setAllChecked(bool checked)
 void ReportGrid::setSelectedChecked(bool checked)
 {
     const QItemSelection highlighted = m->view->selectionModel()->selection();
+    if (!highlighted.isEmpty()) {
+        m->model->rememberChecks();
+    }
     for (const QItemSelectionRange& range : highlighted) {
         m->model->setRowsChecked(range.top(), range.bottom(), checked);
     }
@@ -238,6 +263,28 @@ void ReportGrid::setSelectedChecked(bool checked)
         m->model->checksChanged();
         Q_EMIT checkChanged(-1);
     }
+}
+
+void ReportGrid::invertChecked()
+{
+    if (recordCount() > 0 && checkColumn() >= 0) {
+        m->model->rememberChecks();
+        m->model->invertChecks();
+        Q_EMIT checkChanged(-1);
+    }
+}
+
+void ReportGrid::undoChecked()
+{
+    if (canUndoChecked()) {
+        m->model->undoChecks();
+        Q_EMIT checkChanged(-1);
+    }
+}
+
+bool ReportGrid::canUndoChecked() const
+{
+    return m->model->canUndoChecks();
 }
 
 size_t ReportGrid::checkedCount() const
@@ -385,6 +432,75 @@ void ReportGrid::setTextFilter(const QString& text)
 QString ReportGrid::textFilter() const
 {
     return m->model->textFilter();
+}
+
+void ReportGrid::setOnlyChecked(bool only)
+{
+    keepingHighlights([&] { m->model->setOnlyChecked(only); });
+}
+
+bool ReportGrid::showsOnlyChecked() const
+{
+    return m->model->showsOnlyChecked();
+}
+
+bool ReportGrid::isFiltered() const
+{
+    return m->model->isFiltered();
+}
+
+bool ReportGrid::findText(const QString& text, Find from)
+{
+    const std::vector<uint32_t>& order = recordsInScreenOrder();
+    const auto current = std::find(order.begin(), order.end(), static_cast<uint32_t>(currentRecord()));
+    size_t place = 0;
+    if (currentRecord() >= 0 && current != order.end()) {
+        place = static_cast<size_t>(current - order.begin()) + (from == Find::Next ? 1 : 0);
+    }
+    const int64_t record = m->model->findRecord(text, place, from != Find::Previous);
+    if (record < 0) {
+        return false;
+    }
+    const auto own = static_cast<uint32_t>(record);
+    if (m->model->rowOfRecord(own) < 0) {
+        m->model->openGroupsOf(own);
+    }
+    setCurrentRecord(own);
+    return true;
+}
+
+size_t ReportGrid::matchCount(const QString& text) const
+{
+    return m->model->matchCount(text);
+}
+
+void ReportGrid::setFindEnabled(bool enabled)
+{
+    m->findEnabled = enabled;
+}
+
+void ReportGrid::openFindBar()
+{
+    if (!m->findEnabled) {
+        return;
+    }
+    if (m->findBar == nullptr) {
+        m->findBar = new GridFindBar(this);
+        auto* rows = static_cast<QVBoxLayout*>(layout());
+        rows->insertWidget(rows->indexOf(m->view), m->findBar);
+        // The Tab key goes through the bar before it comes to the rows.
+        QWidget* before = m->view->previousInFocusChain();
+        while (before != m->view && before->focusPolicy() == Qt::NoFocus) {
+            before = before->previousInFocusChain();
+        }
+        const QList<QWidget*> stops = m->findBar->stops();
+        for (QWidget* stop : stops) {
+            QWidget::setTabOrder(before, stop);
+            before = stop;
+        }
+        QWidget::setTabOrder(before, m->view);
+    }
+    m->findBar->open();
 }
 
 // --- Layout

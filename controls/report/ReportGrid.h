@@ -3,6 +3,7 @@
 
 #include "controls/report/GridClipboard.h"
 #include "grid/ColumnStore.h"
+#include "grid/GridCounts.h"
 #include "grid/GridLayoutFile.h"
 #include "grid/ReportColumn.h"
 
@@ -27,7 +28,7 @@ namespace zul {
 class ReportGrid : public QWidget
 {
     Q_OBJECT
-    /// What drives the window without linking it asks here, see ReportGridProbe.
+    /// A program that drives the window without linking it asks here, see ReportGridProbe.
     Q_PROPERTY(QObject* probe READ probe)
 
 public:
@@ -38,7 +39,7 @@ public:
         ColumnResized = 0,
         ColumnMoved = 1,
         SortChanged = 2, ///< order, groups: nothing that a layout file keeps
-        ColumnShown = 3  ///< shown or hidden by the operator
+        ColumnShown = 3  ///< shown or hidden by the operator, or all columns reset
     };
     Q_ENUM(LayoutChange)
 
@@ -75,6 +76,12 @@ public:
     bool cellIsNumeric(uint32_t record, int column) const;
     /// All records that the text filter passes, in the order on the screen, those of closed groups included.
     const std::vector<uint32_t>& recordsInScreenOrder() const;
+    /// The same with those that filters hide.
+    const std::vector<uint32_t>& allRecordsInScreenOrder() const;
+    /// The columns shown in the header, in their order on the screen.
+    std::vector<int> columnsInScreenOrder() const;
+    /// In constant time, but for highlighted rows while columns group.
+    GridCounts counts() const;
 
     // --- Checks
 
@@ -87,6 +94,12 @@ public:
     /// The highlighted records. Nothing when none is highlighted.
     void setSelectedChecked(bool checked);
     size_t checkedCount() const;
+    /// Every record, those that the filter hides included, gets the other state.
+    void invertChecked();
+    /// Takes back the last ticking of the operator, or of a function for many records; once more, it is there again.
+    /// A new fill, and setChecked, leave nothing to take back.
+    void undoChecked();
+    bool canUndoChecked() const;
 
     // --- Highlighted records
 
@@ -115,6 +128,25 @@ public:
     /// Only records of which a shown column contains the text, case disregarded; the empty text shows all.
     void setTextFilter(const QString& text);
     QString textFilter() const;
+    /// Only records with a tick, as they were when this was set or the rows were populated last. A new fill begins without.
+    void setOnlyChecked(bool only);
+    bool showsOnlyChecked() const;
+    bool isFiltered() const; ///< by text or ticks
+    /// Where to look from: the record with the focus, or the one behind or before it.
+    enum class Find
+    {
+        Here,
+        Next,
+        Previous
+    };
+    /// Gives the focus to the next record of which a shown column contains the text, on from the other end where there
+    /// is none; closed groups around it are opened. False when no record that is shown does.
+    bool findText(const QString& text, Find from);
+    /// How many of the records that are shown contain the text.
+    size_t matchCount(const QString& text) const;
+    /// Ctrl+F in the rows opens a bar that finds and filters, see GridFindBar. Off at first.
+    void setFindEnabled(bool enabled);
+    void openFindBar(); ///< if it is enabled
 
     // --- Layout: widths, order and visibility of the columns, by field name
 
@@ -122,7 +154,8 @@ public:
     /// as a whole or not at all. The result says why when it cannot be written. The path is in the platform's form.
     LayoutSaved saveLayout(const QString& path, const QString& section) const;
     /// Applies a saved layout. False, and nothing changes, when the file or the section is missing or not one
-    /// of ours. Columns that the file does not know keep their place and width.
+    /// of ours. Columns that the file does not know keep their place and width, and the check column stays to be
+    /// seen, whatever the file says.
     bool loadLayout(const QString& path, const QString& section);
     /// Whether the operator has the column shown, in the header or as a group.
     bool isColumnShown(int column) const;

@@ -54,6 +54,13 @@ bool pressPlainKey(ReportGridView& view, int key, int row)
             view.toggleHighlighted();
         }
         return true;
+    case Qt::Key_Insert:
+        if (view.grid().isGroup(row)) {
+            view.toggleCheck(row);
+        } else {
+            view.toggleHighlighted();
+        }
+        return true;
     case Qt::Key_Left:
         if (!turnGroup(view, row, true)) {
             goLeft(view, row);
@@ -82,6 +89,14 @@ bool pressGridKey(ReportGridView& view, QKeyEvent& event)
 {
     if (event.matches(QKeySequence::Copy)) {
         copyHighlighted(view, CopyHeaders::No);
+        return true;
+    }
+    if (event.matches(QKeySequence::Find)) {
+        Q_EMIT view.findRequested();
+        return true;
+    }
+    if (event.matches(QKeySequence::Undo)) {
+        view.undoChecks();
         return true;
     }
     switch (event.key()) {

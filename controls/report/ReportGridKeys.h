@@ -16,9 +16,12 @@ class ReportGridView;
 /// | key | what it does |
 /// |---|---|
 /// | Space | ticks the highlighted rows, or takes their ticks off; opens or closes a group |
+/// | Ins | the same, but on a group the ticks of its rows |
 /// | Left, − | closes a group; Left elsewhere scrolls, then goes to the group around the row |
 /// | Right, + | opens a group; Right elsewhere scrolls |
 /// | Ctrl+C | copies the highlighted rows |
+/// | Ctrl+F | opens the bar that finds and filters, where the grid has one |
+/// | Ctrl+Z | takes back the last ticking |
 /// | Up, Down | highlight the row with the focus first when nothing is highlighted |
 bool pressGridKey(ReportGridView& view, QKeyEvent& event);
 

@@ -53,6 +53,8 @@ void ReportGridModel::deleteColumns()
     m_groupColumns.clear();
     m_grouped.forgetClosed();
     m_checks.clear();
+    m_checksBefore.reset();
+    m_onlyChecked = false;
     rebuild(true, true);
     endResetModel();
 }
@@ -62,8 +64,10 @@ void ReportGridModel::deleteRecords()
     beginResetModel();
     m_store.clearRows();
     m_checks.clear();
+    m_checksBefore.reset();
     m_grouped.forgetSingles();
     m_recordCount = 0;
+    m_onlyChecked = false;
     m_room = {};
     rebuild(true, true);
     endResetModel();
@@ -94,7 +98,7 @@ bool ReportGridModel::isOrderGood() const
         return m_checkColumn >= 0 && sort.column == m_checkColumn;
     };
     return m_store.changes() == m_changesSeen && m_store.rowCount() == m_recordCount && !usesChecks(m_sort) &&
-           std::none_of(m_groupColumns.begin(), m_groupColumns.end(), usesChecks);
+           !m_onlyChecked && std::none_of(m_groupColumns.begin(), m_groupColumns.end(), usesChecks);
 }
 
 void ReportGridModel::setSorting(ReportSort sort)
@@ -135,6 +139,63 @@ void ReportGridModel::setTextFilter(const QString& text)
     endResetModel();
 }
 
+void ReportGridModel::setOnlyChecked(bool only)
+{
+    if (only == m_onlyChecked) {
+        return;
+    }
+    beginResetModel();
+    m_onlyChecked = only;
+    rebuild(false, true);
+    endResetModel();
+}
+
+const std::vector<uint64_t>& ReportGridModel::matches(const QString& text) const
+{
+    if (text == m_matches.text && m_store.changes() == m_matches.changes && m_shown == m_matches.shown &&
+        m_matches.records.size() * 64 >= m_recordCount) {
+        return m_matches.records;
+    }
+    std::vector<int> searched;
+    for (int column = 0; column < static_cast<int>(m_columns.size()); ++column) {
+        if (isColumnShown(column) && column != m_checkColumn) {
+            searched.push_back(column);
+        }
+    }
+    m_matches = {text, m_store.changes(), m_shown, m_store.rowsContaining(text, searched)};
+    return m_matches.records;
+}
+
+int64_t ReportGridModel::findRecord(const QString& text, size_t place, bool forward) const
+{
+    const std::vector<uint32_t>& order = recordsInOrder();
+    if (text.isEmpty() || order.empty()) {
+        return -1;
+    }
+    const std::vector<uint64_t>& found = matches(text);
+    const size_t count = order.size();
+    for (size_t step = 0; step < count; ++step) {
+        const size_t at = forward ? (place + step) % count : (place + 2 * count - 1 - step) % count;
+        const uint32_t record = order[at];
+        if ((found[record >> 6] >> (record & 63) & 1) != 0) {
+            return record;
+        }
+    }
+    return -1;
+}
+
+size_t ReportGridModel::matchCount(const QString& text) const
+{
+    if (text.isEmpty()) {
+        return 0;
+    }
+    const std::vector<uint64_t>& found = matches(text);
+    const std::vector<uint32_t>& order = recordsInOrder();
+    return static_cast<size_t>(std::count_if(order.begin(), order.end(), [&](uint32_t record) {
+        return (found[record >> 6] >> (record & 63) & 1) != 0;
+    }));
+}
+
 void ReportGridModel::setColumnShown(int column, bool shown)
 {
     const auto at = static_cast<size_t>(column);
@@ -161,6 +222,7 @@ void ReportGridModel::rebuild(bool sort, bool filter)
     m_recordCount = m_store.rowCount();
     m_changesSeen = m_store.changes();
     if (sort || m_sorted.size() != m_recordCount) {
+        m_matches = {}; // there may be other records
         sortRecords();
         filter = true;
     }
@@ -204,26 +266,27 @@ void ReportGridModel::sortByGroups()
 
 void ReportGridModel::filterRecords()
 {
-    m_filtered = !m_filter.isEmpty();
+    m_filtered = !m_filter.isEmpty() || m_onlyChecked;
     if (!m_filtered) {
         m_order = {};
         return;
     }
-    std::vector<int> searched;
-    for (int column = 0; column < static_cast<int>(m_columns.size()); ++column) {
-        if (isColumnShown(column) && column != m_checkColumn) {
-            searched.push_back(column);
-        }
+    if (m_filter.isEmpty()) {
+        m_order.clear();
+        m_order.reserve(checkedCount());
+        std::copy_if(m_sorted.begin(), m_sorted.end(), std::back_inserter(m_order),
+                     [this](uint32_t record) { return isChecked(record); });
+        return;
     }
-    const std::vector<uint64_t> matches = m_store.rowsContaining(m_filter, searched);
+    const std::vector<uint64_t>& found = matches(m_filter);
     size_t count = 0;
-    for (const uint64_t word : matches) {
+    for (const uint64_t word : found) {
         count += static_cast<size_t>(std::popcount(word));
     }
     m_order.clear();
     m_order.reserve(count);
     for (const uint32_t record : m_sorted) {
-        if ((matches[record >> 6] >> (record & 63) & 1) != 0) {
+        if ((found[record >> 6] >> (record & 63) & 1) != 0 && (!m_onlyChecked || isChecked(record))) {
             m_order.push_back(record);
         }
     }
@@ -233,6 +296,7 @@ void ReportGridModel::groupRecords()
 {
     if (!groups()) {
         m_grouped.clear(m_room);
+        m_groupTicks = {};
         return;
     }
     const std::vector<uint32_t>& order = recordsInOrder();
@@ -253,6 +317,7 @@ void ReportGridModel::groupRecords()
     }
     m_grouped.build(
         order, starts, [this](const GroupedRows::Group& group) { return pathOf(group); }, m_room);
+    m_groupTicks.assign(m_grouped.groupCount(), {});
 }
 
 // --- Rows on the screen
@@ -355,6 +420,20 @@ void ReportGridModel::setAllGroupsClosed(bool closed)
     endResetModel();
 }
 
+void ReportGridModel::openGroupsOf(uint32_t record)
+{
+    const std::vector<uint32_t>& order = recordsInOrder();
+    const auto place = static_cast<size_t>(std::find(order.begin(), order.end(), record) - order.begin());
+    for (int row = 0; place < order.size() && row < rowCount(); ++row) {
+        if (isGroup(row) && isGroupClosed(row)) {
+            const GroupedRows::Group& group = m_grouped.group(row);
+            if (group.first <= place && place < size_t{group.first} + group.count) {
+                setGroupClosed(row, false);
+            }
+        }
+    }
+}
+
 int ReportGridModel::groupRowAbove(int row) const
 {
     return groups() && validRow(row) ? m_grouped.groupRowAbove(row) : -1;
@@ -367,6 +446,59 @@ void ReportGridModel::setChecked(uint32_t record, bool checked)
     if (record < m_store.rowCount()) {
         m_checks.set(record, checked);
     }
+}
+
+void ReportGridModel::invertChecks()
+{
+    m_checks.invert(m_store.rowCount());
+    checksChanged();
+}
+
+void ReportGridModel::undoChecks()
+{
+    if (m_checksBefore) {
+        m_checks.swap(*m_checksBefore);
+        checksChanged();
+    }
+}
+
+Qt::CheckState ReportGridModel::groupTick(const GroupedRows::Group& group) const
+{
+    const std::vector<uint32_t>& order = recordsInOrder();
+    const bool first = isChecked(order[group.first]);
+    for (uint32_t place = group.first + 1; place < group.first + group.count; ++place) {
+        if (isChecked(order[place]) != first) {
+            return Qt::PartiallyChecked;
+        }
+    }
+    return first ? Qt::Checked : Qt::Unchecked;
+}
+
+Qt::CheckState ReportGridModel::rowTick(int row) const
+{
+    if (!isGroup(row)) {
+        const int own = record(row);
+        return own >= 0 && isChecked(static_cast<uint32_t>(own)) ? Qt::Checked : Qt::Unchecked;
+    }
+    // A group may hold all records, and is asked at every painting.
+    GroupTick& known = m_groupTicks[m_grouped.groupNumber(row)];
+    if (known.changes != m_checks.changes()) {
+        known = {m_checks.changes(), checkedCount() == 0 ? Qt::Unchecked : groupTick(m_grouped.group(row))};
+    }
+    return known.tick;
+}
+
+void ReportGridModel::setGroupChecked(int row, bool checked)
+{
+    if (!isGroup(row)) {
+        return;
+    }
+    const GroupedRows::Group& group = m_grouped.group(row);
+    const std::vector<uint32_t>& order = recordsInOrder();
+    for (uint32_t place = group.first; place < group.first + group.count; ++place) {
+        m_checks.set(order[place], checked);
+    }
+    checksChanged();
 }
 
 void ReportGridModel::setAllChecked(bool checked)
@@ -423,6 +555,8 @@ QVariant ReportGridModel::groupData(int row, int column, int role) const
         return groupLevel(row);
     case GroupClosedRole:
         return isGroupClosed(row);
+    case Qt::CheckStateRole:
+        return column == m_checkColumn ? QVariant(rowTick(row)) : QVariant();
     case Qt::DisplayRole:
         return column == 0 ? u"%1 (%2)"_s.arg(groupCaption(row)).arg(groupCount(row)) : QVariant();
     case Qt::AccessibleTextRole:

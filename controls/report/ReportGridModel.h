@@ -10,6 +10,7 @@
 #include <QHash>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace zul {
@@ -64,6 +65,21 @@ public:
     void setGroupColumns(const std::vector<ReportSort>& columns);
     void setTextFilter(const QString& text);
     QString textFilter() const { return m_filter; }
+    /// Only records with a tick, as they were when this was set or the rows were populated last: a row stays when its
+    /// tick is taken off. New records begin without it.
+    void setOnlyChecked(bool only);
+    bool showsOnlyChecked() const { return m_onlyChecked; }
+    bool isFiltered() const { return m_filtered; }
+    /// A bit for each record: whether a shown column of it contains the text, case disregarded. Kept until the text or
+    /// what is in the columns changes.
+    const std::vector<uint64_t>& matches(const QString& text) const;
+    /// The record that contains the text, at or after a place in the order (before it: not forward), on from the other end
+    /// where there is none; -1 when none does.
+    int64_t findRecord(const QString& text, size_t place, bool forward) const;
+    /// Of the records that the filters pass.
+    size_t matchCount(const QString& text) const;
+    /// All records, those that filters hide included, in the order of the screen.
+    const std::vector<uint32_t>& allRecordsInOrder() const { return m_sorted; }
     /// Columns that are hidden are not searched either. The check column stays as it was described: without it there
     /// would be no way to tick.
     void setColumnShown(int column, bool shown);
@@ -83,7 +99,8 @@ public:
     bool isGroupClosed(int row) const;
     void setGroupClosed(int row, bool closed);
     void setAllGroupsClosed(bool closed);
-    int groupRowAbove(int row) const; ///< the nearest group row above, -1 when there is none
+    void openGroupsOf(uint32_t record); ///< so that its row is there
+    int groupRowAbove(int row) const;   ///< the nearest group row above, -1 when there is none
 
     // --- Checks
     int checkColumn() const { return m_checkColumn; }
@@ -94,6 +111,17 @@ public:
     void setRowsChecked(int first, int last, bool checked);
     void checksChanged(); ///< tells views, once, after setRowsChecked
     size_t checkedCount() const { return m_checks.count(); }
+    void invertChecks(); ///< of all records
+    /// The tick of a record's row; of a group's row what those of all its records have in common.
+    Qt::CheckState rowTick(int row) const;
+    /// All records of a group, those of closed groups within it included, but none that the filter hides.
+    void setGroupChecked(int row, bool checked);
+    /// Remembers the ticks as they are, for the operator's undo. Whoever ticks for the operator calls it before.
+    void rememberChecks() { m_checksBefore = m_checks; }
+    void forgetCheckUndo() { m_checksBefore.reset(); }
+    bool canUndoChecks() const { return m_checksBefore.has_value(); }
+    /// The ticks are as they were remembered; undone once more, they are again as they are now.
+    void undoChecks();
 
     // --- QAbstractItemModel
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -113,6 +141,7 @@ private:
     void rebuild(bool sort, bool filter);
     QString captionOf(const GroupedRows::Group& group) const;
     QString pathOf(const GroupedRows::Group& group) const;
+    Qt::CheckState groupTick(const GroupedRows::Group& group) const;
     QVariant groupData(int row, int column, int role) const;
     bool groups() const { return !m_groupColumns.empty(); }
     bool validRow(int row) const { return row >= 0 && row < rowCount(); }
@@ -125,11 +154,29 @@ private:
     uint64_t m_changesSeen = 0; // of the store, by the order at hand
     int m_checkColumn = -1;
     RecordChecks m_checks;
+    std::optional<RecordChecks> m_checksBefore; // the operator's last ticking
+    /// For each group its tick, and when it was reckoned.
+    struct GroupTick
+    {
+        uint64_t changes = ~uint64_t{0};
+        Qt::CheckState tick = Qt::Unchecked;
+    };
+    mutable std::vector<GroupTick> m_groupTicks;
 
     ReportSort m_sort;
     std::vector<ReportSort> m_groupColumns;
     QString m_filter;
+    bool m_onlyChecked = false;
     bool m_filtered = false;
+    /// The last text that was looked for.
+    struct Matches
+    {
+        QString text;
+        uint64_t changes = ~uint64_t{0}; // of the store
+        std::vector<bool> shown;         // the columns that were searched
+        std::vector<uint64_t> records;
+    };
+    mutable Matches m_matches;
     std::vector<uint32_t> m_sorted; // all records, by group columns and sort column
     std::vector<uint32_t> m_order;  // those of m_sorted that the filter passes
     GroupedRows m_grouped;          // while columns group

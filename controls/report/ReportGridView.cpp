@@ -1,5 +1,6 @@
 #include "controls/report/ReportGridView.h"
 
+#include "controls/access/GridAccessible.h"
 #include "controls/report/CellToolTip.h"
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridKeys.h"
@@ -35,6 +36,7 @@ ReportGridView::ReportGridView(ReportGridModel* grid, QWidget* parent)
     , m_grid(grid)
     , m_header(new ReportHeader(grid, this))
 {
+    installGridAccessibility();
     setModel(grid);
     setFrameShape(QFrame::NoFrame);
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -208,7 +210,11 @@ QRect ReportGridView::textRect(int row, int column) const
 
 QRect ReportGridView::checkRect(int row) const
 {
-    const QRect cell = cellRect(row, m_grid->checkColumn());
+    QRect cell = cellRect(row, m_grid->checkColumn());
+    if (m_grid->checkColumn() >= 0 && m_grid->isGroup(row)) {
+        const QRect beside = expanderRect(row);
+        cell = QRect(beside.right() + 1, beside.top(), m_touch ? touchRowHeight : expander, beside.height());
+    }
     if (cell.isEmpty()) {
         return {};
     }
@@ -317,6 +323,7 @@ void ReportGridView::reset()
     m_pressedCheck = -1;
     QAbstractItemView::reset();
     layoutChanged();
+    tellRowsAnew(*this);
     Q_EMIT highlightChanged();
 }
 
@@ -336,12 +343,14 @@ void ReportGridView::dataChanged(const QModelIndex& topLeft, const QModelIndex& 
         QAbstractItemView::dataChanged(topLeft.siblingAtRow(first), bottomRight.siblingAtRow(last), roles);
     }
     viewport()->update();
+    tellCells(*this, topLeft, bottomRight);
 }
 
 void ReportGridView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
 {
     QAbstractItemView::selectionChanged(selected, deselected);
     viewport()->update();
+    tellHighlights(*this);
     Q_EMIT highlightChanged();
 }
 
@@ -349,6 +358,13 @@ void ReportGridView::currentChanged(const QModelIndex& current, const QModelInde
 {
     QAbstractItemView::currentChanged(current, previous);
     viewport()->update();
+    tellCurrentCell(*this);
+}
+
+void ReportGridView::focusInEvent(QFocusEvent* event)
+{
+    QAbstractItemView::focusInEvent(event);
+    tellCurrentCell(*this);
 }
 
 void ReportGridView::setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command)
@@ -448,6 +464,11 @@ void ReportGridView::keyboardSearch(const QString& search)
 bool ReportGridView::pressesCheck(const QPoint& position, int& row) const
 {
     row = rowAt(position.y());
+    if (row >= 0 && m_grid->isGroup(row)) {
+        const QRect box = checkRect(row);
+        const int around = (m_touch ? touchRowHeight - box.width() : 4) / 2;
+        return !box.isEmpty() && position.x() >= box.left() - around && position.x() <= box.right() + around;
+    }
     return row >= 0 && cellRect(row, m_grid->checkColumn()).contains(position);
 }
 
@@ -460,8 +481,8 @@ void ReportGridView::mousePressEvent(QMouseEvent* event)
     if (event->button() == Qt::LeftButton && pressesCheck(position, row)) {
         // Ticking leaves the highlighted rows alone: they may be what the operator ticks next.
         m_pressedCheck = row;
-        selectionModel()->setCurrentIndex(m_grid->index(row, m_grid->checkColumn()),
-                                          QItemSelectionModel::NoUpdate);
+        const int column = m_grid->isGroup(row) ? firstShownColumn() : m_grid->checkColumn();
+        selectionModel()->setCurrentIndex(m_grid->index(row, column), QItemSelectionModel::NoUpdate);
         setFocus(Qt::MouseFocusReason);
         return;
     }
@@ -565,12 +586,22 @@ void ReportGridView::setGroupClosed(int row, bool closed)
 
 void ReportGridView::toggleCheck(int row)
 {
+    if (m_grid->checkColumn() < 0) {
+        return;
+    }
+    if (m_grid->isGroup(row)) {
+        m_grid->rememberChecks();
+        m_grid->setGroupChecked(row, m_grid->rowTick(row) != Qt::Checked);
+        Q_EMIT checkToggled(-1);
+        return;
+    }
     const int record = m_grid->record(row);
     if (record < 0) {
         return;
     }
     const auto own = static_cast<uint32_t>(record);
     const QModelIndex index = m_grid->index(row, m_grid->checkColumn());
+    m_grid->rememberChecks();
     m_grid->setData(index, m_grid->isChecked(own) ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
     Q_EMIT checkToggled(record);
 }
@@ -588,11 +619,20 @@ void ReportGridView::toggleHighlighted()
         return;
     }
     const bool checked = !m_grid->isChecked(static_cast<uint32_t>(record));
+    m_grid->rememberChecks();
     for (const QItemSelectionRange& range : highlighted) {
         m_grid->setRowsChecked(range.top(), range.bottom(), checked);
     }
     m_grid->checksChanged();
     Q_EMIT checkToggled(-1);
+}
+
+void ReportGridView::undoChecks()
+{
+    if (m_grid->canUndoChecks()) {
+        m_grid->undoChecks();
+        Q_EMIT checkToggled(-1);
+    }
 }
 
 void ReportGridView::paintEvent(QPaintEvent* event)

@@ -35,9 +35,9 @@ public:
     QRect rowRect(int row) const;
     QRect cellRect(int row, int column) const;
     QRect textRect(int row, int column) const; ///< of a cell, without its padding
-    QRect checkRect(int row) const;
-    QRect expanderRect(int row) const; ///< of a group's row
-    int rowAt(int y) const;            ///< -1 below the last row
+    QRect checkRect(int row) const;            ///< also of a group's row, where the list ticks
+    QRect expanderRect(int row) const;         ///< of a group's row
+    int rowAt(int y) const;                    ///< -1 below the last row
     void scrollToRow(int row);
     void scrollToColumn(int column);
     int fittingWidth(int column) const; ///< for the header and the rows on the screen
@@ -46,9 +46,11 @@ public:
     // --- What mouse and keys do
 
     void setGroupClosed(int row, bool closed);
+    /// A record's tick; on a group's row the ticks of its records: all of them, or none when all are ticked.
     void toggleCheck(int row);
     /// The highlighted rows all get the state that the row with the focus does not have.
     void toggleHighlighted();
+    void undoChecks();
 
     QRect visualRect(const QModelIndex& index) const override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
@@ -65,6 +67,7 @@ Q_SIGNALS:
     void keyPressed(int key);
     void checkToggled(int64_t record);
     void highlightChanged();
+    void findRequested();
     void menuRequested(int column, const QPoint& globalPosition);
 
 protected Q_SLOTS:
@@ -90,6 +93,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

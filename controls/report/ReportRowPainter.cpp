@@ -37,6 +37,13 @@ QPalette::ColorGroup colorGroup(const QWidget& view)
     return view.isActiveWindow() && view.hasFocus() ? QPalette::Active : QPalette::Inactive;
 }
 
+/// Where a group's caption stands, behind its expander and its tick.
+QRect captionRect(const ReportGridView& view, int row)
+{
+    const int before = std::max(view.expanderRect(row).right(), view.checkRect(row).right());
+    return view.rowRect(row).adjusted(before + besideExpander, 0, -besideExpander, 0);
+}
+
 } // namespace
 
 QString oneLine(QString text)
@@ -52,9 +59,8 @@ QString oneLine(QString text)
 
 int groupCaptionWidth(const ReportGridView& view, int row)
 {
-    const QRect text =
-        view.rowRect(row).adjusted(view.expanderRect(row).right() + besideExpander, 0, -besideExpander, 0);
-    return text.width() - view.fontMetrics().horizontalAdvance(countText(view.grid().groupCount(row))) - 2;
+    return captionRect(view, row).width() -
+           view.fontMetrics().horizontalAdvance(countText(view.grid().groupCount(row))) - 2;
 }
 
 ReportRowPainter::ReportRowPainter(const ReportGridView& view, QPainter& painter)
@@ -108,10 +114,13 @@ void ReportRowPainter::paintGroup(int row, const QRect& rect, bool selected)
     const QRect expander = m_view.expanderRect(row);
     const QColor quiet = gridcolors::quietText(m_palette);
     paintExpander(m_painter, QRectF(expander).center(), grid.isGroupClosed(row), quiet);
+    if (grid.checkColumn() >= 0) {
+        paintTick(row);
+    }
     QFont bold = m_view.font();
     bold.setBold(true);
     const QFontMetrics metrics(bold);
-    const QRect text = rect.adjusted(expander.right() + besideExpander, 0, -besideExpander, 0);
+    const QRect text = captionRect(m_view, row);
     const QString caption =
         metrics.elidedText(oneLine(grid.groupCaption(row)), Qt::ElideRight, groupCaptionWidth(m_view, row));
     m_painter.save();
@@ -138,9 +147,7 @@ void ReportRowPainter::paintRecord(int row)
             continue;
         }
         if (column == grid.checkColumn()) {
-            const bool checked = grid.isChecked(record);
-            paintCheckBox(m_painter, m_view.checkRect(row), checked, checkColor(checked),
-                          m_palette.color(QPalette::Base));
+            paintTick(row);
             continue;
         }
         const QString text = grid.store().text(record, column);
@@ -151,6 +158,13 @@ void ReportRowPainter::paintRecord(int row)
         m_painter.drawText(inner, grid.store().holdsNumbers(column) ? numberAlign : besideAlign,
                            metrics.elidedText(oneLine(text), Qt::ElideRight, inner.width()));
     }
+}
+
+void ReportRowPainter::paintTick(int row)
+{
+    const Qt::CheckState tick = m_view.grid().rowTick(row);
+    paintCheckBox(m_painter, m_view.checkRect(row), tick, checkColor(tick != Qt::Unchecked),
+                  m_palette.color(QPalette::Base));
 }
 
 QColor ReportRowPainter::checkColor(bool checked) const

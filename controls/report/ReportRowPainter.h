@@ -25,6 +25,7 @@ public:
 private:
     void paintGroup(int row, const QRect& rect, bool selected);
     void paintRecord(int row);
+    void paintTick(int row);
     QColor checkColor(bool checked) const;
 
     const ReportGridView& m_view;

@@ -6,6 +6,8 @@
 #include <QKeyEvent>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace zul {
 
 using namespace Qt::StringLiterals;
@@ -56,7 +58,7 @@ void KeyPanel::bind(QWidget* field)
         show();
     }
     raise();
-    placeNow();
+    placeAll();
 }
 
 void KeyPanel::detach()
@@ -67,14 +69,27 @@ void KeyPanel::detach()
     }
 }
 
+void KeyPanel::giveWayTo(const QObject* other)
+{
+    const bool openedItself = m_openedItself;
+    hide();
+    connect(other, &QObject::destroyed, this, [this, openedItself] {
+        if (m_field != nullptr && !isVisible()) {
+            m_openedItself = openedItself;
+            show();
+            raise();
+        }
+    });
+}
+
 bool KeyPanel::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_window && event->type() == QEvent::Resize) {
-        placeNow();
+        placeAll();
     }
     if (watched == m_field) {
         if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
-            placeNow();
+            placeAll();
         }
         if (event->type() == QEvent::Hide) {
             fieldHidden();
@@ -110,7 +125,7 @@ void KeyPanel::fieldShown()
 void KeyPanel::showEvent(QShowEvent* event)
 {
     QFrame::showEvent(event);
-    placeNow();
+    placeAll();
 }
 
 void KeyPanel::hideEvent(QHideEvent* event)
@@ -119,6 +134,7 @@ void KeyPanel::hideEvent(QHideEvent* event)
         m_openedItself = false;
     }
     QFrame::hideEvent(event);
+    placeAll(); // of those that are left
 }
 
 void KeyPanel::focusChanged(QWidget* now)
@@ -131,15 +147,34 @@ void KeyPanel::focusChanged(QWidget* now)
     }
 }
 
-void KeyPanel::placeNow()
+QList<KeyPanel*> KeyPanel::shownIn(const QWidget* window)
 {
-    if (!isVisible()) {
-        return;
+    QList<KeyPanel*> shown = window->findChildren<KeyPanel*>();
+    shown.removeIf([](const KeyPanel* panel) { return !panel->isVisible(); });
+    return shown;
+}
+
+QRect KeyPanel::fieldRect() const
+{
+    return m_field ? QRect(m_field->mapTo(window(), QPoint(0, 0)), m_field->size()) : QRect(0, 0, 0, 0);
+}
+
+void KeyPanel::placeAll()
+{
+    QList<KeyPanel*> panels = shownIn(window());
+    std::stable_partition(panels.begin(), panels.end(),
+                          [](const KeyPanel* panel) { return panel->isLarge(); });
+    QList<QRect> placedBefore;
+    for (KeyPanel* panel : std::as_const(panels)) {
+        QList<QRect> taken = placedBefore;
+        for (const KeyPanel* other : std::as_const(panels)) {
+            if (other != panel && other->m_field) {
+                taken.append(other->fieldRect());
+            }
+        }
+        panel->setGeometry(panel->placed(panel->fieldRect(), window()->rect(), taken));
+        placedBefore.append(panel->geometry());
     }
-    const QWidget* frame = window();
-    const QRect field =
-        m_field ? QRect(m_field->mapTo(frame, QPoint(0, 0)), m_field->size()) : QRect(0, 0, 0, 0);
-    setGeometry(placed(field, frame->rect()));
 }
 
 QPushButton* KeyPanel::makeKey(const QString& name, const QString& caption, const QString& accessibleName)

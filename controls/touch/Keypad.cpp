@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 Keypad::Keypad(QWidget* parent)
     : KeyPanel(parent)
 {
+    setAccessibleName(u"Tastierino numerico"_s);
     auto* keys = new QGridLayout(this);
     keys->setContentsMargins(4, 4, 4, 4);
     keys->setSpacing(4);
@@ -64,10 +65,10 @@ QSize Keypad::sizeHint() const
     return {side, side};
 }
 
-QRect Keypad::placed(const QRect& field, const QRect& window) const
+QRect Keypad::placed(const QRect& field, const QRect& window, const QList<QRect>& taken) const
 {
     return placeBeside(field, sizeHint().expandedTo(minimumSizeHint()),
-                       window.adjusted(edge, edge, -edge, -edge));
+                       window.adjusted(edge, edge, -edge, -edge), taken);
 }
 
 void Keypad::changeEvent(QEvent* event)

@@ -22,7 +22,9 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
-    [[nodiscard]] QRect placed(const QRect& field, const QRect& window) const override;
+    [[nodiscard]] QRect placed(const QRect& field, const QRect& window,
+                               const QList<QRect>& taken) const override;
+    [[nodiscard]] bool isLarge() const override { return false; }
     void changeEvent(QEvent* event) override;
 
 private:

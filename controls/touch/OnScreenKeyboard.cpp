@@ -38,6 +38,7 @@ constexpr int lastColumn = 26;
 OnScreenKeyboard::OnScreenKeyboard(QWidget* parent)
     : KeyPanel(parent)
 {
+    setAccessibleName(u"Tastiera"_s);
     auto* keys = new QGridLayout(this);
     keys->setContentsMargins(4, 4, 4, 4);
     keys->setSpacing(4);
@@ -74,9 +75,9 @@ void OnScreenKeyboard::leaveRoomIn(QWidget* window) const
     layout->setContentsMargins(margins);
 }
 
-QRect OnScreenKeyboard::placed(const QRect& field, const QRect& window) const
+QRect OnScreenKeyboard::placed(const QRect& field, const QRect& window, const QList<QRect>& taken) const
 {
-    return placeAtBottom(field, sizeHint(), window.adjusted(edge, edge, -edge, -edge));
+    return placeAtBottom(field, sizeHint(), window.adjusted(edge, edge, -edge, -edge), taken);
 }
 
 void OnScreenKeyboard::addCharacter(QGridLayout* keys, int row, int column, const CharacterKey& key)

@@ -31,7 +31,9 @@ public:
     void leaveRoomIn(QWidget* window) const;
 
 protected:
-    [[nodiscard]] QRect placed(const QRect& field, const QRect& window) const override;
+    [[nodiscard]] QRect placed(const QRect& field, const QRect& window,
+                               const QList<QRect>& taken) const override;
+    [[nodiscard]] bool isLarge() const override { return true; }
 
 private:
     enum class Shift

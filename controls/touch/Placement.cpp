@@ -1,5 +1,7 @@
 #include "controls/touch/Placement.h"
 
+#include <algorithm>
+
 namespace zul {
 
 namespace {
@@ -11,42 +13,88 @@ int clamped(int wanted, int size, int from, int to)
     return qMax(from, qMin(wanted, to - size));
 }
 
+bool coversAny(const QRect& place, const QList<QRect>& taken)
+{
+    return std::any_of(taken.begin(), taken.end(), [&](const QRect& one) { return place.intersects(one); });
+}
+
+/// How far a place is from the field, edge to edge, in both directions together.
+int distance(const QRect& place, const QRect& field)
+{
+    const int across = qMax(0, qMax(field.left() - place.right(), place.left() - field.right()));
+    const int down = qMax(0, qMax(field.top() - place.bottom(), place.top() - field.bottom()));
+    return across + down;
+}
+
 } // namespace
 
-QRect placeBeside(const QRect& field, QSize panel, const QRect& window)
+std::optional<QRect> freePlace(const QRect& field, QSize panel, const QRect& room, const QList<QRect>& taken)
 {
-    panel = panel.boundedTo(window.size());
-    const int right = window.x() + window.width();
-    const int bottom = window.y() + window.height();
-    const int x = clamped(field.x(), panel.width(), window.x(), right);
-    const int y = clamped(field.y(), panel.height(), window.y(), bottom);
+    const int right = room.x() + room.width();
+    const int bottom = room.y() + room.height();
+    const int x = clamped(field.x(), panel.width(), room.x(), right);
+    const int y = clamped(field.y(), panel.height(), room.y(), bottom);
     const int below = field.y() + field.height() + gap;
     const int above = field.y() - gap - panel.height();
     const int toRight = field.x() + field.width() + gap;
     const int toLeft = field.x() - gap - panel.width();
-
-    if (below + panel.height() <= bottom) {
-        return {QPoint(x, below), panel};
+    const auto isFree = [&](const QRect& place) {
+        return room.contains(place) && !place.intersects(field) && !coversAny(place, taken);
+    };
+    for (const QPoint& corner : {QPoint(x, below), QPoint(x, above), QPoint(toRight, y), QPoint(toLeft, y)}) {
+        if (isFree({corner, panel})) {
+            return QRect(corner, panel);
+        }
     }
-    if (above >= window.y()) {
-        return {QPoint(x, above), panel};
+    // A place that is free can be slid up and left until it meets an edge or something taken: so these are all that
+    // have to be tried, and those on the other sides for the ones that are nearer.
+    QList<int> columns{x, right - panel.width(), room.x(), toRight, toLeft};
+    QList<int> rows{y, bottom - panel.height(), room.y(), below, above};
+    for (const QRect& one : taken) {
+        columns << one.x() + one.width() + gap << one.x() - gap - panel.width();
+        rows << one.y() + one.height() + gap << one.y() - gap - panel.height();
     }
-    if (toRight + panel.width() <= right) {
-        return {QPoint(toRight, y), panel};
+    std::optional<QRect> nearest;
+    for (const int row : rows) {
+        for (const int column : columns) {
+            const QRect place(QPoint(column, row), panel);
+            if (isFree(place) && (!nearest || distance(place, field) < distance(*nearest, field))) {
+                nearest = place;
+            }
+        }
     }
-    if (toLeft >= window.x()) {
-        return {QPoint(toLeft, y), panel};
-    }
-    const bool fieldAbove = field.center().y() <= window.center().y();
-    return {QPoint(x, fieldAbove ? bottom - panel.height() : window.y()), panel};
+    return nearest;
 }
 
-QRect placeAtBottom(const QRect& field, QSize panel, const QRect& window)
+QRect placeBeside(const QRect& field, QSize panel, const QRect& room, const QList<QRect>& taken)
 {
-    panel = panel.boundedTo(window.size());
-    const int x = window.x() + (window.width() - panel.width()) / 2;
-    const QRect low(QPoint(x, window.y() + window.height() - panel.height()), panel);
-    const QRect high(QPoint(x, window.y()), panel);
+    panel = panel.boundedTo(room.size());
+    if (const std::optional<QRect> place = freePlace(field, panel, room, taken)) {
+        return *place;
+    }
+    if (const std::optional<QRect> place = freePlace(field, panel, room)) {
+        return *place;
+    }
+    const int x = clamped(field.x(), panel.width(), room.x(), room.x() + room.width());
+    const bool fieldAbove = field.center().y() <= room.center().y();
+    return {QPoint(x, fieldAbove ? room.y() + room.height() - panel.height() : room.y()), panel};
+}
+
+QRect placeAtBottom(const QRect& field, QSize panel, const QRect& room, const QList<QRect>& taken)
+{
+    panel = panel.boundedTo(room.size());
+    const int x = room.x() + (room.width() - panel.width()) / 2;
+    const QRect low(QPoint(x, room.y() + room.height() - panel.height()), panel);
+    const QRect high(QPoint(x, room.y()), panel);
+    const auto isFree = [&](const QRect& place) {
+        return !place.intersects(field) && !coversAny(place, taken);
+    };
+    if (isFree(low) || isFree(high)) {
+        return isFree(low) ? low : high;
+    }
+    if (const std::optional<QRect> place = freePlace(field, panel, room, taken)) {
+        return *place;
+    }
     return low.intersects(field) && !high.intersects(field) ? high : low;
 }
 

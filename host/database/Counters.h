@@ -11,7 +11,9 @@ std::string largestId(std::string_view table, std::string_view key);
 /// Which counter: its parameters are the bare names of table and key.
 inline constexpr std::string_view whichCounter = " WHERE Tabella = ? AND Chiave = ?";
 
-/// Raises an existing counter beyond what stands in the table. The clause stands behind what is set.
-std::string raiseCounterText(std::string_view table, std::string_view key, std::string_view clause);
+/// Raises an existing counter, the one that the condition finds, beyond what stands in the table. The clause stands
+/// behind what is set.
+std::string raiseCounterText(std::string_view table, std::string_view key, std::string_view clause,
+                             std::string_view condition);
 
 } // namespace zul::host

@@ -30,15 +30,20 @@ enum class ErrorCode : std::uint32_t
 class EngineError : public std::runtime_error
 {
 public:
-    EngineError(ErrorCode code, const std::string& text)
+    EngineError(ErrorCode code, const std::string& text, int serverNumber = 0)
         : std::runtime_error(text)
         , m_code(code)
+        , m_serverNumber(serverNumber)
     {}
 
     ErrorCode code() const { return m_code; }
 
+    /// The number that the server itself gives the error; 0 where it has none.
+    int serverNumber() const { return m_serverNumber; }
+
 private:
     ErrorCode m_code;
+    int m_serverNumber;
 };
 
 } // namespace zul::host

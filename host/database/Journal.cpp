@@ -2,10 +2,12 @@
 
 #include "base/DateText.h"
 #include "base/Utf8.h"
+#include "host/database/Secrets.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 
 namespace zul::host {
 
@@ -68,7 +70,7 @@ struct AppendValue
         const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
         out.append(buffer.data(), end);
     }
-    void operator()(const std::string& value) const { appendJson(out, value); }
+    void operator()(const std::string& value) const { appendJson(out, withoutPasswords(value)); }
     void operator()(const DateValue& value) const { appendJson(out, formatDate(value.days)); }
     void operator()(const DecimalValue& value) const { out += value.text; }
 };
@@ -78,7 +80,7 @@ void appendMember(std::string& line, std::string_view name, std::string_view tex
     line += ",\"";
     line += name;
     line += "\":";
-    appendJson(line, text);
+    appendJson(line, withoutPasswords(text));
 }
 
 std::string begun(std::string_view operation)
@@ -108,6 +110,12 @@ std::string jsonValue(const Value& value)
 bool Journal::open(const std::string& path)
 {
     m_file.reset(std::fopen(path.c_str(), "wb"));
+    // It holds names and numbers of customers. A pipe or a terminal stays as it is.
+    std::error_code ignored;
+    if (isOpen() && std::filesystem::is_regular_file(path, ignored)) {
+        std::filesystem::permissions(
+            path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
+    }
     return isOpen();
 }
 

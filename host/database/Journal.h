@@ -1,7 +1,7 @@
 #pragma once
 // The journal: what the component does to the database, one JSON object a line, for tests and bug reports.
 // Only the connection object and the services that the component calls write to it; what the host reads for
-// itself does not show.
+// itself does not show. Passwords do not stand in it: see Secrets.h.
 #include "host/database/Value.h"
 
 #include <cstdint>
@@ -24,7 +24,7 @@ class Journal
 public:
     Journal() = default;
 
-    /// Makes the file, emptying an earlier one. False when it cannot be made.
+    /// Makes the file, readable by its owner alone, and empties an earlier one. False when it cannot be made.
     bool open(const std::string& path);
     bool isOpen() const { return m_file != nullptr; }
 

@@ -3,6 +3,7 @@
 #include "base/CaseFold.h"
 #include "host/database/Cell.h"
 #include "host/database/Names.h"
+#include "host/database/Secrets.h"
 #include "host/database/VariantValue.h"
 #include "host/database/products/Product.h"
 
@@ -416,6 +417,7 @@ void Recordset::update()
         for (const Pending& pending : m_pending) {
             values.emplace_back(pending.nameAsSet, pending.value);
         }
+        hideSecret(values);
     }
     const bool adding = m_adding;
     journaled([&] { adding ? insertPending() : updatePending(); },
@@ -429,6 +431,40 @@ void Recordset::update()
                       m_session->journal.update(bareName(m_source.table), values, error);
                   }
               });
+}
+
+// The journal tells that a password was stored, and not which.
+void Recordset::hideSecret(ColumnValues& values) const
+{
+    if (!sameName(bareName(m_source.table), "tabImpostazioni")) {
+        return;
+    }
+    constexpr std::string_view nameColumn = "Descrizione";
+    std::string setting;
+    if (!m_adding) {
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
+            if (sameName(m_columns[i].baseName, nameColumn)) {
+                const Value value = valueOf(m_cells[i], m_columns[i]);
+                const auto* text = std::get_if<std::string>(&value);
+                setting = text != nullptr ? *text : std::string();
+                break;
+            }
+        }
+    }
+    for (const auto& [column, value] : values) {
+        if (const auto* text = std::get_if<std::string>(&value); text && sameName(column, nameColumn)) {
+            setting = *text;
+        }
+    }
+    if (!isSecretSetting(setting)) {
+        return;
+    }
+    for (auto& [column, value] : values) {
+        const auto* text = std::get_if<std::string>(&value);
+        if (sameName(column, "Valore") && (text == nullptr || !text->empty())) {
+            value = std::string(secretMark);
+        }
+    }
 }
 
 // The statement for the columns that were set; the same columns in the same order, as they come a million times

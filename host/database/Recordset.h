@@ -85,6 +85,7 @@ private:
     void update();
     void insertPending();
     void updatePending();
+    void hideSecret(ColumnValues& values) const;
     std::string currentRow(std::vector<Value>& parameters) const;
     std::string rowAsRead(std::vector<Value>& parameters) const;
     [[noreturn]] void failToFind(const std::string& condition, const std::vector<Value>& parameters);

@@ -211,7 +211,7 @@ std::string createTableStatement(const TableDefinition& table, const Product& pr
     const std::vector<std::string_view> key =
         keyMayBeMissing(table, product) ? std::vector<std::string_view>() : table.key;
     std::string sql = "CREATE TABLE ";
-    // Without the clause ensureTable looks first.
+    // Without the clause one has to look first.
     if (ifMissing && product.createsIfMissing()) {
         sql += "IF NOT EXISTS ";
     }
@@ -255,21 +255,6 @@ std::vector<std::string> createIndexStatements(const TableDefinition& table)
                              std::string(columns) + ")");
     }
     return statements;
-}
-
-void ensureTable(Engine& engine, const TableDefinition& table)
-{
-    if (engine.hasTable(table.name)) {
-        return;
-    }
-    try {
-        engine.execute(createTableStatement(table, engine.product(), true), Language::Native);
-    } catch (const EngineError& error) {
-        // Another program may have made it meanwhile.
-        if (error.code() != ErrorCode::Statement || !engine.hasTable(table.name)) {
-            throw;
-        }
-    }
 }
 
 void createTables(Engine& engine)

@@ -56,9 +56,6 @@ std::string createTableStatement(const TableDefinition& table, const Product& pr
 /// "CREATE INDEX …" for each index of the table.
 std::vector<std::string> createIndexStatements(const TableDefinition& table);
 
-/// Makes the table where the database lacks it.
-void ensureTable(Engine& engine, const TableDefinition& table);
-
 /// Makes every table; the database must have none of them.
 void createTables(Engine& engine);
 

@@ -5,6 +5,7 @@
 #include "host/database/Engine.h"
 #include "host/database/Journal.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -14,6 +15,14 @@ namespace zul::host {
 /// Is told of a program that the component starts: the path in the platform's form and the parameter text.
 using ProgramStarted = std::function<void(const std::string& path, const std::string& parameters)>;
 
+/// How long the app's service is waited for.
+struct AppPatience
+{
+    std::chrono::milliseconds answer{15'000};
+    /// After so many messages in a row that were not answered in time, the others of a run fail at once; 0: never.
+    int timeOutsInARow = 3;
+};
+
 struct Session
 {
     // The engine goes last: nothing of the rest outlives it.
@@ -21,6 +30,7 @@ struct Session
     Journal journal;
     std::string userName;
     std::string appUrl;
+    AppPatience appPatience;
     ProgramStarted programStarted;
     bool startsPrograms = true;
 };

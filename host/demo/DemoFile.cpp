@@ -112,6 +112,8 @@ void createDemoFile(const std::string& path, int customers)
     const UnfinishedFile made(path);
     {
         SqliteEngine engine(made.path(), SqliteDatabase::Mode::OpenOrCreate);
+        // What stands beside the file gets its rights from it.
+        fs::permissions(made.path(), fs::perms::owner_read | fs::perms::owner_write, ignored);
         fillDemo(engine, customers);
         if (customers > 0) {
             engine.execute("PRAGMA application_id = " + std::to_string(demoMark), Language::Native);

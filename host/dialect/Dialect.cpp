@@ -170,6 +170,11 @@ Translation translate(std::string_view tsql, const ColumnTypes& columnTypes, con
     return translation;
 }
 
+std::size_t countStatements(std::string_view tsql)
+{
+    return parseBatch(tsql).size();
+}
+
 std::vector<Translation> translateBatch(std::string_view tsql, const ColumnTypes& columnTypes,
                                         const TableColumns& tableColumns)
 {

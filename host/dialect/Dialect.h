@@ -91,4 +91,7 @@ Translation translate(std::string_view tsql, const ColumnTypes& columnTypes = {}
 std::vector<Translation> translateBatch(std::string_view tsql, const ColumnTypes& columnTypes = {},
                                         const TableColumns& tableColumns = {});
 
+/// How many statements the text holds, by its syntax alone. Throws DialectError.
+std::size_t countStatements(std::string_view tsql);
+
 } // namespace zul::dialect

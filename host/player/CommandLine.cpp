@@ -1,8 +1,12 @@
 #include "host/player/CommandLine.h"
 
 #include <QCommandLineParser>
+#include <QFile>
+#include <QRegularExpression>
 
+#include <cstring>
 #include <limits>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -33,6 +37,18 @@ QString notEmpty(const QString& text)
         throw BadValue{u"a text that is not empty"_s};
     }
     return text;
+}
+
+/// The connection string in a file that others cannot read: its first line.
+QString firstLineOf(const QString& path)
+{
+    QFile file(path);
+    constexpr qint64 longest = 65536;
+    const QByteArray line = file.open(QIODevice::ReadOnly) ? file.readLine(longest).trimmed() : QByteArray();
+    if (line.isEmpty()) {
+        throw BadValue{u"a file with a text in its first line"_s};
+    }
+    return QString::fromUtf8(line);
 }
 
 QString webAddress(const QString& text)
@@ -66,6 +82,15 @@ void flags(const QString& text, const QString& wanted, std::initializer_list<std
     }
 }
 
+QString failurePlan(const QString& text)
+{
+    static const QRegularExpression form(u"^[0-9]{1,9}(:(error|silent|type|lost|end))?$"_s);
+    if (!form.match(text).hasMatch()) {
+        throw BadValue{u"N or N:KIND, with error, silent, type, lost or end for KIND"_s};
+    }
+    return text;
+}
+
 StartWindow startWindow(const QString& text)
 {
     if (text == u"main"_s) {
@@ -95,9 +120,15 @@ const std::vector<ValueOption>& valueOptions()
           "the user's data folder."_s,
           u"X"_s},
          [](CommandLine& line, const QString& v) { line.database = notEmpty(v); }},
+        {{u"database-file"_s,
+          u"A file whose first line is what --database would take: others can read a command line, but not "
+          u"the "
+          "file. The environment's ZULHOST_DATABASE stands for neither option."_s,
+          u"FILE"_s},
+         [](CommandLine& line, const QString& v) { line.database = firstLineOf(v); }},
         {{u"create-demo"_s, u"Make the database with N customers, and stop."_s, u"N"_s},
          [](CommandLine& line, const QString& v) { line.createDemo = wholeNumber(v, 0); }},
-        {{u"app-dir"_s, u"The host application's folder; default: the folder of zulhost."_s, u"DIR"_s},
+        {{u"app-dir"_s, u"The host application's folder; default: that of the component."_s, u"DIR"_s},
          [](CommandLine& line, const QString& v) { line.appDir = notEmpty(v); }},
         {{u"user"_s, u"The operator's id; default: 1."_s, u"N"_s},
          [](CommandLine& line, const QString& v) {
@@ -122,10 +153,24 @@ const std::vector<ValueOption>& valueOptions()
          [](CommandLine& line, const QString& v) { line.scenario = notEmpty(v); }},
         {{u"journal"_s, u"Write every database operation to FILE."_s, u"FILE"_s},
          [](CommandLine& line, const QString& v) { line.journal = notEmpty(v); }},
-        {{u"component"_s, u"The component's library; default: the one beside zulhost."_s, u"FILE"_s},
+        {{u"component"_s,
+          u"The component's library; default: the one beside zulhost, else the installed one."_s, u"FILE"_s},
          [](CommandLine& line, const QString& v) { line.component = notEmpty(v); }},
         {{u"app-url"_s, u"Where push notifications are posted; default: the table appOutbox."_s, u"URL"_s},
          [](CommandLine& line, const QString& v) { line.appUrl = webAddress(v); }},
+        {{u"app-time-outs"_s,
+          u"After so many posts in a row that are not answered the others of a run fail at once (0: never); "
+          "default: 3."_s,
+          u"N"_s},
+         [](CommandLine& line, const QString& v) { line.appTimeOuts = wholeNumber(v, 0); }},
+        {{u"fail-at"_s,
+          u"The component's Nth operation on the connection or a service fails: with a description (error), "
+          u"without "
+          "one (silent), by an answer of a wrong type (type), by the end of its row set (end), or as "
+          "everything after "
+          "it (lost). A scenario goes on at the next command; the operations are counted at its end. 0 only counts."_s,
+          u"N[:KIND]"_s},
+         [](CommandLine& line, const QString& v) { line.failAt = failurePlan(v); }},
     };
     return table;
 }
@@ -187,6 +232,7 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
         return unknown(parser.positionalArguments().first());
     }
     CommandLine line;
+    line.database = qEnvironmentVariable("ZULHOST_DATABASE");
     line.touch = parser.isSet(switches().touch);
     line.help = parser.isSet(switches().help);
     line.version = parser.isSet(switches().version);
@@ -202,6 +248,24 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
         }
     }
     return line;
+}
+
+void hideSecrets(int argc, char** argv)
+{
+    constexpr std::string_view option = "--database";
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word(argv[i]);
+        char* value = nullptr;
+        if (word == option && i + 1 < argc) {
+            value = argv[++i];
+        } else if (word.starts_with(option) && word.substr(option.size()).starts_with('=')) {
+            value = argv[i] + option.size() + 1;
+        }
+        // A file's path is no secret.
+        if (value != nullptr && std::strchr(value, '=') != nullptr) {
+            std::memset(value, 'x', std::strlen(value));
+        }
+    }
 }
 
 QString usage()

@@ -18,8 +18,8 @@ enum class StartWindow
 /// What the command line asks for; the members' initial values are the defaults.
 struct CommandLine
 {
-    /// An SQLite file or an ODBC connection string (it contains "="); empty: the demo database in the user's
-    /// data folder.
+    /// An SQLite file or an ODBC connection string (it contains "="), from the command line, a file that it names, or
+    /// ZULHOST_DATABASE of the environment; empty: the demo database in the user's data folder.
     QString database;
     /// Make the demo database with so many customers, and stop.
     std::optional<int> createDemo;
@@ -42,6 +42,10 @@ struct CommandLine
     QString component;
     /// Where the app connector posts push notifications; empty: the table appOutbox.
     QString appUrl;
+    /// After so many time-outs of that service in a row the others of a run fail at once; 0: never.
+    int appTimeOuts = 3;
+    /// Which operation of the component fails, and how: "N" or "N:KIND"; empty: none, and nothing is counted.
+    QString failAt;
     /// Print the usage, or the program's version, and stop.
     bool help = false;
     bool version = false;
@@ -55,6 +59,10 @@ struct CommandLineError
 
 /// Reads the arguments (without the program's own name). An option that stands twice counts as it stands last.
 std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& arguments);
+
+/// Overwrites a connection string among the arguments of the program, which other users of the machine can list, once
+/// it has been read.
+void hideSecrets(int argc, char** argv);
 
 /// The text of --help. Names the program as it was started, which a QCoreApplication has to tell.
 QString usage();

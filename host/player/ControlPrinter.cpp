@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -68,6 +69,9 @@ QString state(const QWidget* control)
     }
     if (const auto* group = qobject_cast<const QGroupBox*>(control)) {
         return textState(caption(group->title()));
+    }
+    if (const auto* label = qobject_cast<const QLabel*>(control); label && label->buddy()) {
+        return textState(caption(label->text()));
     }
     if (const QVariant id = control->property("selectedId"); id.isValid()) {
         return u" id=%1"_s.arg(id.toInt()) + textState(control->property("text").toString());

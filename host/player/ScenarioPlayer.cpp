@@ -176,6 +176,9 @@ bool ScenarioPlayer::runNextCommand()
             // What the end of the scenario closed under a command's hands is no failure of that command.
             if (!m_closing) {
                 fail(number, error.why);
+                if (m_goesOn) {
+                    return true;
+                }
             }
             return false;
         }

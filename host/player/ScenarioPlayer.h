@@ -40,6 +40,9 @@ public:
                    ErrorSink errors = {});
     ~ScenarioPlayer() override;
 
+    /// A command that could not be done is told and passed over, where the play would end otherwise.
+    void setGoesOn(bool goesOn) { m_goesOn = goesOn; }
+
     /// Plays to the end and closes what is open. 0, or 2 when a command could not be done or the scenario
     /// could not be read to its end.
     int play();
@@ -65,6 +68,7 @@ private:
     int m_settled = 0;
     int m_baseLevel = 0;
     bool m_closing = false;
+    bool m_goesOn = false;
     int m_result = 0;
 };
 } // namespace zul::host

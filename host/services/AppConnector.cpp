@@ -6,6 +6,8 @@
 #include "host/services/AppPost.h"
 #include "host/services/Services.h"
 
+#include <array>
+
 namespace zul::host {
 
 namespace {
@@ -24,6 +26,7 @@ public:
         return hostGuard(sourceName, [&] {
             m_slug = utf8FromUtf16(textOf(slug));
             m_salt = utf8FromUtf16(textOf(salt));
+            m_timeOuts = 0;
         });
     }
 
@@ -53,7 +56,7 @@ private:
             if (m_session->appUrl.empty()) {
                 error = store(message);
             } else {
-                error = postAppMessage(m_session->appUrl, m_salt, message);
+                error = post(message);
             }
             if (error.empty()) {
                 *sent = VARIANT_TRUE;
@@ -63,17 +66,33 @@ private:
         });
     }
 
+    // A service that is silent is silent for the next contact too: a run would wait for hours.
+    std::string post(const AppMessage& message)
+    {
+        const AppPatience& patience = m_session->appPatience;
+        if (patience.timeOutsInARow > 0 && m_timeOuts >= patience.timeOutsInARow) {
+            return m_lastTimeOut;
+        }
+        bool timedOut = false;
+        std::string error = postAppMessage(m_session->appUrl, m_salt, message, patience.answer, &timedOut);
+        m_timeOuts = timedOut ? m_timeOuts + 1 : 0;
+        if (timedOut) {
+            m_lastTimeOut = error;
+        }
+        return error;
+    }
+
     // Without a service the message waits in a table, where whoever delivers it finds it.
     std::string store(const AppMessage& message)
     {
         try {
             Engine& engine = *m_session->engine;
-            ensureTable(engine, outboxTable());
-            const std::vector<Value> row{engine.nextId("appOutbox", "id"), message.slug,
-                                         message.email ? Value(*message.email) : Value(), message.text,
-                                         DateValue{message.when}};
-            engine.execute("INSERT INTO appOutbox (id, Slug, Email, Testo, Data) VALUES (?, ?, ?, ?, ?)",
-                           Language::Native, row);
+            engine.ensureTable(outboxTable());
+            static constexpr std::array<std::string_view, 4> columns{"Slug", "Email", "Testo", "Data"};
+            const std::array<Value, 4> values{message.slug, message.email ? Value(*message.email) : Value(),
+                                              message.text, DateValue{message.when}};
+            std::int64_t id = 0;
+            engine.addRow({"appOutbox", "id", columns, values}, id);
             return {};
         } catch (const EngineError& error) {
             return error.what();
@@ -96,6 +115,8 @@ private:
     SessionPtr m_session;
     std::string m_slug;
     std::string m_salt;
+    int m_timeOuts = 0; // in a row, since Init
+    std::string m_lastTimeOut;
 };
 
 } // namespace

@@ -74,7 +74,8 @@ std::string appSignature(const std::string& body, const std::string& salt)
         .toStdString();
 }
 
-std::string postAppMessage(const std::string& url, const std::string& salt, const AppMessage& message)
+std::string postAppMessage(const std::string& url, const std::string& salt, const AppMessage& message,
+                           std::chrono::milliseconds patience, bool* timedOut)
 {
     static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
     const std::unique_ptr<CURL, EasyCleanup> handle(ready == CURLE_OK ? curl_easy_init() : nullptr);
@@ -100,9 +101,12 @@ std::string postAppMessage(const std::string& url, const std::string& salt, cons
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
     curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, reason);
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, 5000L);
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, 15000L);
+    curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(patience.count() / 3));
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, static_cast<long>(patience.count()));
     const CURLcode result = curl_easy_perform(curl);
+    if (timedOut != nullptr) {
+        *timedOut = result == CURLE_OPERATION_TIMEDOUT;
+    }
     if (result != CURLE_OK) {
         return reason[0] != '\0' ? reason : curl_easy_strerror(result);
     }

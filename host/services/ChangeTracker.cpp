@@ -4,6 +4,8 @@
 #include "host/database/Schema.h"
 #include "host/services/Services.h"
 
+#include <array>
+
 namespace zul::host {
 
 namespace {
@@ -25,13 +27,12 @@ public:
         }
         return hostGuard(sourceName, [&] {
             Engine& engine = *m_session->engine;
-            ensureTable(engine, changeTable());
-            const std::vector<Value> row{engine.nextId("tabModificheRighe", "id"),
-                                         utf8FromUtf16(textOf(table)), std::int64_t{id},
-                                         DateValue{currentDate()}, m_session->userName};
-            engine.execute("INSERT INTO tabModificheRighe (id, Tabella, Chiave, Data, Utente)"
-                           " VALUES (?, ?, ?, ?, ?)",
-                           Language::Native, row);
+            engine.ensureTable(changeTable());
+            static constexpr std::array<std::string_view, 4> columns{"Tabella", "Chiave", "Data", "Utente"};
+            const std::array<Value, 4> values{utf8FromUtf16(textOf(table)), std::int64_t{id},
+                                              DateValue{currentDate()}, m_session->userName};
+            std::int64_t number = 0;
+            engine.addRow({"tabModificheRighe", "id", columns, values}, number);
         });
     }
 

@@ -2,8 +2,6 @@
 #include "automation/Dispatch.h"
 #include "host/services/Services.h"
 
-#include <limits>
-
 namespace zul::host {
 
 namespace {
@@ -33,9 +31,7 @@ public:
             journaled(
                 [&] {
                     next = m_session->engine->nextId(tableName, keyName);
-                    if (next < 1 || next > std::numeric_limits<LONG>::max()) {
-                        throw EngineError(ErrorCode::BadValue, "the ids of " + tableName + " are used up");
-                    }
+                    requireGivableId(next, tableName);
                 },
                 [&](std::string_view error) { m_session->journal.nextId(tableName, keyName, next, error); });
             *id = static_cast<LONG>(next);

@@ -1,7 +1,6 @@
 #include "automation/Bstr.h"
 #include "automation/ComObject.h"
 #include "automation/Dispatch.h"
-#include "host/database/OwnTransaction.h"
 #include "host/services/Services.h"
 
 #include <array>
@@ -74,33 +73,21 @@ public:
         }
         return hostGuard(sourceName, [&] {
             // The record is empty afterwards in every case: a message that failed must not colour the next.
-            const auto columns = std::exchange(m_values, {});
-            const bool logs = m_session->journal.isOpen();
-            ColumnValues values;
-            std::vector<Value> parameters;
+            const auto set = std::exchange(m_values, {});
+            std::vector<std::string_view> columns;
+            std::vector<Value> values;
+            for (std::size_t i = 0; i < ColumnCount; ++i) {
+                if (set[i]) {
+                    columns.push_back(columnNames[i]);
+                    values.push_back(*set[i]);
+                }
+            }
+            std::int64_t id = 0;
             journaled(
                 [&] {
-                    // Id and row go to the disk together, which takes half the time of one after the other.
-                    OwnTransaction transaction(*m_session->engine);
-                    parameters.emplace_back(m_session->engine->nextId(table, key));
-                    if (logs) {
-                        values.emplace_back(key, parameters.back());
-                    }
-                    unsigned put = 0;
-                    for (std::size_t i = 0; i < ColumnCount; ++i) {
-                        if (!columns[i]) {
-                            continue;
-                        }
-                        put |= 1U << i;
-                        parameters.push_back(*columns[i]);
-                        if (logs) {
-                            values.emplace_back(columnNames[i], *columns[i]);
-                        }
-                    }
-                    m_session->engine->execute(statement(put), Language::Native, parameters);
-                    transaction.commit();
+                    m_session->engine->addRow({table, key, columns, values}, id);
                 },
-                [&](std::string_view error) { m_session->journal.insert(table, values, error); });
+                [&](std::string_view error) { log(id, columns, values, error); });
             *stored = VARIANT_TRUE;
         });
     }
@@ -126,24 +113,21 @@ private:
         return S_OK;
     }
 
-    // The statement for a set of columns; the next message, as a rule, has the same.
-    const std::string& statement(unsigned put)
+    // A record that did not get as far as its id has nothing to show.
+    void log(std::int64_t id, const std::vector<std::string_view>& columns, const std::vector<Value>& values,
+             std::string_view error)
     {
-        if (put != m_statementColumns || m_statement.empty()) {
-            std::string names(key);
-            std::string marks = "?";
-            for (std::size_t i = 0; i < ColumnCount; ++i) {
-                if ((put & (1U << i)) == 0) {
-                    continue;
-                }
-                names += ", ";
-                names += columnNames[i];
-                marks += ", ?";
-            }
-            m_statement = "INSERT INTO TMK_MailingList (" + names + ") VALUES (" + marks + ")";
-            m_statementColumns = put;
+        if (!m_session->journal.isOpen()) {
+            return;
         }
-        return m_statement;
+        ColumnValues logged;
+        if (id != 0) {
+            logged.emplace_back(key, id);
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                logged.emplace_back(columns[i], values[i]);
+            }
+        }
+        m_session->journal.insert(table, logged, error);
     }
 
     const DispTable<IMessageRecord>& dispTable() const override
@@ -170,8 +154,6 @@ private:
 
     SessionPtr m_session;
     std::array<std::optional<Value>, ColumnCount> m_values;
-    std::string m_statement;
-    unsigned m_statementColumns = 0;
 };
 
 } // namespace

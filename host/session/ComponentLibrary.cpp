@@ -32,10 +32,17 @@ ComPtr<IDispatch> createSmsCreator(const QString& libraryFile)
     return creator;
 }
 
+QString componentFolder()
+{
+    const QDir own(QCoreApplication::applicationDirPath());
+    const QDir installed(QDir::cleanPath(own.filePath(QStringLiteral(ZUL_COMPONENT_FROM_PROGRAM))));
+    const QString library = LoadedLibrary::fileName(QStringLiteral("Zul_MessageBuilder"));
+    return (own.exists(library) || !installed.exists(library) ? own : installed).path();
+}
+
 QString defaultLibraryFile()
 {
-    return QDir(QCoreApplication::applicationDirPath())
-        .filePath(LoadedLibrary::fileName(QStringLiteral("Zul_MessageBuilder")));
+    return QDir(componentFolder()).filePath(LoadedLibrary::fileName(QStringLiteral("Zul_MessageBuilder")));
 }
 
 Advised::Advised(IDispatch* source, const IID& events, IUnknown* sink)

@@ -12,7 +12,11 @@ namespace zul::host {
 // the user. The file's path is in the platform's form.
 ComPtr<IDispatch> createSmsCreator(const QString& libraryFile);
 
-// The component's library beside the program.
+// The folder of the component: the program's own where the library stands in it (a build folder, a copied one), else the
+// one of the installation that the program belongs to. The program that the component starts stands below it too.
+QString componentFolder();
+
+// The component's library in that folder.
 QString defaultLibraryFile();
 
 // A sink that is advised while this object lives.

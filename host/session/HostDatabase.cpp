@@ -66,12 +66,16 @@ HostDatabase::HostDatabase(const HostDatabaseOptions& options)
     m_session->engine = openEngine(options.database);
     m_session->userName = options.userName;
     m_session->appUrl = options.appUrl;
+    m_session->appPatience = options.appPatience;
     m_session->programStarted = options.programStarted;
     m_session->startsPrograms = options.startsPrograms;
     if (!options.journalPath.empty() && !m_session->journal.open(options.journalPath)) {
         throw EngineError(ErrorCode::Unspecified, options.journalPath + ": the journal cannot be written");
     }
     m_connection = makeCom<SqlConnection>(m_session);
+    if (options.failure) {
+        m_connection = makeFailingConnection(m_connection.get(), *options.failure, m_failureCounts);
+    }
 }
 
 void HostDatabase::close() const

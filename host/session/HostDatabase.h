@@ -2,9 +2,11 @@
 // The host's database, opened: what the host program and its tests hold on to.
 #include "automation/ComPtr.h"
 #include "host/database/Session.h"
+#include "host/services/FailingConnection.h"
 
 #include <Zul_SQL.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +24,9 @@ struct HostDatabaseOptions
     std::string journalPath;
     /// Where push notifications are posted; empty: they go to the table appOutbox.
     std::string appUrl;
+    AppPatience appPatience;
+    /// Makes the connection object one of FailingConnection.h.
+    std::optional<FailurePlan> failure;
     /// Is told of each program that the component starts, before it is started.
     ProgramStarted programStarted;
     /// False: the program is only told, not started.
@@ -58,12 +63,16 @@ public:
     ComPtr<IRecordset> openRows(std::string_view source, CursorKind cursor = CursorStatic) const;
     SqlRows run(std::string_view sql) const;
 
+    /// What the component asked; with HostDatabaseOptions::failure alone.
+    const FailureCounts& failureCounts() const { return *m_failureCounts; }
+
     Engine& engine() const { return *m_session->engine; }
 
 private:
     SessionPtr m_session;
     std::string m_name; // for the user: the file's path; a connection string may hold a password
     ComPtr<_SqlConnection> m_connection;
+    std::shared_ptr<FailureCounts> m_failureCounts = std::make_shared<FailureCounts>();
 };
 
 /// Makes the demonstration database: an SQLite file, or the tables in the database of an ODBC connection string,

@@ -6,7 +6,6 @@
 #include "host/session/HostDatabase.h"
 #include "host/session/HostEventSink.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <Zul_MessageBuilder.h>
 #include <optional>
@@ -23,8 +22,7 @@ bool isMember(const QString& member, const char* name)
 
 HostSession::HostSession(EventPrinter& printer, const CommandLine& line, const HostDatabase& database)
     : m_database(database)
-    , m_appDir(line.appDir.isEmpty() ? QDir::toNativeSeparators(QCoreApplication::applicationDirPath())
-                                     : line.appDir)
+    , m_appDir(line.appDir.isEmpty() ? QDir::toNativeSeparators(componentFolder()) : line.appDir)
     , m_touch(line.touch)
     , m_creator(createSmsCreator(line.component.isEmpty() ? defaultLibraryFile() : line.component))
 {

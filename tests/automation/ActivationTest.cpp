@@ -172,8 +172,10 @@ TEST_F(Activation, ThreadsMakeObjectsWhileAnotherClosesLibraries)
             CoFreeUnusedLibraries();
         }
     });
+    constexpr int threads = 4;
     std::vector<std::thread> users;
-    for (int i = 0; i < 4; ++i) {
+    users.reserve(threads);
+    for (int i = 0; i < threads; ++i) {
         users.emplace_back([&] {
             for (int round = 0; round < rounds; ++round) {
                 CoInitialize(nullptr);

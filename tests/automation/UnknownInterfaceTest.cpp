@@ -119,8 +119,10 @@ TEST_F(UnknownInterface, ThreadsTellItOnce)
     static std::atomic<int> times;
     times = 0;
     zul::setUnknownInterfaceHook([](const IID&, const char*) { ++times; });
+    constexpr int count = 8;
     std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i) {
+    threads.reserve(count);
+    for (int i = 0; i < count; ++i) {
         threads.emplace_back([] {
             for (std::uint32_t number = 100; number < 120; ++number) {
                 ask<Asked>(unknown(number));

@@ -62,8 +62,8 @@ TEST(AutomationDateTest, NowIsTheMachinesLocalTime)
     std::tm local{};
     localtime_r(&before, &local);
     const CivilDay today{local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
-    const double expected =
-        joinDate(daysFromCivil(today), ((local.tm_hour * 60 + local.tm_min) * 60 + local.tm_sec) * 1000);
+    const double expected = joinDate(
+        daysFromCivil(today), ((std::int64_t{local.tm_hour} * 60 + local.tm_min) * 60 + local.tm_sec) * 1000);
     EXPECT_NEAR(now, expected, 5.0 / 86'400);
 }
 

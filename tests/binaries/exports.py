@@ -29,7 +29,8 @@ def declared(headers):
 
 
 def documented(document, library):
-    section = pathlib.Path(document).read_text().split(f"### {pathlib.Path(library).name}\n")
+    name = re.sub(r"(?<=\.so)[.\d]+$", "", pathlib.Path(library).name)  # as a host names it
+    section = pathlib.Path(document).read_text().split(f"### {name}\n")
     if len(section) != 2:
         return set()
     block = re.search(r"^```\n(.*?)^```$", section[1].split("\n#")[0], re.MULTILINE | re.DOTALL)

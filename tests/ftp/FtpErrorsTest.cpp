@@ -21,19 +21,39 @@ TEST(FtpErrorsTest, TheNumbersAreThePlatforms)
     EXPECT_EQ(LoginFailure, 12015U);
     EXPECT_EQ(CannotConnect, 12029U);
     EXPECT_EQ(ConnectionAborted, 12030U);
+    EXPECT_EQ(InvalidCertificate, 12045U);
+    EXPECT_EQ(SecureChannelFailed, 12157U);
     EXPECT_EQ(TransferInProgress, 12110U);
 }
 
 TEST(FtpErrorsTest, EveryCodeHasATextOfItsOwnThatEndsAsAFormatterLeavesIt)
 {
     std::set<std::string> texts;
-    for (const ErrorCode code :
-         {Success,           FileNotFound,       ftp::PathNotFound,    AccessDenied,
-          InvalidHandle,     NotEnoughMemory,    NoMoreFiles,          ReadFault,
-          FileExists,        InvalidParameter,   ftp::DiskFull,        InsufficientBuffer,
-          FileTooLarge,      TimedOut,           ExtendedError,        InternalError,
-          NameNotResolved,   IncorrectPassword,  LoginFailure,         CannotConnect,
-          ConnectionAborted, TransferInProgress, InvalidServerResponse}) {
+    for (const ErrorCode code : {Success,
+                                 FileNotFound,
+                                 ftp::PathNotFound,
+                                 AccessDenied,
+                                 InvalidHandle,
+                                 NotEnoughMemory,
+                                 NoMoreFiles,
+                                 ReadFault,
+                                 FileExists,
+                                 InvalidParameter,
+                                 ftp::DiskFull,
+                                 InsufficientBuffer,
+                                 FileTooLarge,
+                                 TimedOut,
+                                 ExtendedError,
+                                 InternalError,
+                                 NameNotResolved,
+                                 IncorrectPassword,
+                                 LoginFailure,
+                                 CannotConnect,
+                                 ConnectionAborted,
+                                 TransferInProgress,
+                                 InvalidServerResponse,
+                                 InvalidCertificate,
+                                 SecureChannelFailed}) {
         const std::string text = systemText(code);
         EXPECT_GT(text.size(), 10U) << code;
         EXPECT_LT(text.size(), 256U) << code;

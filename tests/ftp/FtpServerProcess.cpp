@@ -58,8 +58,9 @@ std::string FtpServerProcess::leftOut(ServerKind kind)
     return {};
 }
 
-FtpServerProcess::FtpServerProcess(ServerKind kind)
+FtpServerProcess::FtpServerProcess(ServerKind kind, Channel channel)
     : m_kind(kind)
+    , m_channel(channel)
 {
     setenv("no_proxy", "127.0.0.1", 1);
     const char* folder = std::getenv("ZUL_FTP_SERVERS_DIR");
@@ -104,6 +105,17 @@ std::vector<std::string> FtpServerProcess::command()
         const std::string self = userName(geteuid());
         const std::string empty = m_private.file("empty");
         std::filesystem::create_directory(empty);
+        std::string secure;
+        if (m_channel == Channel::Secure) {
+            makeCertificate();
+            secure = "ssl_enable=YES\n"
+                     "allow_anon_ssl=YES\n"
+                     "force_anon_logins_ssl=YES\n"
+                     "force_anon_data_ssl=YES\n"
+                     "require_ssl_reuse=NO\n"
+                     "rsa_cert_file=" +
+                     certificate() + "\nrsa_private_key_file=" + m_private.file("key") + "\n";
+        }
         const std::string settings =
             m_private.write("vsftpd.conf", "listen=YES\n"
                                            "listen_address=127.0.0.1\n"
@@ -130,7 +142,7 @@ std::vector<std::string> FtpServerProcess::command()
                                            "listen_port=" +
                                                port + "\nanon_root=" + m_served.path().string() +
                                                "\nsecure_chroot_dir=" + empty + "\nftp_username=" + self +
-                                               "\nnopriv_user=" + self + "\n");
+                                               "\nnopriv_user=" + self + "\n" + secure);
         return {file("vsftpd"), settings};
     }
 
@@ -149,6 +161,16 @@ std::vector<std::string> FtpServerProcess::command()
     }
     return {file("pure-ftpd"),          "-S", "127.0.0.1," + port,  "-4", "-E", "-H", "-A", "-u", "1", "-l",
             "puredb:" + users + ".pdb", "-g", m_private.file("pid")};
+}
+
+void FtpServerProcess::makeCertificate()
+{
+    const std::string make = "openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=127.0.0.1 -addext "
+                             "subjectAltName=IP:127.0.0.1 -keyout '" +
+                             m_private.file("key") + "' -out '" + certificate() + "' >/dev/null 2>&1";
+    if (std::system(make.c_str()) != 0) { // NOLINT(cert-env33-c)
+        m_problem = "openssl made no certificate";
+    }
 }
 
 void FtpServerProcess::start(const std::vector<std::string>& command)

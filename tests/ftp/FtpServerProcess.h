@@ -20,7 +20,12 @@ enum class ServerKind
 class FtpServerProcess
 {
 public:
-    explicit FtpServerProcess(ServerKind kind);
+    enum class Channel
+    {
+        Plain,
+        Secure ///< TLS alone, with a certificate for 127.0.0.1; vsftpd only
+    };
+    explicit FtpServerProcess(ServerKind kind, Channel channel = Channel::Plain);
     FtpServerProcess(const FtpServerProcess&) = delete;
     FtpServerProcess& operator=(const FtpServerProcess&) = delete;
     ~FtpServerProcess();
@@ -37,14 +42,18 @@ public:
     std::string password() const { return "secret"; }
     /// What the client sees as its first directory.
     const TempFolder& served() const { return m_served; }
+    /// The certificate of a secure server, which vouches for itself.
+    std::string certificate() const { return m_private.file("certificate"); }
 
 private:
     std::vector<std::string> command();
     std::string file(const std::string& name) const;
+    void makeCertificate();
     void start(const std::vector<std::string>& command);
     void waitUntilItListens();
 
     ServerKind m_kind;
+    Channel m_channel;
     TempFolder m_served;
     TempFolder m_private;
     std::string m_folder; ///< of the server programs

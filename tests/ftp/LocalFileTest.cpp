@@ -54,6 +54,20 @@ TEST(LocalFileTest, BackslashesAndAccentsInPaths)
     EXPECT_EQ(folder.read("à 'b'/€😀%.txt"), "x");
 }
 
+TEST(LocalFileTest, ABackslashInANameHasACharacterOfItsOwn)
+{
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.path() / "a\\..\\b");
+    LocalFile file;
+    ASSERT_EQ(file.open(folder.path().string() + "\\a\xEF\x81\x9C..\xEF\x81\x9C"
+                                                 "b\\c",
+                        LocalFile::Mode::Update),
+              LocalError::None);
+    EXPECT_TRUE(LocalFile::exists(folder.file("a\xEF\x81\x9C..\xEF\x81\x9C"
+                                              "b/c")));
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "a\\..\\b" / "c"));
+}
+
 TEST(LocalFileTest, FailuresAreToldApart)
 {
     const TempFolder folder;

@@ -22,10 +22,12 @@ for file in "${changed[@]}"; do
 done
 [ ${#sources[@]} -eq 0 ] && { echo "No source changed since the tree was clean."; exit 0; }
 
+echo "clang-tidy: up to ${#sources[@]} sources"
 # A build folder without unity, for the command lines and the generated headers alone.
 cmake --preset debug >/dev/null
-ninja -C build/debug zul_idl_files $(ninja -C build/debug -t targets all | sed -n 's/^\(zul_[a-z_]*_autogen\): phony$/\1/p') >/dev/null
+ninja -C build/debug $(ninja -C build/debug -t targets all |
+    sed -n 's/^\(zul_[a-z_]*_autogen\): phony$/\1/p; s/^\(.*\.h\): CUSTOM_COMMAND$/\1/p') >/dev/null
 known=$(grep -o '"file": "[^"]*"' build/debug/compile_commands.json)
 printf '%s\n' "${sources[@]}" | sort -u | while read -r file; do
     grep -qF "/$file\"" <<<"$known" && printf '%s\0' "$file"
-done | xargs -0 -r -n 4 -P "$(nproc)" clang-tidy-14 -p build/debug --quiet
+done | xargs -0 -r -n 4 -P "$(nproc)" clang-tidy-14 -p build/debug --quiet 2> >(grep -v ' warnings\? generated\.$' >&2)

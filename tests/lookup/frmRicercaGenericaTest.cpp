@@ -5,6 +5,7 @@
 #include "hostlib/Error.h"
 #include "session/FormHelpers.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/SmallScreen.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -94,6 +95,7 @@ TEST_F(RicercaGenericaTest, LoadingAModeHandsTheHostTheQueryTheLayoutAndTheCapti
         (QStringList{u"0,1"_s, u"0,0"_s, u"0,0"_s, u"0,1"_s, u"0,0"_s, u"0,0"_s, u"0,0"_s, u"0,0"_s}));
     EXPECT_EQ(request.captions, (QStringList{u"id"_s, u"Descrizione"_s}));
     EXPECT_EQ(find<QLabel>("Label2")->text(), u"Selezione ricorrenze"_s);
+    EXPECT_EQ(dialog.windowTitle(), u"Selezione ricorrenze"_s);
     EXPECT_EQ(find<QLabel>("lblHeader")->text(), u"Elenco ricorrenze disponibili"_s);
     EXPECT_EQ(status(), u"Ricerca avanzata ** Elementi visualizzati: 3"_s);
 }
@@ -122,6 +124,13 @@ TEST_F(RicercaGenericaTest, ItOpensWithTheFocusInTheQuickSearch)
     load();
     EXPECT_EQ(dialog.focusWidget(), quickSearch());
     EXPECT_EQ(quickSearch()->text(), QString());
+}
+
+TEST_F(RicercaGenericaTest, OnASmallScreenItIsNoLargerThanIt)
+{
+    load();
+    expectOnScreen(dialog);
+    expectReachable(find<QPushButton>("cmdOK"));
 }
 
 TEST_F(RicercaGenericaTest, OkTakesTheRowAndLeavesItsTag)
@@ -219,6 +228,42 @@ TEST_F(RicercaGenericaTest, EnterInTheQuickSearchSearchesAndMovesTheFocusToTheGr
     EXPECT_TRUE(dialog.focusWidget() == grid() || grid()->isAncestorOf(dialog.focusWidget()));
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(filler.requests.size(), 1U) << "no query runs again";
+}
+
+TEST_F(RicercaGenericaTest, EnterSelectsTheFirstHitSoThatF6Confirms)
+{
+    load();
+    QTest::keyClicks(quickSearch(), u"mi"_s);
+    QTest::keyClick(quickSearch(), Qt::Key_Return);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{1});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(tag(), u"OK"_s);
+    EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(RicercaGenericaTest, EnterThatFindsNothingSelectsNothing)
+{
+    load();
+    select(0);
+    QTest::keyClicks(quickSearch(), u"zzz"_s);
+    QTest::keyClick(quickSearch(), Qt::Key_Return);
+    EXPECT_FALSE(grid()->hasSelection());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(messages.size(), 1U);
+}
+
+TEST_F(RicercaGenericaTest, TheStatusLineCountsWhatIsShown)
+{
+    load();
+    EXPECT_EQ(status(), u"Ricerca avanzata ** Elementi visualizzati: 3"_s);
+    for (const auto& [text, shown] : {std::pair{u"mi"_s, u"Ricerca avanzata ** Elementi visualizzati: 2"_s},
+                                      {u"zzz"_s, u"Ricerca avanzata ** Nessun elemento visualizzato."_s},
+                                      {u""_s, u"Ricerca avanzata ** Elementi visualizzati: 3"_s}}) {
+        quickSearch()->setText(text);
+        QTest::keyClick(quickSearch(), Qt::Key_F3);
+        EXPECT_EQ(status(), shown);
+    }
 }
 
 TEST_F(RicercaGenericaTest, EnterElsewhereDoesNothing)

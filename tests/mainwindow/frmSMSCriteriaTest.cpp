@@ -1,8 +1,10 @@
 // The page "Ricerca destinatari": criteria, search, result grid.
 #include "controls/look/CommonLook.h"
 #include "grid/GridLayoutFile.h"
+#include "session/ScreenFit.h"
 #include "tests/mainwindow/SmsFormTest.h"
 #include "tests/support/QueuedInput.h"
+#include "tests/support/SmallScreen.h"
 
 #include <QDate>
 #include <array>
@@ -71,12 +73,12 @@ TEST_F(SmsFormCriteriaTest, TheCriteriaPagesStandInTheirOrder)
     open();
     QStringList captions;
     for (int i = 0; i < tabs("TabControl1")->count(); ++i) {
-        captions.append(tabs("TabControl1")->tabText(i));
+        captions.append(read(tabs("TabControl1")->tabText(i)));
     }
     EXPECT_EQ(captions, (QStringList{u"Anagrafici"_s, u"Localizzazione"_s, u"Economici"_s, u"Avanzata"_s}));
-    EXPECT_EQ(tabs("tab_Invio")->tabText(0), u"Ricerca destinatari"_s);
-    EXPECT_EQ(tabs("tab_Invio")->tabText(1), u"Tipo di invio"_s);
-    EXPECT_EQ(tabs("tab_Invio")->tabText(2), u"Prepara per invio"_s);
+    EXPECT_EQ(read(tabs("tab_Invio")->tabText(0)), u"Ricerca destinatari"_s);
+    EXPECT_EQ(read(tabs("tab_Invio")->tabText(1)), u"Tipo di invio"_s);
+    EXPECT_EQ(read(tabs("tab_Invio")->tabText(2)), u"Prepara per invio"_s);
 }
 
 TEST_F(SmsFormCriteriaTest, ThePresetListHasFiveEntriesAndChoosingOneDoesNothing)
@@ -781,6 +783,23 @@ TEST_F(SmsFormCriteriaTest, TheWindowNeverGetsSmallerThanEightThousandTwips)
     form->resize(100, 700);
     EXPECT_EQ(form->size(), QSize(least, 700));
     EXPECT_TRUE(logged().isEmpty());
+}
+
+TEST_F(SmsFormCriteriaTest, OnASmallScreenTheWindowIsNoLargerThanItAndScrolls)
+{
+    open();
+    expectOnScreen(*form);
+    for (const char* name : {"cmdElabora", "cmdSelAll", "Cmd_DeselezionaEvidenziati", "cmdProsegui1"}) {
+        expectReachable(button(name));
+    }
+    click("cmdProsegui1");
+    for (const char* name : {"cmdNuovoTestoSMS(0)", "cmdProsegui2"}) {
+        expectReachable(button(name));
+    }
+    form->resize(100, 100);
+    constexpr int least = 534; // 8000 twips, or what the screen has room for
+    EXPECT_EQ(form->size(), QSize(least, least).boundedTo(roomFor(form.get())));
+    expectReachable(button("cmdProsegui2"));
 }
 
 TEST_F(SmsFormCriteriaTest, TheResizerKeepsItsMargins)

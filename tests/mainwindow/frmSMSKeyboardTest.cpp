@@ -1,7 +1,12 @@
 // The main window worked with the keyboard.
 #include "tests/mainwindow/SmsFormTest.h"
+#include "tests/support/AltKey.h"
+#include "tests/support/QueuedInput.h"
 
+#include <QMap>
+#include <array>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace zul {
 namespace {
@@ -84,20 +89,156 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
     open();
     page("tab_Invio", 1);
     const QStringList smsMail{u"tab_Invio"_s,        u"TabControlTipo"_s,      u"RBN_SoloSMS"_s,
-                              u"cntrMessaggio(0)"_s, u"cmdNuovoTestoSMS(0)"_s, u"cntrMailFinder"_s,
-                              u"cmdProsegui2"_s};
+                              u"cntrMessaggio(0)"_s, u"cmdNuovoTestoSMS(0)"_s, u"cmdAnteprima(0)"_s,
+                              u"cntrMailFinder"_s,   u"cmdProsegui2"_s};
     EXPECT_EQ(stops(), smsMail);
     EXPECT_EQ(reversed(stops(Qt::Key_Backtab)), smsMail);
     page("TabControlTipo", 1);
-    const QStringList push{u"tab_Invio"_s,
-                           u"TabControlTipo"_s,
-                           u"RBN_PushModel"_s,
-                           u"cntrMessaggio(1)"_s,
-                           u"txtTestoMessaggio(1)"_s,
-                           u"cmdNuovoTestoSMS(1)"_s,
-                           u"optApp_SoloSelezionati"_s,
-                           u"cmdProsegui2"_s};
+    const QStringList push{u"tab_Invio"_s,           u"TabControlTipo"_s,         u"RBN_PushModel"_s,
+                           u"cntrMessaggio(1)"_s,    u"txtTestoMessaggio(1)"_s,   u"cmdAnteprima(1)"_s,
+                           u"cmdNuovoTestoSMS(1)"_s, u"optApp_SoloSelezionati"_s, u"cmdProsegui2"_s};
     EXPECT_EQ(stops(), push);
+}
+
+TEST_F(SmsFormKeyboardTest, EveryCommandTabAndCriterionHasAnAltLetterOfItsOwn)
+{
+    open();
+    const auto check = [this](const char* where) {
+        QMap<QChar, QString> taken;
+        const auto take = [&](const QString& caption, const QString& name, bool needed) {
+            const qsizetype at = caption.indexOf(u'&');
+            if (at < 0) {
+                EXPECT_FALSE(needed) << where << ": " << utf8(name) << " has none";
+                return;
+            }
+            const QChar letter = caption.at(at + 1).toUpper();
+            EXPECT_FALSE(taken.contains(letter)) << where << ": " << utf8(QString(letter)) << " of "
+                                                 << utf8(name) << " and " << utf8(taken.value(letter));
+            taken.insert(letter, name);
+        };
+        for (const auto* control : form->findChildren<QAbstractButton*>()) {
+            // The choices of a criterion follow it directly.
+            const bool needed = qobject_cast<const QPushButton*>(control) != nullptr;
+            if (control->isVisible() && !control->text().isEmpty() && control->focusPolicy() != Qt::NoFocus) {
+                take(control->text(), control->objectName(), needed);
+            }
+        }
+        for (const auto* control : form->findChildren<QTabWidget*>()) {
+            for (int i = 0; control->isVisible() && i < control->count(); ++i) {
+                if (control->isTabVisible(i) && !(control == tabs("tab_Invio") && i == 2)) {
+                    take(control->tabText(i), control->tabText(i), true);
+                }
+            }
+        }
+    };
+    for (int i = 0; i < 4; ++i) {
+        page("TabControl1", i);
+        check(utf8(tabs("TabControl1")->tabText(i)).c_str());
+    }
+    click("cmdProsegui1");
+    check("Sms/Mail");
+    page("TabControlTipo", 1);
+    check("push");
+    click("optApp_TuttiRegistrati");
+    click("RBN_Push");
+    freeText(1)->setPlainText(u"Ciao"_s);
+    click("cmdProsegui2");
+    check("Prepara per invio");
+}
+
+TEST_F(SmsFormKeyboardTest, AltWithALetterWorksAndTheLetterAloneIsTyped)
+{
+    open();
+    scriptCustomers({customer(1, "Rossi", "333", "a@b.it")});
+    QLineEdit* field = edit("txtANA_Eta_I");
+    field->setFocus();
+    QTest::keyClicks(field, u"rRaAlL"_s);
+    EXPECT_EQ(field->text(), u"rRaAlL"_s);
+    EXPECT_TRUE(host.operations().empty());
+    pressAlt(field, Qt::Key_L);
+    EXPECT_EQ(tabs("TabControl1")->currentIndex(), 1);
+    pressAlt(form.get(), Qt::Key_C);
+    EXPECT_TRUE(box("chkLOC_Comune")->isChecked());
+    pressAlt(form.get(), Qt::Key_C);
+    pressAlt(form.get(), Qt::Key_R);
+    EXPECT_EQ(grid()->recordCount(), 1U) << "a search";
+    pressAlt(form.get(), Qt::Key_U);
+    EXPECT_EQ(marks(), u"x"_s);
+    pressAlt(form.get(), Qt::Key_P);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 1);
+    pressAlt(form.get(), Qt::Key_O);
+    EXPECT_TRUE(radio("RBN_SoloSMS")->isChecked());
+    pressAlt(form.get(), Qt::Key_U);
+    EXPECT_EQ(tabs("TabControlTipo")->currentIndex(), 1);
+}
+
+TEST_F(SmsFormKeyboardTest, F5AndCtrlEnterSearchOnTheSearchPageAlone)
+{
+    open();
+    QTest::keyClick(edit("txtANA_Eta_I"), Qt::Key_F5);
+    QTest::keyClick(edit("txtANA_Eta_I"), Qt::Key_Return, Qt::ControlModifier);
+    QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_Enter, Qt::ControlModifier);
+    EXPECT_EQ(host.operations("execute INSERT").size(), 3U);
+    click("cmdProsegui1");
+    QTest::keyClick(form.get(), Qt::Key_F5);
+    QTest::keyClick(form.get(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(host.operations("execute INSERT").size(), 3U);
+}
+
+TEST_F(SmsFormKeyboardTest, AKeyPressedWhileASearchRunsSearchesNoMore)
+{
+    open();
+    bool queued = false;
+    host.during("execute INSERT", [&] {
+        if (!std::exchange(queued, true)) {
+            queueKey(form.get(), Qt::Key_F5);
+            queueKey(form.get(), Qt::Key_R, Qt::AltModifier);
+        }
+    });
+    QTest::keyClick(edit("txtANA_Eta_I"), Qt::Key_F5);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(host.operations("execute INSERT").size(), 1U);
+}
+
+TEST_F(SmsFormKeyboardTest, CtrlWithPageDownAndPageUpTurnsTheShownPagesOfTheControlOneIsIn)
+{
+    open(true, true, false);
+    const auto press = [](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key, Qt::ControlModifier);
+    };
+    box("chkANA_Tipo")->setFocus();
+    for (const int next : {1, 2, 3, 3}) {
+        press(Qt::Key_PageDown);
+        EXPECT_EQ(tabs("TabControl1")->currentIndex(), next);
+    }
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(tabs("TabControl1")->currentIndex(), 2);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 0);
+    grid()->setFocus();
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 1);
+    tabs("tab_Invio")->tabBar()->setFocus();
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 1) << "the next one is hidden";
+    radio("RBN_SoloSMS")->setFocus();
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(tabs("TabControlTipo")->currentIndex(), 0) << "no push page is shown";
+    tabs("tab_Invio")->tabBar()->setFocus();
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 0);
+}
+
+TEST_F(SmsFormKeyboardTest, F1ShowsTheKeys)
+{
+    open();
+    bool shown = false;
+    onWindow(u"frmTasti"_s, [&](QWidget* window) {
+        shown = true;
+        QTest::keyClick(window, Qt::Key_Escape);
+    });
+    QTest::keyClick(probeOf(grid())->bodyViewport(), Qt::Key_F1);
+    EXPECT_TRUE(shown);
+    EXPECT_TRUE(form->isVisible());
 }
 
 TEST_F(SmsFormKeyboardTest, EnterPressesTheFocusedButton)

@@ -139,14 +139,14 @@ TEST_F(SmsFormSendingTest, NothingOfferedIsNoErrorAndNoMessage)
 TEST_F(SmsFormSendingTest, CaptionsAreTheseTextsTheMisspeltOneToo)
 {
     open();
-    EXPECT_EQ(radio("RBN_SoloSMS")->text(), u"Invia solo SMS"_s);
-    EXPECT_EQ(radio("RBN_SoloEMAIL")->text(), u"Invia solo EMAIL"_s);
-    EXPECT_EQ(radio("RBM_Precedenza_SMS")->text(), u"Invia entrambi con precedenza agli SMS"_s);
-    EXPECT_EQ(radio("RBM_Precedenza_EMAIL")->text(), u"Invia entrambi con precedenza alle EMAIL"_s);
-    EXPECT_EQ(radio("RBN_Push")->text(), u"Notifica push (libero)"_s);
-    EXPECT_EQ(radio("RBN_PushModel")->text(), u"Notifica push (modello)"_s);
-    EXPECT_EQ(radio("optApp_SoloSelezionati")->text(), u"Notifica agli utenti selezionati"_s);
-    EXPECT_EQ(radio("optApp_TuttiRegistrati")->text(), u"Notifica a tutti gli utenti registrati"_s);
+    EXPECT_EQ(read(radio("RBN_SoloSMS")->text()), u"Invia solo SMS"_s);
+    EXPECT_EQ(read(radio("RBN_SoloEMAIL")->text()), u"Invia solo EMAIL"_s);
+    EXPECT_EQ(read(radio("RBM_Precedenza_SMS")->text()), u"Invia entrambi con precedenza agli SMS"_s);
+    EXPECT_EQ(read(radio("RBM_Precedenza_EMAIL")->text()), u"Invia entrambi con precedenza alle EMAIL"_s);
+    EXPECT_EQ(read(radio("RBN_Push")->text()), u"Notifica push (libero)"_s);
+    EXPECT_EQ(read(radio("RBN_PushModel")->text()), u"Notifica push (modello)"_s);
+    EXPECT_EQ(read(radio("optApp_SoloSelezionati")->text()), u"Notifica agli utenti selezionati"_s);
+    EXPECT_EQ(read(radio("optApp_TuttiRegistrati")->text()), u"Notifica a tutti gli utenti registrati"_s);
     QStringList labels;
     for (const QLabel* label : form->findChildren<QLabel*>()) {
         labels.append(label->text());
@@ -158,8 +158,8 @@ TEST_F(SmsFormSendingTest, CaptionsAreTheseTextsTheMisspeltOneToo)
           u"Dati pronti per l'invio. Premere CREA MESSAGGI per iniziare la spedizione."_s}) {
         EXPECT_TRUE(labels.contains(text)) << utf8(text);
     }
-    EXPECT_EQ(button("cmdCreaMessaggi")->text(), u"Crea messaggi"_s);
-    EXPECT_EQ(button("cmdApriGestoreSMS")->text(), u"Apri gestore invio SMS"_s);
+    EXPECT_EQ(read(button("cmdCreaMessaggi")->text()), u"Crea messaggi"_s);
+    EXPECT_EQ(read(button("cmdApriGestoreSMS")->text()), u"Apri gestore invio SMS"_s);
 }
 
 // -------------------------------------------------------------------------------------------- page flow
@@ -476,6 +476,25 @@ TEST_F(SmsFormSendingTest, AFreePushRunShowsItsProgressAndEndsWithItsWording)
     EXPECT_EQ(marks(), u"x-"_s) << "a push run clears no marks";
     form->close();
     EXPECT_EQ(form->choice(), u"OK"_s);
+}
+
+TEST_F(SmsFormSendingTest, EscapeEndsAPushRunBetweenTwoContacts)
+{
+    openWithCustomers();
+    page("tab_Invio", 0);
+    tick(1);
+    page("tab_Invio", 1);
+    page("TabControlTipo", 1);
+    click("RBN_Push");
+    freeText(1)->setPlainText(u"Ciao"_s);
+    host.during("push a@b.it", [&] { queueKey(form.get(), Qt::Key_Escape); });
+    prepare();
+    EXPECT_EQ(host.operations("push").size(), 1U);
+    EXPECT_EQ(lines().last(), u"       - Interrotto dall'operatore dopo 1 notifiche di 2."_s);
+    ASSERT_EQ(messages.size(), 1U) << "the question, and no closing message";
+    EXPECT_EQ(marks(), u"xx"_s);
+    EXPECT_TRUE(form->isVisible()) << "Esc ended the run alone";
+    EXPECT_TRUE(find<WaitIndicator>(u"WaitPlease"_s)->isHidden());
 }
 
 TEST_F(SmsFormSendingTest, ARunEndsOnTheConnectionOnWhichItBegan)

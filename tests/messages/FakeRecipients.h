@@ -69,6 +69,10 @@ public:
     {
         calls.append(QStringLiteral("%1 %2 %3").arg(show).arg(value).arg(caption));
     }
+    /// The end is wanted when it is asked for the nth time; 0: never.
+    int endsAt = 0;
+    bool isEndWanted() override { return ++asked == endsAt; }
+    int asked = 0;
 };
 
 inline QString separator()

@@ -253,6 +253,26 @@ TEST_F(PushTest, TheRecordIsOfKindEightAndHasNoRecipientNumber)
     EXPECT_EQ(filled.last(), u"UtenteUltimoAccesso='operatore'"_s);
 }
 
+TEST_F(PushTest, TheOperatorEndsARunBetweenTwoContacts)
+{
+    progress.endsAt = 2;
+    EXPECT_FALSE(create({{1, u"a@b.it"_s}, {2, u"c@d.it"_s}, {1, u"e@f.it"_s}, {2, u"g@h.it"_s}}, Selected));
+    EXPECT_EQ(host.operations("push").size(), 2U);
+    EXPECT_EQ(host.savedRecords().size(), 2U);
+    EXPECT_EQ(outcomes.lines.last(), u"       - Interrotto dall'operatore dopo 2 notifiche di 4."_s);
+    EXPECT_EQ(progress.calls.last(), u"0 0 "_s) << "the indicator is hidden";
+    ASSERT_EQ(log().size(), 1);
+    EXPECT_TRUE(log()[0].contains(u"Interrotto dall'operatore dopo 2 notifiche di 4."_s));
+    EXPECT_TRUE(errors.isEmpty());
+}
+
+TEST_F(PushTest, ARunOfOneContactIsNotEndedByTheOperator)
+{
+    progress.endsAt = 1;
+    EXPECT_TRUE(create({{1, u"a@b.it"_s}}, Selected));
+    EXPECT_EQ(progress.asked, 0);
+}
+
 TEST_F(PushTest, FailuresOfContactsNeverStopTheLoop)
 {
     host.connectorErrors() = {"Utente non registrato"};

@@ -6,8 +6,10 @@
 #include "controls/touch/OnScreenKeyboard.h"
 #include "session/FormHelpers.h"
 #include "tests/ftp/ScriptedServer.h"
+#include "tests/support/AltKey.h"
 #include "tests/support/ComponentTest.h"
 #include "tests/support/QueuedInput.h"
+#include "tests/support/SmallScreen.h"
 
 #include <QFile>
 #include <QGroupBox>
@@ -151,12 +153,12 @@ TEST_F(CheckSendErrorTest, TheFourSettingsAreReadInTheirOrderAndShown)
 {
     host.settings() = {{"SMS_CHECK_FTP_SERVER", "ftp.x.it"}, {"SMS_CHECK_FTP_USER", "L'utente 😀"}};
     form = std::make_unique<frmCheckSendError>();
-    QStringList keys;
+    QStringList opened;
     for (const std::string& line : host.operations("open")) {
-        keys.append(qs(line).section(u'\'', 1, 1));
+        opened.append(qs(line).section(u'\'', 1, 1));
     }
-    EXPECT_EQ(keys, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s, u"SMS_CHECK_FTP_USER"_s,
-                                 u"SMS_CHECK_FTP_Password"_s}));
+    EXPECT_EQ(opened, (QStringList{u"SMS_CHECK_FTP_SERVER"_s, u"SMS_CHECK_FTP_PORT"_s,
+                                   u"SMS_CHECK_FTP_USER"_s, u"SMS_CHECK_FTP_Password"_s}));
     EXPECT_EQ(find<QLineEdit>("txtFTP_Server")->text(), u"ftp.x.it"_s);
     EXPECT_EQ(find<QLineEdit>("txtFTP_Port")->text(), QString()) << "there is no default port";
     EXPECT_EQ(find<QLineEdit>("txtFTP_User")->text(), u"L'utente 😀"_s);
@@ -169,9 +171,9 @@ TEST_F(CheckSendErrorTest, ItsTextsAreKeptAsTheyAreMisspelt)
     EXPECT_EQ(find<QGroupBox>("GroupBox2")->title(), u"Provider FTP "_s);
     EXPECT_EQ(find<QLabel>("lblTest")->text(),
               u"Il test verrà fatto tra i numeri di telefono utlizzati nell'arco della scorsa settimana "_s);
-    EXPECT_EQ(find<QPushButton>("cmdSMS_TestSMS")->text(), u"Test"_s);
-    EXPECT_EQ(find<QPushButton>("cmdSMS_ClearAccount")->text(), u"Disabilita Numeri"_s);
-    EXPECT_EQ(find<QPushButton>("cmdChiudi")->text(), u"Chiudi"_s);
+    EXPECT_EQ(read(find<QPushButton>("cmdSMS_TestSMS")->text()), u"Test"_s);
+    EXPECT_EQ(read(find<QPushButton>("cmdSMS_ClearAccount")->text()), u"Disabilita Numeri"_s);
+    EXPECT_EQ(read(find<QPushButton>("cmdChiudi")->text()), u"Chiudi"_s);
     EXPECT_EQ(effectiveBackground(form.get()), QColor(Qt::white));
     EXPECT_EQ(effectiveBackground(find<QGroupBox>("GroupBox2")), QColor(Qt::white));
 }
@@ -221,6 +223,33 @@ TEST_F(CheckSendErrorTest, EachActivationAppliesTheCommonAppearance)
     EXPECT_TRUE(group->autoFillBackground());
 }
 
+TEST_F(CheckSendErrorTest, TheKeyboardButtonShowsTheKeyboardAndPutsItAway)
+{
+    for (const bool touch : {false, true}) {
+        session().ShowTouchMode = touch;
+        open();
+        auto* keyboard = find<OnScreenKeyboard>("keybT");
+        EXPECT_EQ(keyboard->isVisible(), touch) << "shown at first in touch mode";
+        click("cmdTastiera");
+        EXPECT_EQ(keyboard->isVisible(), !touch);
+        for (const char* other :
+             {"GroupBox2", "grid_result", "cmdSMS_ClearAccount", "cmdTastiera", "cmdChiudi"}) {
+            EXPECT_FALSE(keyboard->isVisible() && keyboard->geometry().intersects(placeOf(other))) << other;
+        }
+        click("cmdTastiera");
+        EXPECT_EQ(keyboard->isVisible(), touch);
+    }
+}
+
+TEST_F(CheckSendErrorTest, OnASmallScreenItIsNoLargerThanItAndScrolls)
+{
+    open();
+    expectOnScreen(*form);
+    for (const char* name : {"cmdSMS_TestSMS", "cmdSMS_ClearAccount", "cmdChiudi"}) {
+        expectReachable(find<QPushButton>(name));
+    }
+}
+
 TEST_F(CheckSendErrorTest, LongSettingsComeThroughOpeningAndClosingWhole)
 {
     const std::string longText(40000, 'x');
@@ -263,6 +292,27 @@ TEST_F(CheckSendErrorTest, EscapeIsItsClose)
         EXPECT_EQ(tagOf(form.get()), u"ESC"_s);
         EXPECT_EQ(host.operations("set").size(), 4U) << "the fields are stored at every close";
     }
+}
+
+TEST_F(CheckSendErrorTest, EveryFieldAndCommandHasAnAltLetterOfItsOwn)
+{
+    open();
+    QStringList letters;
+    for (const auto* label : form->findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr) {
+            letters.append(label->text().section(u'&', 1).left(1).toUpper());
+        }
+    }
+    for (const auto* command : form->findChildren<QPushButton*>()) {
+        if (command->focusPolicy() != Qt::NoFocus) {
+            letters.append(command->text().section(u'&', 1).left(1).toUpper());
+        }
+    }
+    EXPECT_EQ(letters.size(), 8);
+    EXPECT_FALSE(letters.contains(QString()));
+    EXPECT_EQ(letters.removeDuplicates(), 0);
+    pressAlt(form.get(), Qt::Key_C);
+    EXPECT_FALSE(form->isVisible());
 }
 
 TEST_F(CheckSendErrorTest, EnterPressesAFocusedButton)
@@ -453,6 +503,33 @@ TEST_F(CheckSendErrorTest, WhatIsClickedWhileATestRunsComesToNothing)
     EXPECT_EQ(messages.size(), 1U) << "one test";
     EXPECT_TRUE(host.operations("execute").empty());
     EXPECT_EQ(shownRows(), QStringList{u"222|Uno"_s});
+}
+
+TEST_F(CheckSendErrorTest, EscapeEndsATestBetweenTwoLinesAndTheLogSaysSo)
+{
+    customer("222", {{number(1), text("222"), text("Uno")}});
+    QString title;
+    int searched = 0;
+    host.during("'%222%'", [&] {
+        title = form->windowTitle();
+        // From the second line on half a second has passed, and so the title tells how far it is.
+        QTest::qSleep(searched == 0 ? 600 : 60);
+        if (++searched == 3) {
+            queueKey(form.get(), Qt::Key_Escape);
+            // A close waits until the run is over.
+            QMetaObject::invokeMethod(
+                form.get(), [this] { form->close(); }, Qt::QueuedConnection);
+        }
+    });
+    checkOldReport("222\n222\n222\n222\n222\n222\n222\n222\n");
+    EXPECT_EQ(searched, 3);
+    EXPECT_EQ(title, u"%1 - riga 2 (25%) - Esc interrompe"_s.arg(form->windowTitle()));
+    EXPECT_EQ(shownRows(), (QStringList{u"222|Uno"_s, u"222|Uno"_s, u"222|Uno"_s}));
+    ASSERT_EQ(log().size(), 1);
+    EXPECT_TRUE(
+        log()[0].contains(u"cmdSMS_TestSMS_Click | Interrotto dall'operatore dopo 3 righe di export.txt."_s))
+        << utf8(log()[0]);
+    QTRY_VERIFY(!form->isVisible());
 }
 
 TEST_F(CheckSendErrorTest, ASecondTestBeginsWithAnEmptyGrid)

@@ -5,12 +5,15 @@
 #include "controls/notices/WaitNotice.h"
 #include "controls/touch/OnScreenKeyboard.h"
 #include "session/Registry.h"
+#include "tests/support/AltKey.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/SmallScreen.h"
 
 #include <QCheckBox>
 #include <QDir>
 #include <QFile>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
@@ -259,6 +262,72 @@ TEST_F(OpzioniTest, AnotherProgramInFrontForAWhileLeavesTheFocusWhereItWas)
     EXPECT_EQ(effectiveBackground(password), yellow);
 }
 
+TEST_F(OpzioniTest, TheKeyboardButtonShowsTheKeyboardAndPutsItAwayAndNothingIsCovered)
+{
+    open();
+    auto* keyboard = find<OnScreenKeyboard>(u"keybT"_s);
+    auto* toggle = find<QPushButton>(u"cmdTastiera"_s);
+    ASSERT_FALSE(keyboard->isVisible()) << "without touch mode it is away at first";
+    const QSize before = form->size();
+    field(u"txtSMS_Prov_ListId"_s)->setFocus();
+    click(u"cmdTastiera"_s);
+    ASSERT_TRUE(keyboard->isVisible());
+    EXPECT_TRUE(toggle->isChecked());
+    EXPECT_EQ(form->focusWidget(), field(u"txtSMS_Prov_ListId"_s)) << "the focus stays";
+    QTest::mouseClick(keyboard->findChild<QPushButton*>(u"keya"_s), Qt::LeftButton);
+    EXPECT_EQ(text(u"txtSMS_Prov_ListId"_s), u"a"_s);
+    const QRect covered = keyboard->geometry();
+    EXPECT_TRUE(form->rect().contains(covered));
+    for (const char* other : {"GroupBox2", "chkSMS_Add0039", "txtPathSMSSender", "cmdTastiera", "cmdSalva"}) {
+        const auto* widget = find<QWidget>(QLatin1String(other));
+        EXPECT_FALSE(covered.intersects(QRect(widget->mapTo(form.get(), QPoint()), widget->size()))) << other;
+    }
+    field(u"txtSMS_Prov_Pwd"_s)->setFocus();
+    find<QCheckBox>(u"chkSMS_Add0039"_s)->setFocus();
+    EXPECT_TRUE(keyboard->isVisible()) << "it stays until it is put away";
+    click(u"cmdTastiera"_s);
+    EXPECT_FALSE(keyboard->isVisible());
+    EXPECT_FALSE(toggle->isChecked());
+    EXPECT_EQ(form->size(), before);
+}
+
+TEST_F(OpzioniTest, TheKeyboardsOwnHideKeyReleasesTheButton)
+{
+    open();
+    click(u"cmdTastiera"_s);
+    auto* keyboard = find<OnScreenKeyboard>(u"keybT"_s);
+    QTest::mouseClick(keyboard->findChild<QPushButton*>(u"keyHide"_s), Qt::LeftButton);
+    EXPECT_FALSE(keyboard->isVisible());
+    EXPECT_FALSE(find<QPushButton>(u"cmdTastiera"_s)->isChecked());
+}
+
+TEST_F(OpzioniTest, InTouchModeTheKeyboardIsShownAtFirstAndCanBePutAway)
+{
+    session().ShowTouchMode = true;
+    open();
+    EXPECT_TRUE(find<QPushButton>(u"cmdTastiera"_s)->isChecked());
+    const QSize before = form->size();
+    click(u"cmdTastiera"_s);
+    EXPECT_FALSE(find<OnScreenKeyboard>(u"keybT"_s)->isVisible());
+    EXPECT_EQ(form->size(), before) << "its room is kept";
+    click(u"cmdTastiera"_s);
+    EXPECT_TRUE(find<OnScreenKeyboard>(u"keybT"_s)->isVisible());
+}
+
+TEST_F(OpzioniTest, OnASmallScreenItIsNoLargerThanItAndScrolls)
+{
+    for (const bool touch : {false, true}) {
+        session().ShowTouchMode = touch;
+        open();
+        expectOnScreen(*form);
+        for (const char* name : {"cmdSelezionaPath", "cmdSMS_TestSMSSender", "cmdAnnulla", "cmdSalva"}) {
+            expectReachable(find<QPushButton>(QLatin1String(name)));
+        }
+        form->resize(1, 1);
+        expectReachable(find<QPushButton>(u"cmdSalva"_s));
+    }
+}
+
 TEST_F(OpzioniTest, TheSixProviderFieldsTurnYellowWithTheFocusAndWhiteWithoutIt)
 {
     open();
@@ -419,6 +488,29 @@ TEST_F(OpzioniTest, EnterPressesAFocusedButtonAndNoOther)
     EXPECT_EQ(form->choice(), u"ESC"_s);
 }
 
+TEST_F(OpzioniTest, EveryFieldAndCommandHasAnAltLetterOfItsOwn)
+{
+    open();
+    QStringList letters;
+    for (const auto* label : form->findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr) {
+            letters.append(label->text().section(u'&', 1).left(1).toUpper());
+        }
+    }
+    for (const auto* command : form->findChildren<QAbstractButton*>()) {
+        if (!command->text().isEmpty() && command->focusPolicy() != Qt::NoFocus) {
+            letters.append(command->text().section(u'&', 1).left(1).toUpper());
+        }
+    }
+    EXPECT_EQ(letters.size(), 13);
+    EXPECT_FALSE(letters.contains(QString()));
+    EXPECT_EQ(letters.removeDuplicates(), 0);
+    pressAlt(form.get(), Qt::Key_W);
+    EXPECT_EQ(form->focusWidget(), field(u"txtSMS_Prov_Pwd"_s));
+    pressAlt(form.get(), Qt::Key_A);
+    EXPECT_EQ(form->choice(), u"ESC"_s);
+}
+
 TEST_F(OpzioniTest, TheCloseButtonLeavesNoChoice)
 {
     open();
@@ -445,6 +537,24 @@ TEST_F(OpzioniTest, AChosenFolderEndsInOneBackslash)
     EXPECT_FALSE(shown.endsWith(u"\\\\"_s));
     EXPECT_EQ(QString(shown).replace(u'\\', u'/'), folder.path() + u'/');
     EXPECT_EQ(storedFolder(), u"(none)"_s) << "nothing is written before Save";
+}
+
+TEST_F(OpzioniTest, TheChooserStartsAtTheFolderInTheField)
+{
+    QTemporaryDir first;
+    QTemporaryDir second;
+    open();
+    for (const QTemporaryDir* folder : {&first, &second}) {
+        // As the field keeps it: with backslashes, one of them at its end.
+        field(u"txtPathSMSSender"_s)->setText(folder->path().replace(u'/', u'\\') + u'\\');
+        QString shown;
+        onWindow(u"frmShowPath"_s, [&](QWidget* chooser) {
+            shown = chooser->findChild<FolderTree*>(u"FolderTreeview1"_s)->selectedPath();
+            chooser->findChild<QPushButton*>(u"cmdCancella"_s)->click();
+        });
+        click(u"cmdSelezionaPath"_s);
+        EXPECT_EQ(shown, folder->path());
+    }
 }
 
 TEST_F(OpzioniTest, ACancelledOrClosedChooserLeavesTheFieldAlsoAfterAnEarlierOk)
@@ -502,6 +612,11 @@ TEST_F(OpzioniTest, TheTestStartsTheSenderFromTheFolderTypedAndShowsANotice)
               u"Il programma di gestione degli SMS è stato avviato. Attendere il caricamento..."_s);
     EXPECT_TRUE(form->isVisible());
     EXPECT_TRUE(messages.empty());
+    for (const QString& name : {u"cmdAnnulla"_s, u"cmdSalva"_s}) {
+        const auto* under = find<QPushButton>(name);
+        const QRect place(under->mapTo(form.get(), QPoint()), under->size());
+        EXPECT_FALSE(notice->geometry().intersects(place)) << utf8(name);
+    }
 }
 
 TEST_F(OpzioniTest, ATestThatFailsIsToldOnceAndShowsNoNotice)

@@ -4,6 +4,7 @@
 #include "controls/look/Icons.h"
 #include "session/FormHelpers.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/SmallScreen.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -34,7 +35,7 @@ protected:
 TEST_F(ShowPathTest, ItsCaptionAndItsButtons)
 {
     EXPECT_EQ(chooser.windowTitle(), u"Selezionare la cartella desiderata..."_s);
-    EXPECT_EQ(chooser.findChild<QPushButton*>(u"cmdCancella"_s)->text(), u"Annulla"_s);
+    EXPECT_EQ(read(chooser.findChild<QPushButton*>(u"cmdCancella"_s)->text()), u"Annulla"_s);
     const auto picture = [](const QIcon& icon) { return icon.pixmap(16, 16).toImage(); };
     EXPECT_EQ(picture(chooser.findChild<QPushButton*>(u"cmdOK"_s)->icon()),
               picture(imageListIcon(9, IconTone::OnAccent)));
@@ -68,6 +69,12 @@ TEST_F(ShowPathTest, EnterPressesAFocusedButton)
     ok->setFocus();
     QTest::keyClick(ok, Qt::Key_Return);
     EXPECT_EQ(tagOf(&chooser), u"OK"_s);
+}
+
+TEST_F(ShowPathTest, OnASmallScreenItIsNoLargerThanIt)
+{
+    expectOnScreen(chooser);
+    expectReachable(chooser.findChild<QPushButton*>(u"cmdOK"_s));
 }
 
 TEST_F(ShowPathTest, CancelLeavesEsc)

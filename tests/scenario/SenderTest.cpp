@@ -38,15 +38,17 @@ protected:
         run(file,
             "CREATE TABLE TMK_MailingList (idMailing INTEGER, idCampagna INTEGER, idMessaggio INTEGER, "
             "IDCliente "
-            "INTEGER, Contatto TEXT, DataCreaz TEXT, idTipoMessaggio INTEGER, Testo TEXT);"
+            "INTEGER, Contatto TEXT, DataCreaz TEXT, OraCreaz TEXT, idTipoMessaggio INTEGER, Testo TEXT);"
             "CREATE TABLE TMK_Messaggi (idMessaggio INTEGER, Descrizione TEXT, testoSMS TEXT, Oggetto TEXT);"
             "CREATE TABLE TMK_Campagne (idCampagna INTEGER, Descrizione TEXT);"
             "INSERT INTO TMK_Messaggi VALUES (3, 'Auguri', NULL, 'Tanti \"auguri\" 50% 😀');"
             "INSERT INTO TMK_Campagne VALUES (1, 'CAMPAGNA MAIL DEL:21/11/26');"
             "INSERT INTO TMK_MailingList VALUES (2, 1, 3, 7, 'd''amico@example.com', '2026-11-21 10:00:00', "
-            "NULL,"
-            " NULL), (1, NULL, NULL, 7, '+39 333 1', '2026-11-21 09:00:00', 6, 'ciao' || char(10) || 'è'),"
-            " (3, NULL, NULL, 8, NULL, NULL, 8, 'push'), (4, NULL, NULL, 8, NULL, NULL, 99, '');");
+            "NULL, NULL,"
+            " NULL), (1, NULL, NULL, 7, '+39 333 1', '2026-11-21 00:00:00', '1899-12-30 09:00:00', 6, "
+            "'ciao' || char(10) || 'è'),"
+            " (3, NULL, NULL, 8, NULL, NULL, NULL, 8, 'push'), (4, NULL, NULL, 8, NULL, NULL, NULL, 99, "
+            "'');");
     }
 };
 

@@ -10,7 +10,7 @@ unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 export HOME=$folder XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data
 
 failed=0
-for place in "INSERT INTO tabClienti" "CREATE INDEX IX_tabVendite_IdCliente" "transaction 7"; do
+for place in "INSERT INTO tabClienti" "CREATE INDEX IX_tabVendite_IdCliente" "COMMIT TRANSACTION"; do
     stop_serving
     serve --cut-on "$place"
     "$host" --database "$database" --create-demo 600 >"$folder/out" 2>"$folder/err"

@@ -13,6 +13,8 @@
 #   # server: A\nB                  an FTP server on 127.0.0.1 has them as export.txt; its port is @PORT@ in the
 #                                   scenario, as the folder of the play is @FOLDER@
 #   # show: NAME NAME               files whose lines follow at the end, as "NAME: LINE"
+#   # unordered                     it reads rows of statements without an order, which a server owes none: there,
+#                                   rows that follow each other are compared sorted, without their numbers
 #
 # In NAME.expected a line is compared to the letter; one that begins with "~ " is a regular expression for one line;
 # "@" stands for the folder in which the scenario is played. What zulhost wrote to standard error follows the output
@@ -78,6 +80,34 @@ if [ "${ZUL_SCENARIO_WRITE:-}" = 1 ]; then
     exit 0
 fi
 
+# Lines "row …" or "sql …" that follow each other, patterns of them too, by the first text in them.
+sorted() {
+    awk '
+        function flush(   i, j, k, l) {
+            for (i = 2; i <= n; i++) {
+                k = key[i]; l = held[i]
+                for (j = i - 1; j > 0 && key[j] > k; j--) { key[j + 1] = key[j]; held[j + 1] = held[j] }
+                key[j + 1] = k; held[j + 1] = l
+            }
+            for (i = 1; i <= n; i++) print held[i]
+            n = 0
+        }
+        match($0, /^(~ )?(row [0-9]+|sql) "/) {
+            word = $0 ~ /^(~ )?row/ ? "row" : "sql"
+            if (word != last) flush()
+            last = word
+            held[++n] = $0
+            sub(/row [0-9]+ /, "row ", held[n])
+            key[n] = held[n]
+            sub(/^~ /, "", key[n])
+            split(key[n], parts, "\"")
+            key[n] = sprintf("%12s", parts[2])
+            next
+        }
+        { flush(); last = ""; print }
+        END { flush() }'
+}
+
 # A server has another connection string, and its own texts for what it refuses.
 if [ "$engine" != file ]; then
     for each in "$folder/actual" "$expected"; do
@@ -85,6 +115,10 @@ if [ "$engine" != file ]; then
             -e 's/"error":".*"(\\?\})$/"error":"@"\1/' \
             -e 's/(Error -[0-9]+) \\?\(.*\\?\) in procedure/\1 @ in procedure/' \
             -e 's/(\| -[0-9]+-)[^|]* (\\?\|)/\1@ \2/' "$each" >"$folder/$(basename "$each").same"
+        if grep -q '^# unordered' "$scenario"; then
+            sorted <"$folder/$(basename "$each").same" >"$folder/sorted"
+            mv "$folder/sorted" "$folder/$(basename "$each").same"
+        fi
     done
     mv "$folder/actual.same" "$folder/actual"
     expected=$folder/$(basename "$expected").same

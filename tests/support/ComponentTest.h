@@ -41,6 +41,12 @@ inline QString qs(const std::string& text)
     return QString::fromStdString(text);
 }
 
+/// A caption as it is read, without the mark of its key.
+inline QString read(QString caption)
+{
+    return caption.remove(QLatin1Char('&'));
+}
+
 /// A message with an OK button and the title "Manager messaggi".
 OperatorMessage told(const QString& text, MessageIcon icon = MessageIcon::Information);
 /// A Yes/No question with that title.

@@ -1,5 +1,6 @@
 #include "host/database/odbc/OdbcConnection.h"
 
+#include "host/database/Cell.h"
 #include "host/database/Names.h"
 #include "host/database/odbc/Diagnosis.h"
 #include "host/database/products/Product.h"
@@ -51,7 +52,8 @@ OdbcConnection::OdbcConnection(const std::string& connectionString, std::chrono:
         }
         SQLGetInfo(m_connection, SQL_GETDATA_EXTENSIONS, &m_readAgain, sizeof m_readAgain, nullptr);
         if (m_product->limitsSilence()) {
-            m_patience = patience;
+            m_patience = (patience + std::chrono::seconds(m_product->waitsForSilence() - 1)) /
+                         m_product->waitsForSilence();
         }
         greet();
     } catch (...) {
@@ -86,7 +88,7 @@ void OdbcConnection::disconnect() noexcept
     m_prepared.clear();
     if (m_connected) {
         if (m_inTransaction && !m_lost) {
-            SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
+            abandonTransaction();
         }
         SQLDisconnect(m_connection);
     }
@@ -120,11 +122,15 @@ SQLUSMALLINT OdbcConnection::shortInfo(SQLUSMALLINT what) const
 
 void OdbcConnection::close() noexcept
 {
-    m_closed = true;
-    if (m_inTransaction && !m_lost) {
-        SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
+    if (m_inTransaction && !m_closed) {
+        try {
+            makeFree();
+        } catch (const std::exception&) {
+            // What was not read is not wanted any more.
+        }
+        abandonTransaction();
     }
-    m_inTransaction = false;
+    m_closed = true;
 }
 
 void OdbcConnection::makeFree()
@@ -174,52 +180,105 @@ void OdbcConnection::forget(const OdbcStatement& statement)
     m_prepared.remove_if([&](const Prepared& entry) { return entry.statement.get() == &statement; });
 }
 
-void OdbcConnection::setAutocommit(bool on)
+void OdbcConnection::run(std::string_view sql)
 {
-    check(SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT,
-                            attributeValue(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
-    m_inTransaction = !on;
+    OdbcStatement statement(*this);
+    statement.executeDirect(sql);
+    std::int64_t ignored = 0;
+    statement.finish(ignored);
 }
 
-void OdbcConnection::endTransaction(bool commit)
+SQLRETURN OdbcConnection::switchAutocommit(bool on)
+{
+    return SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT,
+                             attributeValue(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
+}
+
+void OdbcConnection::beginTransaction()
+{
+    if (!m_product->beginStatement().empty()) {
+        run(m_product->beginStatement());
+    } else {
+        check(switchAutocommit(false));
+    }
+    m_inTransaction = true;
+    m_doubtful = false;
+}
+
+void OdbcConnection::commitTransaction()
 {
     if (m_lost) {
         // The server has undone what was not committed; some drivers would report a success here all the same.
         m_inTransaction = false;
-        if (commit) {
-            throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+        throw EngineError(ErrorCode::ConnectionLost, "the connection to the server is lost");
+    }
+    try {
+        if (!m_product->commitStatement().empty()) {
+            run(m_product->commitStatement());
+        } else {
+            check(SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_COMMIT));
         }
+    } catch (const EngineError&) {
+        // What could not be ended is given up: the connection must not stay half in a transaction.
+        abandonTransaction();
+        throw;
+    }
+    m_inTransaction = false;
+    // A connection that breaks only here is noticed by the next statement: the commit stands.
+    if (m_product->beginStatement().empty() && !SQL_SUCCEEDED(switchAutocommit(true))) {
+        m_lost = true;
+    }
+}
+
+void OdbcConnection::rollbackTransaction()
+{
+    abandonTransaction();
+}
+
+// What cannot be undone is undone already, by the server (a deadlock) or with the connection.
+void OdbcConnection::abandonTransaction() noexcept
+{
+    m_inTransaction = false;
+    m_doubtful = false;
+    if (m_lost) {
         return;
     }
-    const SQLRETURN code = SQLEndTran(SQL_HANDLE_DBC, m_connection, commit ? SQL_COMMIT : SQL_ROLLBACK);
-    if (!SQL_SUCCEEDED(code)) {
-        // What could not be ended is given up: the connection must not stay half in a transaction.
-        try {
-            fail(SQL_HANDLE_DBC, m_connection);
-        } catch (...) {
-            SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
-            SQLSetConnectAttr(m_connection, SQL_ATTR_AUTOCOMMIT, attributeValue(SQL_AUTOCOMMIT_ON),
-                              SQL_IS_UINTEGER);
-            m_inTransaction = false;
-            // What cannot be undone is undone already, by the server (a deadlock) or with the connection.
-            if (!commit) {
-                return;
-            }
-            throw;
-        }
+    if (m_product->rollbackStatement().empty()) {
+        SQLEndTran(SQL_HANDLE_DBC, m_connection, SQL_ROLLBACK);
+        switchAutocommit(true);
+        return;
     }
-    setAutocommit(true);
+    try {
+        run(m_product->rollbackStatement());
+    } catch (const std::exception&) {
+        // A server that does not even undo is left to do it when the connection ends, and no statement follows.
+        m_lost = true;
+    }
+}
+
+bool OdbcConnection::hasTransaction()
+{
+    if (!m_inTransaction || !m_doubtful || m_lost || m_product->transactionQuery().empty()) {
+        return m_inTransaction;
+    }
+    m_doubtful = false;
+    const auto statement = std::make_shared<OdbcStatement>(*this);
+    statement->executeDirect(m_product->transactionQuery());
+    const auto rows = openOdbcRows(statement);
+    m_inTransaction = rows->next() && cellNumber(rows->cells()[0]) > 0;
+    return m_inTransaction;
 }
 
 void OdbcConnection::fail(SQLSMALLINT kind, SQLHANDLE handle)
 {
     const Diagnosis diagnosis = diagnose(kind, handle);
+    m_doubtful = true;
     m_lost = m_lost || (m_connected && diagnosis.state.substr(0, 2) == "08");
     if (m_connected && isLost()) {
         throw EngineError(ErrorCode::ConnectionLost,
                           "the connection to the server is lost: " + diagnosis.text);
     }
-    throw EngineError(codeOf(diagnosis, *m_product), diagnosis.text);
+    throw EngineError(codeOf(diagnosis, *m_product), diagnosis.text, diagnosis.native);
 }
 
 bool OdbcConnection::isLost()

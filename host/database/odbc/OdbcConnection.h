@@ -53,9 +53,14 @@ public:
     std::shared_ptr<OdbcStatement> prepared(std::string_view sql);
     void forget(const OdbcStatement& statement);
 
-    void setAutocommit(bool on);
-    void endTransaction(bool commit);
+    void beginTransaction();
+    /// Throws EngineError when nothing was committed. What a server acknowledged is committed, whatever becomes of the
+    /// connection then.
+    void commitTransaction();
+    void rollbackTransaction();
     bool inTransaction() const { return m_inTransaction; }
+    /// The same, asked of the server where an error gave reason to doubt it.
+    bool hasTransaction();
 
     /// Whether the server is known to be gone.
     bool isLost();
@@ -73,12 +78,16 @@ private:
 
     void greet();
     void disconnect() noexcept;
+    void run(std::string_view sql);
+    SQLRETURN switchAutocommit(bool on);
+    void abandonTransaction() noexcept;
 
     std::chrono::seconds m_patience{0};
     SQLHENV m_environment = SQL_NULL_HENV;
     SQLHDBC m_connection = SQL_NULL_HDBC;
     bool m_connected = false;
     bool m_inTransaction = false;
+    bool m_doubtful = false; // an error came since the transaction was last known to be open
     bool m_lost = false;
     bool m_closed = false;
     const Product* m_product;

@@ -3,6 +3,7 @@
 #include "host/database/Cell.h"
 #include "host/database/Counters.h"
 #include "host/database/Names.h"
+#include "host/database/OneStatement.h"
 #include "host/database/OwnTransaction.h"
 #include "host/database/Schema.h"
 #include "host/database/odbc/OdbcConnection.h"
@@ -25,14 +26,17 @@ OdbcEngine::OdbcEngine(const std::string& connectionString, std::chrono::seconds
 
 OdbcEngine::~OdbcEngine() = default;
 
-void OdbcEngine::close() noexcept
+void OdbcEngine::disconnect() noexcept
 {
     m_connection->close();
 }
 
-std::int64_t OdbcEngine::execute(std::string_view sql, Language, std::span<const Value> parameters)
+std::int64_t OdbcEngine::execute(std::string_view sql, Language language, std::span<const Value> parameters)
 {
-    m_connection->makeFree();
+    if (language == Language::Transact) {
+        requireOneStatement(sql);
+    }
+    makeReady();
     std::int64_t affected = 0;
     if (parameters.empty()) {
         OdbcStatement statement(*m_connection);
@@ -54,7 +58,7 @@ std::int64_t OdbcEngine::execute(std::string_view sql, Language, std::span<const
 
 Outcome OdbcEngine::run(std::string_view sql, Language)
 {
-    m_connection->makeFree();
+    makeReady();
     const auto statement = std::make_shared<OdbcStatement>(*m_connection);
     statement->executeDirect(sql);
     Outcome outcome;
@@ -68,6 +72,9 @@ Outcome OdbcEngine::run(std::string_view sql, Language)
 std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language language,
                                              std::span<const Value> parameters)
 {
+    if (language == Language::Transact) {
+        requireOneStatement(sql);
+    }
     if (parameters.empty()) {
         Outcome outcome = run(sql, language);
         if (!outcome.rows) {
@@ -75,7 +82,7 @@ std::unique_ptr<RowStream> OdbcEngine::query(std::string_view sql, Language lang
         }
         return std::move(outcome.rows);
     }
-    m_connection->makeFree();
+    makeReady();
     const auto statement = m_connection->prepared(sql);
     try {
         statement->executePrepared(parameters);
@@ -131,36 +138,41 @@ void OdbcEngine::insertRows(std::string_view table, std::span<const std::string_
     send();
 }
 
-void OdbcEngine::begin()
+void OdbcEngine::beginWork()
 {
-    if (inTransaction()) {
-        throw EngineError(ErrorCode::TransactionOpen, "a transaction is open already");
-    }
     m_connection->makeFree();
-    m_connection->setAutocommit(false);
+    m_connection->beginTransaction();
 }
 
-void OdbcEngine::commit()
+void OdbcEngine::commitWork()
 {
-    if (!inTransaction()) {
-        throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
-    }
     m_connection->makeFree();
-    m_connection->endTransaction(true);
+    m_connection->commitTransaction();
 }
 
-void OdbcEngine::rollback()
+void OdbcEngine::rollbackWork()
 {
-    if (!inTransaction()) {
-        throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
-    }
     m_connection->makeFree();
-    m_connection->endTransaction(false);
+    m_connection->rollbackTransaction();
 }
 
-bool OdbcEngine::inTransaction() const
+bool OdbcEngine::hasWork()
+{
+    // The rows that still stream are read before the server is asked.
+    m_connection->makeFree();
+    return m_connection->hasTransaction();
+}
+
+bool OdbcEngine::mayHaveWork() const
 {
     return m_connection->inTransaction();
+}
+
+// For a statement: nothing streams any more, and an open transaction is still there.
+void OdbcEngine::makeReady()
+{
+    m_connection->makeFree();
+    requireTransaction();
 }
 
 const Product& OdbcEngine::product() const
@@ -190,7 +202,7 @@ RowIdentity OdbcEngine::rowIdentity(std::string_view table)
     if (known != m_identities.end()) {
         return known->second;
     }
-    m_connection->makeFree();
+    makeReady();
     RowIdentity identity = readIdentity(table);
     m_identities.emplace(folded, identity);
     return identity;
@@ -261,7 +273,7 @@ bool OdbcEngine::hasTable(std::string_view name)
             }
         }
     }
-    m_connection->makeFree();
+    makeReady();
     std::string wanted = catalogueName(*m_connection, name);
     const auto statement = std::make_shared<OdbcStatement>(*m_connection);
     const SQLRETURN code = SQLTables(statement->handle(), nullptr, 0, nullptr, 0,
@@ -282,11 +294,7 @@ bool OdbcEngine::hasTable(std::string_view name)
 
 std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
 {
-    if (!m_hasCounters) {
-        ensureTable(*this, counterTable());
-        // A table made in a transaction goes when that is undone.
-        m_hasCounters = !inTransaction();
-    }
+    ensureTable(counterTable());
     const std::string tableText = product().tableName(table);
     const std::string keyText(key);
     // Two programs that meet a new table make its counter at the same time; one of them has to try again.
@@ -296,6 +304,9 @@ std::int64_t OdbcEngine::nextId(std::string_view table, std::string_view key)
                 return *id;
             }
         } catch (const EngineError& error) {
+            if (error.code() == ErrorCode::NoTable) {
+                forgetTables();
+            }
             if (error.code() != ErrorCode::Integrity ||
                 (inTransaction() && !product().goesOnAfterRefusal())) {
                 throw;
@@ -315,7 +326,7 @@ std::optional<std::int64_t> OdbcEngine::raisedCounter(const std::string& table, 
             return id;
         }
     }
-    const std::string raise = raiseCounterText(table, key, {});
+    const std::string raise = raiseCounterText(table, key, {}, whichCounter);
     OwnTransaction transaction(*this);
     if (execute(raise, Language::Native, names) == 0) {
         std::vector<Value> row = names;
@@ -346,12 +357,58 @@ std::optional<std::int64_t> OdbcEngine::raisedCounterAtOnce(const std::string& s
             return cellNumber(rows->cells()[0]);
         }
     } catch (const EngineError& error) {
-        if (error.code() != ErrorCode::Statement) {
+        if (!product().isUnknownClause(error.serverNumber())) {
             throw;
         }
         m_raisesAtOnce = false;
     }
     return std::nullopt;
+}
+
+void OdbcEngine::addRow(const NewRow& row, std::int64_t& id)
+{
+    // Within a transaction of the caller's a refusal must leave that as it was. Without values the text would not be a
+    // call, and its options would hold for the session.
+    if (m_addsAtOnce && !inTransaction() && !row.values.empty()) {
+        ensureTable(counterTable());
+        if (const auto added = addedAtOnce(row)) {
+            id = *added;
+            return;
+        }
+    }
+    Engine::addRow(row, id);
+}
+
+// One way to the server for id, row and transaction. Nothing when nothing was added, and nothing went wrong.
+std::optional<std::int64_t> OdbcEngine::addedAtOnce(const NewRow& row)
+{
+    const std::string sql = product().addRow(row);
+    if (sql.empty()) {
+        return std::nullopt;
+    }
+    try {
+        const auto rows = query(sql, Language::Native, row.values);
+        std::optional<std::int64_t> id;
+        // To the end, behind which stands what became of the transaction.
+        while (rows->next()) {
+            id = cellNumber(rows->cells()[0]);
+        }
+        return id;
+    } catch (const EngineError& error) {
+        if (error.code() == ErrorCode::NoTable) {
+            forgetTables();
+        }
+        if (m_connection->isLost()) {
+            throw;
+        }
+        // Whatever the server made of the text, no transaction of it stays open.
+        m_connection->rollbackTransaction();
+        if (!product().isUnknownClause(error.serverNumber())) {
+            throw;
+        }
+        m_addsAtOnce = false;
+        return std::nullopt;
+    }
 }
 
 } // namespace zul::host

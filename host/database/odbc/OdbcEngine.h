@@ -22,7 +22,8 @@ class OdbcEngine final : public Engine
 {
 public:
     /// Connects. Throws EngineError with the driver's text; it waits at most 15 seconds for a server.
-    /// A server of Transact-SQL that is silent for longer than `patience` while an answer is awaited counts as lost.
+    /// A server of Transact-SQL that is silent for as long as `patience` while an answer is awaited counts as lost;
+    /// it is asked after half of that time to call the statement off.
     explicit OdbcEngine(const std::string& connectionString,
                         std::chrono::seconds patience = std::chrono::minutes(5));
     ~OdbcEngine() override;
@@ -34,18 +35,24 @@ public:
     Outcome run(std::string_view sql, Language language) override;
     void insertRows(std::string_view table, std::span<const std::string_view> columns,
                     std::span<const Value> values) override;
-    void begin() override;
-    void commit() override;
-    void rollback() override;
-    bool inTransaction() const override;
     RowIdentity rowIdentity(std::string_view table) override;
     std::int64_t nextId(std::string_view table, std::string_view key) override;
+    void addRow(const NewRow& row, std::int64_t& id) override;
     bool hasTable(std::string_view name) override;
     const Product& product() const override;
     std::string connectionString() const override { return m_connectionString; }
-    void close() noexcept override;
+
+protected:
+    void beginWork() override;
+    void commitWork() override;
+    void rollbackWork() override;
+    bool hasWork() override;
+    bool mayHaveWork() const override;
+    void disconnect() noexcept override;
 
 private:
+    void makeReady();
+    std::optional<std::int64_t> addedAtOnce(const NewRow& row);
     RowIdentity readIdentity(std::string_view table);
     bool readCatalogueKey(std::string_view table, std::vector<std::string>& columns);
     void readAskedKey(std::string_view table, std::vector<std::string>& columns);
@@ -55,8 +62,8 @@ private:
     std::string m_connectionString;
     std::unique_ptr<OdbcConnection> m_connection;
     std::unordered_map<std::string, RowIdentity> m_identities; // by table name, folded
-    bool m_hasCounters = false;
-    bool m_raisesAtOnce = true; // until the server refuses the product's way
+    bool m_raisesAtOnce = true; // until the server does not know the product's way
+    bool m_addsAtOnce = true;   // the same
 };
 
 } // namespace zul::host

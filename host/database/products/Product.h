@@ -13,6 +13,7 @@
 namespace zul::host {
 
 struct ColumnDefinition;
+struct NewRow;
 
 /// A product's language and habits, the same however one connects to it. Objects of it have no state and live as long
 /// as the program.
@@ -66,10 +67,26 @@ public:
     /// schema and quotes. Empty: it takes more than one statement.
     virtual std::string raiseCounter(std::string_view table, std::string_view key) const = 0;
 
+    /// One text that raises the counter and inserts the row with its new value, both or neither, and gives that value; no
+    /// row where the table of the counters has none for it. Its parameters are the row's values. Empty: it takes more
+    /// than one text.
+    virtual std::string addRow(const NewRow&) const { return {}; }
+
+    // Transactions: statements for them; empty where the driver has a way of its own that costs no more.
+
+    virtual std::string_view beginStatement() const { return {}; }
+    virtual std::string_view commitStatement() const { return {}; }
+    /// Undoes the transaction if there is one.
+    virtual std::string_view rollbackStatement() const { return {}; }
+    /// A query for the number of open transactions, where the server may end one by itself; empty: it does not.
+    virtual std::string_view transactionQuery() const { return {}; }
+
     // Manners of a connection.
 
     /// What an error number or text of the product's own means; nothing: what the driver's state says.
     virtual std::optional<ErrorCode> errorCode(int number, std::string_view text) const = 0;
+    /// Whether the number says that the server does not know a clause of the statement.
+    virtual bool isUnknownClause(int) const { return false; }
     /// Whether a transaction in which a statement was refused may go on.
     virtual bool goesOnAfterRefusal() const { return false; }
     /// Statements for a new connection: those it cannot do without, and those that it does its best with.
@@ -77,6 +94,8 @@ public:
     virtual std::vector<std::string_view> optionalSettings() const { return {}; }
     /// Whether the driver's time limit for a statement tells a server that is gone from one that works.
     virtual bool limitsSilence() const { return false; }
+    /// How often the driver waits for that time before it gives up.
+    virtual int waitsForSilence() const { return 1; }
     /// Whether a statement is best sent with its parameters in one call each time: the server keeps the plan by itself,
     /// while the driver would prepare it anew whenever a parameter is bound.
     virtual bool keepsPlans() const { return false; }

@@ -1,5 +1,6 @@
 // Transact-SQL's servers.
 #include "host/database/Counters.h"
+#include "host/database/Engine.h"
 #include "host/database/Names.h"
 #include "host/database/Schema.h"
 #include "host/database/products/Product.h"
@@ -103,8 +104,32 @@ public:
 
     std::string raiseCounter(std::string_view table, std::string_view key) const override
     {
-        return raiseCounterText(table, key, " OUTPUT inserted.Ultimo");
+        return raiseCounterText(table, key, " OUTPUT inserted.Ultimo", whichCounter);
     }
+
+    // XACT_ABORT holds for this text alone: whatever goes wrong in it, also that the client is gone, undoes the whole.
+    std::string addRow(const NewRow& row) const override
+    {
+        const std::string which = " WHERE Tabella = " + literal(bareName(row.table)) +
+                                  " AND Chiave = " + literal(bareName(row.key));
+        const std::string table(row.table);
+        std::string columns(row.key);
+        std::string marks;
+        for (const std::string_view column : row.columns) {
+            columns += ", ";
+            columns += column;
+            marks += ", ?";
+        }
+        return "SET XACT_ABORT ON; BEGIN TRANSACTION; " + raiseCounterText(row.table, row.key, {}, which) +
+               "; INSERT INTO " + table + " (" + columns + ") SELECT Ultimo" + marks + " FROM tabContatori" +
+               which + "; SELECT Ultimo FROM tabContatori" + which + "; COMMIT TRANSACTION";
+    }
+
+    // The driver's own way begins the next transaction with each commit, and ends that with a further request.
+    std::string_view beginStatement() const override { return "BEGIN TRANSACTION"; }
+    std::string_view commitStatement() const override { return "COMMIT TRANSACTION"; }
+    std::string_view rollbackStatement() const override { return "IF @@TRANCOUNT > 0 ROLLBACK TRANSACTION"; }
+    std::string_view transactionQuery() const override { return "SELECT @@TRANCOUNT AS n"; }
 
     // The server's numbers come first: drivers put many of its errors under one state.
     std::optional<ErrorCode> errorCode(int number, std::string_view) const override
@@ -113,6 +138,12 @@ public:
             std::find_if(knownNumbers.begin(), knownNumbers.end(),
                          [&](const KnownNumber& entry) { return entry.number == number; });
         return known != knownNumbers.end() ? std::optional(known->code) : std::nullopt;
+    }
+
+    // Wrong syntax, in the words of several versions; an option or a function that is not there.
+    bool isUnknownClause(int number) const override
+    {
+        return number == 102 || number == 156 || number == 170 || number == 195;
     }
 
     bool goesOnAfterRefusal() const override { return true; }
@@ -125,6 +156,8 @@ public:
     std::vector<std::string_view> optionalSettings() const override { return {"SET LOCK_TIMEOUT 30000"}; }
 
     bool limitsSilence() const override { return true; }
+    // It asks the server to call the statement off, and waits for an answer to that.
+    int waitsForSilence() const override { return 2; }
     bool keepsPlans() const override { return true; }
     // Longer ones are of the "max" kind.
     std::optional<std::size_t> announcedTextSize() const override { return 4000; }

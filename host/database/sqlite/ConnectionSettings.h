@@ -22,6 +22,7 @@ static const char* const zulConnectionSettings[] = {
     // Sixteen megabytes of log before it is copied into the file. A preparation commits each row, and its rows come to
     // lie on the same few pages: the longer the log, the fewer of them are written back.
     "PRAGMA wal_autocheckpoint=4096",
+    // NOLINTNEXTLINE(modernize-use-nullptr): C reads this too
     0,
 };
 

@@ -2,6 +2,7 @@
 
 #include "host/database/Cell.h"
 #include "host/database/Names.h"
+#include "host/database/OneStatement.h"
 #include "host/database/Schema.h"
 #include "host/database/products/Product.h"
 #include "host/database/sqlite/ConnectionSettings.h"
@@ -163,6 +164,7 @@ NativeStatement SqliteEngine::translated(std::string_view sql)
 
 SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)
 {
+    requireTransaction();
     if (language == Language::Native) {
         return m_database.prepare(sql);
     }
@@ -175,8 +177,9 @@ SqliteStatement SqliteEngine::prepare(std::string_view sql, Language language)
 
 std::int64_t SqliteEngine::execute(std::string_view sql, Language language, std::span<const Value> parameters)
 {
-    if (language == Language::Transact && parameters.empty() && isBatch(sql)) {
-        return executeBatch(sql);
+    // Two without a semicolon between them are refused by the translation.
+    if (language == Language::Transact && isBatch(sql)) {
+        requireOneStatement(sql);
     }
     SqliteStatement statement = prepare(sql, language);
     return run(statement, parameters);
@@ -202,6 +205,7 @@ std::int64_t SqliteEngine::run(SqliteStatement& statement, std::span<const Value
 
 std::int64_t SqliteEngine::executeBatch(std::string_view sql)
 {
+    requireTransaction();
     std::vector<dialect::Translation> statements;
     try {
         statements = dialect::translateBatch(sql, m_columnTypes);
@@ -306,7 +310,7 @@ Outcome SqliteEngine::run(std::string_view sql, Language language)
     if (!batch && sqlite3_column_count(prepare(sql, language).handle()) > 0) {
         return {query(sql, language), 0};
     }
-    return {nullptr, execute(sql, language)};
+    return {nullptr, batch ? executeBatch(sql) : execute(sql, language)};
 }
 
 void SqliteEngine::insertRows(std::string_view table, std::span<const std::string_view> columns,
@@ -320,6 +324,7 @@ void SqliteEngine::insertRows(std::string_view table, std::span<const std::strin
         marks += marks.empty() ? "?" : ", ?";
     }
     sql += ") VALUES (" + marks + ")";
+    requireTransaction();
     SqliteStatement statement = m_database.prepare(sql);
     for (std::size_t i = 0; i + columns.size() <= values.size(); i += columns.size()) {
         statement.bind(values.subspan(i, columns.size()));
@@ -333,31 +338,22 @@ void SqliteEngine::refreshStatistics()
     execute("PRAGMA optimize", Language::Native);
 }
 
-void SqliteEngine::begin()
+void SqliteEngine::beginWork()
 {
-    if (inTransaction()) {
-        throw EngineError(ErrorCode::TransactionOpen, "a transaction is open already");
-    }
-    execute("BEGIN IMMEDIATE", Language::Native);
+    m_database.run("BEGIN IMMEDIATE");
 }
 
-void SqliteEngine::commit()
+void SqliteEngine::commitWork()
 {
-    if (!inTransaction()) {
-        throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
-    }
-    execute("COMMIT", Language::Native);
+    m_database.run("COMMIT");
 }
 
-void SqliteEngine::rollback()
+void SqliteEngine::rollbackWork()
 {
-    if (!inTransaction()) {
-        throw EngineError(ErrorCode::NoTransaction, "no transaction is open");
-    }
-    execute("ROLLBACK", Language::Native);
+    m_database.run("ROLLBACK");
 }
 
-bool SqliteEngine::inTransaction() const
+bool SqliteEngine::mayHaveWork() const
 {
     return m_database.isOpen() && sqlite3_get_autocommit(m_database.handle()) == 0;
 }
@@ -382,11 +378,7 @@ RowIdentity SqliteEngine::rowIdentity(std::string_view table)
 
 std::int64_t SqliteEngine::nextId(std::string_view table, std::string_view key)
 {
-    if (!m_hasCounters) {
-        execute(createTableStatement(counterTable(), product(), true), Language::Native);
-        // A table made in a transaction goes when that is undone.
-        m_hasCounters = !inTransaction();
-    }
+    ensureTable(counterTable());
     const IdStatement& ids = idStatement(table, key);
     const UnsyncedCommit unsynced(m_database);
     SqliteStatement statement = m_database.prepare(ids.sql);

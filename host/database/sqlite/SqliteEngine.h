@@ -21,19 +21,22 @@ public:
     Outcome run(std::string_view sql, Language language) override;
     void insertRows(std::string_view table, std::span<const std::string_view> columns,
                     std::span<const Value> values) override;
-    void begin() override;
-    void commit() override;
-    void rollback() override;
-    bool inTransaction() const override;
     RowIdentity rowIdentity(std::string_view table) override;
     std::int64_t nextId(std::string_view table, std::string_view key) override;
     bool hasTable(std::string_view name) override;
     void refreshStatistics() override;
     const Product& product() const override;
     std::string connectionString() const override;
-    void close() noexcept override { m_database.close(); }
 
     SqliteDatabase& database() { return m_database; }
+
+protected:
+    void beginWork() override;
+    void commitWork() override;
+    void rollbackWork() override;
+    bool hasWork() override { return mayHaveWork(); }
+    bool mayHaveWork() const override;
+    void disconnect() noexcept override { m_database.close(); }
 
 private:
     struct DeclaredTable
@@ -80,7 +83,6 @@ private:
     SqlTranslator m_translator;
     IdStatement m_ids; // the last one
     SearchedTexts m_searched;
-    bool m_hasCounters = false;
 };
 
 } // namespace zul::host

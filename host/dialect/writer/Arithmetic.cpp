@@ -119,7 +119,7 @@ Piece ExpressionWriter::combined(Piece left, const std::string& op, Piece right,
     if (op == "/" || op == "%") {
         return quotient(std::move(left), op, right, offset);
     }
-    return product(std::move(left), op, std::move(right), offset);
+    return product(std::move(left), op, right, offset);
 }
 
 // A text that is a number stands for it beside a number; bytes always do.
@@ -206,7 +206,8 @@ Piece ExpressionWriter::minus(Piece left, Piece right, std::size_t offset) const
     return piece;
 }
 
-Piece ExpressionWriter::product(Piece left, const std::string& op, Piece right, std::size_t offset) const
+Piece ExpressionWriter::product(Piece left, const std::string& op, const Piece& right,
+                                std::size_t offset) const
 {
     const bool factors = op == "*";
     const Binding binding = factors ? Binding::Product : Binding::Bit;
@@ -268,7 +269,8 @@ Piece ExpressionWriter::enclosed(std::string_view before, Piece left, const std:
 Piece ExpressionWriter::operand(Piece left, Binding binding, std::size_t offset) const
 {
     if (left.binding < binding) {
-        left = enclosed("(", std::move(left), ")", left.type, offset);
+        const ColumnType type = left.type;
+        left = enclosed("(", std::move(left), ")", type, offset);
     }
     return {.sql = std::move(left.sql), .type = left.type, .binding = binding, .nesting = left.nesting};
 }

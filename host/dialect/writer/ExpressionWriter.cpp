@@ -253,15 +253,16 @@ Piece ExpressionWriter::like(const Expr& expr)
     if (expr.otherwise) {
         escape = write(*expr.otherwise);
     }
-    bool native = pattern.isTextLiteral();
-    if (native) {
-        const std::string& literal = pattern.literal->text;
+    bool native = false;
+    if (const Expr* const known = pattern.textLiteral()) {
+        const std::string& literal = known->text;
         native = literal.find('[') == std::string::npos &&
                  std::all_of(literal.begin(), literal.end(),
                              [](char c) { return static_cast<unsigned char>(c) < 0x80; });
         if (expr.otherwise) {
-            native = native && escape.isTextLiteral() && escape.literal->text.size() == 1 &&
-                     (literal.empty() || literal.back() != escape.literal->text.front());
+            const Expr* const mark = escape.textLiteral();
+            native = native && mark != nullptr && mark->text.size() == 1 &&
+                     (literal.empty() || literal.back() != mark->text.front());
         }
     }
     if (native) {
@@ -407,10 +408,11 @@ Piece ExpressionWriter::asNumber(Piece piece) const
     if (piece.type != ColumnType::Text) {
         return piece;
     }
-    if (!piece.isTextLiteral()) {
+    const Expr* const literal = piece.textLiteral();
+    if (literal == nullptr) {
         return callOf("zul_number", {piece.sql}, ColumnType::Unknown);
     }
-    const std::string& text = piece.literal->text;
+    const std::string& text = literal->text;
     const auto parsed = parseNumber(text);
     Piece number{.sql = "", .type = ColumnType::Integer};
     if (const auto* whole = std::get_if<std::int64_t>(&parsed)) {
@@ -422,7 +424,7 @@ Piece ExpressionWriter::asNumber(Piece piece) const
     } else if (text.find_first_not_of(' ') == std::string::npos) {
         number.sql = "0";
     } else {
-        fail(*piece.literal, "this text stands where a number is expected");
+        fail(*literal, "this text stands where a number is expected");
     }
     if (number.sql.front() == '-') {
         number.binding = Binding::Sign;

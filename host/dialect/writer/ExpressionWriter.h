@@ -67,7 +67,7 @@ private:
     Piece addend(Piece piece) const;
     Piece plus(Piece left, Piece right, std::size_t offset) const;
     Piece minus(Piece left, Piece right, std::size_t offset) const;
-    Piece product(Piece left, const std::string& op, Piece right, std::size_t offset) const;
+    Piece product(Piece left, const std::string& op, const Piece& right, std::size_t offset) const;
     Piece quotient(Piece left, const std::string& op, const Piece& right, std::size_t offset) const;
     Piece added(Piece left, const Piece& right, ColumnType type, std::size_t offset) const;
     int deeper(const Piece& left, std::size_t offset) const;

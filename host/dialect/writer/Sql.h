@@ -55,7 +55,12 @@ struct Piece
         return binding > operatorBinding ? sql : "(" + sql + ")";
     }
 
-    bool isTextLiteral() const { return literal != nullptr && literal->kind == ExprKind::Text; }
+    /// The text literal it is; null when it is none.
+    const Expr* textLiteral() const
+    {
+        return literal != nullptr && literal->kind == ExprKind::Text ? literal : nullptr;
+    }
+    bool isTextLiteral() const { return textLiteral() != nullptr; }
     bool isNumberLiteral() const
     {
         return literal != nullptr && (literal->kind == ExprKind::Integer ||

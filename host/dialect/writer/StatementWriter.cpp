@@ -81,12 +81,12 @@ private:
 
     // The value to store: "c += 1" is "c + 1". The column stands for itself, or after the table's name where others
     // are in sight.
-    std::string newValue(const Assignment& assignment, std::vector<std::string> column)
+    std::string newValue(const Assignment& assignment, const std::vector<std::string>& column)
     {
         ExpressionWriter& expressions = m_queries.expressions();
         Piece value = expressions.write(*assignment.value);
         if (assignment.op != "=") {
-            value = expressions.combined(m_queries.column(std::move(column)), assignment.op.substr(0, 1),
+            value = expressions.combined(m_queries.column(column), assignment.op.substr(0, 1),
                                          std::move(value), assignment.offset);
         }
         return expressions.assigned(std::move(value), targetType(assignment.column)).sql;

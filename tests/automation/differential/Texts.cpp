@@ -19,10 +19,10 @@ const OLECHAR* ole(const char16_t* text) noexcept
 // How long a text is, by both counts, and what it holds; frees it.
 std::string taken(BSTR text)
 {
-    const std::string answer = text == nullptr
-                                   ? "none"
-                                   : std::to_string(SysStringLen(text)) + " " +
-                                         std::to_string(SysStringByteLen(text)) + " " + quoted(textOf(text));
+    std::string answer = text == nullptr
+                             ? "none"
+                             : std::to_string(SysStringLen(text)) + " " +
+                                   std::to_string(SysStringByteLen(text)) + " " + quoted(textOf(text));
     SysFreeString(text);
     return answer;
 }

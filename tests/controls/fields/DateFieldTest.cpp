@@ -132,3 +132,10 @@ TEST_F(DateFieldTest, OpensTheCalendarByAltDown)
     QTest::keyClick(box, Qt::Key_Down, Qt::AltModifier);
     EXPECT_NE(calendar(), nullptr);
 }
+
+TEST_F(DateFieldTest, TellsItsKeys)
+{
+    EXPECT_EQ(box->accessibleDescription(), u"F4 o Alt+Giù: calendario."_s);
+    EXPECT_EQ(box->toolTip(), u"F4 o Alt+Giù: calendario."_s);
+    EXPECT_EQ(field.findChild<QToolButton*>(u"calendarButton"_s)->toolTip(), u"Calendario (F4 o Alt+Giù)"_s);
+}

@@ -137,6 +137,26 @@ TEST_F(CommonLookTest, HasOneFontOfEightPoints)
     }
 }
 
+TEST_F(CommonLookTest, FollowsTheSizeOfTheSystemsFont)
+{
+    const QFont usual = QApplication::font();
+    QFont larger = usual;
+    larger.setPointSize(18);
+    QApplication::setFont(larger);
+    zul::applyCommonLook(&form, false);
+    EXPECT_EQ(zul::commonFont().pointSize(), 16) << "8 points at a system font of 9";
+    EXPECT_EQ(zul::fixedFont().pointSize(), 20);
+    for (QWidget* widget : std::initializer_list<QWidget*>{&label, &line, &button}) {
+        EXPECT_EQ(widget->font().pointSize(), 16) << widget->metaObject()->className();
+    }
+    QFont smaller = usual;
+    smaller.setPointSize(6);
+    QApplication::setFont(smaller);
+    zul::applyCommonLook(&form, false);
+    EXPECT_EQ(label.font().pointSize(), 8) << "no smaller than its own size";
+    QApplication::setFont(usual);
+}
+
 TEST_F(CommonLookTest, ReachesControlsThatAreAddedLater)
 {
     auto* late = new QPushButton(u"Dopo"_s, &form);

@@ -29,7 +29,7 @@ bool isBlank(const QImage& image)
 TEST(Icons, EveryIconDrawsSomethingOfItsOwnAtEverySize)
 {
     std::set<QByteArray> pictures;
-    const int last = static_cast<int>(zul::IconId::Previous);
+    const int last = static_cast<int>(zul::IconId::Preview);
     for (int id = 0; id <= last; ++id) {
         const QIcon icon = zul::icon(static_cast<zul::IconId>(id));
         EXPECT_FALSE(isBlank(drawn(icon, 16))) << id;

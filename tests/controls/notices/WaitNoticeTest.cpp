@@ -47,6 +47,18 @@ TEST_F(WaitNoticeTest, ShowsHeadingAndTextOverItsOwnerAndTakesNothing)
     EXPECT_EQ(line.text(), u"x"_s);
 }
 
+TEST_F(WaitNoticeTest, StandsAboveAControlThatIsToStayFree)
+{
+    QWidget buttons(&window);
+    buttons.setGeometry(0, 350, 600, 40);
+    buttons.show();
+    auto* notice = zul::WaitNotice::open(&window, QStringLiteral("a"), QStringLiteral("b"));
+    EXPECT_TRUE(notice->geometry().intersects(buttons.geometry()));
+    notice->standAbove(&buttons);
+    EXPECT_FALSE(notice->geometry().intersects(buttons.geometry()));
+    EXPECT_TRUE(window.rect().contains(notice->geometry()));
+}
+
 TEST_F(WaitNoticeTest, GoesAwayByItself)
 {
     const QPointer<zul::WaitNotice> notice = zul::WaitNotice::open(&window, {}, u"x"_s, 1);

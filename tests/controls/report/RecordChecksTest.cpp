@@ -38,6 +38,33 @@ TEST(RecordChecks, SetsAllAndNoneBeyond)
     }
 }
 
+TEST(RecordChecks, InvertsWhatIsThereAndNothingBeyond)
+{
+    for (const uint32_t records : {0U, 1U, 63U, 64U, 65U, 1000U}) {
+        RecordChecks checks;
+        checks.set(0, records > 0);
+        checks.invert(records);
+        EXPECT_EQ(checks.count(), records > 0 ? records - 1 : 0U);
+        EXPECT_FALSE(checks.isSet(0));
+        EXPECT_FALSE(checks.isSet(records));
+        checks.invert(records);
+        EXPECT_EQ(checks.count(), records > 0 ? 1U : 0U);
+        EXPECT_EQ(checks.isSet(0), records > 0);
+    }
+}
+
+TEST(RecordChecks, ChangesTellWhetherWhatWasReckonedIsStillGood)
+{
+    RecordChecks checks;
+    RecordChecks other;
+    other.setAll(10, true);
+    const uint64_t before = checks.changes();
+    checks.swap(other);
+    EXPECT_NE(checks.changes(), before);
+    EXPECT_EQ(checks.count(), 10U);
+    EXPECT_EQ(other.count(), 0U);
+}
+
 TEST(RecordChecks, AgreesWithASetOfRecords)
 {
     std::mt19937 random(7);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 namespace {
 
 const QRect window(0, 0, 800, 600);
@@ -55,4 +58,83 @@ TEST(Placement, StandsAtTheBottomUnlessTheFieldIsThere)
     EXPECT_EQ(above.center().x(), window.center().x());
     const QRect below = zul::placeAtBottom(QRect(300, 550, 120, 28), panel, window);
     EXPECT_EQ(below.top(), window.top());
+}
+
+TEST(Placement, PrefersTheOrdinaryPlaceThatIsFree)
+{
+    const QRect field(300, 250, 120, 28);
+    const QRect under(300, 300, 40, 10);
+    const QRect over(300, 200, 40, 10);
+    const QRect beside(500, 250, 40, 10);
+    EXPECT_LT(zul::placeBeside(field, panel, window, {under}).bottom(), field.top());
+    EXPECT_GT(zul::placeBeside(field, panel, window, {under, over}).left(), field.right());
+    EXPECT_LT(zul::placeBeside(field, panel, window, {under, over, beside}).right(), field.left());
+}
+
+TEST(Placement, FindsAFreePlaceWhereverThereIsOne)
+{
+    std::mt19937 random(11);
+    const auto upTo = [&random](int limit) {
+        return static_cast<int>(random() % static_cast<unsigned>(limit));
+    };
+    int found = 0;
+    for (int round = 0; round < 300; ++round) {
+        const QRect field(upTo(680), upTo(570), 120, 28);
+        QList<QRect> taken;
+        for (int i = upTo(4); i >= 0; --i) {
+            taken.append(QRect(upTo(700), upTo(500), 50 + upTo(500), 30 + upTo(300)));
+        }
+        const auto isFree = [&](const QRect& place) {
+            return window.contains(place) && !place.intersects(field) &&
+                   std::none_of(taken.begin(), taken.end(),
+                                [&](const QRect& one) { return one.intersects(place); });
+        };
+        const std::optional<QRect> place = zul::freePlace(field, panel, window, taken);
+        if (place) {
+            ++found;
+            EXPECT_TRUE(isFree(*place)) << round;
+            EXPECT_EQ(place->size(), panel);
+            continue;
+        }
+        // Places nearer to what is taken than the gap do not count.
+        for (int y = 0; y <= 400; y += 8) {
+            for (int x = 0; x <= 600; x += 8) {
+                EXPECT_FALSE(isFree(QRect(QPoint(x, y), panel).adjusted(-4, -4, 4, 4)) &&
+                             isFree(QRect(QPoint(x, y), panel)))
+                    << round << ' ' << x << ' ' << y;
+            }
+        }
+    }
+    EXPECT_GT(found, 50);
+    EXPECT_LT(found, 300);
+}
+
+TEST(Placement, KeepsOffTheFieldWhenEverythingElseIsTaken)
+{
+    const QRect field(300, 250, 120, 28);
+    const QRect placed = zul::placeBeside(field, panel, window, {window});
+    EXPECT_FALSE(placed.intersects(field));
+    EXPECT_TRUE(window.contains(placed));
+}
+
+TEST(Placement, GoesToTheTopForWhatItWouldCoverAtTheBottom)
+{
+    const QRect field(100, 250, 120, 28);
+    const QRect low = zul::placeAtBottom(field, panel, window);
+    EXPECT_EQ(low.bottom(), window.bottom());
+    EXPECT_EQ(zul::placeAtBottom(field, panel, window, {QRect(350, 500, 50, 28)}).top(), window.top());
+    EXPECT_EQ(zul::placeAtBottom(field, panel, window, {window}), low) << "all is as bad";
+    const QRect atBottom(350, 590, 50, 28);
+    EXPECT_EQ(zul::placeAtBottom(atBottom, panel, window, {window}).top(), window.top())
+        << "its own field comes first";
+}
+
+TEST(Placement, StandsBetweenWhatItWouldCoverAtTopAndBottom)
+{
+    const QRect field(350, 20, 50, 28);
+    const QRect other(350, 500, 50, 28);
+    const QRect placed = zul::placeAtBottom(field, panel, window, {other});
+    EXPECT_TRUE(window.contains(placed));
+    EXPECT_FALSE(placed.intersects(field));
+    EXPECT_FALSE(placed.intersects(other));
 }

@@ -62,6 +62,15 @@ TEST_F(JournalTest, WritesEveryOperationAsOneLine)
               "{\"op\":\"begin\"}\n{\"op\":\"commit\"}\n{\"op\":\"rollback\"}\n");
 }
 
+TEST_F(JournalTest, HoldsNoPasswordAndIsItsOwnersAlone)
+{
+    m_journal.execute("x", "cannot connect with UID=u;PWD=segreta;DATABASE=d");
+    m_journal.update("t", {{"a", std::string("PWD=segreta")}});
+    EXPECT_EQ(written().find("segreta"), std::string::npos);
+    namespace fs = std::filesystem;
+    EXPECT_EQ(fs::status(m_path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 TEST_F(JournalTest, TellsWhatFailed)
 {
     m_journal.execute("SELEC", "near \"SELEC\": syntax error");

@@ -61,6 +61,13 @@ std::size_t filesIn(const std::string& folder)
 
 } // namespace
 
+TEST(DemoFile, IsItsOwnersAlone)
+{
+    const zul::host::TemporaryFolder folder;
+    createDemoFile(folder.file("x.db"), 3);
+    EXPECT_EQ(fs::status(folder.file("x.db")).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
 TEST(DemoFile, IsWholeOrNotThereWheneverItsMakerIsKilled)
 {
     const TemporaryFolder folder;

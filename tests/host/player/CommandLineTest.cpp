@@ -1,5 +1,11 @@
 #include "host/player/CommandLine.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -183,4 +189,63 @@ TEST(CommandLine, NamesEveryOptionInItsUsage)
         EXPECT_TRUE(zul::host::usage().contains(QLatin1String(option))) << option;
     }
 }
+TEST(CommandLine, TakesTheDatabaseFromAFileOrTheEnvironment)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"connection"_s);
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("DRIVER=x;PWD={l'età};UID=u\r\nsecond line\n");
+    }
+    EXPECT_EQ(taken({u"--database-file"_s, path}).database, u"DRIVER=x;PWD={l'età};UID=u"_s);
+    EXPECT_TRUE(refused({u"--database-file"_s, folder.filePath(u"missing"_s)}).contains(u"first line"_s));
+    EXPECT_TRUE(refused({u"--database-file"_s, folder.path()}).contains(u"first line"_s));
+    qputenv("ZULHOST_DATABASE", "DRIVER=y");
+    EXPECT_EQ(taken({}).database, u"DRIVER=y"_s);
+    EXPECT_EQ(taken({u"--database"_s, u"x.db"_s}).database, u"x.db"_s);
+    EXPECT_EQ(taken({u"--database-file"_s, path}).database, u"DRIVER=x;PWD={l'età};UID=u"_s);
+    qunsetenv("ZULHOST_DATABASE");
+}
+
+TEST(CommandLine, OverwritesAConnectionStringAmongItsArguments)
+{
+    std::vector<std::string> words{"zulhost",
+                                   "--user",
+                                   "1",
+                                   "--database",
+                                   "UID=u;PWD=segreta",
+                                   "--database=PWD=segreta",
+                                   "--database",
+                                   "a.db",
+                                   "--database-file",
+                                   "f=g",
+                                   "--database"};
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    zul::host::hideSecrets(static_cast<int>(arguments.size()), arguments.data());
+    EXPECT_EQ(words[4], std::string(17, 'x'));
+    EXPECT_EQ(words[5], "--database=" + std::string(11, 'x'));
+    EXPECT_EQ(words[7], "a.db");
+    EXPECT_EQ(words[9], "f=g");
+    EXPECT_EQ(words[10], "--database");
+}
+
+TEST(CommandLine, TakesTheOperationThatFails)
+{
+    EXPECT_TRUE(taken({}).failAt.isEmpty());
+    for (const QString& plan :
+         {u"0"_s, u"17"_s, u"17:error"_s, u"1:silent"_s, u"1:type"_s, u"1:lost"_s, u"1:end"_s}) {
+        EXPECT_EQ(taken({u"--fail-at"_s, plan}).failAt, plan);
+    }
+    for (const QString& plan :
+         {u""_s, u"-1"_s, u"x"_s, u"1:"_s, u"1:other"_s, u"1:lost "_s, u"12345678901"_s}) {
+        EXPECT_TRUE(refused({u"--fail-at"_s, plan}).contains(u"KIND"_s)) << plan.toStdString();
+    }
+    EXPECT_EQ(taken({}).appTimeOuts, 3);
+    EXPECT_EQ(taken({u"--app-time-outs"_s, u"0"_s}).appTimeOuts, 0);
+}
+
 } // namespace

@@ -1,5 +1,13 @@
 #include "host/services/AppPost.h"
+#include "automation/Bstr.h"
+#include "automation/ErrorInfo.h"
 #include "base/DateText.h"
+#include "host/session/HostDatabase.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <Zul_Host.h>
+
+#include <servprov.h>
 
 #include <gtest/gtest.h>
 
@@ -8,6 +16,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <string>
 #include <thread>
 
@@ -91,7 +100,79 @@ AppMessage sample()
             *parseDate("2024-01-15 10:20:30.123")};
 }
 
+/// Takes connections and never answers.
+class SilentServer
+{
+public:
+    SilentServer()
+    {
+        m_listener = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        static_cast<void>(::bind(m_listener, reinterpret_cast<sockaddr*>(&address), length));
+        ::listen(m_listener, 16);
+        ::getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &length);
+        m_port = ntohs(address.sin_port);
+    }
+    ~SilentServer() { ::close(m_listener); }
+    SilentServer(const SilentServer&) = delete;
+    SilentServer& operator=(const SilentServer&) = delete;
+
+    std::string url() const { return "http://127.0.0.1:" + std::to_string(m_port) + "/push"; }
+
+private:
+    int m_listener = -1;
+    int m_port = 0;
+};
+
 } // namespace
+
+TEST(AppPost, ASilentServiceIsWaitedForSoManyTimesARun)
+{
+    const TemporaryFolder folder;
+    const SilentServer silent;
+    constexpr std::chrono::milliseconds patience(150);
+    bool timedOut = false;
+    EXPECT_NE(postAppMessage(silent.url(), "sale", sample(), patience, &timedOut), "");
+    EXPECT_TRUE(timedOut);
+
+    HostDatabaseOptions options;
+    options.database = folder.file("x.db");
+    options.appUrl = silent.url();
+    options.appPatience = {patience, 2};
+    createDemo(options.database, 0);
+    const HostDatabase database(options);
+    ComPtr<IAppConnector> connector;
+    ASSERT_EQ(queryFor<IServiceProvider>(database.connection())
+                  ->QueryService(iidOf<IAppConnector>(), iidOf<IAppConnector>(), connector.putVoid()),
+              S_OK);
+    const auto send = [&](std::string& why) {
+        Bstr error;
+        VARIANT_BOOL sent = VARIANT_TRUE;
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(
+            connector->SendToContact(Bstr(u"a@b.it").get(), 45000.5, Bstr(u"x").get(), error.put(), &sent),
+            S_OK);
+        EXPECT_EQ(sent, VARIANT_FALSE);
+        why = error.toUtf8();
+        return std::chrono::steady_clock::now() - start;
+    };
+    for (int run = 0; run < 2; ++run) {
+        // Each run begins anew.
+        ASSERT_EQ(connector->Init(Bstr(u"s").get(), Bstr(u"t").get()), S_OK);
+        std::string first;
+        std::string later;
+        EXPECT_GE(send(first), patience);
+        EXPECT_GE(send(first), patience);
+        EXPECT_NE(first, "");
+        for (int i = 0; i < 20; ++i) {
+            EXPECT_LT(send(later), patience);
+            EXPECT_EQ(later, first) << "the same reason";
+        }
+    }
+}
 
 TEST(AppPost, SignsTheBodyUnderTheSalt)
 {

@@ -261,6 +261,44 @@ TEST_F(ServicesTest, StoresAMessageWithWhatWasPutInTheOrderOfTheColumns)
     EXPECT_EQ(rows[1][2], std::nullopt);
 }
 
+TEST_F(ServicesTest, TheJournalTellsThatAPasswordWasStoredAndNotWhich)
+{
+    ComPtr<IConnection> rows;
+    ASSERT_EQ(connection()->get_Connection(rows.put()), S_OK);
+    const auto store = [&](bool adds, std::u16string_view name, std::u16string_view value) {
+        ComPtr<IRecordset> settings;
+        const std::u16string sql =
+            u"SELECT * FROM tabImpostazioni WHERE descrizione='" + std::u16string(name) + u"'";
+        ASSERT_EQ(rows->OpenRecordset(Bstr(sql).get(), CursorDynamic, LockOptimistic, settings.put()), S_OK);
+        if (adds) {
+            ASSERT_EQ(settings->AddNew(), S_OK);
+            ASSERT_EQ(settings->put_Value(Variant::fromText(u"Descrizione"), Variant::fromText(name)), S_OK);
+        }
+        ASSERT_EQ(settings->put_Value(Variant::fromText(u"Valore"), Variant::fromText(value)), S_OK);
+        ASSERT_EQ(settings->Update(), S_OK);
+    };
+    store(true, u"SMS_CHECK_FTP_Password", u"segreta");
+    store(false, u"SMS_CHECK_FTP_Password", u"segreta2");
+    store(false, u"SMS_CHECK_FTP_Password", u"");
+    store(true, u"SMS_CHECK_FTP_User", u"utente");
+    std::string all;
+    for (const std::string& line : journal()) {
+        all += line + "\n";
+    }
+    EXPECT_EQ(all.find("segreta"), std::string::npos) << all;
+    EXPECT_NE(all.find(R"([["Descrizione","SMS_CHECK_FTP_Password"],["Valore","***"]])"), std::string::npos)
+        << all;
+    EXPECT_NE(all.find(R"({"op":"update","table":"tabImpostazioni","values":[["Valore","***"]]})"),
+              std::string::npos)
+        << all;
+    EXPECT_NE(all.find(R"([["Valore",""]])"), std::string::npos) << all;
+    EXPECT_NE(all.find(R"(["Valore","utente"])"), std::string::npos) << all;
+    EXPECT_EQ(m_database->run("SELECT Valore FROM tabImpostazioni WHERE Descrizione='SMS_CHECK_FTP_User'")
+                  .rows.at(0)
+                  .at(0),
+              "utente");
+}
+
 TEST_F(ServicesTest, SaysWhenAMessageCannotBeStored)
 {
     m_database->run("DROP TABLE TMK_MailingList");
@@ -294,6 +332,28 @@ TEST_F(ServicesTest, KeepsAppMessagesInATableWithoutAService)
     EXPECT_EQ(rows[0], (std::vector<std::optional<std::string>>{"negozio", "a@example.com", "ciao 😀",
                                                                 "2024-05-01 10:20:30.000"}));
     EXPECT_EQ(rows[1][1], std::nullopt);
+}
+
+TEST_F(ServicesTest, GivesNoIdBeyondThirtyTwoBits)
+{
+    m_database->run("INSERT INTO TMK_MailingList (idMailing) VALUES (2147483647)");
+    const auto record = service<IMessageRecord>();
+    VARIANT_BOOL stored = VARIANT_TRUE;
+    EXPECT_NE(record->Save(connection(), &stored), S_OK);
+    EXPECT_EQ(stored, VARIANT_FALSE);
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) FROM TMK_MailingList").rows.at(0).at(0), "1");
+
+    const auto connector = service<IAppConnector>();
+    ASSERT_EQ(connector->Init(Bstr(u"app").get(), Bstr(u"sale").get()), S_OK);
+    Bstr why;
+    VARIANT_BOOL sent = VARIANT_FALSE;
+    ASSERT_EQ(connector->SendToContact(nullptr, 45000.5, Bstr(u"Ciao").get(), why.put(), &sent), S_OK);
+    ASSERT_EQ(sent, VARIANT_TRUE) << why.toUtf8();
+    m_database->run("UPDATE appOutbox SET id = 2147483647");
+    ASSERT_EQ(connector->SendToContact(nullptr, 45000.5, Bstr(u"Ciao").get(), why.put(), &sent), S_OK);
+    EXPECT_EQ(sent, VARIANT_FALSE);
+    EXPECT_EQ(why.toUtf8(), "the ids of appOutbox are used up");
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) FROM appOutbox").rows.at(0).at(0), "1");
 }
 
 TEST_F(ServicesTest, MakesItsOwnTablesWhereTheyAreMissing)

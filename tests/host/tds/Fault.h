@@ -1,5 +1,6 @@
 #pragma once
-// Connections that break at a wanted place.
+// Connections that break at a wanted place, and transactions that the server ends.
+#include <atomic>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -7,13 +8,15 @@
 
 namespace zul::tds {
 
-/// Where the server hangs up.
+/// Where the server hangs up, or does something else to the client.
 struct Fault
 {
     std::string on;          ///< a request whose text contains this (to the letter); empty: any request
     int occurrence = 1;      ///< the first, second … such request
     std::optional<int> rows; ///< after so many rows of its answer; nothing: instead of running it
     bool silent = false;     ///< it only falls silent: the connection stays, and nothing comes any more
+    bool afterwards = false; ///< once the request is answered
+    bool deadlock = false; ///< it does not hang up: the transaction is undone, with error 1205 for the answer
 };
 
 /// The faults of a server, shared by its sessions.
@@ -36,7 +39,12 @@ public:
         return std::exchange(m_fault, std::nullopt);
     }
 
+    /// Requests that all sessions together had: texts, procedure calls and transaction requests.
+    int requests() const { return m_requests; }
+    void count() { ++m_requests; }
+
 private:
+    std::atomic<int> m_requests = 0;
     std::mutex m_mutex;
     std::optional<Fault> m_fault;
 };

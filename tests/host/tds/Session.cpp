@@ -99,6 +99,10 @@ void Session::serve()
         m_failed = false;
         m_inCall = message.type == MessageType::Rpc;
         m_rowsUntilCut.reset();
+        if (message.type == MessageType::Batch || message.type == MessageType::Rpc ||
+            message.type == MessageType::Transaction) {
+            m_faults.count();
+        }
         try {
             switch (message.type) {
             case MessageType::Prelogin:
@@ -127,6 +131,9 @@ void Session::serve()
             endOfAnswer(0);
         }
         m_channel.finish();
+        if (m_cutsAfterwards) {
+            throw Gone("cut");
+        }
     }
 }
 
@@ -215,6 +222,7 @@ void Session::answerTransaction(std::string_view body)
         m_database->begin();
         m_channel.put(change(8, transactionName, {}));
     }
+    m_toldTransaction = m_database->inTransaction();
     endOfAnswer(0);
 }
 
@@ -330,7 +338,15 @@ void Session::runText(const std::string& text, const std::vector<Parameter>& par
     trace((m_inCall ? "call " : "batch ") + text);
     if (const auto fault = m_faults.meets(text)) {
         m_silent = fault->silent;
-        if (!fault->rows) {
+        m_cutsAfterwards = fault->afterwards;
+        if (fault->deadlock) {
+            if (m_database->inTransaction()) {
+                m_database->rollback();
+            }
+            throw ServerError{1205, 13,
+                              "Transaction was deadlocked and has been chosen as the deadlock victim."};
+        }
+        if (!fault->rows && !fault->afterwards) {
             breakOff();
         }
         m_rowsUntilCut = fault->rows;
@@ -340,6 +356,9 @@ void Session::runText(const std::string& text, const std::vector<Parameter>& par
     }
     if (!m_options.hasOutput && text.find(" OUTPUT inserted.") != std::string::npos) {
         throw ServerError{102, 15, "Incorrect syntax near 'OUTPUT'."};
+    }
+    if (!m_options.hasOutput && text.find("XACT_ABORT") != std::string::npos) {
+        throw ServerError{195, 15, "'XACT_ABORT' is not a recognized SET option."};
     }
     m_database->run(text, parameters, *this);
 }
@@ -384,6 +403,7 @@ void Session::done(std::optional<std::int64_t> count)
     if (m_lastDone) {
         m_channel.put(*std::exchange(m_lastDone, std::nullopt));
     }
+    tellTransaction();
     Writer out;
     const auto status = static_cast<std::uint16_t>(doneMore | (count ? doneCount : 0) |
                                                    (m_database->inTransaction() ? doneInTransaction : 0));
@@ -397,9 +417,21 @@ void Session::note(int number, const std::string& text)
     say(tokenNote, {number, 10, text});
 }
 
+// A transaction that a statement began or ended, whatever way.
+void Session::tellTransaction()
+{
+    const bool open = m_database && m_database->inTransaction();
+    if (open == m_toldTransaction) {
+        return;
+    }
+    m_channel.put(open ? change(8, transactionName, {}) : change(9, {}, transactionName));
+    m_toldTransaction = open;
+}
+
 void Session::complain(const ServerError& error)
 {
     say(tokenError, error);
+    tellTransaction();
     m_failed = true;
 }
 

@@ -18,7 +18,7 @@ struct ServerOptions
     std::string password = "Zul'prova;1";
     bool trace = std::getenv("ZUL_TDS_TRACE") != nullptr; ///< writes every request to standard error
     bool hasCatalogue = true;                             ///< whether it has the catalogue procedures
-    bool hasOutput = true;                                ///< whether it knows the OUTPUT clause
+    bool hasOutput = true; ///< whether it knows the OUTPUT clause and XACT_ABORT
 };
 
 class Session final : private AnswerSink
@@ -48,6 +48,7 @@ private:
     [[noreturn]] void breakOff();
     void runText(const std::string& text, const std::vector<Parameter>& parameters);
     void complain(const ServerError& error);
+    void tellTransaction();
     void say(std::uint8_t token, const ServerError& what);
     void returnHandle(std::int64_t handle);
     void endOfCall();
@@ -69,6 +70,8 @@ private:
     bool m_failed = false;
     std::optional<int> m_rowsUntilCut;
     bool m_silent = false;
+    bool m_cutsAfterwards = false;
+    bool m_toldTransaction = false; // whether the client knows of an open one
     // The end of a statement is written when it is known whether another one follows.
     std::optional<std::string> m_lastDone;
     Writer m_row;

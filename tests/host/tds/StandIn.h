@@ -27,7 +27,7 @@ public:
     /// How a program connects through FreeTDS.
     std::string connectionString() const;
 
-    /// Where the server is to hang up next.
+    /// Where the server is to hang up next, and how many requests it had.
     Faults& faults() { return m_faults; }
 
     /// Hangs up on everybody now, and waits until what they had begun is undone.

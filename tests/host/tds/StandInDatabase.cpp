@@ -632,6 +632,13 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
     } else if (matches(text, R"(if\s+@@trancount\s*>\s*0\s+(commit|rollback)(?:\s+tran(?:saction)?)?)",
                        parts)) {
         foldedName(parts[1].str()) == "commit" ? commit() : rollback();
+    } else if (matches(text, R"((begin|commit|rollback)\s+tran(?:saction)?)", parts)) {
+        changeTransaction(foldedName(parts[1].str()));
+    } else if (matches(text, R"(select\s+@@trancount\s+as\s+(\w+))", parts)) {
+        sink.columns({{parts[1], dataTypeOf("int")}});
+        sink.row({Datum(std::int64_t{inTransaction() ? 1 : 0})});
+        sink.done(1);
+        return true;
     } else if (matches(text, R"((update\s[\s\S]*)\soutput\s+inserted\.(\w+)(\s+where\s[\s\S]*))", parts)) {
         runTranslated(parts[1].str() + parts[3].str(), " RETURNING " + quotedName(parts[2].str()), parameters,
                       sink);
@@ -643,14 +650,44 @@ bool StandInDatabase::runSpecial(std::string_view batch, std::span<const Paramet
     return true;
 }
 
+void StandInDatabase::changeTransaction(const std::string& word)
+{
+    if (word == "begin") {
+        if (inTransaction()) {
+            throw ServerError{50000, 16, "The stand-in knows no transactions within transactions."};
+        }
+        begin();
+        return;
+    }
+    if (!inTransaction()) {
+        throw ServerError{word == "commit" ? 3902 : 3903, 16,
+                          "The " + word + " request has no corresponding BEGIN TRANSACTION."};
+    }
+    word == "commit" ? commit() : rollback();
+}
+
 void StandInDatabase::run(std::string_view batch, std::span<const Parameter> parameters, AnswerSink& sink)
 {
+    constexpr std::string_view abortOption = "set xact_abort on;";
+    const bool aborts = foldedName(batch.substr(0, abortOption.size())) == abortOption;
+    if (aborts) {
+        batch.remove_prefix(abortOption.size());
+    }
+    const auto abort = [&] {
+        if (aborts && inTransaction()) {
+            rollback();
+        }
+    };
     try {
         if (!runSpecial(batch, parameters, sink)) {
             runTranslated(batch, {}, parameters, sink);
         }
     } catch (const host::EngineError& error) {
+        abort();
         throw errorOf(error.what());
+    } catch (const ServerError&) {
+        abort();
+        throw;
     }
 }
 
@@ -695,6 +732,15 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
         sink.done(std::nullopt);
     }
     for (const dialect::Translation& statement : statements) {
+        if (statement.kind == dialect::StatementKind::Begin ||
+            statement.kind == dialect::StatementKind::Commit ||
+            statement.kind == dialect::StatementKind::Rollback) {
+            changeTransaction(statement.kind == dialect::StatementKind::Begin    ? "begin"
+                              : statement.kind == dialect::StatementKind::Commit ? "commit"
+                                                                                 : "rollback");
+            sink.done(std::nullopt);
+            continue;
+        }
         const bool schema = statement.kind == dialect::StatementKind::Schema;
         const bool creates = schema && statement.sql.starts_with("CREATE TABLE");
         if (creates && has("table", statement.target)) {
@@ -709,7 +755,13 @@ void StandInDatabase::runTranslated(std::string_view batch, std::string_view end
         const bool counts = statement.kind == dialect::StatementKind::Insert ||
                             statement.kind == dialect::StatementKind::Update ||
                             statement.kind == dialect::StatementKind::Delete;
-        runOne(statement.sql + std::string(ending), statement.columns, counts, parameters, sink);
+        // Each statement counts its parameters anew.
+        const auto own = static_cast<std::size_t>(statement.parameters);
+        if (own > parameters.size()) {
+            throw ServerError{137, 15, "Must declare the scalar variable."};
+        }
+        runOne(statement.sql + std::string(ending), statement.columns, counts, parameters.first(own), sink);
+        parameters = parameters.subspan(own);
         if (schema) {
             m_tables.clear();
         }

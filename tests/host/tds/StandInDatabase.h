@@ -72,6 +72,8 @@ private:
 
     bool runSpecial(std::string_view batch, std::span<const Parameter> parameters, AnswerSink& sink);
     void setOption(std::string_view batch, AnswerSink& sink);
+    /// "begin", "commit" or "rollback".
+    void changeTransaction(const std::string& word);
     void createFunction(const std::string& name);
     void addDefault(const std::string& table, const std::string& function, const std::string& column);
     void listTables(const std::string& name, AnswerSink& sink);

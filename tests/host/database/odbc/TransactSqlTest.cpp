@@ -2,7 +2,7 @@
 // its end in the middle of everything. Against the stand-in, and what needs no special server also against the one
 // that ZUL_TEST_TSQL names.
 #include "tests/host/database/Backends.h"
-#include "tests/host/tds/StandIn.h"
+#include "tests/host/database/odbc/StandInTest.h"
 
 #include "base/DateText.h"
 #include "host/database/Cell.h"
@@ -19,12 +19,6 @@ using namespace zul::host;
 
 namespace {
 
-std::int64_t numberOf(Engine& engine, std::string_view sql)
-{
-    const auto rows = engine.query(sql, Language::Native);
-    return rows->next() ? std::int64_t{rows->cells()[0].Integer} : -1;
-}
-
 void dropAll(Engine& engine)
 {
     for (const TableDefinition& table : allTables()) {
@@ -33,66 +27,6 @@ void dropAll(Engine& engine)
         }
     }
 }
-
-class StandInTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        if (tds::freeTdsDriver().empty()) {
-            GTEST_SKIP() << "the ODBC driver of FreeTDS is not installed";
-        }
-        m_options.file = m_folder.file("server.db");
-        start();
-    }
-
-    void start()
-    {
-        m_engine.reset();
-        m_server.reset();
-        m_server = std::make_unique<tds::StandIn>(m_options);
-        m_engine = std::make_unique<OdbcEngine>(m_server->connectionString());
-    }
-
-    void execute(std::string_view sql) { m_engine->execute(sql, Language::Native); }
-
-    void fillTable(int rows)
-    {
-        execute("CREATE TABLE t (a int, b nvarchar(50))");
-        std::vector<Value> values;
-        for (std::int64_t i = 1; i <= rows; ++i) {
-            values.emplace_back(i);
-            values.emplace_back("riga " + std::to_string(i));
-        }
-        const std::vector<std::string_view> columns{"a", "b"};
-        m_engine->insertRows("t", columns, values);
-    }
-
-    /// A second look at the same file, when the first connection is gone.
-    std::int64_t later(std::string_view sql)
-    {
-        m_engine.reset();
-        m_engine = std::make_unique<OdbcEngine>(m_server->connectionString());
-        return numberOf(*m_engine, sql);
-    }
-
-    static ErrorCode codeOf(const std::function<void()>& work)
-    {
-        try {
-            work();
-        } catch (const EngineError& error) {
-            EXPECT_STRNE(error.what(), "");
-            return error.code();
-        }
-        ADD_FAILURE() << "nothing failed";
-        return {};
-    }
-
-    TemporaryFolder m_folder;
-    tds::ServerOptions m_options;
-    std::unique_ptr<tds::StandIn> m_server;
-    std::unique_ptr<OdbcEngine> m_engine;
-};
 
 /// The same against the stand-in and against a server of the user's.
 class TransactSqlTest : public ::testing::TestWithParam<std::string>
@@ -322,7 +256,7 @@ TEST_P(TransactSqlTest, MakesATableThatAnotherProgramMakesToo)
             programs.emplace_back([&] {
                 try {
                     OdbcEngine own(m_connectionString);
-                    ensureTable(own, counterTable());
+                    own.ensureTable(counterTable());
                 } catch (const EngineError& failure) {
                     error = failure.what();
                 }
@@ -435,7 +369,7 @@ TEST_F(StandInTest, UndoesTheTransactionOfACutConnection)
 {
     fillTable(10);
     // In the statement, in its answer's place, and at the commit itself.
-    for (const char* where : {"VALUES (@P1)", "DELETE", "transaction 7"}) {
+    for (const char* where : {"VALUES (@P1)", "DELETE", "COMMIT TRANSACTION"}) {
         start();
         m_server->faults().arm({where, 1, std::nullopt});
         m_engine->begin();
@@ -459,7 +393,7 @@ TEST_F(StandInTest, UndoesTheTransactionOfACutConnection)
 TEST_F(StandInTest, LeavesNothingOfADemonstrationThatBrokeOff)
 {
     for (const char* where : {"CREATE TABLE tabVendite", "INSERT INTO tabClienti",
-                              "CREATE INDEX IX_TMK_Chiamate_idCampagna", "transaction 7"}) {
+                              "CREATE INDEX IX_TMK_Chiamate_idCampagna", "COMMIT TRANSACTION"}) {
         start();
         m_server->faults().arm({where, 1, std::nullopt});
         EXPECT_EQ(codeOf([&] { createDemo(m_server->connectionString(), 1200); }), ErrorCode::ConnectionLost)

@@ -144,9 +144,10 @@ TEST(SqliteEngine, TranslatesWhatTheComponentWrites)
     SqliteEngine engine(folder.file("x.db"), SqliteDatabase::Mode::OpenOrCreate);
     createTables(engine);
     engine.execute(
-        "INSERT INTO tabClienti (IdCliente, RAGIONESOCIALE1, DataNascita) VALUES (1, 'Rossi', '19800601');"
-        " INSERT INTO tabClienti (IdCliente, RagioneSociale2) VALUES (2, 'Anna')",
+        "INSERT INTO tabClienti (IdCliente, RAGIONESOCIALE1, DataNascita) VALUES (1, 'Rossi', '19800601');",
         Language::Transact);
+    engine.execute("INSERT INTO tabClienti (IdCliente, RagioneSociale2) VALUES (2, 'Anna')",
+                   Language::Transact);
     const auto rows =
         engine.query("SELECT DISTINCT tabClienti.IdCLiente , ISNULL(tabClienti.RAGIONESOCIALE1,'') + ' '+"
                      " ISNULL(tabClienti.RAGIONESOCIALE2,'') AS Cliente , "
