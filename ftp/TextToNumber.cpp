@@ -3,7 +3,6 @@
 #include "ftp/FtpErrors.h"
 
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -109,19 +108,6 @@ std::string normalised(std::string_view text, const NumberFormat& format)
 }
 
 } // namespace
-
-NumberFormat localeNumberFormat()
-{
-    const std::lconv* locale = std::localeconv();
-    NumberFormat format;
-    if (locale->decimal_point != nullptr && *locale->decimal_point != '\0') {
-        format.decimalSeparator = locale->decimal_point;
-    }
-    if (locale->thousands_sep != nullptr) {
-        format.groupSeparator = locale->thousands_sep;
-    }
-    return format;
-}
 
 std::int16_t textToInt16(std::string_view text, const NumberFormat& format)
 {

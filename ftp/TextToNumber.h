@@ -13,7 +13,7 @@ struct NumberFormat
     std::string groupSeparator; ///< empty: none
 };
 
-/// The separators of the process's locale.
+/// The separators of the process's locale; on Windows those of the user's settings.
 NumberFormat localeNumberFormat();
 
 /// What the classic conversion takes: blanks around, a sign in front, digits with the format's separators, an

@@ -8,9 +8,7 @@
 #include <optional>
 #include <vector>
 
-QT_BEGIN_NAMESPACE
 QT_FORWARD_DECLARE_CLASS(QCollator)
-QT_END_NAMESPACE
 
 namespace zul {
 

@@ -6,9 +6,11 @@
 #include <QDialog>
 #include <memory>
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmRicercaGenerica;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

@@ -8,9 +8,11 @@
 QT_FORWARD_DECLARE_CLASS(QCheckBox)
 QT_FORWARD_DECLARE_CLASS(QLineEdit)
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

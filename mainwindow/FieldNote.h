@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QString>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 

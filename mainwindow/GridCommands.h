@@ -3,9 +3,11 @@
 
 #include <QObject>
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

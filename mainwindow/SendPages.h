@@ -10,9 +10,11 @@
 
 QT_FORWARD_DECLARE_CLASS(QWidget)
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

@@ -6,9 +6,11 @@
 
 QT_FORWARD_DECLARE_CLASS(QWidget)
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

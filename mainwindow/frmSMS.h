@@ -10,9 +10,11 @@
 #include <QDialog>
 #include <memory>
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

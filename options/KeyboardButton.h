@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QSize>
 
-class QPushButton;
+QT_FORWARD_DECLARE_CLASS(QPushButton)
 
 namespace zul {
 

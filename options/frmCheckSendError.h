@@ -12,9 +12,11 @@
 
 QT_FORWARD_DECLARE_CLASS(QLineEdit)
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmCheckSendError;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

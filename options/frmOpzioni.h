@@ -8,9 +8,11 @@
 #include <utility>
 #include <vector>
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmOpzioni;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

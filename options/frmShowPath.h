@@ -4,9 +4,11 @@
 #include <QDialog>
 #include <memory>
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmShowPath;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include <Zul_MessageBuilder.h>
+#include <olectl.h>
 
 #include "automation/ConnectionPoints.h"
 #include "automation/Dispatch.h"

@@ -1,4 +1,5 @@
 // Classes for all users, beside the user's own.
+#include "base/Utf8.h"
 #include "tests/automation/RegistryTest.h"
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include "ftp/FtpErrors.h"
 
-#include <clocale>
 #include <gtest/gtest.h>
 
 namespace zul::test {
@@ -93,19 +92,6 @@ TEST(TextToNumberTest, TheSeparatorsAreTheLocales)
     EXPECT_EQ(convert("2.1,5", Italian), 22);
     EXPECT_EQ(convert("20,6"), TypeMismatched);
     EXPECT_EQ(convert("1,2.3", Italian), TypeMismatched);
-}
-
-TEST(TextToNumberTest, TheProcesssLocaleIsAsked)
-{
-    const std::string previous = std::setlocale(LC_NUMERIC, nullptr);
-    if (std::setlocale(LC_NUMERIC, "it_IT.UTF-8") == nullptr) {
-        GTEST_SKIP() << "no Italian locale on this machine";
-    }
-    const NumberFormat format = localeNumberFormat();
-    std::setlocale(LC_NUMERIC, previous.c_str());
-    EXPECT_EQ(format.decimalSeparator, ",");
-    EXPECT_EQ(convert("2121,4", format), 2121);
-    EXPECT_EQ(convert("2.121,4", format), 2121);
 }
 
 } // namespace
