@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
 # Installs what the tests need, builds everything, and runs every test: the release build under the Italian
 # and once under the US locale, the fuzz targets for a short while, and the whole suite under the sanitizers.
-# clang-tidy looks at what changed since the whole tree was clean, or, with --tidy-all, at everything.
+# With --tidy clang-tidy looks at what changed since the whole tree was clean, with --tidy-all at everything.
 # Ends with CTest's summary.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-tidy_all=
+tidy=()
 case ${1:-} in
     "") ;;
-    --tidy-all) tidy_all=yes ;;
-    *) echo "usage: $0 [--tidy-all]" >&2 && exit 2 ;;
+    --tidy) tidy=(tests/house/tidy.sh) ;;
+    --tidy-all) tidy=(tests/house/tidy.sh --all) ;;
+    *) echo "usage: $0 [--tidy|--tidy-all]" >&2 && exit 2 ;;
 esac
 
 packaging/install.sh build run test
@@ -35,8 +36,10 @@ build release
 build fuzz
 build asan
 
-echo "== clang-tidy"
-tests/house/tidy.sh ${tidy_all:+--all}
+if [ ${#tidy[@]} -gt 0 ]; then
+    echo "== clang-tidy"
+    "${tidy[@]}"
+fi
 
 echo "== fuzz targets"
 tests/fuzz/run.sh build/fuzz 10
