@@ -94,7 +94,7 @@ for library in $libraries; do
     needs="" stand_in=""
     . "$here/dependencies/$library.sh"
     # A build that was broken off goes on where it was.
-    work=$cache/work/$arch-$library-${hashes[$library]}
+    work=$cache/building/$arch-$library-${hashes[$library]}
     mkdir -p "$work/needed" "$cache/logs"
     for name in $needs; do cp -alf "$cache/parts/$arch-$name-${hashes[$name]}/." "$work/needed/"; done
     prefix=$work/result
