@@ -1,0 +1,2 @@
+# Texts that come from outside: files of operators and administrators, what is typed, what a server sends.
+zul_fuzz(grid_layout_fuzz SOURCES GridLayoutFuzz.cpp LIBS zul_grid)
