@@ -1,3 +1,4 @@
 # Texts that come from outside: files of operators and administrators, what is typed, what a server sends.
 zul_fuzz(grid_layout_fuzz SOURCES GridLayoutFuzz.cpp LIBS zul_grid)
 zul_fuzz(failed_numbers_fuzz SOURCES FailedNumbersFuzz.cpp LIBS zul_options)
+zul_fuzz(placeholder_fuzz SOURCES PlaceholderFuzz.cpp LIBS zul_fuzz_host)
