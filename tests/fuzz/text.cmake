@@ -2,3 +2,4 @@
 zul_fuzz(grid_layout_fuzz SOURCES GridLayoutFuzz.cpp LIBS zul_grid)
 zul_fuzz(failed_numbers_fuzz SOURCES FailedNumbersFuzz.cpp LIBS zul_options)
 zul_fuzz(placeholder_fuzz SOURCES PlaceholderFuzz.cpp LIBS zul_fuzz_host)
+zul_fuzz(scenario_fuzz SOURCES ScenarioFuzz.cpp LIBS zul_fuzz_host)
