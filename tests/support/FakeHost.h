@@ -113,7 +113,8 @@ public:
     // --- Failures
 
     /// The n-th operation of a kind (from 1) fails: "execute", "open", "update", "nextid", "lookup", "customer",
-    /// "save", "parse", "connection", "user", … as the operations begin.
+    /// "save", "parse", "connection", "user", "service" (that one of its objects is asked for), … as the operations
+    /// begin.
     void failNth(const std::string& kind, int n, HRESULT code, const std::u16string& description);
     /// Every operation that contains the text fails.
     void failWhere(const std::string& part, HRESULT code, const std::u16string& description);
