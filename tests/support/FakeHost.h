@@ -91,6 +91,8 @@ public:
     void answerLookup(const std::string& condition, Variant value);
     /// The table tabImpostazioni by key; nothing is NULL. Statements on it work on this map.
     std::map<std::string, std::optional<std::string>>& settings();
+    /// What the next questions for FieldCount get, one after another; the number of fields when used up.
+    std::vector<long>& fieldCounts();
     /// Row sets answer IRowReader as well.
     void giveRowReader(bool give);
 
