@@ -239,8 +239,13 @@ void Recordset::moveNext()
 
 int Recordset::fieldCount() const
 {
-    return static_cast<int>(
-        calls::value<LONG>([&](LONG* result) { return opened()->get_FieldCount(result); }));
+    // More than a row set of any database has. The number becomes the size of tables.
+    constexpr LONG mostFields = 0x7FFF;
+    const LONG count = calls::value<LONG>([&](LONG* result) { return opened()->get_FieldCount(result); });
+    if (count < 0 || count > mostFields) {
+        throw Error(RunTime::SubscriptOutOfRange);
+    }
+    return static_cast<int>(count);
 }
 
 QString Recordset::fieldName(int index) const

@@ -69,6 +69,7 @@ public:
 
     bool eof() const;
     void moveNext();
+    /// @throws Error 9 for a number that no row set has
     int fieldCount() const;
     QString fieldName(int index) const;
 

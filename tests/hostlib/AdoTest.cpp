@@ -81,6 +81,17 @@ TEST_F(AdoTest, AFailureWithoutAnErrorObjectStillSaysSomething)
     EXPECT_FALSE(description.isEmpty());
 }
 
+TEST_F(AdoTest, ANumberOfFieldsThatNoRowSetHasIsAnError)
+{
+    for (const long count : {-1L, -0x7FFFFFFFL - 1, 0x7FFFFFFFL, 32768L}) {
+        host.fieldCounts() = {count};
+        EXPECT_EQ(errorOf([&] { open().fieldCount(); }), 9) << count;
+    }
+    host.fieldCounts() = {32767, 0};
+    EXPECT_EQ(open().fieldCount(), 32767);
+    EXPECT_EQ(open().fieldCount(), 0);
+}
+
 TEST_F(AdoTest, FieldsAreReadByNameInAnyCase)
 {
     Variant small;

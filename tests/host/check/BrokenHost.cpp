@@ -350,6 +350,10 @@ public:
             *object = nullptr;
             return S_OK;
         }
+        if (is(Fault::ServiceFails) && service == iidOf<IEmailCheck>()) {
+            *object = nullptr;
+            return E_FAIL;
+        }
         return m_sound.as<IServiceProvider>()->QueryService(service, iid, object);
     }
 
