@@ -77,6 +77,7 @@ struct Seen
     HWND owner = nullptr;
     bool hostEnabled = true;
     int ticks = 0;
+    HANDLE other = nullptr; // a program that has to end before the window is closed
 } seen;
 
 BOOL CALLBACK findOther(HWND window, LPARAM)
@@ -94,7 +95,8 @@ void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
 {
     ++seen.ticks;
     EnumThreadWindows(GetCurrentThreadId(), findOther, 0);
-    if (seen.shown == nullptr || seen.ticks < 5) {
+    if (seen.shown == nullptr || seen.ticks < 5 ||
+        (seen.other != nullptr && WaitForSingleObject(seen.other, 0) == WAIT_TIMEOUT)) {
         return;
     }
     seen.owner = GetWindow(seen.shown, GW_OWNER);
@@ -247,6 +249,28 @@ TEST_F(Guest, AWindowIsShownAgainAndWithoutAnyOfTheHosts)
         VARIANT result{};
         EXPECT_EQ(creator->DiscardOptionsForm(&result), S_OK);
     }
+}
+
+TEST_F(Guest, AnotherHostShowsItsWindowsMeanwhile)
+{
+    wchar_t self[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    std::wstring command = L"\"" + std::wstring(self) + L"\" --gtest_filter=Guest.AWindowIsShownAgain*";
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                               &process));
+    seen = Seen{};
+    seen.other = process.hProcess;
+    showOptions(*creator);
+    EXPECT_NE(seen.shown, nullptr);
+    DWORD code = 99;
+    EXPECT_TRUE(GetExitCodeProcess(process.hProcess, &code));
+    EXPECT_EQ(code, 0u);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
 }
 
 TEST_F(Guest, TheHostsProcessStaysAsItWas)
