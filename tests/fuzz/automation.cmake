@@ -3,3 +3,4 @@ zul_room(fuzz_values SOURCES Values.cpp LIBS zul_automation_cpp)
 
 zul_fuzz(variant_fuzz SOURCES VariantFuzz.cpp LIBS zul_fuzz_values)
 zul_fuzz(safe_array_fuzz SOURCES SafeArrayFuzz.cpp LIBS zul_fuzz_values)
+zul_fuzz(row_set_fuzz SOURCES RowSetFuzz.cpp LIBS zul_session zul_fuzz_values)
