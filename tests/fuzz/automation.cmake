@@ -11,3 +11,4 @@ zul_room(fuzz_component
     "${CMAKE_SOURCE_DIR}/component/SmsCreatorObject.cpp"
   LIBS zul_session_forms zul_fuzz_values)
 zul_fuzz(invoke_fuzz SOURCES InvokeFuzz.cpp LIBS zul_fuzz_component)
+zul_fuzz(event_sink_fuzz SOURCES EventSinkFuzz.cpp LIBS zul_fuzz_component)
