@@ -67,14 +67,14 @@ Value fromVariant(const VARIANT& v)
     return number.dblVal;
 }
 
-/// More than any database has; a number beyond it is a host's mistake, and would be asked of the memory.
-constexpr LONG mostFields = 32'767;
+/// More than a row set of any database has. The number becomes the size of tables.
+constexpr LONG mostFields = 0x7FFF;
 
-/// A count of fields, or of a row's cells. @throws Error 6 for what is none
+/// A count of fields, or of a row's cells. @throws Error 9 for a number that no row set has
 LONG checkedCount(LONG count)
 {
     if (count < 0 || count > mostFields) {
-        throw Error(RunTime::Overflow);
+        throw Error(RunTime::SubscriptOutOfRange);
     }
     return count;
 }

@@ -13,7 +13,7 @@ attack() {
     "$@" || failed=1
 }
 attack python3 "$here/fail_each.py" "$build" --minutes "$(python3 -c "print($minutes / 2)")"
-attack python3 "$here/kills.py" "$build" "$rounds"
+attack python3 "$here/kills.py" "$build" "$rounds" --operations "$((rounds / 4 + 1))"
 attack python3 "$here/disk.py" "$build" "$rounds"
 attack python3 "$here/ageing.py" "$build" "$((minutes * 20))"
 exit $failed
