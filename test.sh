@@ -42,7 +42,7 @@ if [ ${#tidy[@]} -gt 0 ]; then
 fi
 
 echo "== fuzz targets"
-tests/fuzz/run.sh build/fuzz 10
+tests/fuzz/run.sh build/fuzz 8
 
 # A run that fails shows its failures and ends here.
 suite() {

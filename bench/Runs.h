@@ -23,6 +23,11 @@ void runGrid(const std::string& database);
 /// The same sorts and the same filter of an ordinary Qt model under Qt's sorting and filtering one.
 void runProxy(const std::string& database);
 
+/// A load and a sort by name, and then with every other row ticked: the counts under the grid, the two filters, the tick of
+/// the largest commune's group and the boxes of all groups, and a CSV file. Behind each a bare loop of the same purpose,
+/// its word with "-bare".
+void runRows(const std::string& database);
+
 /// Construction, show and first paint of the main window, `runs` times.
 void runMainWindow(const std::string& database, int runs);
 /// The same of a window with as many plain widgets as the main window has.

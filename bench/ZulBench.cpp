@@ -19,7 +19,7 @@ constexpr const char* usage = R"(usage: zulbench demo DATABASE CUSTOMERS [demo|d
        zulbench statements DATABASE FILE
        zulbench search DATABASE RUNS
        zulbench mail|sms DATABASE all|half
-       zulbench grid|proxy DATABASE
+       zulbench grid|proxy|rows DATABASE
        zulbench window|widgets DATABASE RUNS
 )";
 
@@ -39,6 +39,8 @@ bool run(const std::vector<std::string>& words)
         runGrid(words[1]);
     } else if (verb == "proxy" && count == 2) {
         runProxy(words[1]);
+    } else if (verb == "rows" && count == 2) {
+        runRows(words[1]);
     } else if (verb == "window" && count == 3) {
         runMainWindow(words[1], std::atoi(words[2].c_str()));
     } else if (verb == "widgets" && count == 3) {

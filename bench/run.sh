@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the benchmarks and prints their table, ratios first: run.sh [TOPIC …] [CUSTOMERS …]. Topics are search, grid,
-# contents, prepare, server and window; without any all of them. Customers are 1000 100000 1000000 when none are named.
+# rows, contents, prepare, server and window; without any all of them. Customers are 1000 100000 1000000 when none are named.
 # Databases are made once in build/bench/data; every run works on a copy.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

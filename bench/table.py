@@ -3,7 +3,7 @@
 
 table.py BUILD [TOPIC …] [CUSTOMERS …]
 
-Topics: search, grid, contents, prepare, server, window; all of them when none is named. Customers: 1000 100000 1000000 when no
+Topics: search, grid, rows, contents, prepare, server, window; all of them when none is named. Customers: 1000 100000 1000000 when no
 number is given. Each run is a process of its own on a fresh copy of its database; the component's run and the other
 program's alternate, and what is printed is the median of the ratios of a pair. Times drift on a busy machine; ratios
 of runs that stand next to each other drift less.
@@ -17,7 +17,7 @@ import statistics
 import subprocess
 import sys
 
-TOPICS = ("search", "grid", "contents", "prepare", "server", "window")
+TOPICS = ("search", "grid", "rows", "contents", "prepare", "server", "window")
 CONTENTS = ("distinct", "same", "long", "null")
 DESIGN_SIZE = 1000000
 
@@ -196,6 +196,21 @@ def grid(size, contents="demo"):
          contents)
 
 
+def handling(size):
+    """What is done with the rows beside sorting them: each beside a bare loop in the same process."""
+    own = steps("rows", size, "demo", 3)
+    for word, what, target in (
+            ("counts", "counts under the grid, beside a loop that counts the ticks", 0.02),
+            ("ticked", "only the ticked ones set and cleared, beside a loop that picks them", 2),
+            ("find", "a letter in the find bar: filter, next row, number of matches, beside a search of every text", 1),
+            ("group-tick", "tick of the largest commune's group, beside a copy of the ticks and a loop that sets as many", 5),
+            ("group-boxes", "boxes of all groups after it, beside a loop that counts the ticks", 2),
+            ("csv", "CSV file of all rows, beside a loop that writes the bare texts", 3)):
+        bare = own[word + "-bare"]
+        show(what, size, own[word] / bare, target,
+             f"{beside(own[word], bare)}; the sort by name {seconds(own['sort'])}")
+
+
 def prepare_topic():
     for verb, kind in (("mail", "e-mail"), ("sms", "SMS")):
         costs = {}
@@ -301,6 +316,9 @@ try:
     if "grid" in topics:
         for size in sizes:
             grid(size)
+    if "rows" in topics:
+        for size in sizes:
+            handling(size)
     if "prepare" in topics:
         prepare_topic()
     if "server" in topics:

@@ -71,6 +71,10 @@ function(zul_warnings target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
     -Wnon-virtual-dtor -Woverloaded-virtual -Werror
     "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-unknown-warning-option;-Wno-restrict>")
+  if(ZUL_UNITY)
+    # Clang takes a variable for a shadow of one that is private to another source of the blob.
+    target_compile_options(${target} PRIVATE "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wno-shadow>")
+  endif()
   target_include_directories(${target} PRIVATE "${CMAKE_SOURCE_DIR}")
 endfunction()
 

@@ -2,6 +2,8 @@
 
 #include <QSaveFile>
 
+#include <array>
+
 namespace zul {
 
 using namespace Qt::StringLiterals;
@@ -14,6 +16,61 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view endOfLine = "\r\n";
 constexpr char separator = ';';
 
+/// What there is to know of a field's bytes before it is written, found in one pass: most texts have none of it.
+struct FieldTraits
+{
+    bool quoted = false; ///< holds what must stand in quotes
+    bool beyond = false; ///< holds bytes beyond ASCII
+};
+
+FieldTraits traitsOf(std::string_view utf8)
+{
+    enum : uint8_t
+    {
+        Quoted = 1,
+        Beyond = 2
+    };
+    static constexpr std::array<uint8_t, 256> kinds = [] {
+        std::array<uint8_t, 256> made{};
+        for (size_t byte = 0x80; byte < made.size(); ++byte) {
+            made[byte] = Beyond;
+        }
+        for (const char c : {'"', separator, '\r', '\n'}) {
+            made[static_cast<uint8_t>(c)] = Quoted;
+        }
+        return made;
+    }();
+    unsigned all = 0;
+    for (const char c : utf8) {
+        all |= kinds[static_cast<uint8_t>(c)];
+    }
+    return {(all & Quoted) != 0, (all & Beyond) != 0};
+}
+
+void appendField(std::string& line, std::string_view utf8, bool text, bool quoted)
+{
+    const bool formula =
+        text && !utf8.empty() && std::string_view("=+-@\t\r\n").find(utf8.front()) != std::string_view::npos;
+    if (!quoted) {
+        if (formula) {
+            line += '\'';
+        }
+        line += utf8;
+        return;
+    }
+    line += '"';
+    if (formula) {
+        line += '\'';
+    }
+    for (const char c : utf8) {
+        if (c == '"') {
+            line += '"';
+        }
+        line += c;
+    }
+    line += '"';
+}
+
 void appendCell(std::string& line, const ColumnStore& store, uint32_t record, int column)
 {
     if (store.kind(record, column) != CellKind::Text) {
@@ -22,8 +79,9 @@ void appendCell(std::string& line, const ColumnStore& store, uint32_t record, in
         return;
     }
     const std::string_view bytes = store.utf8(record, column);
-    if (QUtf8StringView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8()) {
-        appendCsvField(line, bytes, true);
+    const FieldTraits traits = traitsOf(bytes);
+    if (!traits.beyond || QUtf8StringView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8()) {
+        appendField(line, bytes, true, traits.quoted);
         return;
     }
     const QByteArray repaired = store.text(record, column).toUtf8();
@@ -81,26 +139,7 @@ bool writeRecords(Output& output, const CsvContent& content, const CsvProgress& 
 
 void appendCsvField(std::string& line, std::string_view utf8, bool text)
 {
-    const bool formula =
-        text && !utf8.empty() && std::string_view("=+-@\t\r\n").find(utf8.front()) != std::string_view::npos;
-    if (utf8.find_first_of("\";\r\n") == std::string_view::npos) {
-        if (formula) {
-            line += '\'';
-        }
-        line += utf8;
-        return;
-    }
-    line += '"';
-    if (formula) {
-        line += '\'';
-    }
-    for (const char c : utf8) {
-        if (c == '"') {
-            line += '"';
-        }
-        line += c;
-    }
-    line += '"';
+    appendField(line, utf8, text, traitsOf(utf8).quoted);
 }
 
 CsvResult writeCsv(const QString& path, const CsvContent& content, const CsvProgress& progress)

@@ -5,7 +5,6 @@
 #include "mainwindow/Pages.h"
 #include "messages/CreateMAIL.h"
 #include "messages/CreateSMS.h"
-#include "messages/SendSummary.h"
 #include "session/ComponentObject.h"
 #include "session/FormHelpers.h"
 #include "session/IgnoredInput.h"
@@ -39,12 +38,7 @@ SendPages::SendPages(Ui::frmSMS& ui, QWidget* form)
                 [&] { m_ui.tab_Invio->setCurrentIndex(PageTipoInvio); });
     });
     connect(m_ui.cmdProsegui2, &QPushButton::clicked, this, &SendPages::cmdProsegui2_Click);
-    connect(m_ui.cmdCreaMessaggi, &QPushButton::clicked, this, [this] {
-        trapped(smsProcedure(u"cmdCreaMessaggi_Click"_s), [&] {
-            const IgnoredInput ignored(m_form);
-            PreparaInvioMessaggi();
-        });
-    });
+    connect(m_ui.cmdCreaMessaggi, &QPushButton::clicked, this, &SendPages::cmdCreaMessaggi_Click);
     connect(m_ui.cmdApriGestoreSMS, &QPushButton::clicked, this, [this] {
         trapped(smsProcedure(u"cmdApriGestoreSMS_Click"_s), [&] { AvviaSmsSender(true, QString(), m_form); });
     });
@@ -139,15 +133,34 @@ void SendPages::cmdProsegui2_Click()
         pages->setPageShown(PagePrepara, true);
         pages->setCurrentIndex(PagePrepara);
         m_ui.List_INFO->clear();
-        showSummary();
+        showSummary({tickedCount(), {}});
+        // What comes first on the page is of no use yet; here Enter and Space start nothing by accident.
+        m_ui.List_INFO->setFocus();
     });
 }
 
-void SendPages::showSummary()
+qint64 SendPages::tickedCount() const
 {
-    const SendTexts texts{.sms = m_smsText ? m_smsText() : QString(), .mail = m_ui.cntrMailFinder->text()};
-    const auto ticked = static_cast<qint64>(m_ui.grdClienti->checkedCount());
-    m_ui.lblRiepilogo->setText(sendSummary(choices(), texts, ticked, QLocale()).join(u'\n'));
+    return static_cast<qint64>(m_ui.grdClienti->checkedCount());
+}
+
+void SendPages::showSummary(const SendCount& count)
+{
+    const SendTexts texts = m_texts ? m_texts() : SendTexts();
+    m_ui.lblRiepilogo->setText(sendSummary(choices(), texts, count, QLocale()).join(u'\n'));
+}
+
+void SendPages::cmdCreaMessaggi_Click()
+{
+    trapped(smsProcedure(u"cmdCreaMessaggi_Click"_s), [&] {
+        const IgnoredInput ignored(m_form);
+        const qint64 ticked = tickedCount();
+        PreparaInvioMessaggi();
+        // A run that handled nobody, as one that was not confirmed, leaves everything to be done.
+        if (tickedCount() != ticked) {
+            showSummary({ticked, tickedCount()});
+        }
+    });
 }
 
 void SendPages::PreparaInvioMessaggi()
@@ -193,7 +206,6 @@ void SendPages::PreparaInvioMessaggi()
         tellOperator(m_form, closingMessage(choices()));
         line = 50;
         m_ui.grdClienti->populate();
-        showSummary();
     } catch (...) {
         report({u"PreparaInvioMessaggi"_s, u") in procedure PreparaInvioMessage of Form frmSMS"_s,
                 QString::fromLatin1(SmsFormName)},

@@ -2,7 +2,7 @@
 // preparation, and the run itself.
 #pragma once
 
-#include "messages/SendChoices.h"
+#include "messages/SendSummary.h"
 
 #include <QObject>
 #include <functional>
@@ -31,8 +31,8 @@ public:
     /// The object that showed the form: asked for the user id; not owned.
     void setRefToClass(ComponentObject* object) { m_SmsCreator = object; }
 
-    /// What knows the text of an SMS as it stands, for the summary before a run.
-    void setSmsText(std::function<QString()> smsText) { m_smsText = std::move(smsText); }
+    /// What knows the texts as they stand, for the summary.
+    void setTexts(std::function<SendTexts()> texts) { m_texts = std::move(texts); }
 
     /// Which message kinds the send page offers.
     void InitTipoMessaggio(bool showSendSms, bool showSendMail, bool showPushNotify);
@@ -45,8 +45,10 @@ public:
 
 private:
     bool somebodyIsMarked() const;
+    qint64 tickedCount() const;
     void cmdProsegui2_Click();
-    void showSummary();
+    void showSummary(const SendCount& count);
+    void cmdCreaMessaggi_Click();
     void PreparaInvioMessaggi();
     /// False when a run broke off, or failed and is in the log.
     bool CreateSMS(bool clearMarks);
@@ -55,7 +57,7 @@ private:
 
     Ui::frmSMS& m_ui;
     QWidget* m_form;
-    std::function<QString()> m_smsText;
+    std::function<SendTexts()> m_texts;
     ComponentObject* m_SmsCreator = nullptr;
     bool m_somethingPrepared = false;
 };

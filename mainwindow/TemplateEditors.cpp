@@ -56,6 +56,17 @@ QString TemplateEditors::smsText() const
     if (!m_ui.txtTestoMessaggio_0_->isHidden()) {
         return templateText(m_ui.txtTestoMessaggio_0_->toPlainText());
     }
+    return chosenSmsText();
+}
+
+bool TemplateEditors::holdsUnsavedSms() const
+{
+    return !m_ui.txtTestoMessaggio_0_->isHidden() &&
+           !templateText(m_ui.txtTestoMessaggio_0_->toPlainText()).isEmpty();
+}
+
+QString TemplateEditors::chosenSmsText() const
+{
     const int id = m_ui.cntrMessaggio_0_->selectedId();
     if (id < 1) {
         return {};

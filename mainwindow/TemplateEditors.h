@@ -28,6 +28,10 @@ public:
     /// The text of an SMS as it stands, as far as it is known without asking the host: what is typed in the editor while
     /// that is open, else the chosen template's. Empty when there is none.
     QString smsText() const;
+    /// The chosen template's text, whatever stands in the editor: it is what a run sends.
+    QString chosenSmsText() const;
+    /// Whether the editor is open and holds a text.
+    bool holdsUnsavedSms() const;
     /// Counts that text anew, below the box.
     void showSmsCount();
 

@@ -71,7 +71,11 @@ frmSMS::frmSMS()
     m_gridCommands = new GridCommands(*m_ui, this);
     m_sendPages = new SendPages(*m_ui, this);
     m_templateEditors = new TemplateEditors(*m_ui, this);
-    m_sendPages->setSmsText([this] { return m_templateEditors->smsText(); });
+    m_sendPages->setTexts([this] {
+        return SendTexts{.sms = m_templateEditors->chosenSmsText(),
+                         .mail = m_ui->cntrMailFinder->text(),
+                         .smsUnsaved = m_templateEditors->holdsUnsavedSms()};
+    });
     m_previews = new Previews(*m_ui, *m_sendPages, *m_templateEditors, this);
     m_memory = new GridMemory(this, m_ui->grdClienti, m_ui->splitter);
     Form_Load();

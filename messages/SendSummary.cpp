@@ -16,15 +16,26 @@ QString shortened(const QString& text)
     return line.size() <= Longest ? line : line.left(Longest - 1) + u'…';
 }
 
-QString recipientsLine(qint64 ticked, const QLocale& locale)
+QString recipientsLine(const SendCount& count, const QLocale& locale)
 {
-    return ticked == 1 ? u"Destinatari: 1 cliente selezionato"_s
-                       : u"Destinatari: %1 clienti selezionati"_s.arg(locale.toString(ticked));
+    const QString ticked = locale.toString(count.ticked);
+    if (count.left) {
+        const QString customers = count.ticked == 1 ? u"1 cliente"_s : u"%1 clienti"_s.arg(ticked);
+        return u"Destinatari dell'ultima preparazione: %1 · ancora selezionati: %2"_s.arg(
+            customers, locale.toString(*count.left));
+    }
+    return count.ticked == 1 ? u"Destinatari: 1 cliente selezionato"_s
+                             : u"Destinatari: %1 clienti selezionati"_s.arg(ticked);
 }
 
-QString smsLine(const QString& text, const QLocale& locale)
+QStringList smsLines(const SendTexts& texts, const QLocale& locale)
 {
-    return u"Testo SMS: «%1» (%2)"_s.arg(shortened(text), smsCountLine(countSms(text), locale));
+    QStringList lines{
+        u"Testo SMS: «%1» (%2)"_s.arg(shortened(texts.sms), smsCountLine(countSms(texts.sms), locale))};
+    if (texts.smsUnsaved) {
+        lines += u"Attenzione: il nuovo testo non è stato salvato e non sarà inviato."_s;
+    }
+    return lines;
 }
 
 QString mailLine(const QString& title)
@@ -34,22 +45,26 @@ QString mailLine(const QString& title)
 
 } // namespace
 
-QStringList sendSummary(const SendChoices& choices, const SendTexts& texts, qint64 ticked,
+QStringList sendSummary(const SendChoices& choices, const SendTexts& texts, const SendCount& count,
                         const QLocale& locale)
 {
-    QStringList lines{recipientsLine(ticked, locale)};
+    QStringList lines{recipientsLine(count, locale)};
     switch (choosePreparation(choices)) {
     case Preparation::Sms:
-        lines += {u"Tipo: solo SMS"_s, smsLine(texts.sms, locale)};
+        lines += u"Tipo: solo SMS"_s;
+        lines += smsLines(texts, locale);
         break;
     case Preparation::Mail:
         lines += {u"Tipo: solo EMAIL"_s, mailLine(texts.mail)};
         break;
     case Preparation::SmsThenMail:
-        lines += {u"Tipo: SMS e EMAIL, prima gli SMS"_s, smsLine(texts.sms, locale), mailLine(texts.mail)};
+        lines += u"Tipo: SMS e EMAIL, prima gli SMS"_s;
+        lines += smsLines(texts, locale);
+        lines += mailLine(texts.mail);
         break;
     case Preparation::MailThenSms:
-        lines += {u"Tipo: EMAIL e SMS, prima le EMAIL"_s, mailLine(texts.mail), smsLine(texts.sms, locale)};
+        lines += {u"Tipo: EMAIL e SMS, prima le EMAIL"_s, mailLine(texts.mail)};
+        lines += smsLines(texts, locale);
         break;
     case Preparation::Push:
         if (choices.criterion == PushCriterion::Everybody) {

@@ -15,6 +15,13 @@ void givePalette(QWidget* widget)
     widget->setPalette(hasOwn ? widget->palette().resolve(commonPalette()) : commonPalette());
 }
 
+/// Whether a colour of the common palette is neither set on the control nor set otherwise.
+bool lacksPalette(const QWidget& widget)
+{
+    const auto all = commonPalette().resolveMask();
+    return (widget.palette().resolveMask() & all) != all;
+}
+
 } // namespace
 
 void OwnPalette::keep(QWidget* form)
@@ -47,8 +54,11 @@ void OwnPalette::take(QObject* object, bool made)
 
 bool OwnPalette::eventFilter(QObject* watched, QEvent* event)
 {
-    // Before the style's own polish, which puts the colours of the style sheet on top.
-    if (event->type() == QEvent::Polish && watched->isWidgetType()) {
+    // Before the style's own polish, which puts the colours of the style sheet on top. A style that is taken off again, as
+    // for another style sheet or another property, puts back what the control had before it: that may be the system's.
+    if (watched->isWidgetType() &&
+        (event->type() == QEvent::Polish ||
+         (event->type() == QEvent::PaletteChange && lacksPalette(*static_cast<const QWidget*>(watched))))) {
         givePalette(static_cast<QWidget*>(watched));
     }
     if (event->type() == QEvent::ChildAdded) {

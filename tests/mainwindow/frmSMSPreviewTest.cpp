@@ -131,8 +131,48 @@ TEST_F(SmsFormPreviewTest, TheSummaryTellsHowManyWhatAndWithWhichText)
               "GSM 03.38 · 1 SMS, ne restano 147 · stima: dipende dai dati del cliente)"_s);
     EXPECT_TRUE(host.operations().empty()) << "told without asking the host";
     click("cmdCreaMessaggi");
-    EXPECT_TRUE(label("lblRiepilogo").startsWith(u"Destinatari: 0 clienti selezionati"_s))
-        << "their ticks are gone";
+    EXPECT_TRUE(
+        label("lblRiepilogo")
+            .startsWith(u"Destinatari dell'ultima preparazione: 2 clienti · ancora selezionati: 0\nTipo: "_s))
+        << utf8(label("lblRiepilogo"));
+    EXPECT_EQ(button("cmdCreaMessaggi"), form->focusWidget());
+}
+
+TEST_F(SmsFormPreviewTest, AfterARunThatBrokeOffTheSummaryTellsWhoIsLeft)
+{
+    open(true, true, false);
+    searchThree();
+    click("cmdSelAll");
+    click("cmdProsegui1");
+    click("RBN_SoloSMS");
+    selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
+    click("cmdProsegui2");
+    EXPECT_EQ(find<QWidget>(u"List_INFO"_s), form->focusWidget())
+        << "where Enter and Space start nothing by accident";
+    host.saveAnswers() = {true, false};
+    click("cmdCreaMessaggi");
+    ASSERT_EQ(marks(), u"--x"_s) << "the second has no number";
+    EXPECT_TRUE(
+        label("lblRiepilogo")
+            .startsWith(u"Destinatari dell'ultima preparazione: 3 clienti · ancora selezionati: 1\n"_s))
+        << utf8(label("lblRiepilogo"));
+}
+
+TEST_F(SmsFormPreviewTest, ATextThatWasNotSavedIsNotToldAsWhatIsSent)
+{
+    open(true, true, false);
+    searchThree();
+    tick(0);
+    click("cmdProsegui1");
+    click("RBN_SoloSMS");
+    selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
+    click("cmdNuovoTestoSMS(0)");
+    freeText(0)->setPlainText(u"Tutt'altro"_s);
+    click("cmdProsegui2");
+    EXPECT_EQ(
+        label("lblRiepilogo"),
+        u"Destinatari: 1 cliente selezionato\nTipo: solo SMS\nTesto SMS: «Ciao» (4 caratteri · GSM 03.38 · "
+        u"1 SMS, ne restano 156)\nAttenzione: il nuovo testo non è stato salvato e non sarà inviato."_s);
 }
 
 TEST_F(SmsFormPreviewTest, ThePreviewGoesFromOneTickedCustomerToTheNext)
