@@ -20,11 +20,15 @@ GridCommands::GridCommands(Ui::frmSMS& ui, QObject* parent)
     m_ui.strumentiClienti->setGrid(m_ui.grdClienti, {u"cliente"_s, u"clienti"_s});
 }
 
+std::array<QPushButton*, 4> GridCommands::markingCommands() const
+{
+    return {m_ui.cmdSelAll, m_ui.cmdDeSelAll, m_ui.cmdSelezionaEvidenziati, m_ui.Cmd_DeselezionaEvidenziati};
+}
+
 void GridCommands::arrange()
 {
-    const std::array<QPushButton*, 4> commands{m_ui.cmdSelAll, m_ui.cmdDeSelAll, m_ui.cmdSelezionaEvidenziati,
-                                               m_ui.Cmd_DeselezionaEvidenziati};
-    QGridLayout* grid = m_ui.gridSelezione;
+    const std::array<QPushButton*, 4> commands = markingCommands();
+    const QGridLayout* grid = m_ui.gridSelezione;
     const QMargins margins = m_ui.gridPanel->layout()->contentsMargins();
     const int room = m_ui.gridPanel->width() - margins.left() - margins.right();
     const auto widthIn = [&](std::size_t columns) {
@@ -41,10 +45,24 @@ void GridCommands::arrange()
     // Without this the captions of a whole row would be what the splitter cannot go below.
     m_ui.gridPanel->setMinimumWidth(widthIn(1) + margins.left() + margins.right());
     const std::size_t columns = widthIn(4) <= room ? 4 : widthIn(2) <= room ? 2 : 1;
-    if (columns == m_columns) {
-        return;
+    if (columns != m_columns) {
+        m_columns = columns;
+        placeCommands(columns);
     }
-    m_columns = columns;
+    keepHeight();
+}
+
+/// Lines that wrap are higher in a narrow panel, which a splitter does not ask: where there is no room the page scrolls.
+void GridCommands::keepHeight()
+{
+    m_ui.gridPanel->setMinimumHeight(
+        m_ui.gridPanel->layout()->totalMinimumHeightForWidth(m_ui.gridPanel->width()));
+}
+
+void GridCommands::placeCommands(std::size_t columns)
+{
+    const std::array<QPushButton*, 4> commands = markingCommands();
+    QGridLayout* grid = m_ui.gridSelezione;
     const int all = grid->columnCount();
     for (std::size_t i = 0; i < commands.size(); ++i) {
         grid->addWidget(commands[i], static_cast<int>(i / columns), static_cast<int>(i % columns), 1,
@@ -62,6 +80,9 @@ bool GridCommands::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_ui.gridPanel && event->type() == QEvent::Resize) {
         trapped(smsProcedure(u"gridPanel_Resize"_s), [&] { arrange(); });
+    }
+    if (watched == m_ui.gridPanel && event->type() == QEvent::LayoutRequest) {
+        trapped(smsProcedure(u"gridPanel_Resize"_s), [&] { keepHeight(); });
     }
     return QObject::eventFilter(watched, event);
 }

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <QObject>
+#include <array>
+
+QT_FORWARD_DECLARE_CLASS(QPushButton)
 
 QT_BEGIN_NAMESPACE
 namespace Ui {
@@ -12,7 +15,7 @@ QT_END_NAMESPACE
 namespace zul {
 
 /// They stand in one row, in two, or one below the other: as many in a row as have their whole captions. They
-/// are arranged anew when their panel changes its size.
+/// are arranged anew when their panel changes its size, and the panel is kept as high as all that is under the grid needs.
 class GridCommands : public QObject
 {
     Q_OBJECT
@@ -25,6 +28,10 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    std::array<QPushButton*, 4> markingCommands() const;
+    void placeCommands(std::size_t columns);
+    void keepHeight();
+
     Ui::frmSMS& m_ui;
     std::size_t m_columns = 0; ///< 0: not arranged yet
 };

@@ -105,7 +105,8 @@ QAccessible::State GridCellAccessible::state() const
     return state;
 }
 
-/// "Gruppo di livello 2, 14 righe, chiuso".
+/// "Gruppo di livello 2, 14 righe, chiuso". The level stands in words: Qt 6.4 has no attributes of an object that a platform
+/// would be told it by.
 QString GridCellAccessible::groupDescription() const
 {
     const ReportGridModel& grid = m_view->grid();

@@ -1,10 +1,10 @@
 #include "controls/gridtools/GridFindBar.h"
 
+#include "controls/gridtools/WrapLayout.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
 
 #include <QCheckBox>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -27,6 +27,11 @@ QToolButton* makeButton(QWidget* bar, IconId iconId, const QString& objectName, 
     button->setAccessibleName(name);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
+}
+
+QString noMatch()
+{
+    return u"Nessuna corrispondenza"_s;
 }
 
 } // namespace
@@ -54,17 +59,14 @@ GridFindBar::GridFindBar(ReportGrid* grid)
     m_matches->setProperty("quiet", true);
     m_onlyMatches->setObjectName(u"chkSoloCorrispondenti"_s);
     m_onlyTicked->setObjectName(u"chkSoloSelezionati"_s);
-    auto* row = new QHBoxLayout(this);
+    m_matches->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    auto* row = new WrapLayout(this);
     row->setContentsMargins(4, 4, 4, 4);
     row->setSpacing(4);
-    row->addWidget(m_text, 1);
-    row->addWidget(m_previous);
-    row->addWidget(m_next);
-    row->addWidget(m_matches);
-    row->addStretch(1);
-    row->addWidget(m_onlyMatches);
-    row->addWidget(m_onlyTicked);
-    row->addWidget(m_close);
+    for (QWidget* part : std::initializer_list<QWidget*>{m_text, m_previous, m_next, m_matches, m_onlyMatches,
+                                                         m_onlyTicked, m_close}) {
+        row->addWidget(part);
+    }
     hide();
 
     connect(m_text, &QLineEdit::textChanged, this, &GridFindBar::textChanged);
@@ -80,6 +82,8 @@ void GridFindBar::open()
 {
     m_onlyTicked->setVisible(m_grid->checkColumn() >= 0);
     show();
+    // Room for every answer: what stands behind it does not move while one types.
+    m_matches->setMinimumWidth(m_matches->fontMetrics().horizontalAdvance(noMatch()));
     m_text->selectAll();
     m_text->setFocus(Qt::ShortcutFocusReason);
 }
@@ -127,7 +131,7 @@ void GridFindBar::find(bool forward)
 void GridFindBar::tellMatches(bool found)
 {
     const auto count = static_cast<qulonglong>(m_grid->matchCount(m_text->text()));
-    m_matches->setText(!found       ? u"Nessuna corrispondenza"_s
+    m_matches->setText(!found       ? noMatch()
                        : count == 1 ? u"1 corrispondenza"_s
                                     : u"%1 corrispondenze"_s.arg(QLocale().toString(count)));
 }

@@ -1,12 +1,12 @@
 #include "controls/gridtools/GridTools.h"
 
 #include "controls/gridtools/CsvExport.h"
+#include "controls/gridtools/WrapLayout.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
 #include "grid/CsvFile.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
+#include <QAction>
 #include <QMenu>
 #include <QTimer>
 #include <QToolButton>
@@ -47,7 +47,7 @@ std::vector<uint32_t> recordsOf(const ReportGrid& grid, GridTools::Rows rows)
 
 GridTools::GridTools(QWidget* parent)
     : QWidget(parent)
-    , m_counts(new QLabel(this))
+    , m_counts(new FactsLabel(this))
     , m_find(makeTool(this, u"cmdTrova"_s, u"Trova"_s, u"Trova e filtra nell'elenco (Ctrl+F)"_s))
     , m_invert(
           makeTool(this, u"cmdInvertiSelezione"_s, u"Inverti selezione"_s,
@@ -61,15 +61,12 @@ GridTools::GridTools(QWidget* parent)
     m_export->setMenu(menu);
     m_export->setPopupMode(QToolButton::InstantPopup);
     connect(menu, &QMenu::aboutToShow, this, &GridTools::fillExportMenu);
-    // The counts give way: what can be done stays to be seen in a narrow window.
-    m_counts->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    auto* row = new QHBoxLayout(this);
+    auto* row = new WrapLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
-    row->addWidget(m_counts, 1);
-    row->addWidget(m_find);
-    row->addWidget(m_invert);
-    row->addWidget(m_export);
+    for (QWidget* part : std::initializer_list<QWidget*>{m_counts, m_find, m_invert, m_export}) {
+        row->addWidget(part);
+    }
 }
 
 void GridTools::setGrid(ReportGrid* grid, const GridNoun& noun)
@@ -82,7 +79,24 @@ void GridTools::setGrid(ReportGrid* grid, const GridNoun& noun)
     connect(grid, &ReportGrid::selectionChanged, this, &GridTools::countLater);
     connect(m_find, &QToolButton::clicked, grid, &ReportGrid::openFindBar);
     connect(m_invert, &QToolButton::clicked, grid, &ReportGrid::invertChecked);
+    // The key is named only: the rows take it themselves.
+    auto* find = new QAction(u"Trova e filtra…\tCtrl+F"_s, this);
+    connect(find, &QAction::triggered, grid, &ReportGrid::openFindBar);
+    grid->addAction(find);
+    m_exportShown = addCommand(u"Esporta le righe mostrate…"_s, Rows::Shown);
+    m_exportShown->setShortcut(Qt::CTRL | Qt::Key_E);
+    m_exportShown->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_exportShown->setAutoRepeat(false);
+    m_exportTicked = addCommand(u"Esporta le righe selezionate…"_s, Rows::Ticked);
     count();
+}
+
+QAction* GridTools::addCommand(const QString& text, Rows rows)
+{
+    auto* command = new QAction(text, this);
+    connect(command, &QAction::triggered, this, [this, rows] { exportRows(rows); });
+    m_grid->addAction(command);
+    return command;
 }
 
 /// A run takes off a hundred thousand ticks before anything is painted: they are counted once.
@@ -98,13 +112,11 @@ void GridTools::count()
 {
     m_counting = false;
     const GridCounts counts = m_grid->counts();
-    const QString text = countsText(counts, m_noun, QLocale());
-    if (text != m_counts->text()) {
-        m_counts->setText(text);
-        m_counts->setToolTip(text);
-    }
+    m_counts->tell(countsText(counts, m_noun, QLocale()));
     m_invert->setEnabled(counts.records > 0);
     m_export->setEnabled(counts.records > 0);
+    m_exportShown->setEnabled(counts.shown > 0);
+    m_exportTicked->setEnabled(counts.ticked > 0);
 }
 
 void GridTools::fillExportMenu()

@@ -5,15 +5,17 @@
 
 #include <QWidget>
 
-QT_FORWARD_DECLARE_CLASS(QLabel)
+QT_FORWARD_DECLARE_CLASS(QAction)
 QT_FORWARD_DECLARE_CLASS(QToolButton)
 
 namespace zul {
 
+class FactsLabel;
 class ReportGrid;
 
 /// Always tells how many records there are, ticked and highlighted, and how many a filter leaves. Its buttons find, turn
-/// the ticks round and export; they are for the mouse and for assistive tools, the keyboard has Ctrl+F and the rows' menu.
+/// the ticks round and export; they are for the mouse and for assistive tools: the keyboard has Ctrl+F, Ctrl+E (exports
+/// what is shown) and the rows' menu, where all of it stands too.
 class GridTools : public QWidget
 {
     Q_OBJECT
@@ -35,14 +37,17 @@ public:
 private:
     void countLater();
     void count();
+    QAction* addCommand(const QString& text, Rows rows);
     void fillExportMenu();
 
     ReportGrid* m_grid = nullptr;
     GridNoun m_noun;
-    QLabel* m_counts;
+    FactsLabel* m_counts;
     QToolButton* m_find;
     QToolButton* m_invert;
     QToolButton* m_export;
+    QAction* m_exportShown = nullptr; ///< of the rows' menu
+    QAction* m_exportTicked = nullptr;
     bool m_counting = false; ///< a count is on its way
 };
 

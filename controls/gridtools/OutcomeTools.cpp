@@ -1,13 +1,12 @@
 #include "controls/gridtools/OutcomeTools.h"
 
 #include "controls/gridtools/CsvExport.h"
+#include "controls/gridtools/WrapLayout.h"
 #include "controls/look/Icons.h"
 #include "controls/notices/OutcomeList.h"
 #include "grid/CsvFile.h"
 
 #include <QCheckBox>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QToolButton>
 
 #include <numeric>
@@ -18,14 +17,13 @@ using namespace Qt::StringLiterals;
 
 OutcomeTools::OutcomeTools(QWidget* parent)
     : QWidget(parent)
-    , m_totals(new QLabel(this))
+    , m_totals(new FactsLabel(this))
     , m_onlyFailures(new QCheckBox(u"Solo errori"_s, this))
     , m_copy(new QToolButton(this))
     , m_save(new QToolButton(this))
 {
     m_totals->setObjectName(u"lblTotali"_s);
     m_totals->setAccessibleDescription(u"Totali dell'esito"_s);
-    m_totals->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_onlyFailures->setObjectName(u"chkSoloErrori"_s);
     m_copy->setObjectName(u"cmdCopiaEsito"_s);
     m_copy->setText(u"Copia"_s);
@@ -38,13 +36,12 @@ OutcomeTools::OutcomeTools(QWidget* parent)
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         button->setFocusPolicy(Qt::TabFocus);
     }
-    auto* row = new QHBoxLayout(this);
+    auto* row = new WrapLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
-    row->addWidget(m_totals, 1);
-    row->addWidget(m_onlyFailures);
-    row->addWidget(m_copy);
-    row->addWidget(m_save);
+    for (QWidget* part : std::initializer_list<QWidget*>{m_totals, m_onlyFailures, m_copy, m_save}) {
+        row->addWidget(part);
+    }
 }
 
 void OutcomeTools::setList(OutcomeList* list)
@@ -62,9 +59,7 @@ void OutcomeTools::setList(OutcomeList* list)
 
 void OutcomeTools::refresh()
 {
-    const QString text = m_list->totals();
-    m_totals->setText(text);
-    m_totals->setToolTip(text);
+    m_totals->tell(m_list->totals());
     m_copy->setEnabled(m_list->count() > 0);
     m_save->setEnabled(m_list->count() > 0);
 }

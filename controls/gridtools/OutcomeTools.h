@@ -4,11 +4,11 @@
 #include <QWidget>
 
 QT_FORWARD_DECLARE_CLASS(QCheckBox)
-QT_FORWARD_DECLARE_CLASS(QLabel)
 QT_FORWARD_DECLARE_CLASS(QToolButton)
 
 namespace zul {
 
+class FactsLabel;
 class OutcomeList;
 
 /// Tells the totals while lines come in. "Solo errori" leaves out the other lines, from the eye only; copy and save take the
@@ -29,7 +29,7 @@ private:
     void refresh();
 
     OutcomeList* m_list = nullptr;
-    QLabel* m_totals;
+    FactsLabel* m_totals;
     QCheckBox* m_onlyFailures;
     QToolButton* m_copy;
     QToolButton* m_save;

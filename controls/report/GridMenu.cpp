@@ -66,6 +66,15 @@ void addTicks(QMenu& menu, ReportGrid& grid)
     menu.addSeparator();
 }
 
+/// What the window has to offer for its rows.
+void addOwnersCommands(QMenu& menu, const ReportGrid& grid)
+{
+    if (!grid.actions().isEmpty()) {
+        menu.addActions(grid.actions());
+        menu.addSeparator();
+    }
+}
+
 void addOrders(QMenu& menu, ReportGrid& grid)
 {
     QMenu* sort = menu.addMenu(u"Ordina per"_s);
@@ -143,6 +152,7 @@ QMenu* makeGridMenu(ReportGrid& grid, int column)
     } else {
         addCopies(*menu, grid);
         addTicks(*menu, grid);
+        addOwnersCommands(*menu, grid);
         addOrders(*menu, grid);
     }
     addGroupCommands(*menu, grid);

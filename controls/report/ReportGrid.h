@@ -19,6 +19,8 @@ namespace zul {
 /// A list of records with sortable, movable and sizable columns, a box to group by columns, an optional column
 /// of check boxes, a text filter, and selection of many rows. Made for a million records.
 ///
+/// The actions of the widget stand in the menu of its rows.
+///
 /// Filling: `deleteRecords`, `deleteColumns`, `addColumn` for every column; rows into `store()`; `populate`.
 /// What is in the store is shown after `populate`, and nothing that was shown is touched before.
 ///

@@ -22,6 +22,7 @@ constexpr int besideAlign = static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter) |
 constexpr int numberAlign = static_cast<int>(Qt::AlignRight | Qt::AlignVCenter) | Qt::TextSingleLine;
 
 constexpr int besideExpander = 4;
+constexpr int besideTick = 4; // as much as it stands from the expander
 
 /// The number of records behind a group's caption.
 QString countText(int records)
@@ -40,7 +41,8 @@ QPalette::ColorGroup colorGroup(const QWidget& view)
 /// Where a group's caption stands, behind its expander and its tick.
 QRect captionRect(const ReportGridView& view, int row)
 {
-    const int before = std::max(view.expanderRect(row).right(), view.checkRect(row).right());
+    const QRect tick = view.checkRect(row);
+    const int before = tick.isEmpty() ? view.expanderRect(row).right() : tick.right() + besideTick;
     return view.rowRect(row).adjusted(before + besideExpander, 0, -besideExpander, 0);
 }
 

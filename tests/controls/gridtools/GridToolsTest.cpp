@@ -341,6 +341,65 @@ TEST_F(GridToolsTest, TheMenuTellsHowManyRowsEachChoiceHas)
     EXPECT_FALSE(menu->actions().at(1)->isEnabled());
 }
 
+TEST_F(GridToolsTest, CtrlEExportsWhatIsShown)
+{
+    counts(); // what can be done is known with them
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"tasti.csv"_s);
+    answerFileDialog(path);
+    QTest::keyClick(&rows(), Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(contentOf(path).count("\r\n"), 201);
+}
+
+TEST_F(GridToolsTest, TheMenuOfTheRowsFindsAndExportsToo)
+{
+    grid.setChecked(1, true);
+    counts();
+    QStringList offered;
+    QTimer::singleShot(0, &window, [&] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (const QAction* action : menu->actions()) {
+            if (action->isEnabled()) {
+                offered.append(action->text());
+            }
+        }
+        menu->close();
+    });
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(10, 10), rows().mapToGlobal(QPoint(10, 10)));
+    QApplication::sendEvent(static_cast<ReportGridView&>(rows()).viewport(), &byKey);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(offered.contains(u"Trova e filtra…\tCtrl+F"_s)) << offered.join(u'|').toStdString();
+    EXPECT_TRUE(offered.contains(u"Esporta le righe mostrate…"_s));
+    EXPECT_TRUE(offered.contains(u"Esporta le righe selezionate…"_s));
+}
+
+TEST_F(GridToolsTest, InANarrowWindowEverythingIsSeenWhole)
+{
+    grid.setAllChecked(true);
+    openBar();
+    QTest::keyClicks(&text(), u"cliente"_s);
+    part<QCheckBox>("chkSoloCorrispondenti").click();
+    counts();
+    for (const int width : {900, 600, 420, 320}) {
+        window.resize(width, 500);
+        QCoreApplication::processEvents();
+        ASSERT_EQ(window.width(), width);
+        const auto* bar = grid.findChild<GridFindBar*>();
+        for (const QWidget* around : std::initializer_list<const QWidget*>{bar, &tools}) {
+            for (const QWidget* part :
+                 around->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+                EXPECT_TRUE(around->rect().contains(part->geometry()))
+                    << width << ' ' << part->objectName().toStdString();
+                const QSize needed = part->hasHeightForWidth() ? QSize(0, part->heightForWidth(part->width()))
+                                                               : part->sizeHint();
+                EXPECT_EQ(part->size().expandedTo(needed), part->size())
+                    << width << ' ' << part->objectName().toStdString();
+            }
+        }
+    }
+}
+
 TEST_F(GridToolsTest, AnExportThatFailsIsTold)
 {
     QStringList told;
