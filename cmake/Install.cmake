@@ -82,10 +82,17 @@ set(docs "${CMAKE_SOURCE_DIR}/docs")
 install(FILES "${docs}/operatore.md" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zul-messagebuilder" COMPONENT runtime)
 install(DIRECTORY "${docs}/images" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zul-messagebuilder" COMPONENT runtime
   FILES_MATCHING PATTERN "*.png")
-install(FILES "${docs}/embedding.md" "${docs}/host.md" "${docs}/architecture.md"
+install(FILES "${docs}/embedding.md" "${docs}/host.md" "${docs}/architecture.md" "${docs}/windows.md" "${docs}/reliability.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zul-messagebuilder-dev" COMPONENT devel)
 install(DIRECTORY "${docs}/examples" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zul-messagebuilder-dev" COMPONENT devel)
-install(FILES "${docs}/scenarios.md" "${docs}/sqlserver.md" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zulhost"
+install(FILES "${docs}/images/rooms.svg" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zul-messagebuilder-dev/images"
+  COMPONENT devel)
+# Beside each other among the sources; installed, each package has a folder of its own.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${docs}/scenarios.md")
+file(READ "${docs}/scenarios.md" scenarios)
+string(REGEX REPLACE "\\]\\((host|reliability)\\.md" "](../zul-messagebuilder-dev/\\1.md" scenarios "${scenarios}")
+file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/scenarios.md" CONTENT "${scenarios}" @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/scenarios.md" "${docs}/sqlserver.md" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/zulhost"
   COMPONENT host)
 
 compressed("${linux}/zulhost.1.in" "${CMAKE_BINARY_DIR}/zulhost.1")

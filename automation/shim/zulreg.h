@@ -6,7 +6,7 @@
 //   [{B7A0C731-6521-48C8-8DA9-B7465A7FF35B}]
 //   ProgID=Zul_MessageBuilder.SmsCreator
 //   Description=The customer-messaging component
-//   Library=/opt/zul/lib/libZul_MessageBuilder.so
+//   Library=/opt/zul/lib/zul-messagebuilder/libZul_MessageBuilder.so
 //
 // Classes for all users stand in the files *.ini of /etc/zul-automation ($ZUL_AUTOMATION_SYSTEM_REGISTRY names another
 // folder), in the same form, read in the order of their names. The user's own entry for a class or a ProgID comes

@@ -1,13 +1,15 @@
 // A complete host in one file: a connection object, an event sink, and the order of calls.
 //
-// It knows the component through the contracts alone: the headers that widl makes of idl/, and the automation
-// runtime beside the component. Its database is a pretended one, which prints every statement and has no rows;
+// It knows the component through the contracts alone: their headers, and the automation runtime. Its database is a pretended one, which prints every statement and has no rows;
 // a real host runs the statements instead, at the places marked "database".
 //
+//   c++ -std=c++17 MinimalHost.cpp -o MinimalHost $(pkg-config --cflags --libs zul-automation)
 //   MinimalHost [FOLDER]          shows the main window
 //   MinimalHost [FOLDER] --quiet  only creates the object and asks it, without a window
 //
-// FOLDER is the folder of libZul_MessageBuilder.so; the program's own when it is left out.
+// FOLDER is the folder of libZul_MessageBuilder.so; the program's own when it is left out. An installed component stands in
+// $(pkg-config --variable=componentdir zul-automation).
+#define INITGUID // the interface ids are defined in this file
 #include <Zul_MessageBuilder.h>
 
 #include <oleauto.h>

@@ -7,7 +7,8 @@ a table of functions in the order of Zul_SQL.idl; it prints the statements and h
 
     host.py FOLDER [--show]
 
-FOLDER holds libZul_MessageBuilder.so; with --show the main window is shown.
+FOLDER holds libZul_MessageBuilder.so (pkg-config --variable=componentdir zul-automation names it); with --show the main
+window is shown. The automation runtime stands beside it, or where the system looks for libraries.
 """
 import ctypes as c
 import os
@@ -47,7 +48,8 @@ class DispParams(c.Structure):
 
 
 folder = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else ".")
-runtime = c.CDLL(os.path.join(folder, "libZul_Automation.so"), mode=c.RTLD_GLOBAL)
+beside = os.path.join(folder, "libZul_Automation.so.1")
+runtime = c.CDLL(beside if os.path.exists(beside) else "libZul_Automation.so.1", mode=c.RTLD_GLOBAL)
 runtime.SysAllocStringLen.restype = c.c_void_p
 runtime.SysAllocStringLen.argtypes = [c.c_char_p, c.c_uint]
 runtime.SysStringLen.argtypes = [c.c_void_p]

@@ -66,6 +66,16 @@ for host in "$folder/host-cpp" "$folder/host-c" "$folder/project/build/host-cmak
 done
 unset LD_LIBRARY_PATH
 
+# The two hosts of docs/host.md, which load the component from a folder.
+# shellcheck disable=SC2086
+c++ -std=c++17 "$examples/../MinimalHost.cpp" -o "$folder/minimal" $flags
+for host in "$folder/minimal" "python3 $folder/plain/share/doc/zul-messagebuilder-dev/examples/host.py"; do
+    # shellcheck disable=SC2086 # the interpreter and its script
+    LD_LIBRARY_PATH=$prefix/lib $host "$prefix/lib/zul-messagebuilder" --quiet | grep -qix 'isOkPressed false' ||
+        fail "$host did not answer"
+done
+"$source/tests/packages/links.py" "$prefix"
+
 version=$("$prefix/bin/zulhost" --version)
 [ "$version" = "zulhost $(pkg-config --modversion zul-automation)" ] || fail "versions differ: $version"
 "$prefix/bin/zulhost" --database "$folder/demo.db" --create-demo 20

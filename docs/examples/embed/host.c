@@ -1,8 +1,8 @@
 /* A host in C: a connection object, the order of calls, the main window.
  *
- *   cc -std=c11 host.c -o host $(pkg-config --cflags --libs zul-automation)
- *   ./host            shows the main window
- *   ./host --quiet    creates the object and asks it, without a window
+ *   cc -std=c11 host.c -o host-c $(pkg-config --cflags --libs zul-automation)
+ *   ./host-c            shows the main window
+ *   ./host-c --quiet    creates the object and asks it, without a window
  *
  * The database is a pretended one that prints the statements and has no rows; a real host runs them where it says so.
  * The three objects live as long as the program, so that their references need no counting. */
@@ -105,6 +105,7 @@ static _SqlConnection host = {&hostTable};
 
 int main(int argc, char** argv)
 {
+    setvbuf(stdout, NULL, _IOLBF, BUFSIZ); /* a pipe gets each line at once */
     CoInitialize(NULL);
     CLSID clsid;
     _SmsCreator* component = NULL;
@@ -113,7 +114,7 @@ int main(int argc, char** argv)
         result = CoCreateInstance(&clsid, NULL, CLSCTX_INPROC_SERVER, &IID__SmsCreator, (void**)&component);
     }
     if (FAILED(result)) {
-        fprintf(stderr, "The component cannot be created: %08x\n", (unsigned)result);
+        fprintf(stderr, "The component cannot be created: %08x (800401f3: not registered)\n", (unsigned)result);
         return 1;
     }
     VARIANT nothing;

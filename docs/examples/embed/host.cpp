@@ -1,8 +1,7 @@
 // A host in C++: a connection object, the order of calls, the main window.
 //
-//   c++ -std=c++17 host.cpp -o host $(pkg-config --cflags --libs zul-automation)
-//   ./host    shows the main window; with --quiet it only creates the object and asks it
-//
+//   c++ -std=c++17 host.cpp -o host-cpp $(pkg-config --cflags --libs zul-automation)
+//   ./host-cpp    shows the main window; with --quiet it only creates the object and asks it
 // The database is a pretended one that prints the statements; a real host runs them where it says so.
 #define INITGUID // the interface ids are defined in this file
 #include <Zul_MessageBuilder.h>
@@ -115,6 +114,7 @@ struct HostConnection final : Object<_SqlConnection>
 
 int main(int argc, char** argv)
 {
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ); // a pipe gets each line at once
     CoInitialize(nullptr);
     CLSID clsid{};
     _SmsCreator* component = nullptr;
@@ -124,7 +124,7 @@ int main(int argc, char** argv)
                                   reinterpret_cast<void**>(&component));
     }
     if (FAILED(result)) {
-        std::fprintf(stderr, "The component cannot be created: %08x\n", static_cast<unsigned>(result));
+        std::fprintf(stderr, "The component cannot be created: %08x (800401f3: not registered)\n", unsigned(result));
         return 1;
     }
     VARIANT nothing;

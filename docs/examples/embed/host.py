@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
 """A host in Python, without any package: a connection object, the order of calls by name, the main window.
-
     python3 host.py    shows the main window; with --quiet it only creates the object and asks it
 
 The database is a pretended one that prints the statements and has no rows; a real host runs them where it says so. The
@@ -54,7 +53,7 @@ def text_of(pointer):
 
 def check(result):
     if result < 0:
-        raise OSError("0x%08x" % (result & 0xFFFFFFFF))
+        raise OSError("0x%08x (0x800401f3: not registered)" % (result & 0xFFFFFFFF))
 
 
 def call(obj, slot, *arguments):
@@ -135,6 +134,7 @@ host = ComObject(IID_SqlConnection,  # what the component is handed
     member([WORD], lambda out: store(WORD, out, bstr("operatore"))),
     member([WORD, WORD, WORD, WORD], lambda field, table, where, out: store(Variant, out, Variant())))
 
+sys.stdout.reconfigure(line_buffering=True)  # a pipe gets each line at once
 check(runtime.CoInitialize(None))
 clsid, sms = guid(str(uuid.UUID(int=0))), WORD()
 check(runtime.CLSIDFromProgID(WORD(bstr("Zul_MessageBuilder.SmsCreator")), clsid))
