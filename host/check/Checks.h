@@ -27,6 +27,7 @@ inline constexpr const char* connectionCheck = "connection";
 inline constexpr const char* interfacesCheck = "interfaces: the connection object's";
 inline constexpr const char* rowInterfacesCheck = "interfaces: a row set's";
 inline constexpr const char* movesCheck = "row sets: first row, next row, end";
+inline constexpr const char* keptCheck = "references: those that are left keep an object";
 inline constexpr const char* tableCheck = "a table of its own";
 inline constexpr const char* addCheck = "changes: AddNew, Value, Update add a row";
 

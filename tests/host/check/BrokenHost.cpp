@@ -151,8 +151,12 @@ public:
     }
     ULONG STDMETHODCALLTYPE Release() override
     {
+        const bool goesEarly = is(Fault::RowSetGoesEarly);
         const bool throws = m_deadly && is(Fault::ThrowsInRelease);
         const ULONG left = ComObject::Release();
+        if (left == 1 && goesEarly) {
+            return ComObject::Release() + 1;
+        }
         if (throws && left == 0) {
             throw 42;
         }
@@ -299,14 +303,14 @@ public:
         if (deadly) {
             die(m_state->fault);
         }
-        const auto rows = makeCom<BrokenRows>(sound, m_state, deadly);
+        auto rows = makeCom<BrokenRows>(sound, m_state, deadly);
         if (is(Fault::RowSetLeaks)) {
             m_state->leaked.emplace_back(static_cast<IRecordset*>(rows.get()));
         }
         if (is(Fault::RowSetKeepsConnection)) {
             m_state->leaked.emplace_back(static_cast<IConnection*>(this));
         }
-        *recordset = ComPtr<IRecordset>(rows).detach();
+        *recordset = rows.detach();
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE BeginTrans() override { return m_sound->BeginTrans(); }

@@ -62,6 +62,7 @@ enum class Fault
     Exits, ///< ends the process, and says that all is well
     Crashes,
     Hangs,
+    RowSetGoesEarly, ///< every row set, with a reference left
     Throws,
     ThrowsInClose,
     ThrowsInRelease ///< of the last reference

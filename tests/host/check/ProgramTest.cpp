@@ -131,6 +131,15 @@ TEST_F(CheckHostProgram, NamesTheCheckInWhichTheHostEndsTheProcess)
     }
 }
 
+TEST_F(CheckHostProgram, NoticesAnObjectThatGoesWithReferencesLeft)
+{
+    const End end = check(library + u":createGoesEarly"_s, {u"--read-only"_s});
+    EXPECT_EQ(end.code, 1);
+    EXPECT_TRUE(end.lines.join(u'\n').contains(
+        u"BREACH   references: those that are left keep an object: the host ended the process ("_s))
+        << end.lines.join(u'\n').toStdString();
+}
+
 TEST_F(CheckHostProgram, DoesNotWaitForEver)
 {
     const End end = check(library + u":createHangs"_s, {u"--check-limit"_s, u"1"_s, u"--read-only"_s});

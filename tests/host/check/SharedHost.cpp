@@ -113,6 +113,11 @@ EXPORTED createCrashes(REFIID iid, void** object)
     return createBroken(Fault::Crashes, iid, object);
 }
 
+EXPORTED createGoesEarly(REFIID iid, void** object)
+{
+    return createBroken(Fault::RowSetGoesEarly, iid, object);
+}
+
 EXPORTED createHangs(REFIID iid, void** object)
 {
     return createBroken(Fault::Hangs, iid, object);
