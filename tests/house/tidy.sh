@@ -43,5 +43,7 @@ tidy() {
     xargs -r -n 1 -P "$(nproc)" clang-tidy-14 -p "$build" --quiet --extra-arg=-Wno-shadow --header-filter="$rooms\\.(h|cpp)\$" --checks="$1" \
         2> >(grep -v ' warnings\? generated\.$' >&2)
 }
-{ grep -v /tests/ "$build/units" || true; } | tidy "$off"
-{ grep /tests/ "$build/units" || true; } | tidy "$off_in_tests"
+clean=true
+{ grep -v /tests/ "$build/units" || true; } | tidy "$off" || clean=false
+{ grep /tests/ "$build/units" || true; } | tidy "$off_in_tests" || clean=false
+$clean
