@@ -216,6 +216,21 @@ TEST_F(SmsFormKeyboardTest, CtrlFFindsFromAnywhereInThePageAndF6GoesOnToTheRows)
     EXPECT_FALSE(form->focusWidget()->isAncestorOf(grid()) || grid()->isAncestorOf(form->focusWidget()));
 }
 
+TEST_F(SmsFormKeyboardTest, ProseguiLeadsToTheSendTypeAndChoosesNone)
+{
+    open();
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), radio("RBN_SoloSMS"));
+    EXPECT_FALSE(radio("RBN_SoloSMS")->isChecked());
+    click("RBM_Precedenza_SMS");
+    page("tab_Invio", 0);
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), radio("RBM_Precedenza_SMS"));
+    open(false, false, true);
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), radio("RBN_PushModel"));
+}
+
 TEST_F(SmsFormKeyboardTest, AKeyPressedWhileASearchRunsSearchesNoMore)
 {
     open();
