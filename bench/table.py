@@ -3,7 +3,7 @@
 
 table.py BUILD [TOPIC …] [CUSTOMERS …]
 
-Topics: search, grid, rows, contents, prepare, window; all of them when none is named. Customers: 1000 100000 1000000 when no
+Topics: search, grid, rows, contents, prepare, server, window; all of them when none is named. Customers: 1000 100000 1000000 when no
 number is given. Each run is a process of its own on a fresh copy of its database; the component's run and the other
 program's alternate, and what is printed is the median of the ratios of a pair. Times drift on a busy machine; ratios
 of runs that stand next to each other drift less.
@@ -17,7 +17,7 @@ import statistics
 import subprocess
 import sys
 
-TOPICS = ("search", "grid", "rows", "contents", "prepare", "window")
+TOPICS = ("search", "grid", "rows", "contents", "prepare", "server", "window")
 CONTENTS = ("distinct", "same", "long", "null")
 DESIGN_SIZE = 1000000
 
@@ -235,6 +235,27 @@ def prepare_topic():
                  many / few, 1.3, f"{many / 1e3:.2f} µs beside {few / 1e3:.2f} µs")
 
 
+def server_topic():
+    """Preparations on a server of Transact-SQL, beside a bare ODBC client that puts the same statements to it."""
+    customers, rounds = 400, 7
+    for kind, name in (("mail", "e-mail"), ("sms", "SMS"), ("push", "push")):
+        runs = run("ServerBench", kind, customers, rounds)[0]
+        ours = [r for r in runs if r["word"] == "ours"]
+        bare = [r for r in runs if r["word"] == "bare"]
+        prepared = ours[0]["rows"]
+        if {r["requests"] for r in bare} != {ours[0]["requests"]}:
+            sys.exit(f"server: the bare client sent {bare[0]['requests']} requests, not {ours[0]['requests']}")
+        what = f"preparation on a server, {name}"
+        show(f"{what}: requests for each prepared row, those for who is left out among them", customers,
+             ours[0]["requests"] / prepared, None, f"{ours[0]['requests']:,} for {prepared}")
+        show(f"{what}: elapsed time beside a bare ODBC client", customers,
+             median([o["wall"] / b["wall"] for o, b in zip(ours, bare)]), 1.3,
+             beside(median([r["wall"] for r in ours]), median([r["wall"] for r in bare])))
+        show(f"{what}: CPU time of the client alone", customers,
+             median([o["cpu"] / b["cpu"] for o, b in zip(ours, bare)]), None,
+             beside(median([r["cpu"] for r in ours]), median([r["cpu"] for r in bare])))
+
+
 def first_window():
     """A host's wait for its first window, and what the component costs one that shows none."""
     registration = os.path.join(data, "classes")
@@ -288,7 +309,7 @@ def contents_topic():
 
 
 try:
-    for size in sizes:
+    for size in sizes if topics != ["server"] else []:
         database(size)
     if "search" in topics:
         search_topic()
@@ -300,6 +321,8 @@ try:
             handling(size)
     if "prepare" in topics:
         prepare_topic()
+    if "server" in topics:
+        server_topic()
     if "window" in topics:
         window_topic()
     if "contents" in topics:

@@ -2,6 +2,7 @@
 
 #include "ftp/FtpErrors.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -107,6 +108,25 @@ std::string normalised(std::string_view text, const NumberFormat& format)
     return number;
 }
 
+/// Whether a number in that form that no double can hold is too large for it; else it is too small.
+bool isLarge(std::string_view number)
+{
+    const std::size_t e = std::min(number.find('e'), number.size());
+    const std::string_view digits = number.substr(0, e);
+    const auto point = static_cast<long long>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<long long>(std::min(digits.find_first_not_of("0."), digits.size()));
+    std::string_view power = number.substr(std::min(e + 1, number.size()));
+    if (power.starts_with('+')) {
+        power.remove_prefix(1);
+    }
+    long exponent = 0; // of more digits than it can hold: more than all digits of the number make up for
+    const auto read = std::from_chars(power.data(), power.data() + power.size(), exponent);
+    if (read.ec == std::errc::result_out_of_range) {
+        return !power.starts_with('-');
+    }
+    return point - first + exponent > 0;
+}
+
 } // namespace
 
 std::int16_t textToInt16(std::string_view text, const NumberFormat& format)
@@ -127,7 +147,7 @@ std::int16_t textToInt16(std::string_view text, const NumberFormat& format)
     const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
         // Too small is as good as 0, too large is too large.
-        if (number.find("e-") == std::string::npos) {
+        if (isLarge(number)) {
             throw RunTimeError(Overflow);
         }
         value = 0;

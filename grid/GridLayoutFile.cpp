@@ -35,7 +35,12 @@ Content contentOf(const QString& path)
     if (!file.open(QIODevice::ReadOnly)) {
         return {file.errorString(), {}, {}};
     }
-    const QByteArray bytes = file.read(largestFile + 1);
+    // Piece by piece: as a rule the file is a thousandth of the largest one.
+    constexpr qint64 pieceSize = 16384;
+    QByteArray bytes;
+    for (QByteArray piece; bytes.size() <= largestFile && !(piece = file.read(pieceSize)).isEmpty();) {
+        bytes += piece;
+    }
     if (file.error() != QFileDevice::NoError) {
         return {file.errorString(), {}, {}};
     }

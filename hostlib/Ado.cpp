@@ -3,6 +3,7 @@
 #include "automation/ComObject.h"
 #include "hostlib/Calls.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -66,6 +67,29 @@ Value fromVariant(const VARIANT& v)
     return number.dblVal;
 }
 
+/// More than a row set of any database has. The number becomes the size of tables.
+constexpr LONG mostFields = 0x7FFF;
+
+/// A count of fields, or of a row's cells. @throws Error 9 for a number that no row set has
+LONG checkedCount(LONG count)
+{
+    if (count < 0 || count > mostFields) {
+        throw Error(RunTime::SubscriptOutOfRange);
+    }
+    return count;
+}
+
+/// @throws Error 13 for a cell that is not one of the contract's
+void checkCell(const ZulCell& cell)
+{
+    const bool isKind = cell.Kind >= CellNull && cell.Kind <= CellBoolean;
+    const bool isText =
+        cell.Kind != CellText || cell.Length == 0 || (cell.Length > 0 && cell.Text != nullptr);
+    if (!isKind || !isText) {
+        throw Error(RunTime::TypeMismatch);
+    }
+}
+
 /// Hands rows on to a function; what the function throws is kept and thrown again behind the boundary.
 class FunctionSink final : public ComObject<IRowSink>
 {
@@ -77,6 +101,10 @@ public:
     HRESULT STDMETHODCALLTYPE Row(LONG count, const ZulCell* cells) override
     {
         try {
+            if (checkedCount(count) > 0 && cells == nullptr) {
+                throw Error(RunTime::ObjectNotSet);
+            }
+            std::for_each(cells, cells + count, checkCell);
             m_taker(count, cells);
             return S_OK;
         } catch (...) {
@@ -240,7 +268,7 @@ void Recordset::moveNext()
 int Recordset::fieldCount() const
 {
     return static_cast<int>(
-        calls::value<LONG>([&](LONG* result) { return opened()->get_FieldCount(result); }));
+        checkedCount(calls::value<LONG>([&](LONG* result) { return opened()->get_FieldCount(result); })));
 }
 
 QString Recordset::fieldName(int index) const

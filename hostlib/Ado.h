@@ -69,6 +69,7 @@ public:
 
     bool eof() const;
     void moveNext();
+    /// @throws Error 9 for a number that no row set has
     int fieldCount() const;
     QString fieldName(int index) const;
 
@@ -85,7 +86,9 @@ public:
     void close();
 
     /// Hands every remaining row to the taker: on the fast path where the row set has one, else field by
-    /// field. The cells hold good until the taker returns.
+    /// field. The cells hold good until the taker returns. A row that is not as the contract has it ends the reading.
+    /// @throws Error 13 for a cell of another kind, or a text without characters; 9 for a wrong count of cells; 91 for a
+    ///         row without cells
     void readRows(const std::function<void(long count, const ZulCell* cells)>& taker);
 
     IRecordset* object() const { return m_rows.get(); }

@@ -1,5 +1,6 @@
 #include "hostlib/Host.h"
 
+#include "automation/ServiceAnswer.h"
 #include "hostlib/Calls.h"
 #include "hostlib/NewRowId.h"
 #include "hostlib/StandInCustomer.h"
@@ -54,13 +55,24 @@ SqlConnection::SqlConnection(ComPtr<_SqlConnection> object)
 
 void SqlConnection::queryService(const IID& iid, void** result) const
 {
-    const ComPtr<IServiceProvider> provider = m_object.as<IServiceProvider>();
-    if (!provider) {
+    if (!m_object) {
         return;
     }
-    // A failed query leaves nothing that could be taken for a reference.
-    if (FAILED(provider->QueryService(iid, iid, result))) {
-        *result = nullptr;
+    ComPtr<IServiceProvider> provider;
+    HRESULT answer = m_object->QueryInterface(iidOf<IServiceProvider>(), provider.putVoid());
+    if (FAILED(answer)) {
+        provider.detach(); // what a failed query leaves behind is no reference
+    } else if (!provider) {
+        return;
+    } else {
+        answer = provider->QueryService(iid, iid, result);
+    }
+    if (SUCCEEDED(answer)) {
+        return;
+    }
+    *result = nullptr;
+    if (!meansNoService(answer)) {
+        check(answer);
     }
 }
 

@@ -1,5 +1,6 @@
 // The host's in-house objects as the component likes to use them. Each is asked of the connection object;
-// where the host lacks one, the stand-in that Zul_Host.idl names with it takes its place.
+// where the host says that it lacks one, the stand-in that Zul_Host.idl names with it takes its place. One that cannot
+// be had for another reason is an Error of the constructor, or of the member, that asks for it.
 #pragma once
 
 #include "automation/ComPtr.h"
@@ -41,7 +42,7 @@ public:
     /// Whether an e-mail address is well formed, by the host's check.
     bool isValidEmail(const QString& email) const;
 
-    /// One of the host's objects, or null.
+    /// One of the host's objects, or null when the host has none. @throws Error when it could not be had
     template <class T>
     ComPtr<T> service() const
     {

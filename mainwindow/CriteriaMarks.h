@@ -7,12 +7,14 @@
 #include <array>
 #include <vector>
 
-class QCheckBox;
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QCheckBox)
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

@@ -3,9 +3,11 @@
 
 #include "selection/SavedSearch.h"
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

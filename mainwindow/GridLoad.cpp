@@ -52,13 +52,14 @@ QHash<QString, QString> fieldContents()
 
 std::vector<ReportColumn> resultColumns(const ado::Recordset& rows)
 {
-    const ColumnLists lists = resultGridLists(rows.fieldCount());
+    const int fields = rows.fieldCount();
+    const ColumnLists lists = resultGridLists(fields);
     const QStringList visibility = lists.visibility.split(QLatin1Char(','));
     const QStringList buttonType = lists.buttonType.split(QLatin1Char(','));
     const QStringList sizable = lists.sizable.split(QLatin1Char(','));
     const QStringList captions = resultGridCaptions();
     std::vector<ReportColumn> columns;
-    for (int field = 0; field < rows.fieldCount(); ++field) {
+    for (int field = 0; field < fields; ++field) {
         const QString name = rows.fieldName(field);
         ReportColumn column;
         column.field = name;

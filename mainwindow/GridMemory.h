@@ -3,7 +3,7 @@
 
 #include <QObject>
 
-class QSplitter;
+QT_FORWARD_DECLARE_CLASS(QSplitter)
 
 namespace zul {
 

@@ -5,11 +5,13 @@
 
 #include <QObject>
 
-class QWidget;
+QT_FORWARD_DECLARE_CLASS(QWidget)
 
+QT_BEGIN_NAMESPACE
 namespace Ui {
 class frmSMS;
 }
+QT_END_NAMESPACE
 
 namespace zul {
 

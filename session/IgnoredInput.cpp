@@ -80,9 +80,9 @@ IgnoredInput::~IgnoredInput()
     QCoreApplication::processEvents(QEventLoop::AllEvents, AtMostMilliseconds);
     if (m_form) {
         m_form->setUpdatesEnabled(true);
-        // A request to draw that came meanwhile is spent, and while something is still to be drawn Qt makes no other: the
-        // window would stand as it was before the run until it is moved.
-        QCoreApplication::postEvent(m_form, new QEvent(QEvent::UpdateRequest), Qt::LowEventPriority);
+        // A request to draw that came meanwhile was answered by nothing, and counts as still on its way: no other is
+        // made while something waits to be drawn.
+        QCoreApplication::postEvent(m_form, new QEvent(QEvent::UpdateRequest));
     }
 }
 

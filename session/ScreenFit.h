@@ -5,7 +5,7 @@
 #include <QPointer>
 #include <QScrollArea>
 
-class QScreen;
+QT_FORWARD_DECLARE_CLASS(QScreen)
 
 namespace zul {
 

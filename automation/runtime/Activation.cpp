@@ -61,6 +61,13 @@ bool isClean(std::u16string_view text) noexcept
     return std::none_of(text.begin(), text.end(), [](char16_t c) { return c < 0x20 || c == 0x7F; });
 }
 
+// A line of the registration file keeps no blanks around a value; the class would be looked for under another name, or in
+// another library.
+bool hasOuterBlank(std::u16string_view text) noexcept
+{
+    return !text.empty() && (text.front() == u' ' || text.back() == u' ');
+}
+
 std::u16string textOrEmpty(LPCOLESTR text)
 {
     return text == nullptr ? std::u16string() : std::u16string(text);
@@ -208,8 +215,9 @@ HRESULT ZulRegisterClass(REFCLSID clsid, LPCOLESTR progId, LPCOLESTR description
     }
     return zul::comGuard(source, [&]() -> HRESULT {
         const RegisteredClass entry{clsid, textOrEmpty(progId), textOrEmpty(description), libraryPath};
-        if (!isClean(entry.progId) || !isClean(entry.description) ||
-            !isClean(zul::utf16FromUtf8(entry.library))) {
+        const std::u16string library = zul::utf16FromUtf8(entry.library);
+        if (!isClean(entry.progId) || !isClean(entry.description) || !isClean(library) ||
+            hasOuterBlank(entry.progId) || hasOuterBlank(library)) {
             return E_INVALIDARG;
         }
         const HRESULT written = writeClass(entry);

@@ -95,6 +95,12 @@ std::size_t elementCount(SAFEARRAY* array) noexcept
     return count;
 }
 
+// Whether elements hold what has to be given back; all others are bytes, however many there are.
+bool holdsReferences(USHORT features) noexcept
+{
+    return (features & (FADF_BSTR | FADF_DISPATCH | FADF_UNKNOWN | FADF_VARIANT)) != 0;
+}
+
 void destroyElement(USHORT features, void* element) noexcept
 {
     if ((features & FADF_BSTR) != 0) {
@@ -205,7 +211,7 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array)
         return DISP_E_ARRAYISLOCKED;
     }
     auto* const data = static_cast<char*>(array->pvData);
-    const std::size_t count = elementCount(array);
+    const std::size_t count = holdsReferences(array->fFeatures) ? elementCount(array) : 0;
     for (std::size_t i = 0; i < count; ++i) {
         destroyElement(array->fFeatures, data + i * array->cbElements);
     }
@@ -236,6 +242,11 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy)
     }
     const auto* const from = static_cast<const char*>(array->pvData);
     auto* const to = static_cast<char*>(result->pvData);
+    if (!holdsReferences(array->fFeatures)) {
+        std::memcpy(to, from, count * array->cbElements);
+        *copy = result;
+        return S_OK;
+    }
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = i * array->cbElements;
         const HRESULT copied = copyElement(array->fFeatures, array->cbElements, to + at, from + at);

@@ -487,16 +487,13 @@ HRESULT textFromBytes(SAFEARRAY* array, Variant& result) noexcept
     if (SafeArrayGetDim(array) != 1) {
         return E_INVALIDARG;
     }
-    LONG lower = 0;
-    LONG upper = 0;
     void* data = nullptr;
-    SafeArrayGetLBound(array, 1, &lower);
-    SafeArrayGetUBound(array, 1, &upper);
     if (FAILED(SafeArrayAccessData(array, &data))) {
         return E_INVALIDARG;
     }
-    // An odd byte at the end is no character.
-    const auto count = static_cast<UINT>((std::int64_t{upper} - lower + 1) / std::int64_t{sizeof(OLECHAR)});
+    // Counted, not from the bounds: the upper one may lie beyond what a bound can say. An odd byte at the end is no
+    // character.
+    const auto count = static_cast<UINT>(array->rgsabound[0].cElements / sizeof(OLECHAR));
     result.bstrVal = SysAllocStringLen(nullptr, count);
     if (result.bstrVal != nullptr) {
         std::memcpy(result.bstrVal, data, count * sizeof(OLECHAR));

@@ -21,7 +21,8 @@
 // Writes the class into the file; what the file held of it before is replaced, other entries stay as they are.
 // The new file takes the old one's place in one step. progId and description may be null; the path is
 // absolute, in UTF-8. E_INVALIDARG for a path that is not absolute, for a line break or control character in a
-// text, or for a ProgID that another class has; REGDB_E_WRITEREGDB when the file cannot be written.
+// text, for a blank at an end of the ProgID or the path, or for a ProgID that another class has; REGDB_E_WRITEREGDB when
+// the file cannot be written. Of a description the blanks at its ends are lost.
 STDAPI ZulRegisterClass(REFCLSID clsid, LPCOLESTR progId, LPCOLESTR description, const char* libraryPath);
 
 // Takes the class out of the file. S_OK also when it was not there.

@@ -266,7 +266,7 @@ QString GridHeaderAccessible::text(QAccessible::Text kind) const
     if (kind != QAccessible::Description) {
         return {};
     }
-    const QString field = grid.headerData(m_column, Qt::Horizontal, Qt::AccessibleDescriptionRole).toString();
+    QString field = grid.headerData(m_column, Qt::Horizontal, Qt::AccessibleDescriptionRole).toString();
     if (grid.sorting().column != m_column) {
         return field;
     }

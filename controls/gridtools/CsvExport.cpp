@@ -1,10 +1,10 @@
 #include "controls/gridtools/CsvExport.h"
 
 #include "controls/notices/MessageSeam.h"
+#include "controls/notices/ProgressWindow.h"
 #include "grid/CsvFile.h"
 
 #include <QFileDialog>
-#include <QProgressDialog>
 #include <QStandardPaths>
 
 namespace zul {
@@ -26,17 +26,11 @@ QString askCsvFile(QWidget* owner, const QString& suggestedName)
 
 void exportCsv(QWidget* owner, const QString& path, const CsvContent& content)
 {
-    constexpr int untilShown = 400; // milliseconds
-    QProgressDialog progress(u"Esportazione in corso…"_s, u"Annulla"_s, 0,
-                             static_cast<int>(content.records.size()), owner);
+    ProgressWindow progress(owner, u"Esportazione in corso…"_s, static_cast<int>(content.records.size()));
     progress.setObjectName(u"avanzamentoEsporta"_s);
-    progress.setWindowModality(Qt::WindowModal);
-    progress.setMinimumDuration(untilShown);
-    const CsvResult result = writeCsv(path, content, [&progress](size_t done) {
-        progress.setValue(static_cast<int>(done));
-        return !progress.wasCanceled();
-    });
-    progress.reset();
+    const CsvResult result = writeCsv(
+        path, content, [&progress](size_t done) { return progress.advance(static_cast<int>(done)); });
+    progress.hide();
     if (!result.written && !result.why.isEmpty()) {
         ask(owner, notice(u"Esportazione non riuscita: "_s + result.why, MessageIcon::Exclamation));
     }

@@ -102,7 +102,7 @@ std::string shown(std::u16string_view text)
 
 std::string shown(const VARIANT& value)
 {
-    const std::string type = typeName(value.vt);
+    std::string type = typeName(value.vt);
     if (value.vt == VT_BSTR) {
         return type + ' ' + shown(textOf(value.bstrVal));
     }

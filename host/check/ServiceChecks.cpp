@@ -1,5 +1,6 @@
 // The host's own objects, which are optional, and the event that fills a pick list.
 #include "automation/ErrorInfo.h"
+#include "automation/ServiceAnswer.h"
 #include "host/check/Checks.h"
 #include "host/check/StandInGrid.h"
 #include "host/check/Verdict.h"
@@ -13,16 +14,18 @@ namespace zul::host::check {
 
 namespace {
 
-/// What the host gives for an id; null where it has nothing.
-ComPtr<IUnknown> serviceOf(const Subject& subject, const IID& iid)
+/// What the host gives for an id; null where it has nothing, which `code` then says.
+ComPtr<IUnknown> serviceOf(const Subject& subject, const IID& iid, HRESULT& code)
 {
-    const auto provider = queryFor<IServiceProvider>(subject.object());
-    if (!provider) {
+    ComPtr<IServiceProvider> provider;
+    code = subject.object()->QueryInterface(iidOf<IServiceProvider>(), provider.putVoid());
+    if (FAILED(code)) {
+        provider.detach();
         return nullptr;
     }
     ComPtr<IUnknown> object;
-    const HRESULT result = provider->QueryService(iid, iid, object.putVoid());
-    if (FAILED(result)) {
+    code = provider->QueryService(iid, iid, object.putVoid());
+    if (FAILED(code)) {
         if (object.detach() != nullptr) {
             throw Breach("QueryService fails and leaves something other than null", "takes its stand-in");
         }
@@ -37,7 +40,13 @@ ComPtr<IUnknown> serviceOf(const Subject& subject, const IID& iid)
 
 void checkService(const Subject& subject, const IID& iid, const std::string& instead)
 {
-    const ComPtr<IUnknown> object = serviceOf(subject, iid);
+    HRESULT code = S_OK;
+    const ComPtr<IUnknown> object = serviceOf(subject, iid, code);
+    if (!object && !meansNoService(code)) {
+        throw Breach("QueryService fails with " + Failure{code, {}}.text() +
+                         " where E_NOINTERFACE says that there is none",
+                     "ends what needs it, with a line in the log");
+    }
     if (!object) {
         throw StandIn(instead);
     }
@@ -53,7 +62,8 @@ void checkService(const Subject& subject, const IID& iid, const std::string& ins
 
 void checkEvent(Subject& subject)
 {
-    const ComPtr<IUnknown> given = serviceOf(subject, iidOf<__SmsCreator>());
+    HRESULT code = S_OK;
+    const ComPtr<IUnknown> given = serviceOf(subject, iidOf<__SmsCreator>(), code);
     const auto sink = given.as<IDispatch>();
     if (!sink) {
         throw Skipped("not tried: the connection object gives no sink by QueryService; the component "

@@ -86,9 +86,7 @@ bool seemsToHoldSeveral(std::string_view sql)
             before != "for") {
             return true;
         }
-        if (first.empty()) {
-            first = word;
-        } else if (first == "with" && begins) {
+        if (first.empty() || (first == "with" && begins)) {
             first = word;
         }
         before = word;

@@ -11,11 +11,18 @@ namespace {
 
 constexpr std::array<std::string_view, 2> passwordKeys{"pwd=", "password="};
 
-// Behind a value in braces, in which a closing one is doubled; behind a plain one.
+// Behind a plain value.
+std::size_t endOfPlain(std::string_view text, std::size_t at)
+{
+    return std::min(text.find_first_of(";\"'", at), text.size());
+}
+
+// Behind a value in braces, in which a closing one is doubled; behind a plain one. What stands between the closing
+// brace and the end, against the rules, counts to the value with some readers.
 std::size_t endOfValue(std::string_view text, std::size_t at)
 {
     if (at >= text.size() || text[at] != '{') {
-        return std::min(text.find_first_of(";\"'", at), text.size());
+        return endOfPlain(text, at);
     }
     for (std::size_t i = at + 1; i < text.size(); ++i) {
         if (text[i] != '}') {
@@ -25,7 +32,7 @@ std::size_t endOfValue(std::string_view text, std::size_t at)
             ++i;
             continue;
         }
-        return i + 1;
+        return endOfPlain(text, i + 1);
     }
     return text.size();
 }

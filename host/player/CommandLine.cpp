@@ -84,9 +84,9 @@ void flags(const QString& text, const QString& wanted, std::initializer_list<std
 
 QString failurePlan(const QString& text)
 {
-    static const QRegularExpression form(u"^[0-9]{1,9}(:(error|silent|type|lost|end))?$"_s);
+    static const QRegularExpression form(u"^[0-9]{1,9}(:(error|silent|type|lost|end|kill))?$"_s);
     if (!form.match(text).hasMatch()) {
-        throw BadValue{u"N or N:KIND, with error, silent, type, lost or end for KIND"_s};
+        throw BadValue{u"N or N:KIND, with error, silent, type, lost, end or kill for KIND"_s};
     }
     return text;
 }
@@ -168,7 +168,7 @@ const std::vector<ValueOption>& valueOptions()
           u"without "
           "one (silent), by an answer of a wrong type (type), by the end of its row set (end), or as "
           "everything after "
-          "it (lost). A scenario goes on at the next command; the operations are counted at its end. 0 only counts."_s,
+          "it (lost), or the host is gone before it as if it were killed (kill). A scenario goes on at the next command; the operations are counted at its end. 0 only counts."_s,
           u"N[:KIND]"_s},
          [](CommandLine& line, const QString& v) { line.failAt = failurePlan(v); }},
         {{u"check-host"_s,

@@ -137,6 +137,8 @@ const Commands::Entry* Commands::find(const QString& name)
         {u"move"_s, {&Commands::move, 3, 3, false}},
         {u"folder"_s, {&Commands::folder, 2, 2, false}},
         {u"answer"_s, {&Commands::answer, 1, 1, true}},
+        {u"at"_s, {&Commands::at, 2, 3, false}},
+        {u"wheel"_s, {&Commands::wheel, 3, 3, false}},
         {u"close"_s, {&Commands::close, 0, 0, false}},
         {u"resize"_s, {&Commands::resize, 2, 2, false}},
         {u"print"_s, {&Commands::print, 1, 1, true}},
@@ -398,6 +400,48 @@ void Commands::answer(const Arguments& arguments)
         throw CommandError{u"the message box has no button %1"_s.arg(quoted(arguments[0].text))};
     }
     reachAndClick(button, button->rect().center());
+}
+
+QWidget* Commands::under(const Arguments& arguments, QPoint* point) const
+{
+    QWidget* popup = QApplication::activePopupWidget();
+    QWidget* window = popup != nullptr ? popup : m_windows.topmostForm();
+    if (window == nullptr) {
+        throw CommandError{u"no window is open"_s};
+    }
+    *point = QPoint(wholeNumber(arguments[0]), wholeNumber(arguments[1]));
+    if (!window->rect().contains(*point)) {
+        throw CommandError{u"the window ends at %1, %2"_s.arg(window->width() - 1).arg(window->height() - 1)};
+    }
+    return window;
+}
+
+void Commands::at(const Arguments& arguments)
+{
+    QPoint point;
+    QWidget* window = under(arguments, &point);
+    const QString how = arguments.size() > 2 ? arguments[2].text : QString();
+    if (how == u"right"_s) {
+        hands::rightClick(window, point);
+    } else if (how == u"double"_s) {
+        hands::doubleClick(window, point);
+    } else if (how.isEmpty()) {
+        hands::click(window, point);
+    } else {
+        throw CommandError{u"%1 is neither right nor double"_s.arg(quoted(how))};
+    }
+}
+
+void Commands::wheel(const Arguments& arguments)
+{
+    constexpr int mostSteps = 100;
+    QPoint point;
+    QWidget* window = under(arguments, &point);
+    const int steps = wholeNumber(arguments[2]);
+    if (steps == 0 || steps > mostSteps || steps < -mostSteps) {
+        throw CommandError{u"%1 is no number of steps"_s.arg(steps)};
+    }
+    hands::wheel(window, point, steps);
 }
 
 void Commands::close(const Arguments& /*arguments*/)

@@ -4,6 +4,7 @@
 #include "host/player/ScenarioParser.h"
 
 #include <QHash>
+#include <QPoint>
 #include <QString>
 #include <functional>
 #include <vector>
@@ -59,6 +60,8 @@ private:
     void move(const Arguments& arguments);
     void folder(const Arguments& arguments);
     void answer(const Arguments& arguments);
+    void at(const Arguments& arguments);
+    void wheel(const Arguments& arguments);
     void close(const Arguments& arguments);
     void resize(const Arguments& arguments);
     void print(const Arguments& arguments);
@@ -68,6 +71,8 @@ private:
     void shot(const Arguments& arguments);
 
     QWidget* usable(const Word& name) const;
+    /// The topmost window, or the list or menu that is open over it, and a point inside.
+    QWidget* under(const Arguments& arguments, QPoint* point) const;
     void clickPart(const Word& name, const char* part);
 
     EventPrinter& m_printer;

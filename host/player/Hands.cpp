@@ -11,7 +11,10 @@
 #include <QStyleHints>
 #include <QStyleOptionButton>
 #include <QTextBoundaryFinder>
+#include <QWheelEvent>
 #include <QWindow>
+
+#include <cstdlib>
 
 /// The doors by which Qt's test library delivers input past the platform plug-in.
 QT_BEGIN_NAMESPACE
@@ -149,6 +152,29 @@ void doubleClick(QWidget* widget, const QPoint& point)
     press(at);
     release(at);
     pause();
+}
+
+void rightClick(QWidget* widget, const QPoint& point)
+{
+    const Place at = place(widget, point);
+    pause();
+    move(at, Qt::NoButton);
+    send(at, QEvent::MouseButtonPress, Qt::RightButton, Qt::RightButton, {});
+    send(at, QEvent::MouseButtonRelease, Qt::NoButton, Qt::RightButton, {});
+}
+
+void wheel(QWidget* widget, const QPoint& point, int steps)
+{
+    const Place at = place(widget, point);
+    pause();
+    move(at, Qt::NoButton);
+    constexpr int eighthsOfAStep = 120;
+    for (int i = 0; i < std::abs(steps) && at.window; ++i) {
+        QWheelEvent event(at.point, at.window->mapToGlobal(at.point), QPoint(),
+                          QPoint(0, steps > 0 ? eighthsOfAStep : -eighthsOfAStep), Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(at.window, &event);
+    }
 }
 
 void drag(QWidget* from, const QPoint& start, QWidget* to, const QPoint& end)

@@ -18,6 +18,10 @@ void reach(QWidget* widget, const QPoint& point);
 
 void click(QWidget* widget, const QPoint& point, Qt::KeyboardModifiers modifiers = {});
 void doubleClick(QWidget* widget, const QPoint& point);
+/// The second button, which opens a menu.
+void rightClick(QWidget* widget, const QPoint& point);
+/// The wheel, in the usual steps of 15 degrees; above 0 away from the person.
+void wheel(QWidget* widget, const QPoint& point, int steps);
 /// Presses at one point, moves in small steps to the other, and lets go. The points are in the coordinates of
 /// their widgets, which share a window.
 void drag(QWidget* from, const QPoint& start, QWidget* to, const QPoint& end);

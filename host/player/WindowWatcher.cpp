@@ -122,12 +122,12 @@ WindowWatcher::WindowWatcher(EventPrinter& printer, QObject* parent)
     qApp->installEventFilter(this);
 }
 
-QWidget* WindowWatcher::topmost() const
+QWidget* WindowWatcher::topmostThat(bool (*counts)(const QWidget*)) const
 {
     QWidget* last = nullptr;
     for (auto open = m_open.crbegin(); open != m_open.crend(); ++open) {
         QWidget* window = open->window;
-        if (window == nullptr || !window->isVisible()) {
+        if (window == nullptr || !window->isVisible() || !counts(window)) {
             continue;
         }
         if (window->isModal()) {
@@ -140,22 +140,15 @@ QWidget* WindowWatcher::topmost() const
     return last;
 }
 
+QWidget* WindowWatcher::topmost() const
+{
+    return topmostThat([](const QWidget*) { return true; });
+}
+
 QWidget* WindowWatcher::topmostForm() const
 {
-    QWidget* last = nullptr;
-    for (auto open = m_open.crbegin(); open != m_open.crend(); ++open) {
-        QWidget* window = open->window;
-        if (window == nullptr || !window->isVisible() || qobject_cast<QMessageBox*>(window) != nullptr) {
-            continue;
-        }
-        if (window->isModal()) {
-            return window;
-        }
-        if (last == nullptr) {
-            last = window;
-        }
-    }
-    return last;
+    return topmostThat(
+        [](const QWidget* window) { return qobject_cast<const QMessageBox*>(window) == nullptr; });
 }
 
 QMessageBox* WindowWatcher::messageBox() const

@@ -56,6 +56,7 @@ private:
         int level = 0;
     };
 
+    QWidget* topmostThat(bool (*counts)(const QWidget*)) const;
     void noticeEvent(QWidget* notice, QEvent::Type type);
     void noticeGone(QWidget* notice);
     void shown(QWidget* window);

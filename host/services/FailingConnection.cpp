@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdlib>
 #include <utility>
 
 namespace zul::host {
@@ -25,11 +26,12 @@ struct KindWord
     std::string_view word;
     FailureKind kind;
 };
-constexpr std::array<KindWord, 5> kindWords{{{"error", FailureKind::Error},
+constexpr std::array<KindWord, 6> kindWords{{{"error", FailureKind::Error},
                                              {"silent", FailureKind::Silent},
                                              {"type", FailureKind::Type},
                                              {"lost", FailureKind::Lost},
-                                             {"end", FailureKind::End}}};
+                                             {"end", FailureKind::End},
+                                             {"kill", FailureKind::Kill}}};
 
 /// Counts, and decides what becomes of an operation.
 class Failures
@@ -46,6 +48,9 @@ public:
         const long number = ++m_counts->operations;
         const bool hit = m_plan.at > 0 &&
                          (number == m_plan.at || (m_plan.kind == FailureKind::Lost && number > m_plan.at));
+        if (hit && m_plan.kind == FailureKind::Kill) {
+            std::_Exit(killedCode);
+        }
         return hit ? std::optional(m_plan.kind) : std::nullopt;
     }
 

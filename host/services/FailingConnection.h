@@ -14,13 +14,17 @@
 
 namespace zul::host {
 
+/// The exit code of "kill", that of a process which the system killed.
+constexpr int killedCode = 137;
+
 enum class FailureKind
 {
     Error,  ///< "error": a failure code with a description
     Silent, ///< "silent": a failure code without one
     Type,   ///< "type": it succeeds with an answer of a type, or a number, that nobody expects
     Lost,   ///< "lost": it fails as a lost connection does, and everything after it
-    End ///< "end": it succeeds, and the row set that it belongs to has no further rows; elsewhere nothing happens
+    End, ///< "end": it succeeds, and the row set that it belongs to has no further rows; elsewhere nothing happens
+    Kill ///< "kill": the process ends before it, as one that is killed does: nothing is closed, flushed or said
 };
 
 struct FailurePlan

@@ -25,3 +25,5 @@ for bin in "build/windows-$arch"/bin{,/ZulSmsSender}; do
         [ ! -d "$dependencies/plugins/$folder" ] || cp -ru "$dependencies/plugins/$folder" "$bin/"
     done
 done
+# Programs elsewhere in the build folder, the tests, look for plug-ins where an installation of Qt has them.
+ln -sfn bin "build/windows-$arch/plugins"

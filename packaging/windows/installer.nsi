@@ -51,7 +51,7 @@ LangString NotRegistered ${LANG_ENGLISH} "${NAME} could not be registered."
 LangString Settings ${LANG_ITALIAN} "Cancellare anche le impostazioni di questa postazione?"
 LangString Settings ${LANG_ENGLISH} "Delete the settings of this workstation too?"
 
-VIProductVersion "${VERSION}.0.0"
+VIProductVersion "${VERSION}.0"
 VIAddVersionKey /LANG=${LANG_ITALIAN} "ProductName" "${NAME}"
 VIAddVersionKey /LANG=${LANG_ITALIAN} "ProductVersion" "${VERSION}"
 VIAddVersionKey /LANG=${LANG_ITALIAN} "FileVersion" "${VERSION}"

@@ -112,6 +112,8 @@ TEST_F(Registration, RefusesWhatWouldSpoilTheFile)
     EXPECT_EQ(registerSample(sampleClass, "/two\nlines.so"), E_INVALIDARG);
     EXPECT_EQ(ZulRegisterClass(sampleClass, u"Two\nLines", nullptr, "/x.so"), E_INVALIDARG);
     EXPECT_EQ(ZulRegisterClass(sampleClass, nullptr, u"Two\r\nLines", "/x.so"), E_INVALIDARG);
+    EXPECT_EQ(registerSample(sampleClass, "/blank.so "), E_INVALIDARG) << "would be read without the blank";
+    EXPECT_EQ(ZulRegisterClass(sampleClass, u" Blank.Before", nullptr, "/x.so"), E_INVALIDARG);
     EXPECT_FALSE(fs::exists(file));
 }
 

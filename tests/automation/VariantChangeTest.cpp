@@ -542,6 +542,10 @@ TEST(VariantChange, ATextAndItsBytesAreOneThing)
     odd.vt = bytes;
     odd.parray = SafeArrayCreateVector(VT_UI1, 1, 3);
     EXPECT_EQ(changed(odd, VT_BSTR).text().size(), 1u) << "half a character is none";
+    Variant last;
+    last.vt = bytes;
+    last.parray = SafeArrayCreateVector(VT_UI1, std::numeric_limits<LONG>::max() - 1, 4);
+    EXPECT_EQ(changed(last, VT_BSTR).text().size(), 2u) << "the upper bound is beyond what a bound can say";
     EXPECT_EQ(SafeArrayGetUBound(changed(Variant::fromText(u""), bytes).parray, 1, &bound), S_OK);
     EXPECT_EQ(bound, -1);
     Variant nothing;

@@ -1,11 +1,11 @@
 #include "tests/ftp/FtpServerProcess.h"
 
-#include <arpa/inet.h>
+#include "tests/ftp/Loopback.h"
+
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <pwd.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -17,15 +17,6 @@
 namespace zul::test {
 
 namespace {
-
-sockaddr_in loopback(std::uint16_t port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
 
 std::uint16_t freePort()
 {

@@ -1,10 +1,10 @@
 #include "tests/ftp/ScriptedServer.h"
 
+#include "tests/ftp/Loopback.h"
+
 #include <algorithm>
-#include <arpa/inet.h>
 #include <array>
 #include <cstdlib>
-#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <stdexcept>
@@ -14,15 +14,6 @@
 namespace zul::test {
 
 namespace {
-
-sockaddr_in loopback(std::uint16_t port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
 
 int listenOnLoopback(std::uint16_t& port)
 {

@@ -59,6 +59,8 @@ TEST(TextToNumberTest, WhatDoesNotFitOverflows)
     EXPECT_EQ(convert("-32768.5"), -32768);
     EXPECT_EQ(convert("70000"), Overflowed);
     EXPECT_EQ(convert("1e400"), Overflowed);
+    EXPECT_EQ(convert("1e99999999999999999999"), Overflowed);
+    EXPECT_EQ(convert("1" + std::string(400, '0') + "e-5"), Overflowed) << "large for all its exponent";
     EXPECT_EQ(convert(std::string(10'000, '9')), Overflowed);
     EXPECT_EQ(convert("&H10000"), Overflowed);
     EXPECT_EQ(convert("&HFFFFFFFFFFFFFFFFFF"), Overflowed);
@@ -80,6 +82,9 @@ TEST(TextToNumberTest, ExponentsAndOtherBases)
     EXPECT_EQ(convert("2D3"), 2000);
     EXPECT_EQ(convert("2100E-2"), 21);
     EXPECT_EQ(convert("1e-400"), 0);
+    EXPECT_EQ(convert("1e-99999999999999999999"), 0);
+    EXPECT_EQ(convert("0." + std::string(400, '0') + "1"), 0) << "small without an exponent";
+    EXPECT_EQ(convert("0." + std::string(400, '0') + "1e5"), 0);
     EXPECT_EQ(convert("&H15"), 21);
     EXPECT_EQ(convert("&hffff"), -1);
     EXPECT_EQ(convert("&o25"), 21);

@@ -1,19 +1,40 @@
 #!/usr/bin/env bash
-# Runs every fuzz target of a build for a few seconds each, on a copy of its corpus: run.sh BUILD SECONDS.
+# Runs the fuzz targets of a build, each on a copy of its corpus, as many at a time as there are processors:
+#
+#     run.sh BUILD SECONDS [TARGET…]                    all or these, for so many seconds each
+#     ZUL_FUZZ_RUNS=10000000 run.sh BUILD 0 [TARGET…]   for so many runs each
+#
+# ZUL_FUZZ_JOBS is how many run at a time. What ends a target stands in the build folder, beside its log.
 set -euo pipefail
-build=$1
+build=$(cd "$1" && pwd)
 seconds=$2
+shift 2
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-for corpus in "$here"/corpus/*/; do
-    name=$(basename "$corpus")
-    work=$build/corpus-$name
+if [ $# -eq 0 ]; then
+    mapfile -t targets < <(cd "$here/corpus" && printf '%s\n' *)
+else
+    targets=("$@")
+fi
+
+# Small caches of freed memory: most targets make and free a few texts a run, and the caches take longer than they do.
+export ASAN_OPTIONS=${ASAN_OPTIONS:-quarantine_size_mb=16:malloc_context_size=8}
+export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$here/../lsan.supp:print_suppressions=0}
+export QT_QPA_PLATFORM=offscreen LC_ALL=it_IT.UTF-8
+limit=-max_total_time=$seconds
+[ -z "${ZUL_FUZZ_RUNS:-}" ] || limit=-runs=$ZUL_FUZZ_RUNS
+export here build limit
+
+run_target() {
+    local name=$1 work=$build/corpus-$1
     rm -rf "$work"
-    cp -r "$corpus" "$work"
-    if ! "$build/bin/$name" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -artifact_prefix="$build/" \
-        "$work" >"$build/$name.log" 2>&1; then
-        tail -n 40 "$build/$name.log" >&2
+    cp -r "$here/corpus/$name" "$work"
+    if ! "$build/bin/$name" "$limit" -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" "$work" \
+        </dev/null >"$build/$name.log" 2>&1; then
+        tail -n 60 "$build/$name.log" >&2
         echo "fuzz target $name failed" >&2
-        exit 1
+        return 255
     fi
     echo "$name: $(grep -o 'Done [0-9]* runs' "$build/$name.log" || true)"
-done
+}
+export -f run_target
+printf '%s\n' "${targets[@]}" | xargs -P "${ZUL_FUZZ_JOBS:-$(nproc)}" -I{} bash -c 'run_target {}'

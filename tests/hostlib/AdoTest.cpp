@@ -1,7 +1,9 @@
 #include "hostlib/Ado.h"
 
+#include "automation/ComObject.h"
 #include "hostlib/Error.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/fake/EarlyBound.h"
 
 #include <gtest/gtest.h>
 
@@ -30,11 +32,75 @@ protected:
     }
 };
 
+/// Rows of a host that does not keep the contract.
+class LyingRows final : public ComObject<EarlyBound<IRecordset>, IRowReader>
+{
+public:
+    LONG count = 1;
+    const ZulCell* cells = nullptr;
+
+    HRESULT STDMETHODCALLTYPE get_Eof(VARIANT_BOOL* value) override
+    {
+        *value = VARIANT_FALSE;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE get_FieldCount(LONG* value) override
+    {
+        *value = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE FieldName(LONG, BSTR*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_Value(VARIANT, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE put_Value(VARIANT, VARIANT) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE MoveNext() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE AddNew() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Update() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Close() override { return S_OK; }
+    // Says that all went well, whatever the sink says.
+    HRESULT STDMETHODCALLTYPE ReadRows(IRowSink* sink) override
+    {
+        sink->Row(count, cells);
+        return S_OK;
+    }
+};
+
 TEST_F(AdoTest, StatementsGoThroughAsTheyAre)
 {
     database().execute(u"update t set a='L''Aquila 100% \"à\" € 😀'"_s);
     EXPECT_EQ(host.operations(), Lines{"execute update t set a='L''Aquila 100% \"à\" € 😀'"});
     EXPECT_EQ(database().connectionString(), u"Provider=Fake;Data Source=memory"_s);
+}
+
+TEST_F(AdoTest, ARowThatTheContractDoesNotKnowIsAnError)
+{
+    const auto* const letters = reinterpret_cast<const unsigned char*>("ab");
+    const struct
+    {
+        const char* what;
+        ZulCell cell;
+        long error;
+    } cases[] = {
+        {"NULL", {CellNull, 0, 0, 0, nullptr}, 0},
+        {"a text", {CellText, 2, 0, 0, letters}, 0},
+        {"an empty text", {CellText, 0, 0, 0, nullptr}, 0},
+        {"a length below zero", {CellText, -2, 0, 0, letters}, 13},
+        {"a text that is nowhere", {CellText, 2, 0, 0, nullptr}, 13},
+        {"a kind beyond the last", {CellBoolean + 1, 0, 1, 0, nullptr}, 13},
+        {"a kind before the first", {-1, 0, 1, 0, nullptr}, 13},
+    };
+    const auto lies = makeCom<LyingRows>();
+    ado::Recordset rows{ComPtr<IRecordset>(lies.get())};
+    const auto read = [&] { rows.readRows([](long, const ZulCell*) {}); };
+    for (const auto& c : cases) {
+        lies->cells = &c.cell;
+        EXPECT_EQ(errorOf(read), c.error) << c.what;
+    }
+    lies->cells = nullptr;
+    EXPECT_EQ(errorOf(read), 91) << "a row without cells";
+    for (const LONG count : {-1, 32'768, std::numeric_limits<LONG>::max()}) {
+        lies->count = count;
+        EXPECT_EQ(errorOf(read), 9) << count;
+    }
 }
 
 TEST_F(AdoTest, CursorsAndLocksHaveTheirNames)
@@ -79,6 +145,17 @@ TEST_F(AdoTest, AFailureWithoutAnErrorObjectStillSaysSomething)
     host.failNth("execute", 1, E_ACCESSDENIED, u"");
     errorOf([&] { database().execute(u"x"_s); }, &description);
     EXPECT_FALSE(description.isEmpty());
+}
+
+TEST_F(AdoTest, ANumberOfFieldsThatNoRowSetHasIsAnError)
+{
+    for (const long count : {-1L, -0x7FFFFFFFL - 1, 0x7FFFFFFFL, 32768L}) {
+        host.fieldCounts() = {count};
+        EXPECT_EQ(errorOf([&] { open().fieldCount(); }), 9) << count;
+    }
+    host.fieldCounts() = {32767, 0};
+    EXPECT_EQ(open().fieldCount(), 32767);
+    EXPECT_EQ(open().fieldCount(), 0);
 }
 
 TEST_F(AdoTest, FieldsAreReadByNameInAnyCase)

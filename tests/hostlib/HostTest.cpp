@@ -1,10 +1,16 @@
 #include "hostlib/Host.h"
 
+#include "automation/ComObject.h"
+#include "automation/Dispatch.h"
 #include "hostlib/Error.h"
 #include "hostlib/NewRowId.h"
 #include "tests/support/ComponentTest.h"
 
+#include <servprov.h>
+
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace zul {
 namespace {
@@ -186,6 +192,94 @@ TEST_F(HostTest, WithoutFiltersEveryStatementIsObjectNotSet)
     EXPECT_EQ(errorOf([&] { filters.NumeroAcquistiIn(day, day, 1, 2, u""_s); }), 91);
     EXPECT_EQ(errorOf([&] { filters.PeriodoAcquisto(day, day); }), 91);
     EXPECT_EQ(errorOf([&] { filters.PeriodoAcquistoIn(day, day, u""_s); }), 91);
+}
+
+// Nothing but the connection, and an answer of its own to whoever asks for its other objects.
+class BareConnection final : public ComObject<Dispatching<_SqlConnection>>
+{
+public:
+    explicit BareConnection(HRESULT answer)
+        : m_answer(answer)
+    {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    {
+        if (iid == iidOf<IServiceProvider>()) {
+            *object = nullptr;
+            return m_answer;
+        }
+        return ComObject::QueryInterface(iid, object);
+    }
+    HRESULT STDMETHODCALLTYPE get_Connection(IConnection**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE get_UserName(BSTR*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE LookupValue(BSTR, BSTR, BSTR, VARIANT*) override { return E_NOTIMPL; }
+
+private:
+    const DispTable<_SqlConnection>& dispTable() const override
+    {
+        static const DispTable<_SqlConnection> table{};
+        return table;
+    }
+
+    HRESULT m_answer;
+};
+
+hostlib::SqlConnection bare(HRESULT answer)
+{
+    return hostlib::SqlConnection(makeCom<BareConnection>(answer));
+}
+
+TEST_F(HostTest, AServiceThatCannotBeHadIsAnErrorAndNotOneThatTheHostLacks)
+{
+    host.offerAll();
+    struct Asked
+    {
+        const char* name;
+        std::function<void(const hostlib::SqlConnection&)> ask;
+    };
+    const QDate day(2025, 1, 1);
+    const Asked services[] = {
+        {"IIdGenerator", [](const auto& of) { of.generatedId(u"T"_s, u"k"_s); }},
+        {"IChangeTracker", [](const auto& of) { of.tellRowAdded(u"T"_s, 3); }},
+        {"IProgramStarter", [](const auto& of) { of.startProgram(u"/a/b"_s, QString()); }},
+        {"IEmailCheck", [](const auto& of) { of.isValidEmail(u"a@b.it"_s); }},
+        {"ICustomer", [](const auto& of) { hostlib::Customer{of}; }},
+        {"IMessageRecord", [](const auto& of) { hostlib::MessageRecord{of}; }},
+        {"ITextParser", [](const auto& of) { hostlib::TextParser{of}; }},
+        {"ICustomerFilterSql",
+         [&](const auto& of) { hostlib::CustomerFilterSql(of).Ricorrenze(1, day, day); }},
+        {"IAdvancedSearch", [](const auto& of) { hostlib::AdvancedSearch{of}; }},
+        {"IAppConnector", [](const auto& of) { hostlib::AppConnector(of, u"slug"_s, u"salt"_s); }},
+    };
+    for (const HRESULT code : {E_FAIL, E_OUTOFMEMORY, E_UNEXPECTED, E_ACCESSDENIED, E_POINTER}) {
+        for (const Asked& service : services) {
+            host.noFailures();
+            host.forgetOperations();
+            host.failNth("service", 1, code, u"servizio occupato");
+            const hostlib::SqlConnection asked(host.connection());
+            QString description;
+            EXPECT_EQ(errorOf([&] { service.ask(asked); }, &description), static_cast<long>(code))
+                << service.name;
+            EXPECT_EQ(description, u"servizio occupato"_s) << service.name;
+            EXPECT_EQ(errorOf([&] { service.ask(asked); }), 0) << service.name << " is asked for again";
+        }
+    }
+}
+
+TEST_F(HostTest, AHostThatSaysThatItHasNoSuchServiceLacksIt)
+{
+    host.offerAll();
+    const hostlib::Customer customer(connection());
+    for (const HRESULT code : {E_NOINTERFACE, E_NOTIMPL}) {
+        host.noFailures();
+        host.forgetOperations();
+        host.failNth("service", 1, code, u"mai visto");
+        EXPECT_EQ(hostlib::TextParser(connection()).parse(u"{Cliente}"_s, customer, QString()),
+                  u"{Cliente}"_s);
+        EXPECT_TRUE(bare(code).isValidEmail(u"a@b.it"_s)) << "the stand-in's answer";
+        EXPECT_FALSE(bare(code).startProgram(u"/a/b"_s, QString()));
+    }
+    EXPECT_EQ(errorOf([] { bare(E_UNEXPECTED).isValidEmail(u"a@b.it"_s); }), static_cast<long>(E_UNEXPECTED))
+        << "whether it has any cannot be known";
 }
 
 } // namespace

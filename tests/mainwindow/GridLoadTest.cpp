@@ -110,6 +110,22 @@ TEST_P(GridLoadReaderTest, ARowSetThatBreaksOffLeavesTheGridAsItWas)
     EXPECT_EQ(host.openRowSets(), 0);
 }
 
+TEST_P(GridLoadReaderTest, AHostThatCountsTheFieldsOtherwiseEachTimeLeavesAWholeGrid)
+{
+    host.answer("tabSpoolReportStat2", {fields, {customer(7, "Rossi")}});
+    load();
+    for (const std::vector<long>& counts : {std::vector<long>{-1}, {0, 13}, {2, 13}, {13, -1}, {13, 2}}) {
+        const int before = grid.columnCount();
+        host.fieldCounts() = counts;
+        const long failed = errorOf([&] { load(); });
+        EXPECT_TRUE(failed == 0 || failed == 9) << failed;
+        EXPECT_EQ(grid.columnCount(), failed == 0 ? counts.front() : before);
+        EXPECT_EQ(grid.recordCount(), 1U);
+        EXPECT_EQ(host.openRowSets(), 0);
+        host.fieldCounts().clear();
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(RowReader, GridLoadReaderTest, ::testing::Bool(),
                          [](const auto& given) { return given.param ? "with" : "without"; });
 

@@ -186,6 +186,23 @@ TEST_F(CreateSMSTest, ARunTimeErrorLeavesWhatWasStoredAndTheMarkOfItsRow)
     }
 }
 
+TEST_F(CreateSMSTest, ARunIsNotBegunWithAStandInForAServiceThatCannotBeHad)
+{
+    // Customer, parser and record, in the order in which they are asked for.
+    for (int service = 1; service <= 3; ++service) {
+        host.noFailures();
+        host.forgetOperations();
+        rows.rows = {{u"1"_s, u"R"_s, u"1"_s, QString()}};
+        host.failNth("service", service, E_FAIL, u"Errore di prova");
+        QString description;
+        EXPECT_EQ(errorOf([&] { create(); }, &description), static_cast<long>(E_FAIL));
+        EXPECT_EQ(description, u"Errore di prova"_s);
+        EXPECT_EQ(rows.marks(), u"x"_s);
+        EXPECT_TRUE(host.savedRecords().empty());
+        EXPECT_EQ(host.operations(), Lines{templateQuery});
+    }
+}
+
 TEST_F(CreateSMSTest, ATextOfTenThousandCharactersGoesThroughWhole)
 {
     const std::string body(10000, 'x');

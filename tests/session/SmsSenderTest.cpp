@@ -20,15 +20,10 @@ protected:
     QString program() const { return folder.filePath(u"ZULSms_Sender.exe"_s); }
 
     /// A program that writes its arguments into the file "arguments" beside it.
-    void makeProgram()
-    {
-        QFile file(program());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(
-            "#!/bin/sh\nprintf '%s' \"$#|$1\" > \"$0.tmp\"\nmv \"$0.tmp\" \"$(dirname \"$0\")/arguments\"\n");
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
+    void makeProgram() { ASSERT_TRUE(QFile::copy(QStringLiteral(ZUL_PRINT_ARGUMENTS), program())); }
+
+    /// Its path as the host is handed it.
+    std::string native() const { return utf8(QDir::toNativeSeparators(program())); }
 
     /// The temporary folder as the system writes paths.
     QString backslashed() const { return folder.path().replace(u'/', u'\\'); }
@@ -92,9 +87,8 @@ TEST_F(SmsSenderTest, TheHostStartsItWithTheNativePathAndAParameterThatBeginsWit
     makeProgram();
     EXPECT_TRUE(AvviaSmsSender(true, backslashed(), nullptr));
     EXPECT_TRUE(AvviaSmsSender(false, backslashed() + u'\\', nullptr));
-    EXPECT_EQ(host.operations(),
-              (Lines{"start " + utf8(program()) + "| -connectionstring:Server=à;Pwd=x y'z\"",
-                     "start " + utf8(program()) + "|"}));
+    EXPECT_EQ(host.operations(), (Lines{"start " + native() + "| -connectionstring:Server=à;Pwd=x y'z\"",
+                                        "start " + native() + "|"}));
     EXPECT_TRUE(messages.empty());
 }
 

@@ -142,7 +142,7 @@ QStringList ComponentTest::logged() const
     return entries;
 }
 
-void ComponentTest::onWindow(const QString& name, std::function<void(QWidget*)> action)
+void ComponentTest::onWindow(const QString& name, const std::function<void(QWidget*)>& action)
 {
     actOnWindow(name, action, &m_watch);
 }

@@ -85,7 +85,7 @@ protected:
 
     /// Runs an action once, when a window of that name is the modal one. The window is closed after it when
     /// the action left it open. To be said before the window is opened.
-    void onWindow(const QString& name, std::function<void(QWidget* window)> action);
+    void onWindow(const QString& name, const std::function<void(QWidget* window)>& action);
 
     FakeHost host;
     std::vector<OperatorMessage> messages;

@@ -103,6 +103,11 @@ void FakeHost::failAtRow(int n, HRESULT code, const std::u16string& description)
     m_state->rowFailures[m_state->rowsAsked + n] = {code, description};
 }
 
+std::vector<long>& FakeHost::fieldCounts()
+{
+    return m_state->fieldCounts;
+}
+
 void FakeHost::noFailures()
 {
     m_state->nth.clear();

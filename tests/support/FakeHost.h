@@ -91,6 +91,8 @@ public:
     void answerLookup(const std::string& condition, Variant value);
     /// The table tabImpostazioni by key; nothing is NULL. Statements on it work on this map.
     std::map<std::string, std::optional<std::string>>& settings();
+    /// What the next questions for FieldCount get, one after another; the number of fields when used up.
+    std::vector<long>& fieldCounts();
     /// Row sets answer IRowReader as well.
     void giveRowReader(bool give);
 
@@ -113,7 +115,8 @@ public:
     // --- Failures
 
     /// The n-th operation of a kind (from 1) fails: "execute", "open", "update", "nextid", "lookup", "customer",
-    /// "save", "parse", "connection", "user", … as the operations begin.
+    /// "save", "parse", "connection", "user", "service" (that one of its objects is asked for), … as the operations
+    /// begin.
     void failNth(const std::string& kind, int n, HRESULT code, const std::u16string& description);
     /// Every operation that contains the text fails.
     void failWhere(const std::string& part, HRESULT code, const std::u16string& description);

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""Databases that give way: no room for another byte, locked by somebody else, cut short by another program, and
-several hosts at work on one.
+"""Databases that give way: no room for another byte, read-only, locked by somebody else, cut short by another program,
+and several hosts at work on one.
 
 disk.py BUILD ROUNDS [--seed S]"""
 import argparse
 import random
+import re
 import resource
 import signal
 import sqlite3
@@ -14,19 +15,43 @@ import threading
 import time
 import os
 
-from zul import SANITIZER, SESSIONS, Place, told
+from zul import SANITIZER, SESSIONS, STANDARD, Place, told
 
 MAILING = "SELECT COUNT(*) FROM TMK_MailingList"
 TWICE = "SELECT COUNT(*) - COUNT(DISTINCT idMailing) FROM TMK_MailingList"
 
 
-def start(place, session, limit=None):
+# Modes do not bind root, a mount does, and in a name space of its own anybody may make one. The whole folder, where log
+# and journal of the database stand too; the folder without the file; the file alone.
+READ_ONLY = {
+    "folder": 'mount --bind "$0" "$0" && mount -o remount,bind,ro "$0"',
+    "folder but not the file": 'mount --bind "$0" "$0" && mount --bind "$1" "$1" && mount -o remount,bind,ro "$0"',
+    "file": 'mount --bind "$1" "$1" && mount -o remount,bind,ro "$1"',
+}
+
+
+def mounted(place, what):
+    """What a command begins with to find that read-only."""
+    return ["unshare", "--user", "--map-root-user", "--mount", "sh", "-c",
+            READ_ONLY[what] + ' && shift && exec "$@"', place.folder, place.database]
+
+
+def can_mount(place):
+    probe = mounted(place, "folder") + ["sh", "-c", 'echo > "$0/probe"', place.folder]
+    try:
+        done = subprocess.run(probe, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, check=False)
+    except FileNotFoundError:
+        return False
+    return b"Read-only file system" in done.stderr
+
+
+def start(place, session, limit=None, prefix=()):
     def bound():
         # Ignored, the signal becomes the error that a full disk is.
         signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
         resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
     command = place.command(session, "--fail-at", "0")
-    return subprocess.Popen(command, env=place.environment, cwd=place.folder, stdout=subprocess.PIPE,
+    return subprocess.Popen([*prefix, *command], env=place.environment, cwd=place.folder, stdout=subprocess.PIPE,
                             stderr=subprocess.PIPE, preexec_fn=bound if limit else None)
 
 
@@ -51,6 +76,28 @@ def full(place, chance):
     if place.rows(MAILING)[0][0] < told(out, "Preparato SMS"):
         return "a row that was told is missing"
     return None
+
+
+def read_only(what):
+    def attack(place, chance):
+        place.reset()
+        with open(place.database, "rb") as database:
+            before = database.read()
+        session = chance.choice(["sms", "mail", "push", "options", "template"])
+        code, out, err = finish(start(place, session, prefix=mounted(place, what)))
+        if not ended_well(code, err):
+            return "%s ended with %d: %s" % (session, code, err[-400:])
+        with open(place.database, "rb") as database:
+            if database.read() != before:
+                return "the file was changed"
+        if re.search(r'^line \d+ "OK ', out, re.MULTILINE):
+            return "%s: something was told that could not be written" % session
+        said = [line for line in place.log_lines() if STANDARD.search(line)] or (code == 1 and err.strip())
+        if not said:
+            return "%s: neither the log nor the host says why" % session
+        return None
+    attack.__name__ = "read-only " + what
+    return attack
 
 
 def locked(place, chance):
@@ -116,13 +163,18 @@ def main():
     failures = 0
     with Place(options.build) as place:
         assert os.path.isdir(SESSIONS)
-        for attack in (full, locked, cut, several):
+        attacks = [full, locked, cut, several]
+        if can_mount(place):
+            attacks += [read_only(what) for what in READ_ONLY]
+        else:
+            print("disk: nothing read-only was tried: no mount in a name space of one's own is allowed here")
+        for attack in attacks:
             for _ in range(options.rounds):
                 problem = attack(place, chance)
                 if problem:
                     failures += 1
                     print("%s: %s" % (attack.__name__, problem), flush=True)
-    print("disk: %d rounds of four attacks, %d findings, seed %d" % (options.rounds, failures, seed))
+    print("disk: %d rounds of %d attacks, %d findings, seed %d" % (options.rounds, len(attacks), failures, seed))
     return 1 if failures else 0
 
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Lets every operation of the component fail once, in each way, in each session.
 
-fail_each.py BUILD [--sample N] [--seed S] [--minutes M]: all of them, or N at random for each session."""
+fail_each.py BUILD [--sample N] [--seed S] [--minutes M] [--sessions A,B]: all of them, or N at random for each
+session."""
 import argparse
 import random
 import re
@@ -48,13 +49,14 @@ def main():
     parser.add_argument("--sample", type=int, default=0)
     parser.add_argument("--seed", type=int, default=None)
     parser.add_argument("--minutes", type=float, default=0)
+    parser.add_argument("--sessions", type=lambda names: names.split(","), default=SESSIONS)
     options = parser.parse_args()
     seed = options.seed if options.seed is not None else int(time.time())
     chance = random.Random(seed)
     end = time.time() + options.minutes * 60 if options.minutes else None
     failures = runs = 0
     with Place(options.build) as place:
-        for session in SESSIONS:
+        for session in options.sessions:
             place.reset()
             code, out, err = place.play(session, "--fail-at", "0")
             counts = COUNTS.search(out)

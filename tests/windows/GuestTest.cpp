@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <filesystem>
 #include <string>
+#include <vector>
+
+#include <psapi.h>
 
 #include "automation/Bstr.h"
 #include "tests/windows/Component.h"
@@ -73,6 +77,7 @@ struct Seen
     HWND owner = nullptr;
     bool hostEnabled = true;
     int ticks = 0;
+    HANDLE other = nullptr; // a program that has to end before the window is closed
 } seen;
 
 BOOL CALLBACK findOther(HWND window, LPARAM)
@@ -90,13 +95,83 @@ void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
 {
     ++seen.ticks;
     EnumThreadWindows(GetCurrentThreadId(), findOther, 0);
-    if (seen.shown == nullptr || seen.ticks < 5) {
+    if (seen.shown == nullptr || seen.ticks < 5 ||
+        (seen.other != nullptr && WaitForSingleObject(seen.other, 0) == WAIT_TIMEOUT)) {
         return;
     }
     seen.owner = GetWindow(seen.shown, GW_OWNER);
     seen.hostEnabled = IsWindowEnabled(seen.host);
     PostMessageW(seen.shown, WM_CLOSE, 0, 0);
 }
+
+// The files of Qt's that the process has loaded, libraries and plug-ins.
+std::vector<std::filesystem::path> loadedPartsOfQt()
+{
+    std::vector<HMODULE> modules(1024);
+    DWORD bytes = 0;
+    EnumProcessModules(GetCurrentProcess(), modules.data(),
+                       static_cast<DWORD>(modules.size() * sizeof(HMODULE)), &bytes);
+    modules.resize(bytes / sizeof(HMODULE));
+    std::vector<std::filesystem::path> found;
+    for (const HMODULE module : modules) {
+        wchar_t file[MAX_PATH] = L"";
+        GetModuleFileNameW(module, file, MAX_PATH);
+        const std::filesystem::path path(file);
+        const std::wstring name = path.filename().wstring();
+        if (name.starts_with(L"Qt") || name.ends_with(L"Zul.dll")) {
+            found.push_back(path);
+        }
+    }
+    return found;
+}
+
+// A host that brings a Qt of its own: a library of Qt's usual name is loaded, and environment and current folder lead
+// to plug-ins that are not the component's.
+class HostsOwnQt
+{
+public:
+    HostsOwnQt()
+    {
+        namespace fs = std::filesystem;
+        const fs::path bin = fs::path(componentFile()).parent_path();
+        m_folder = fs::temp_directory_path() / L"zul host's Qt";
+        fs::remove_all(m_folder);
+        for (const fs::path& folder : {m_folder / L"platforms", m_folder / L"imageformats"}) {
+            fs::create_directories(folder);
+            for (const auto& plugin : fs::directory_iterator(bin / folder.filename())) {
+                fs::copy_file(plugin.path(), folder / plugin.path().filename());
+            }
+        }
+        fs::copy_file(bin / L"Qt6CoreZul.dll", m_folder / L"Qt6Core.dll");
+        m_library = LoadLibraryW((m_folder / L"Qt6Core.dll").c_str());
+        SetEnvironmentVariableW(L"QT_PLUGIN_PATH", m_folder.c_str());
+        SetEnvironmentVariableW(L"QT_QPA_PLATFORM_PLUGIN_PATH", (m_folder / L"platforms").c_str());
+        SetEnvironmentVariableW(L"QT_QPA_PLATFORM", L"none");
+        SetEnvironmentVariableW(L"QT_STYLE_OVERRIDE", L"none");
+        m_current = fs::current_path();
+        fs::current_path(m_folder);
+    }
+    HostsOwnQt(const HostsOwnQt&) = delete;
+    HostsOwnQt& operator=(const HostsOwnQt&) = delete;
+    ~HostsOwnQt()
+    {
+        for (const wchar_t* const name :
+             {L"QT_PLUGIN_PATH", L"QT_QPA_PLATFORM_PLUGIN_PATH", L"QT_QPA_PLATFORM", L"QT_STYLE_OVERRIDE"}) {
+            SetEnvironmentVariableW(name, nullptr);
+        }
+        std::filesystem::current_path(m_current);
+        FreeLibrary(m_library);
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+    const std::filesystem::path& folder() const { return m_folder; }
+    HMODULE library() const { return m_library; }
+
+private:
+    std::filesystem::path m_folder;
+    std::filesystem::path m_current;
+    HMODULE m_library = nullptr;
+};
 
 class Guest : public testing::Test
 {
@@ -120,6 +195,28 @@ protected:
 };
 
 } // namespace
+
+// The first test that shows a window: what a process has loaded stays.
+TEST_F(Guest, AHostsOwnQtIsNotMet)
+{
+    const HostsOwnQt own;
+    ASSERT_NE(own.library(), nullptr) << GetLastError();
+    seen = Seen{};
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    showOptions(*creator);
+    EXPECT_NE(seen.shown, nullptr);
+    EXPECT_EQ(GetModuleHandleW(L"Qt6Core.dll"), own.library());
+    bool platform = false;
+    for (const std::filesystem::path& part : loadedPartsOfQt()) {
+        if (part.filename() == L"Qt6Core.dll") {
+            continue;
+        }
+        EXPECT_TRUE(part.wstring().starts_with(componentFile().substr(0, componentFile().rfind(L'\\'))))
+            << part;
+        platform = platform || part.filename() == L"qwindowsZul.dll";
+    }
+    EXPECT_TRUE(platform);
+}
 
 TEST_F(Guest, AModalWindowIsModalToTheHostsWindows)
 {
@@ -152,6 +249,28 @@ TEST_F(Guest, AWindowIsShownAgainAndWithoutAnyOfTheHosts)
         VARIANT result{};
         EXPECT_EQ(creator->DiscardOptionsForm(&result), S_OK);
     }
+}
+
+TEST_F(Guest, AnotherHostShowsItsWindowsMeanwhile)
+{
+    wchar_t self[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    std::wstring command = L"\"" + std::wstring(self) + L"\" --gtest_filter=Guest.AWindowIsShownAgain*";
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                               &process));
+    seen = Seen{};
+    seen.other = process.hProcess;
+    showOptions(*creator);
+    EXPECT_NE(seen.shown, nullptr);
+    DWORD code = 99;
+    EXPECT_TRUE(GetExitCodeProcess(process.hProcess, &code));
+    EXPECT_EQ(code, 0u);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
 }
 
 TEST_F(Guest, TheHostsProcessStaysAsItWas)

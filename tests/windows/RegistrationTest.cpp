@@ -1,6 +1,8 @@
 // What the component writes into the registry, and that it takes all of it away.
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "automation/Uuid.h"
 #include "tests/windows/Component.h"
 
@@ -92,4 +94,23 @@ TEST(Registration, EveryTypeLibraryLoadsByItsId)
         zul::ComPtr<ITypeLib> library;
         EXPECT_EQ(LoadRegTypeLib(guid, 1, 0, 0x0409, library.put()), S_OK) << guid.Data4[7];
     }
+}
+
+TEST(Registration, TheFileSaysItsVersion)
+{
+    const std::wstring file = componentFile();
+    std::vector<char> data(GetFileVersionInfoSizeW(file.c_str(), nullptr));
+    ASSERT_FALSE(data.empty());
+    ASSERT_TRUE(GetFileVersionInfoW(file.c_str(), 0, static_cast<DWORD>(data.size()), data.data()));
+    void* found = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(data.data(), L"\\", &found, &length));
+    const auto& version = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    EXPECT_EQ(std::to_string(HIWORD(version.dwFileVersionMS)) + "." +
+                  std::to_string(LOWORD(version.dwFileVersionMS)) + "." +
+                  std::to_string(HIWORD(version.dwFileVersionLS)),
+              ZUL_VERSION);
+    ASSERT_TRUE(VerQueryValueW(data.data(), L"\\StringFileInfo\\041004B0\\ProductVersion", &found, &length));
+    const std::wstring wanted(ZUL_VERSION, ZUL_VERSION + sizeof ZUL_VERSION - 1);
+    EXPECT_EQ(std::wstring(static_cast<const wchar_t*>(found)), wanted);
 }

@@ -195,6 +195,15 @@ static std::string catalogueName(const OdbcConnection& connection, std::string_v
     return result;
 }
 
+// A column of an answer of the catalogue, whose columns are the interface's.
+static const ZulCell& catalogueCell(const RowStream& rows, std::size_t column)
+{
+    if (rows.columns().size() <= column) {
+        throw EngineError(ErrorCode::Unspecified, "the driver's catalogue lacks a column");
+    }
+    return rows.cells()[column];
+}
+
 RowIdentity OdbcEngine::rowIdentity(std::string_view table)
 {
     const std::string folded = foldedName(bareName(table));
@@ -236,7 +245,7 @@ bool OdbcEngine::readCatalogueKey(std::string_view table, std::vector<std::strin
     }
     const auto rows = openOdbcRows(statement);
     while (rows->next()) {
-        columns.emplace_back(cellText(rows->cells()[3]));
+        columns.emplace_back(cellText(catalogueCell(*rows, 3)));
     }
     return true;
 }
@@ -285,7 +294,7 @@ bool OdbcEngine::hasTable(std::string_view name)
     // The name is a pattern to the driver, in which "_" stands for any character.
     const auto rows = openOdbcRows(statement);
     while (rows->next()) {
-        if (sameName(cellText(rows->cells()[2]), wanted)) {
+        if (sameName(cellText(catalogueCell(*rows, 2)), wanted)) {
             return true;
         }
     }

@@ -22,9 +22,15 @@ constexpr std::size_t largestBlock = 1000;
 constexpr std::size_t firstBlock = 4;
 constexpr SQLULEN longestBoundText = 2000; // characters
 
-double dateOf(const SQL_TIMESTAMP_STRUCT& moment)
+// Nothing for what is no moment of the calendar.
+std::optional<double> dateOf(const SQL_TIMESTAMP_STRUCT& moment)
 {
-    const std::int64_t days = daysFromCivil({moment.year, moment.month, moment.day});
+    const CivilDay day{moment.year, moment.month, moment.day};
+    if (!isDay(day) || moment.hour > 23 || moment.minute > 59 || moment.second > 59 ||
+        moment.fraction > 999'999'999) {
+        return std::nullopt;
+    }
+    const std::int64_t days = daysFromCivil(day);
     const std::int64_t time = ((moment.hour * 60 + moment.minute) * 60 + moment.second) * std::int64_t{1000} +
                               (moment.fraction + 500'000) / 1'000'000;
     return joinDate(days, time);
@@ -136,6 +142,9 @@ public:
         , m_statement(std::move(statement))
     {
         const int count = m_statement->columnCount();
+        if (count < 1) {
+            throw EngineError(ErrorCode::Unspecified, "the driver has rows without columns");
+        }
         for (int i = 1; i <= count; ++i) {
             Described described = describe(*m_statement, static_cast<SQLUSMALLINT>(i));
             m_columns.push_back(std::move(described.info));
@@ -280,6 +289,10 @@ private:
             m_fetched = 0;
             m_row = 0;
             const SQLRETURN code = SQLFetch(m_statement->handle());
+            if (m_fetched > m_blockRows) {
+                m_fetched = 0;
+                throw EngineError(ErrorCode::Unspecified, "the driver gives more rows than it was asked for");
+            }
             if (m_fetched < m_blockRows) {
                 m_statement->failAsDiagnosed();
             }
@@ -336,8 +349,10 @@ private:
         case SQL_C_TYPE_TIMESTAMP: {
             SQL_TIMESTAMP_STRUCT moment{};
             std::memcpy(&moment, value, sizeof moment);
-            cell.Kind = CellDate;
-            cell.Real = dateOf(moment);
+            // A row with a date that is none costs that cell alone.
+            const std::optional<double> date = dateOf(moment);
+            cell.Kind = date ? CellDate : CellNull;
+            cell.Real = date.value_or(0);
             break;
         }
         default:
@@ -428,6 +443,10 @@ private:
             if (length == SQL_NULL_DATA) {
                 m_cells[index].Kind = CellNull;
                 return;
+            }
+            if (length < 0 && length != SQL_NO_TOTAL) {
+                throw EngineError(ErrorCode::Unspecified, "the driver gives a value of the column " +
+                                                              m_columns[index].name + " without a length");
             }
             // A piece is full, less its final zero, while more is there.
             const bool more = length == SQL_NO_TOTAL || length >= static_cast<SQLLEN>(piece.size());

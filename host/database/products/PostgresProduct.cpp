@@ -8,34 +8,15 @@ namespace zul::host {
 
 namespace {
 
-using Kind = ColumnDefinition::Kind;
-
 class PostgresProduct final : public Product
 {
 public:
     std::string quotedName(std::string_view name) const override { return enclosed(name, '"', '"'); }
 
-    std::string typeText(const ColumnDefinition& column) const override
+    TypeNames typeNames() const override
     {
-        switch (column.kind) {
-        case Kind::Integer:
-            return "int";
-        case Kind::SmallInt:
-            return "smallint";
-        case Kind::Boolean:
-            return "boolean";
-        case Kind::Money:
-            return "decimal(18,2)";
-        case Kind::Real:
-            return "double precision";
-        case Kind::Text:
-            return "varchar(" + std::to_string(column.length) + ")";
-        case Kind::LongText:
-            return "text";
-        case Kind::DateTime:
-            return "timestamp(3)";
-        }
-        return {};
+        return {
+            .boolean = "boolean", .real = "double precision", .text = "varchar", .dateTime = "timestamp(3)"};
     }
 
     // The row of a counter is locked from here to the end of the transaction, so that nobody else reads in between.

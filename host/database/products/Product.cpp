@@ -3,6 +3,7 @@
 #include "base/DateText.h"
 #include "host/database/Decimal.h"
 #include "host/database/Names.h"
+#include "host/database/Schema.h"
 #include "host/dialect/writer/Sql.h"
 
 namespace zul::host {
@@ -33,6 +34,32 @@ std::string Product::literal(const Value& value) const
 std::string Product::sameValue(const ColumnInfo& column) const
 {
     return quotedName(column.baseName) + " = ?";
+}
+
+std::string Product::typeText(const ColumnDefinition& column) const
+{
+    using Kind = ColumnDefinition::Kind;
+    const TypeNames names = typeNames();
+    switch (column.kind) {
+    case Kind::Integer:
+        return std::string(names.integer);
+    case Kind::SmallInt:
+        return "smallint";
+    case Kind::Boolean:
+        return std::string(names.boolean);
+    case Kind::Money:
+        return "decimal(18,2)";
+    case Kind::Real:
+        return std::string(names.real);
+    case Kind::Text:
+        return std::string(names.text) + '(' + std::to_string(column.length) + ')' +
+               std::string(names.textCollation);
+    case Kind::LongText:
+        return std::string(names.longText);
+    case Kind::DateTime:
+        return std::string(names.dateTime);
+    }
+    return {};
 }
 
 std::string Product::momentText(double date) const

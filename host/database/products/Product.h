@@ -41,7 +41,8 @@ public:
 
     // Data definition.
 
-    virtual std::string typeText(const ColumnDefinition& column) const = 0;
+    /// The type of a column, with its length where it has one.
+    std::string typeText(const ColumnDefinition& column) const;
     /// Whether CREATE TABLE knows IF NOT EXISTS.
     virtual bool createsIfMissing() const { return true; }
     /// What stands behind the type of a column that takes NULL.
@@ -108,6 +109,18 @@ public:
 protected:
     Product() = default;
 
+    /// The names of the column types, where they are not Transact-SQL's.
+    struct TypeNames
+    {
+        std::string_view integer = "int";
+        std::string_view boolean = "bit";
+        std::string_view real = "float";
+        std::string_view text = "nvarchar"; ///< its length stands behind it
+        std::string_view textCollation = {};
+        std::string_view longText = "text";
+        std::string_view dateTime = "datetime";
+    };
+    virtual TypeNames typeNames() const = 0;
     virtual std::string_view truth(bool value) const { return value ? "1" : "0"; }
     virtual std::string_view textMark() const { return {}; }
     virtual std::string momentText(double date) const;

@@ -9,8 +9,6 @@ namespace zul::host {
 
 namespace {
 
-using Kind = ColumnDefinition::Kind;
-
 class SqliteProduct : public Product
 {
 public:
@@ -23,27 +21,9 @@ public:
         return quotedName(bareName(asWritten));
     }
 
-    std::string typeText(const ColumnDefinition& column) const override
+    TypeNames typeNames() const override
     {
-        switch (column.kind) {
-        case Kind::Integer:
-            return "INTEGER";
-        case Kind::SmallInt:
-            return "smallint";
-        case Kind::Boolean:
-            return "bit";
-        case Kind::Money:
-            return "decimal(18,2)";
-        case Kind::Real:
-            return "float";
-        case Kind::Text:
-            return "nvarchar(" + std::to_string(column.length) + ") COLLATE NOCASE";
-        case Kind::LongText:
-            return "text COLLATE NOCASE";
-        case Kind::DateTime:
-            return "datetime";
-        }
-        return {};
+        return {.integer = "INTEGER", .textCollation = " COLLATE NOCASE", .longText = "text COLLATE NOCASE"};
     }
 
     bool fillsKeys() const override { return true; }

@@ -13,8 +13,6 @@ namespace zul::host {
 
 namespace {
 
-using Kind = ColumnDefinition::Kind;
-
 struct KnownNumber
 {
     int number;
@@ -52,28 +50,7 @@ public:
     // The server's work on a list of rows grows faster than the list.
     std::size_t rowsPerInsert() const override { return 100; }
 
-    std::string typeText(const ColumnDefinition& column) const override
-    {
-        switch (column.kind) {
-        case Kind::Integer:
-            return "int";
-        case Kind::SmallInt:
-            return "smallint";
-        case Kind::Boolean:
-            return "bit";
-        case Kind::Money:
-            return "decimal(18,2)";
-        case Kind::Real:
-            return "float";
-        case Kind::Text:
-            return "nvarchar(" + std::to_string(column.length) + ")";
-        case Kind::LongText:
-            return "nvarchar(max)";
-        case Kind::DateTime:
-            return "datetime";
-        }
-        return {};
-    }
+    TypeNames typeNames() const override { return {.longText = "nvarchar(max)"}; }
 
     bool createsIfMissing() const override { return false; }
     std::string_view nullMark() const override { return " NULL"; }

@@ -19,7 +19,11 @@ features_off="
 bundled="zlib png jpeg freetype harfbuzz pcre2 doubleconversion libb2 textmarkdownreader"
 
 build() {
-    local options=() name
+    local options=() name plugin=$work/source/src/plugins/platforms/windows
+    # Debian's archive leaves out the header of pens' drivers, which is not free: the plug-in goes without it. And its
+    # fonts by DirectWrite stand in a source that is built with Direct2D alone.
+    sed -i 's/QT_CONFIG(tabletevent)/0/; s/QT_CONFIG(directwrite3)/0/' "$plugin"/*.cpp "$plugin"/*.h
+    sed -i 's/CONDITION QT_FEATURE_tabletevent/CONDITION FALSE/' "$plugin/CMakeLists.txt"
     for name in $features_off; do options+=("-DFEATURE_$name=OFF"); done
     for name in $bundled; do options+=("-DFEATURE_system_$name=OFF"); done
     cmake_build -DBUILD_SHARED_LIBS=ON -DQT_LIBINFIX=Zul -DQT_NAMESPACE=ZulQt -DINPUT_opengl=no \

@@ -51,17 +51,18 @@ public:
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
     {
-        if (is(Fault::AnswersEverything)) {
-            *object = static_cast<IRecordset*>(this);
-            AddRef();
-            return S_OK;
-        }
         const bool reads = is(Fault::ReaderLosesARow) || is(Fault::ReaderGivesStrayTexts);
         if (iid == iidOf<IRowReader>() && !reads) {
             *object = nullptr;
             return E_NOINTERFACE;
         }
-        return ComObject::QueryInterface(iid, object);
+        const HRESULT result = ComObject::QueryInterface(iid, object);
+        if (FAILED(result) && is(Fault::AnswersEverything)) {
+            // Not counted: who asks for what nobody has cannot give it back.
+            *object = static_cast<IRecordset*>(this);
+            return S_OK;
+        }
+        return result;
     }
 
     HRESULT STDMETHODCALLTYPE ReadRows(IRowSink* sink) override
@@ -348,6 +349,10 @@ public:
         if (is(Fault::ServiceNull) && service == iidOf<IEmailCheck>()) {
             *object = nullptr;
             return S_OK;
+        }
+        if (is(Fault::ServiceFails) && service == iidOf<IEmailCheck>()) {
+            *object = nullptr;
+            return E_FAIL;
         }
         return m_sound.as<IServiceProvider>()->QueryService(service, iid, object);
     }

@@ -52,6 +52,7 @@ enum class Fault
     MoneyAsCurrency,
     StrayVariant, ///< a value of a type that nobody knows, at no place
     ServiceNull,  ///< QueryService: S_OK and null
+    ServiceFails, ///< QueryService: a failure that does not say that there is none
     ReaderLosesARow,
     ReaderGivesStrayTexts
 };

@@ -69,6 +69,7 @@ const std::vector<Case>& cases()
         {"MoneyAsCurrency", Fault::MoneyAsCurrency, "values: decimals", "VT_CY"},
         {"StrayVariant", Fault::StrayVariant, "values: reals", "none of the contract"},
         {"ServiceNull", Fault::ServiceNull, "services: IEmailCheck", "gives null"},
+        {"ServiceFails", Fault::ServiceFails, "services: IEmailCheck", "E_NOINTERFACE"},
         {"ReaderLosesARow", Fault::ReaderLosesARow, "IRowReader", "3 rows, and Value 4"},
         {"ReaderGivesStrayTexts", Fault::ReaderGivesStrayTexts, "IRowReader", "no good place"},
     };

@@ -1,6 +1,7 @@
 #pragma once
 // A database of each product with two small tables, and short words for what the component does to it.
 #include "tests/host/database/Backends.h"
+#include "tests/support/Lines.h"
 
 #include "automation/Bstr.h"
 #include "automation/ErrorInfo.h"
@@ -9,8 +10,6 @@
 #include <Zul_Host.h>
 
 #include <servprov.h>
-
-#include <fstream>
 
 namespace zul::host {
 
@@ -161,15 +160,7 @@ protected:
         return result;
     }
 
-    std::vector<std::string> journal() const
-    {
-        std::ifstream file(m_options.journalPath);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(file, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    std::vector<std::string> journal() const { return linesOf(m_options.journalPath); }
 
     TemporaryFolder m_folder;
     HostDatabaseOptions m_options;

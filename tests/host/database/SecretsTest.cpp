@@ -12,6 +12,8 @@ TEST(Secrets, PasswordsOfConnectionStringsAreNotShown)
         {"pwd=segreta", "pwd=***"},
         {"UID=u;Password=segreta", "UID=u;Password=***"},
         {"PWD={a;b}}c};UID=u", "PWD=***;UID=u"},
+        {"PWD={a}rest;UID=u", "PWD=***;UID=u"},
+        {"PWD={a}={b};UID=u", "PWD=***;UID=u"},
         {"PWD={never closed;UID=u", "PWD=***"},
         {"PWD=;UID=u", "PWD=***;UID=u"},
         {" -connectionstring:PWD=x;UID=u", " -connectionstring:PWD=***;UID=u"},

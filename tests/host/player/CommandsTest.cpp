@@ -24,6 +24,7 @@
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 namespace {
 
@@ -39,6 +40,33 @@ Widget* named(const char* name, Arguments&&... arguments)
     widget->setObjectName(QLatin1String(name));
     return widget;
 }
+
+/// Writes down what the mouse does to it.
+class Corner : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Corner(QStringList& log)
+        : m_log(log)
+    {}
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        m_log.append(u"%1 %2,%3"_s.arg(event->button() == Qt::RightButton ? u"right"_s : u"left"_s)
+                         .arg(event->pos().x())
+                         .arg(event->pos().y()));
+    }
+    void mouseDoubleClickEvent(QMouseEvent* event) override
+    {
+        m_log.append(u"double %1,%2"_s.arg(event->pos().x()).arg(event->pos().y()));
+    }
+    void wheelEvent(QWheelEvent* event) override { m_log.append(u"wheel %1"_s.arg(event->angleDelta().y())); }
+
+private:
+    QStringList& m_log;
+};
 
 /// A field made of parts, as the shared selector field is: text box, choose and clear button.
 class Selector : public QWidget
@@ -244,6 +272,26 @@ TEST_F(Commands, TwoClicksInARowAreNoDoubleClick)
 {
     inspect = [](Form& form) { EXPECT_EQ(form.log, (QStringList{"click", "click"})); };
     playInForm("click cmdElabora\nclick cmdElabora\n");
+}
+
+TEST_F(Commands, AtAndWheelGoToWhateverIsAtAPoint)
+{
+    prepare = [](Form& form) {
+        auto* corner = new Corner(form.log);
+        corner->setParent(&form);
+        corner->setGeometry(0, 0, 40, 30);
+        corner->raise();
+    };
+    inspect = [](Form& form) {
+        EXPECT_EQ(form.log, (QStringList{"left 3,4", "right 39,29", "left 0,0", "double 0,0", "wheel 120",
+                                         "wheel 120", "wheel -120"}));
+    };
+    playInForm("at 3 4\nat 39 29 right\nat 0 0 double\nwheel 5 5 2\nwheel 5 5 -1\nwheel 100 100 3\n");
+    inspect = [](Form&) {};
+    EXPECT_TRUE(refusal("at 100000 0").startsWith(u"the window ends at "_s));
+    EXPECT_EQ(refusal("at 1 1 left"), u"\"left\" is neither right nor double"_s);
+    EXPECT_EQ(refusal("wheel 1 1 0"), u"0 is no number of steps"_s);
+    EXPECT_EQ(refusal("wheel 1 1 101"), u"101 is no number of steps"_s);
 }
 
 TEST_F(Commands, TypeReplacesTheTextWithWhatAPersonWouldType)

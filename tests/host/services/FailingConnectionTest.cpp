@@ -57,6 +57,7 @@ TEST(FailurePlanText, IsANumberAndAKind)
     EXPECT_EQ(parseFailurePlan("17:type")->kind, FailureKind::Type);
     EXPECT_EQ(parseFailurePlan("17:lost")->kind, FailureKind::Lost);
     EXPECT_EQ(parseFailurePlan("17:end")->kind, FailureKind::End);
+    EXPECT_EQ(parseFailurePlan("17:kill")->kind, FailureKind::Kill);
     for (const char* text : {"", "x", "-1", "1:", "1:other", "1 ", ":lost", "99999999999999999999"}) {
         EXPECT_FALSE(parseFailurePlan(text)) << text;
     }
@@ -136,6 +137,22 @@ TEST_F(FailingConnectionTest, EndsARowSet)
     VARIANT_BOOL eof = VARIANT_FALSE;
     ASSERT_EQ(rows->get_Eof(&eof), S_OK);
     EXPECT_EQ(eof, VARIANT_TRUE);
+}
+
+TEST_F(FailingConnectionTest, EndsTheProcessBeforeTheOperation)
+{
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const Bstr sql(u"DELETE FROM tabClienti");
+    const auto killed = [&] {
+        open(2, FailureKind::Kill);
+        LONG affected = 0;
+        if (SUCCEEDED(connect())) {
+            m_connection->Execute(sql.get(), &affected);
+        }
+    };
+    EXPECT_EXIT(killed(), ::testing::ExitedWithCode(killedCode), "");
+    open(0, FailureKind::Error);
+    EXPECT_EQ(m_database->run("SELECT COUNT(*) FROM tabClienti").rows.at(0).at(0), "5");
 }
 
 TEST_F(FailingConnectionTest, LetsServicesFailToo)

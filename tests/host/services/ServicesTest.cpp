@@ -1,3 +1,4 @@
+#include "tests/support/Lines.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include "automation/Bstr.h"
@@ -11,8 +12,6 @@
 #include <Zul_Host.h>
 
 #include <servprov.h>
-
-#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -94,15 +93,7 @@ protected:
         return result.toUtf8();
     }
 
-    std::vector<std::string> journal() const
-    {
-        std::ifstream file(m_options.journalPath);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(file, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    std::vector<std::string> journal() const { return linesOf(m_options.journalPath); }
 
     TemporaryFolder m_folder;
     HostDatabaseOptions m_options;

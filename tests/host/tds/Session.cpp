@@ -360,6 +360,9 @@ void Session::runText(const std::string& text, const std::vector<Parameter>& par
     if (!m_options.hasOutput && text.find("XACT_ABORT") != std::string::npos) {
         throw ServerError{195, 15, "'XACT_ABORT' is not a recognized SET option."};
     }
+    if (m_options.heard) {
+        m_options.heard(text, parameters);
+    }
     m_database->run(text, parameters, *this);
 }
 

@@ -5,9 +5,11 @@
 #include "tests/host/tds/StandInDatabase.h"
 
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace zul::tds {
 
@@ -19,6 +21,9 @@ struct ServerOptions
     bool trace = std::getenv("ZUL_TDS_TRACE") != nullptr; ///< writes every request to standard error
     bool hasCatalogue = true;                             ///< whether it has the catalogue procedures
     bool hasOutput = true; ///< whether it knows the OUTPUT clause and XACT_ABORT
+    /// Told of each text with its parameters before it runs, by the session's thread. In the text a parameter is a name
+    /// like @P1.
+    std::function<void(const std::string& text, const std::vector<Parameter>& parameters)> heard;
 };
 
 class Session final : private AnswerSink

@@ -136,6 +136,9 @@ public:
         if (!(service == iid)) {
             return E_INVALIDARG;
         }
+        if (const HRESULT result = m_state->perform("service", std::nullopt); FAILED(result)) {
+            return result;
+        }
         return makeService(m_state, iid, object) ? S_OK : E_NOINTERFACE;
     }
 

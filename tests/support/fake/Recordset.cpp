@@ -39,6 +39,10 @@ public:
     HRESULT STDMETHODCALLTYPE get_FieldCount(LONG* value) override
     {
         *value = static_cast<LONG>(m_rows.fields.size());
+        if (!m_state->fieldCounts.empty()) {
+            *value = static_cast<LONG>(m_state->fieldCounts.front());
+            m_state->fieldCounts.erase(m_state->fieldCounts.begin());
+        }
         return S_OK;
     }
 

@@ -33,6 +33,7 @@ struct FakeHost::State
     std::vector<std::pair<std::string, Failure>> where;
     std::map<int, Failure> rowFailures;
     int rowsAsked = 0;
+    std::vector<long> fieldCounts;
     std::map<std::string, int> counts;
     std::vector<std::pair<std::string, std::function<void()>>> actions;
 
