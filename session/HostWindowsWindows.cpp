@@ -1,6 +1,7 @@
 #include "session/HostWindows.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 
@@ -17,7 +18,7 @@ std::vector<HWND> ownWindows()
 {
     std::vector<HWND> result;
     for (const QWindow* window : QGuiApplication::allWindows()) {
-        if (window->handle() != nullptr) {
+        if (window->handle() != nullptr && window->type() != Qt::ForeignWindow) {
             result.push_back(reinterpret_cast<HWND>(window->winId()));
         }
     }
@@ -44,7 +45,9 @@ BOOL CALLBACK noteForeign(HWND window, LPARAM parameter)
 
 struct HostWindowsHeld::State
 {
-    HWND form = nullptr;
+    QPointer<QWindow> form;
+    std::unique_ptr<QWindow>
+        owner; // the active window as Qt's transient parent: Qt sets the owner when it shows a window
     HWND active = nullptr; // the host's, null where it has none
     HWND focus = nullptr;
     std::vector<HWND> disabled;
@@ -53,7 +56,8 @@ struct HostWindowsHeld::State
 HostWindowsHeld::HostWindowsHeld(QWidget& form)
     : m_state(std::make_unique<State>())
 {
-    m_state->form = reinterpret_cast<HWND>(form.winId());
+    form.winId(); // makes the window
+    m_state->form = form.windowHandle();
     Search search{ownWindows(), {}};
     EnumThreadWindows(GetCurrentThreadId(), noteForeign, reinterpret_cast<LPARAM>(&search));
     const HWND active = GetActiveWindow();
@@ -61,7 +65,8 @@ HostWindowsHeld::HostWindowsHeld(QWidget& form)
     m_state->active = isHosts ? active : search.found.empty() ? nullptr : search.found.front();
     m_state->focus = isHosts ? GetFocus() : nullptr;
     if (m_state->active != nullptr) {
-        SetWindowLongPtrW(m_state->form, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(m_state->active));
+        m_state->owner.reset(QWindow::fromWinId(reinterpret_cast<WId>(m_state->active)));
+        m_state->form->setTransientParent(m_state->owner.get());
     }
     for (const HWND window : search.found) {
         EnableWindow(window, FALSE);
@@ -76,13 +81,13 @@ HostWindowsHeld::~HostWindowsHeld()
             EnableWindow(window, TRUE);
         }
     }
+    if (m_state->form != nullptr && m_state->owner != nullptr) {
+        m_state->form->setTransientParent(nullptr);
+    }
     if (m_state->active == nullptr || !IsWindow(m_state->active)) {
         return;
     }
     // Hidden with its owner disabled, our window has handed the focus to any other program.
-    if (IsWindow(m_state->form)) {
-        SetWindowLongPtrW(m_state->form, GWLP_HWNDPARENT, 0);
-    }
     SetForegroundWindow(m_state->active);
     SetActiveWindow(m_state->active);
     if (m_state->focus != nullptr && IsWindow(m_state->focus)) {
