@@ -1,5 +1,6 @@
 #include "session/HostWindows.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QWidget>
@@ -18,7 +19,7 @@ std::vector<HWND> ownWindows()
 {
     std::vector<HWND> result;
     for (const QWindow* window : QGuiApplication::allWindows()) {
-        if (window->handle() != nullptr && window->type() != Qt::ForeignWindow) {
+        if (window->handle() != nullptr) {
             result.push_back(reinterpret_cast<HWND>(window->winId()));
         }
     }
@@ -41,13 +42,41 @@ BOOL CALLBACK noteForeign(HWND window, LPARAM parameter)
     return TRUE;
 }
 
+HWND handleOf(QWindow& window)
+{
+    return reinterpret_cast<HWND>(window.winId());
+}
+
+/// Keeps a window owned by one of the host's. Qt takes every owner away that is not a window of its own whenever it
+/// shows a window; it is set once the window is there.
+class OwnerKeeper : public QObject
+{
+public:
+    explicit OwnerKeeper(HWND owner)
+        : m_owner(owner)
+    {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose) {
+            const HWND window = handleOf(static_cast<QWindow&>(*watched));
+            if (GetWindow(window, GW_OWNER) != m_owner) {
+                SetWindowLongPtrW(window, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(m_owner));
+            }
+        }
+        return false;
+    }
+
+private:
+    HWND m_owner;
+};
+
 } // namespace
 
 struct HostWindowsHeld::State
 {
     QPointer<QWindow> form;
-    std::unique_ptr<QWindow>
-        owner; // the active window as Qt's transient parent: Qt sets the owner when it shows a window
+    std::unique_ptr<OwnerKeeper> owner;
     HWND active = nullptr; // the host's, null where it has none
     HWND focus = nullptr;
     std::vector<HWND> disabled;
@@ -65,8 +94,8 @@ HostWindowsHeld::HostWindowsHeld(QWidget& form)
     m_state->active = isHosts ? active : search.found.empty() ? nullptr : search.found.front();
     m_state->focus = isHosts ? GetFocus() : nullptr;
     if (m_state->active != nullptr) {
-        m_state->owner.reset(QWindow::fromWinId(reinterpret_cast<WId>(m_state->active)));
-        m_state->form->setTransientParent(m_state->owner.get());
+        m_state->owner = std::make_unique<OwnerKeeper>(m_state->active);
+        m_state->form->installEventFilter(m_state->owner.get());
     }
     for (const HWND window : search.found) {
         EnableWindow(window, FALSE);
@@ -81,11 +110,12 @@ HostWindowsHeld::~HostWindowsHeld()
             EnableWindow(window, TRUE);
         }
     }
-    if (m_state->form != nullptr && m_state->owner != nullptr) {
-        m_state->form->setTransientParent(nullptr);
-    }
     if (m_state->active == nullptr || !IsWindow(m_state->active)) {
         return;
+    }
+    if (m_state->form != nullptr) {
+        m_state->form->removeEventFilter(m_state->owner.get());
+        SetWindowLongPtrW(handleOf(*m_state->form), GWLP_HWNDPARENT, 0);
     }
     // Hidden with its owner disabled, our window has handed the focus to any other program.
     SetForegroundWindow(m_state->active);
