@@ -26,8 +26,11 @@ def guid(text):
 CLSID_SmsCreator = guid("B7A0C731-6521-48C8-8DA9-B7465A7FF35B")
 IID_IClassFactory = guid("00000001-0000-0000-C000-000000000046")
 IID_IDispatch = guid("00020400-0000-0000-C000-000000000046")
+IID_IUnknown = guid("00000000-0000-0000-C000-000000000046")
+IID_IRecordset = guid("3C8B6C61-7C1B-4F0B-9A0B-5C1D2A6E4F22")
+IID_IConnection = guid("3C8B6C61-7C1B-4F0B-9A0B-5C1D2A6E4F23")
+IID_SqlConnection = guid("0EB5F7EA-6129-4ABB-8E1F-2282F38856FB")
 IID_NULL = guid("00000000-0000-0000-0000-000000000000")
-IID_IServiceProvider = guid("6D5140C1-7436-11CE-8034-00AA006009FA")
 
 
 class Variant(c.Structure):
@@ -118,7 +121,8 @@ class ComObject:
 
     alive = []  # the component holds pointers into these; they live as long as the program
 
-    def __init__(self, *members):
+    def __init__(self, iid, *members):
+        self.interfaces = [bytes(one) for one in (IID_IUnknown, IID_IDispatch, iid)]
         word = c.c_void_p
         unknown = [
             c.CFUNCTYPE(c.c_int32, word, word, word)(self.query),
@@ -135,10 +139,10 @@ class ComObject:
         return c.addressof(self.object)
 
     def query(self, this, iid, out):
-        # This object answers every interface but the one for services, which it does not have.
-        refused = c.string_at(iid, 16) == bytes(IID_IServiceProvider)
-        c.cast(out, c.POINTER(c.c_void_p))[0] = None if refused else this
-        return E_NOINTERFACE if refused else S_OK
+        # An interface that is not there must be refused: a row set that answers to IRowReader has its functions called.
+        known = c.string_at(iid, 16) in self.interfaces
+        c.cast(out, c.POINTER(c.c_void_p))[0] = this if known else None
+        return S_OK if known else E_NOINTERFACE
 
 
 def member(kinds, body):
@@ -157,6 +161,7 @@ def make_connection():
     def opened(source, cursor, lock, out):
         print("open", text_of(source))
         rows = ComObject(
+            IID_IRecordset,
             member([WORD], lambda out: store(c.c_int16, out, -1)),           # Eof
             member([WORD], lambda out: store(LONG, out, 0)),                 # FieldCount
             member([LONG, WORD], lambda index, out: store(WORD, out, None)),  # FieldName
@@ -170,11 +175,13 @@ def make_connection():
         store(LONG, out, 0)
 
     connection = ComObject(
+        IID_IConnection,
         member([WORD], lambda out: store(WORD, out, bstr("Data Source=example"))),
         member([WORD, WORD], executed),
         member([WORD, LONG, LONG, WORD], opened),
         member([], lambda: None), member([], lambda: None), member([], lambda: None))
     return ComObject(
+        IID_SqlConnection,
         member([WORD], lambda out: store(WORD, out, connection.pointer())),
         member([WORD], lambda out: store(WORD, out, bstr("operatore"))),
         member([WORD, WORD, WORD, WORD], lambda field, table, condition, out: store(Variant, out, Variant())))

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
 """A host in Python, without any package: a connection object, the order of calls by name, the main window.
 
-    ./host.py            shows the main window
-    ./host.py --quiet    creates the object and asks it, without a window
+    python3 host.py    shows the main window; with --quiet it only creates the object and asks it
 
 The database is a pretended one that prints the statements and has no rows; a real host runs them where it says so. The
 objects made here live as long as the program, so that their references need no counting.
@@ -22,8 +21,9 @@ def guid(text):
 
 
 IID_NULL = guid(str(uuid.UUID(int=0)))
-IID_IDispatch = guid("00020400-0000-0000-C000-000000000046")
-IID_IServiceProvider = guid("6D5140C1-7436-11CE-8034-00AA006009FA")
+IID_IUnknown, IID_IDispatch = (guid("%s-0000-0000-C000-000000000046" % n) for n in ("00000000", "00020400"))
+IID_IRecordset, IID_IConnection = (guid("3C8B6C61-7C1B-4F0B-9A0B-5C1D2A6E4F" + n) for n in ("22", "23"))
+IID_SqlConnection = guid("0EB5F7EA-6129-4ABB-8E1F-2282F38856FB")
 
 
 class Variant(c.Structure):
@@ -39,8 +39,7 @@ class DispParams(c.Structure):
 
 
 runtime = c.CDLL("libZul_Automation.so.1")
-runtime.SysAllocStringLen.restype = WORD
-runtime.SysAllocStringLen.argtypes = [c.c_char_p, c.c_uint]
+runtime.SysAllocStringLen.restype, runtime.SysAllocStringLen.argtypes = WORD, [c.c_char_p, c.c_uint]
 runtime.SysStringLen.argtypes = [WORD]
 
 
@@ -92,7 +91,8 @@ class ComObject:
     """An object made here: every function of its table takes pointers or numbers and gives an HRESULT."""
     alive = []
 
-    def __init__(self, *members):
+    def __init__(self, iid, *members):
+        self.interfaces = [bytes(one) for one in (IID_IUnknown, IID_IDispatch, iid)]
         unknown = [c.CFUNCTYPE(LONG, WORD, WORD, WORD)(self.query), c.CFUNCTYPE(LONG, WORD)(lambda this: 1),
                    c.CFUNCTYPE(LONG, WORD)(lambda this: 1)]
         late = [c.CFUNCTYPE(LONG, *[WORD] * n)(lambda *a: DISP_E_UNKNOWNNAME) for n in (2, 4, 6, 9)]
@@ -105,9 +105,9 @@ class ComObject:
         return c.addressof(self.object)
 
     def query(self, this, iid, out):
-        refused = c.string_at(iid, 16) == bytes(IID_IServiceProvider)  # it hands out no other objects
-        store(WORD, out, None if refused else this)
-        return E_NOINTERFACE if refused else S_OK
+        known = c.string_at(iid, 16) in self.interfaces  # what is not there must be refused
+        store(WORD, out, this if known else None)
+        return S_OK if known else E_NOINTERFACE
 
 
 def member(kinds, body):
@@ -119,18 +119,18 @@ def store(kind, out, value):
 
 
 done = member([], lambda: None)
-rows = ComObject(  # IRecordset: without rows, takes new ones; database
+rows = ComObject(IID_IRecordset,  # without rows, takes new ones; database
     member([WORD], lambda out: store(c.c_int16, out, -1)), member([WORD], lambda out: store(LONG, out, 0)),
     member([LONG, WORD], lambda index, out: E_INVALIDARG),
     member([Variant, WORD], lambda field, out: store(Variant, out, Variant(VT_NULL))),
     member([Variant, Variant], lambda field, value: print("  set", text_of(field.ptr))), done, done, done, done)
-connection = ComObject(  # IConnection: runs every statement; database
+connection = ComObject(IID_IConnection,  # runs every statement; database
     member([WORD], lambda out: store(WORD, out, bstr("Data Source=example"))),
     member([WORD, WORD], lambda sql, out: print("execute", text_of(sql)) or store(LONG, out, 0)),
     member([WORD, LONG, LONG, WORD],
            lambda sql, cursor, lock, out: print("open", text_of(sql)) or store(WORD, out, rows.pointer())),
     done, done, done)
-host = ComObject(  # _SqlConnection: what the component is handed
+host = ComObject(IID_SqlConnection,  # what the component is handed
     member([WORD], lambda out: store(WORD, out, connection.pointer())),
     member([WORD], lambda out: store(WORD, out, bstr("operatore"))),
     member([WORD, WORD, WORD, WORD], lambda field, table, where, out: store(Variant, out, Variant())))
