@@ -214,7 +214,7 @@ class Host:
             try:
                 line = self.lines.get(timeout=PATIENCE)
             except queue.Empty:
-                self.out.append("hangs: " + step)
+                self.out.append("hangs: %s, %s" % (step, self.state()))
                 self.process.kill()
                 return False
             if line is None:
@@ -223,6 +223,14 @@ class Host:
                 return True
             self.out.append(line)
             person.sees(line)
+
+    def state(self):
+        """Whether it works, waits, or was stopped by somebody."""
+        try:
+            with open("/proc/%d/status" % self.process.pid, encoding="ascii") as status:
+                return re.search(r"State:\s+(.*)", status.read()).group(1)
+        except OSError:
+            return "gone"
 
     def ends(self):
         try:
