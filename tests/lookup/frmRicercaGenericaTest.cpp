@@ -242,6 +242,20 @@ TEST_F(RicercaGenericaTest, EnterSelectsTheFirstHitSoThatF6Confirms)
     EXPECT_TRUE(messages.empty());
 }
 
+TEST_F(RicercaGenericaTest, DownGoesFromTheQuickSearchToTheRows)
+{
+    load();
+    QTest::keyClick(quickSearch(), Qt::Key_Down);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{0});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{1}) << "the focus is in the rows";
+    quickSearch()->setFocus();
+    QTest::keyClick(quickSearch(), Qt::Key_Down);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{1}) << "what was chosen stays so";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
+}
+
 TEST_F(RicercaGenericaTest, EnterThatFindsNothingSelectsNothing)
 {
     load();
