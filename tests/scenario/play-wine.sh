@@ -24,5 +24,6 @@ plain() {
         s/\Q$quoted\E|\Q$native\E|Z:\Q$linux\E/$linux/g' "$(native "$folder")" "$folder"
 }
 
-# Separators of paths below the folder count as one and the same, in what came and in what is expected.
-alike() { perl -pe 's{\@((?:[\\/]+[^\\/"| ]+)+)}{my $path = $1; $path =~ s/[\\\/]+/\//g; "\@$path"}ge'; }
+# Separators of paths below the folder, and of a started program's, count as one and the same, in what came and in what
+# is expected.
+alike() { perl -pe 's{^(started ")([^"]*)}{my ($begin, $path) = ($1, $2); $path =~ s/[\\\/]+/\//g; "$begin$path"}e; s{\@((?:[\\/]+[^\\/"| ]+)+)}{my $path = $1; $path =~ s/[\\\/]+/\//g; "\@$path"}ge'; }
