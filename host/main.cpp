@@ -1,6 +1,6 @@
 // zulhost, the reference host: a small management application that loads the component and shows its windows, or
 // plays a scenario on them.
-#include "host/check/HostCheck.h"
+#include "host/check/GuardedCheck.h"
 #include "host/database/Secrets.h"
 #include "host/player/CommandLine.h"
 #include "host/player/EventPrinter.h"
@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <memory>
@@ -128,7 +129,7 @@ int run(const CommandLine& line)
     return code;
 }
 
-/// Every line as soon as it is known: the host that is checked may take the process with it.
+/// Every line as soon as it is known.
 void say(const std::string& line)
 {
     std::printf("%s\n", line.c_str());
@@ -137,19 +138,18 @@ void say(const std::string& line)
 
 int checkForeignHost(const CommandLine& line)
 {
-    ComPtr<_SqlConnection> connection;
-    try {
-        connection = createForeignConnection(line.checkHost);
-    } catch (const std::exception& error) {
-        complain(QString::fromUtf8(error.what()));
-        return exitUsage;
-    }
     check::CheckOptions options;
     options.readOnly = line.readOnly;
-    const check::Report report =
-        check::checkHost(connection.get(), options, [](const check::Finding& found) { say(found.line()); });
-    say(report.summary());
-    return report.hasBreach() ? exitFailed : 0;
+    const check::GuardedReport guarded =
+        check::checkHostGuarded([&line] { return createForeignConnection(line.checkHost); }, options,
+                                std::chrono::seconds(line.checkLimit.value_or(60)),
+                                [](const check::Finding& found) { say(found.line()); });
+    if (!guarded.notCreated.empty()) {
+        complain(QString::fromStdString(guarded.notCreated));
+        return exitUsage;
+    }
+    say(guarded.report.summary());
+    return guarded.report.hasBreach() ? exitFailed : 0;
 }
 
 int runProgram(int argc, char** argv)

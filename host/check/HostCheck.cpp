@@ -4,17 +4,26 @@
 
 #include <algorithm>
 #include <exception>
-#include <set>
 
 namespace zul::host::check {
 
 namespace {
 
+constexpr const char* thrownAt =
+    "ends the operator's command, with a line in its log; an exception out of Release ends the process";
+
+Finding thrown(const Check& check, const std::string& what)
+{
+    return {Outcome::Breach, check.name, Breach("an exception came out of the host" + what, thrownAt).text};
+}
+
 Finding runCheck(const Check& check, Subject& subject)
 {
+    takeExceptionNote();
     try {
         check.run(subject);
-        return {Outcome::Ok, check.name, {}};
+        const std::string note = takeExceptionNote();
+        return note.empty() ? Finding{Outcome::Ok, check.name, {}} : thrown(check, note);
     } catch (const Breach& breach) {
         return {Outcome::Breach, check.name, breach.text};
     } catch (const StandIn& standIn) {
@@ -22,10 +31,32 @@ Finding runCheck(const Check& check, Subject& subject)
     } catch (const Skipped& skipped) {
         return {Outcome::Skipped, check.name, skipped.text};
     } catch (const std::exception& error) {
-        return {Outcome::Breach, check.name,
-                std::string("an exception came out of the host: ") + error.what()};
+        return thrown(check, std::string(": ") + error.what());
     } catch (...) {
-        return {Outcome::Breach, check.name, "an exception came out of the host"};
+        return thrown(check, {});
+    }
+}
+
+/// The subject as the checks before the course's first left it. What cannot be had again stands no more.
+void restore(Subject& subject, std::set<std::string>& stands)
+{
+    try {
+        if (stands.count(connectionCheck) != 0) {
+            subject.connect();
+        }
+    } catch (...) {
+        stands.clear();
+    }
+    try {
+        if (stands.count(tableCheck) != 0) {
+            subject.createTable();
+        }
+        if (stands.count(addCheck) != 0) {
+            subject.foundToAddRows();
+        }
+    } catch (...) {
+        stands.erase(tableCheck);
+        stands.erase(addCheck);
     }
 }
 
@@ -77,28 +108,43 @@ std::string Report::summary() const
            several(Outcome::Skipped, "skipped", "skipped");
 }
 
-Report checkHost(_SqlConnection* object, const CheckOptions& options,
-                 const std::function<void(const Finding&)>& told)
+Report checkHost(_SqlConnection* object, const CheckOptions& options, Course course)
 {
     Report report;
     Subject subject(object, options);
-    std::set<std::string> stands;
-    for (const Check& check : allChecks()) {
+    restore(subject, course.stands);
+    const std::vector<Check>& checks = allChecks();
+    for (std::size_t i = course.first; i < checks.size(); ++i) {
+        const Check& check = checks[i];
         Finding finding;
-        if (!check.needs.empty() && stands.count(check.needs) == 0) {
+        if (!check.needs.empty() && course.stands.count(check.needs) == 0) {
             finding = {Outcome::Skipped, check.name, "needs \"" + check.needs + "\""};
         } else {
+            if (course.begins) {
+                course.begins(check.name);
+            }
             finding = runCheck(check, subject);
         }
         if (finding.outcome == Outcome::Ok) {
-            stands.insert(check.name);
+            course.stands.insert(check.name);
         }
-        if (told) {
-            told(finding);
+        if (course.told) {
+            course.told(finding);
         }
         report.findings.push_back(std::move(finding));
     }
+    if (course.begins) {
+        course.begins(partingCheck);
+    }
     return report;
+}
+
+Report checkHost(_SqlConnection* object, const CheckOptions& options,
+                 const std::function<void(const Finding&)>& told)
+{
+    Course course;
+    course.told = told;
+    return checkHost(object, options, std::move(course));
 }
 
 } // namespace zul::host::check

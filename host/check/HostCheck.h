@@ -3,7 +3,9 @@
 
 #include "host/check/Checks.h"
 
+#include <cstddef>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,8 +39,26 @@ struct Report
     std::string summary() const;
 };
 
-/// Puts the host through every check. Each finding is handed to `told` as it is made, since a host may take the
-/// process with it. The table of the check's own is gone afterwards, whatever was found.
+/// What stands behind the last check: the table is dropped, and every object given back.
+inline constexpr const char* partingCheck = "giving everything back";
+
+/// A run of the checks, which may go on where one in another process ended.
+struct Course
+{
+    /// The first of allChecks() that is run.
+    std::size_t first = 0;
+    /// The checks before it that were ok.
+    std::set<std::string> stands;
+    /// Called before each check that is run, and with partingCheck behind the last: the host may end the process in it.
+    std::function<void(const std::string& check)> begins;
+    /// Called with each finding as it is made.
+    std::function<void(const Finding&)> told;
+};
+
+/// Puts the host through the checks of the course. The table of the check's own is gone afterwards, whatever was found.
+Report checkHost(_SqlConnection* object, const CheckOptions& options, Course course);
+
+/// Puts the host through every check.
 Report checkHost(_SqlConnection* object, const CheckOptions& options,
                  const std::function<void(const Finding&)>& told = {});
 

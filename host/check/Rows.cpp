@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 namespace zul::host::check {
 
@@ -44,6 +45,9 @@ std::string typeName(VARTYPE type)
     }
 }
 
+/// The member by which an exception came out of the host while something was given back.
+const char* exceptionNote = nullptr;
+
 bool isKnown(VARTYPE type)
 {
     constexpr std::array<VARENUM, 10> types{VT_EMPTY, VT_NULL,    VT_I2,   VT_I4,   VT_I8,
@@ -81,6 +85,21 @@ Failure takeFailure(HRESULT code)
         }
     }
     return failure;
+}
+
+void noteException(const char* member, const std::function<void()>& call) noexcept
+{
+    try {
+        call();
+    } catch (...) {
+        exceptionNote = exceptionNote == nullptr ? member : exceptionNote;
+    }
+}
+
+std::string takeExceptionNote()
+{
+    const char* const member = std::exchange(exceptionNote, nullptr);
+    return member == nullptr ? std::string() : std::string(" by ") + member;
 }
 
 void mustSucceed(HRESULT result, const std::string& what)
@@ -134,7 +153,8 @@ Rows::Rows(ComPtr<IRecordset> rows, std::u16string_view statement)
 Rows::~Rows()
 {
     if (m_rows) {
-        m_rows->Close();
+        noteException("Close", [this] { m_rows->Close(); });
+        noteException("Release", [this] { m_rows.detach()->Release(); });
     }
 }
 

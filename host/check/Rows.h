@@ -6,6 +6,7 @@
 
 #include <Zul_SQL.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,12 @@ void forgetErrors();
 
 /// What the call that has just failed left. Takes it away.
 Failure takeFailure(HRESULT code);
+
+/// Runs what a destructor calls on the host, of the member that is named: an exception stays behind as a note.
+void noteException(const char* member, const std::function<void()>& call) noexcept;
+
+/// " by MEMBER", of the first exception since the last question; empty: none.
+std::string takeExceptionNote();
 
 /// Throws Breach when the call, named by `what`, failed.
 void mustSucceed(HRESULT result, const std::string& what);

@@ -177,6 +177,10 @@ const std::vector<ValueOption>& valueOptions()
           "default."_s,
           u"HOST"_s},
          [](CommandLine& line, const QString& v) { line.checkHost = notEmpty(v); }},
+        {{u"check-limit"_s,
+          u"With --check-host: a check without an end after N seconds (0: never) is a breach; default: 60."_s,
+          u"N"_s},
+         [](CommandLine& line, const QString& v) { line.checkLimit = wholeNumber(v, 0); }},
     };
     return table;
 }
@@ -259,6 +263,9 @@ std::variant<CommandLine, CommandLineError> parseCommandLine(const QStringList& 
     }
     if (line.readOnly && line.checkHost.isEmpty()) {
         return CommandLineError{u"--read-only belongs to --check-host"_s};
+    }
+    if (line.checkLimit && line.checkHost.isEmpty()) {
+        return CommandLineError{u"--check-limit belongs to --check-host"_s};
     }
     return line;
 }

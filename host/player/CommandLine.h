@@ -49,6 +49,8 @@ struct CommandLine
     /// The foreign host whose connection object is held against the contract: "LIBRARY", "LIBRARY:FACTORY" or a ProgID;
     /// empty: none.
     QString checkHost;
+    /// After so many seconds without an end a check of it is a breach; 0: never; nothing: as the program does.
+    std::optional<int> checkLimit;
     /// The check writes nothing.
     bool readOnly = false;
     /// Print the usage, or the program's version, and stop.

@@ -60,6 +60,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(!line.createDemo || *line.createDemo >= 0, "a number of customers");
         require(line.appTimeOuts >= 0, "a number of time-outs");
         require(!line.readOnly || !line.checkHost.isEmpty(), "a switch where it belongs");
+        require(!line.checkLimit || (*line.checkLimit >= 0 && !line.checkHost.isEmpty()),
+                "a limit where it belongs");
         require(line.appUrl.isEmpty() || line.appUrl.startsWith(u"http"), "an address of the web");
     }
     checkHidden(words);

@@ -5,6 +5,10 @@
 
 #include <Zul_Host.h>
 
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <thread>
 #include <utility>
 
 namespace zul::host::check {
@@ -12,6 +16,19 @@ namespace zul::host::check {
 namespace {
 
 using State = std::shared_ptr<BrokenState>;
+
+void die(Fault fault)
+{
+    if (fault == Fault::Exits) {
+        std::exit(0);
+    } else if (fault == Fault::Crashes) {
+        std::raise(SIGSEGV); // as a stray pointer does
+    } else if (fault == Fault::Hangs) {
+        std::this_thread::sleep_for(std::chrono::hours(1));
+    } else if (fault == Fault::Throws) {
+        throw 42;
+    }
+}
 
 /// Passes the rows on but for the last, or with a text at no place.
 class BrokenSink final : public ComObject<IRowSink>
@@ -43,10 +60,11 @@ private:
 class BrokenRows final : public ComObject<Dispatching<IRecordset>, IRowReader>
 {
 public:
-    BrokenRows(ComPtr<IRecordset> sound, State state)
+    BrokenRows(ComPtr<IRecordset> sound, State state, bool deadly)
         : m_sound(std::move(sound))
         , m_state(std::move(state))
         , m_statements(m_state->statements)
+        , m_deadly(deadly)
     {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
@@ -128,8 +146,20 @@ public:
         const HRESULT result = m_sound->Update();
         return is(Fault::UpdateHidesFailures) ? S_OK : failure(result);
     }
+    ULONG STDMETHODCALLTYPE Release() override
+    {
+        const bool throws = m_deadly && is(Fault::ThrowsInRelease);
+        const ULONG left = ComObject::Release();
+        if (throws && left == 0) {
+            throw 42;
+        }
+        return left;
+    }
     HRESULT STDMETHODCALLTYPE Close() override
     {
+        if (m_deadly && is(Fault::ThrowsInClose)) {
+            throw 42;
+        }
         if (std::exchange(m_closed, true) && is(Fault::CloseTwiceFails)) {
             return reportError(E_FAIL, u"closed");
         }
@@ -215,6 +245,7 @@ private:
     ComPtr<IRecordset> m_sound;
     State m_state;
     int m_statements;
+    bool m_deadly;
     bool m_adding = false;
     bool m_closed = false;
 };
@@ -253,7 +284,11 @@ public:
         if (!sound || FAILED(result)) {
             return result;
         }
-        const auto rows = makeCom<BrokenRows>(sound, m_state);
+        const bool deadly = textOf(source) == u"SELECT CAST(NULL AS int) AS n";
+        if (deadly) {
+            die(m_state->fault);
+        }
+        const auto rows = makeCom<BrokenRows>(sound, m_state, deadly);
         if (is(Fault::RowSetLeaks)) {
             m_state->leaked.emplace_back(static_cast<IRecordset*>(rows.get()));
         }

@@ -54,7 +54,14 @@ enum class Fault
     ServiceNull,  ///< QueryService: S_OK and null
     ServiceFails, ///< QueryService: a failure that does not say that there is none
     ReaderLosesARow,
-    ReaderGivesStrayTexts
+    ReaderGivesStrayTexts,
+    // What one row set does, that of the check of NULL.
+    Exits, ///< ends the process, and says that all is well
+    Crashes,
+    Hangs,
+    Throws,
+    ThrowsInClose,
+    ThrowsInRelease ///< of the last reference
 };
 
 /// What the objects of one host share.

@@ -71,6 +71,9 @@ const std::vector<Case>& cases()
         {"ServiceNull", Fault::ServiceNull, "services: IEmailCheck", "gives null"},
         {"ServiceFails", Fault::ServiceFails, "services: IEmailCheck", "E_NOINTERFACE"},
         {"ReaderLosesARow", Fault::ReaderLosesARow, "IRowReader", "3 rows, and Value 4"},
+        {"Throws", Fault::Throws, "row sets: NULL", "an exception came out of the host"},
+        {"ThrowsInClose", Fault::ThrowsInClose, "row sets: NULL", "out of the host by Close"},
+        {"ThrowsInRelease", Fault::ThrowsInRelease, "row sets: NULL", "out of the host by Release"},
         {"ReaderGivesStrayTexts", Fault::ReaderGivesStrayTexts, "IRowReader", "no good place"},
     };
     return all;

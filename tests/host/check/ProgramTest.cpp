@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -96,6 +97,54 @@ TEST_F(CheckHostProgram, TakesARegisteredClass)
 }
 #endif
 
+#ifdef Q_OS_UNIX
+TEST_F(CheckHostProgram, NamesTheCheckInWhichTheHostEndsTheProcess)
+{
+    // A sanitizer turns the signal into an exit code of its own.
+    for (const auto& [factory, how] :
+         {std::pair(u"createExits"_s, u"\\(exit code 0\\)"_s),
+          std::pair(u"createCrashes"_s, u"\\((signal 11, .+|exit code 1)\\)"_s)}) {
+        const End end = check(library + u':' + factory);
+        EXPECT_EQ(end.code, 1) << factory.toStdString();
+        const QStringList breaches = end.lines.filter(u"BREACH   "_s);
+        ASSERT_EQ(breaches.size(), 1) << end.lines.join(u'\n').toStdString();
+        static const QString line =
+            u"^BREACH   row sets: NULL: the host ended the process %1; the component: is in "
+            "that process: the application ends in the middle of the operator's work$"_s;
+        EXPECT_TRUE(breaches.first().contains(QRegularExpression(line.arg(how))))
+            << breaches.first().toStdString();
+        // The others are tried in a new process.
+        EXPECT_TRUE(end.lines.contains(u"ok       row sets: the empty text"_s))
+            << end.lines.join(u'\n').toStdString();
+        EXPECT_TRUE(end.lines.contains(u"ok       transactions"_s)) << end.lines.join(u'\n').toStdString();
+        EXPECT_TRUE(end.lines.last().contains(u", 1 breach, "_s)) << end.lines.last().toStdString();
+    }
+}
+
+TEST_F(CheckHostProgram, DoesNotWaitForEver)
+{
+    const End end = check(library + u":createHangs"_s, {u"--check-limit"_s, u"1"_s, u"--read-only"_s});
+    EXPECT_EQ(end.code, 1);
+    EXPECT_TRUE(
+        end.lines.contains(u"BREACH   row sets: NULL: no answer within 1 seconds; the component: waits for "
+                           "ever: the application hangs"_s))
+        << end.lines.join(u'\n').toStdString();
+    EXPECT_TRUE(end.lines.contains(u"ok       values: reals"_s)) << end.lines.join(u'\n').toStdString();
+}
+
+TEST_F(CheckHostProgram, NamesAFactoryThatEndsTheProcessOrHangs)
+{
+    for (const auto& [factory, how] : {std::pair(u"exits"_s, u"the host ended the process (exit code 0)"_s),
+                                       std::pair(u"hangs"_s, u"no answer within 1 seconds"_s)}) {
+        const End end = check(library + u':' + factory, {u"--check-limit"_s, u"1"_s});
+        EXPECT_EQ(end.code, 1) << factory.toStdString();
+        EXPECT_TRUE(end.lines.first().startsWith(u"BREACH   loading the host: "_s + how))
+            << end.lines.join(u'\n').toStdString();
+        EXPECT_EQ(end.lines.last(), u"1 checks: 0 ok, 0 stand-ins, 1 breach, 0 skipped"_s);
+    }
+}
+#endif
+
 TEST_F(CheckHostProgram, EndsWithTwoWhereThereIsNoHost)
 {
     const QString missing = folder.filePath(u"libmissing.so"_s);
@@ -103,6 +152,7 @@ TEST_F(CheckHostProgram, EndsWithTwoWhereThereIsNoHost)
          {std::pair(missing, u"the host cannot be loaded: "_s),
           std::pair(library + u":noSuchFunction"_s, u"is no host: it exports no noSuchFunction"_s),
           std::pair(library + u":createNothing"_s, u"createNothing succeeded and gave null"_s),
+          std::pair(library + u":throws"_s, u"an exception came out of the host when it was loaded"_s),
           std::pair(library + u":createFailure"_s, u"createFailure failed: 0x80070005"_s),
           std::pair(u"No.Such.Class"_s, u"Finding the class No.Such.Class failed: 0x800401f3"_s)}) {
         const End end = check(host);

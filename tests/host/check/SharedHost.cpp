@@ -8,8 +8,10 @@
 #include "host/session/HostDatabase.h"
 #include "host/session/HostEventSink.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <memory>
+#include <thread>
 
 namespace zul::host::check {
 
@@ -81,15 +83,55 @@ EXPORTED ZulCreateConnection(REFIID iid, void** object)
     return comGuard(u"SharedHost", [&] { return makeCom<HostWithSink>()->QueryInterface(iid, object); });
 }
 
-EXPORTED createWithoutDescriptions(REFIID iid, void** object)
+namespace {
+
+HRESULT createBroken(Fault fault, REFIID iid, void** object)
 {
     return comGuard(u"SharedHost", [&] {
         // The sound host lives as long as the program.
         static const std::shared_ptr<zul::host::HostDatabase> database = openDatabase();
         auto state = std::make_shared<BrokenState>();
-        state->fault = Fault::NoDescription;
+        state->fault = fault;
         return makeBrokenHost(database->connection(), state)->QueryInterface(iid, object);
     });
+}
+
+} // namespace
+
+EXPORTED createWithoutDescriptions(REFIID iid, void** object)
+{
+    return createBroken(Fault::NoDescription, iid, object);
+}
+
+EXPORTED createExits(REFIID iid, void** object)
+{
+    return createBroken(Fault::Exits, iid, object);
+}
+
+EXPORTED createCrashes(REFIID iid, void** object)
+{
+    return createBroken(Fault::Crashes, iid, object);
+}
+
+EXPORTED createHangs(REFIID iid, void** object)
+{
+    return createBroken(Fault::Hangs, iid, object);
+}
+
+EXPORTED exits(REFIID, void**)
+{
+    std::exit(0);
+}
+
+EXPORTED hangs(REFIID, void**)
+{
+    std::this_thread::sleep_for(std::chrono::hours(1));
+    return E_FAIL;
+}
+
+EXPORTED throws(REFIID, void**)
+{
+    throw 42;
 }
 
 /// {5D0C3E0A-8F1B-4C57-9B0E-2A6F4B7C1D11}, under which a test registers the library.

@@ -181,6 +181,10 @@ TEST(CommandLine, ChecksAnotherHost)
     EXPECT_FALSE(taken({"--check-host", "Host.Connection"}).readOnly);
     EXPECT_EQ(refused({"--read-only"}), u"--read-only belongs to --check-host"_s);
     EXPECT_EQ(refused({"--check-host"}), u"--check-host needs a value"_s);
+    EXPECT_EQ(taken({"--check-host", "Host.Connection", "--check-limit", "5"}).checkLimit, 5);
+    EXPECT_EQ(taken({"--check-host", "Host.Connection"}).checkLimit, std::nullopt);
+    EXPECT_EQ(refused({"--check-limit", "5"}), u"--check-limit belongs to --check-host"_s);
+    EXPECT_TRUE(refused({"--check-host", "Host.Connection", "--check-limit", "-1"}).contains(u"from 0"_s));
 }
 
 TEST(CommandLine, HelpAndVersion)
@@ -194,9 +198,10 @@ TEST(CommandLine, HelpAndVersion)
 
 TEST(CommandLine, NamesEveryOptionInItsUsage)
 {
-    for (const char* option : {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show",
-                               "--search", "--touch", "--window", "--scenario", "--journal", "--component",
-                               "--app-url", "--check-host", "--read-only", "--help", "--version"}) {
+    for (const char* option :
+         {"--database", "--create-demo", "--app-dir", "--user", "--user-name", "--show", "--search",
+          "--touch", "--window", "--scenario", "--journal", "--component", "--app-url", "--check-host",
+          "--check-limit", "--read-only", "--help", "--version"}) {
         EXPECT_TRUE(zul::host::usage().contains(QLatin1String(option))) << option;
     }
 }
