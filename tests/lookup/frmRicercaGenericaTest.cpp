@@ -317,7 +317,7 @@ TEST_F(RicercaGenericaTest, OtherKeysDoNothing)
 
 TEST_F(RicercaGenericaTest, TheSearchButtonSearchesTheTextOfTheBox)
 {
-    filler.rows.push_back({u"AQ"_s, u"L'Aquila 100% \"à\" 😀"_s});
+    filler.rows.emplace_back(u"AQ"_s, u"L'Aquila 100% \"à\" 😀"_s);
     load();
     for (const auto& [text, rows] : {std::pair{u"L'AQUILA"_s, 1},
                                      {u"100%"_s, 1},
