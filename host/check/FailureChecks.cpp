@@ -84,6 +84,19 @@ void checkDuplicate(Subject& subject)
     subject.execute(u"INSERT INTO zulVerifica (id) VALUES (2)");
 }
 
+/// Texts of others stand in statements. Where one ends behind the first, nothing that was put into it runs.
+void checkTwoStatements(Subject& subject)
+{
+    subject.emptyTable();
+    subject.execute(u"INSERT INTO zulVerifica (id) VALUES (1)");
+    const bool taken =
+        SUCCEEDED(subject.tryExecute(u"UPDATE zulVerifica SET piccolo = 1; DELETE FROM zulVerifica").code);
+    if (taken || subject.rowsInTable() != 1) {
+        throw Warning("Execute runs a text of two statements",
+                      "sends one at a time; a host that refuses two closes off what was put into a text");
+    }
+}
+
 void checkLookupFailure(Subject& subject)
 {
     Variant value;
@@ -108,6 +121,7 @@ void addFailureChecks(std::vector<Check>& checks)
     checks.push_back({"failures: descriptions", movesCheck, checkDescriptions});
     checks.push_back({"failures: the connection goes on", movesCheck, checkGoesOn});
     checks.push_back({"failures: a key that is there", addCheck, checkDuplicate});
+    checks.push_back({"failures: two statements in one text", tableCheck, checkTwoStatements});
     checks.push_back({"failures: LookupValue", tableCheck, checkLookupFailure});
     checks.push_back({"failures: a lost connection", {}, checkLost});
 }

@@ -26,6 +26,8 @@ Finding runCheck(const Check& check, Subject& subject)
         return note.empty() ? Finding{Outcome::Ok, check.name, {}} : thrown(check, note);
     } catch (const Breach& breach) {
         return {Outcome::Breach, check.name, breach.text};
+    } catch (const Warning& warning) {
+        return {Outcome::Warning, check.name, warning.text};
     } catch (const StandIn& standIn) {
         return {Outcome::StandIn, check.name, standIn.text};
     } catch (const Skipped& skipped) {
@@ -81,7 +83,7 @@ const std::vector<Check>& allChecks()
 
 std::string Finding::line() const
 {
-    static constexpr const char* words[] = {"ok       ", "stand-in ", "BREACH   ", "skipped  "};
+    static constexpr const char* words[] = {"ok       ", "stand-in ", "BREACH   ", "warning  ", "skipped  "};
     std::string line = words[static_cast<std::size_t>(outcome)] + check + (text.empty() ? "" : ": " + text);
     // A description of a database may have several.
     std::replace_if(
@@ -104,6 +106,7 @@ std::string Report::summary() const
     };
     return std::to_string(findings.size()) + " checks: " + several(Outcome::Ok, "ok", "ok") + ", " +
            several(Outcome::StandIn, "stand-in", "stand-ins") + ", " +
+           (count(Outcome::Warning) == 0 ? "" : several(Outcome::Warning, "warning", "warnings") + ", ") +
            several(Outcome::Breach, "breach", "breaches") + ", " +
            several(Outcome::Skipped, "skipped", "skipped");
 }

@@ -16,6 +16,7 @@ enum class Outcome
     Ok,
     StandIn, ///< optional and missing: the component has something in its place
     Breach,  ///< against the contract
+    Warning, ///< against the contract, and without harm
     Skipped
 };
 
@@ -35,7 +36,7 @@ struct Report
 
     std::size_t count(Outcome outcome) const;
     bool hasBreach() const { return count(Outcome::Breach) > 0; }
-    /// "31 checks: 28 ok, 2 stand-ins, 0 breaches, 1 skipped"
+    /// "32 checks: 28 ok, 2 stand-ins, 1 warning, 0 breaches, 1 skipped"; warnings are named where there are any
     std::string summary() const;
 };
 

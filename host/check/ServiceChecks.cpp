@@ -27,13 +27,13 @@ ComPtr<IUnknown> serviceOf(const Subject& subject, const IID& iid, HRESULT& code
     code = provider->QueryService(iid, iid, object.putVoid());
     if (FAILED(code)) {
         if (object.detach() != nullptr) {
-            throw Breach("QueryService fails and leaves something other than null", "takes its stand-in");
+            throw Warning("QueryService fails and leaves something other than null", "takes its stand-in");
         }
         forgetErrors();
         return nullptr;
     }
     if (!object) {
-        throw Breach("QueryService succeeds and gives null", "takes its stand-in");
+        throw Warning("QueryService succeeds and gives null", "takes its stand-in");
     }
     return object;
 }

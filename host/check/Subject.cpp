@@ -1,5 +1,6 @@
 #include "host/check/Subject.h"
 
+#include "base/Utf8.h"
 #include "host/check/Verdict.h"
 
 #include <utility>
@@ -40,8 +41,10 @@ void Subject::createTable()
     LONG affected = 0;
     const HRESULT result = m_connection->Execute(Bstr(m_options.createTable).get(), &affected);
     if (FAILED(result)) {
-        throw Skipped("the table zulVerifica cannot be made: " + takeFailure(result).text() +
-                      "; what needs it is not tried");
+        throw Breach(
+            "the table cannot be made: Execute \"" + utf8FromUtf16(m_options.createTable) +
+                "\" fails: " + takeFailure(result).text(),
+            "makes no table itself; but nothing that writes could be tried, which --read-only passes over");
     }
     m_madeTable = true;
 }
@@ -142,7 +145,9 @@ void Subject::addRow(LONG id, std::u16string_view column, const Variant& value) 
 Variant Subject::brought(std::u16string_view column, const Variant& value, std::u16string_view literal)
 {
     if (isReadOnly()) {
-        return single(u"SELECT " + std::u16string(literal) + u" AS valore");
+        const std::u16string sql = u"SELECT " + std::u16string(literal) + u" AS valore";
+        m_broughtBy = " by " + shown(sql);
+        return single(sql);
     }
     if (!m_addsRows) {
         throw Skipped("no row can be added to try it with");

@@ -69,6 +69,8 @@ public:
     /// A value as it comes back: written to the column of a new row and read; of a read-only host what the literal
     /// of Transact-SQL gives.
     Variant brought(std::u16string_view column, const Variant& value, std::u16string_view literal);
+    /// " by "STATEMENT"", of the last value that a read-only host brought; empty where it was written and read.
+    const std::string& broughtBy() const { return m_broughtBy; }
 
 private:
     void dropTable() const noexcept;
@@ -79,6 +81,7 @@ private:
     bool m_madeTable = false;
     bool m_addsRows = false;
     LONG m_nextId = 1000;
+    std::string m_broughtBy;
 };
 
 } // namespace zul::host::check

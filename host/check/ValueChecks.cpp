@@ -1,4 +1,5 @@
 // What the host makes of values of every type, there and back.
+#include "automation/ErrorInfo.h"
 #include "base/DateText.h"
 #include "base/Utf8.h"
 #include "host/check/Checks.h"
@@ -29,7 +30,8 @@ void requireText(Subject& subject, std::u16string_view column, std::u16string_vi
 {
     const Variant back = subject.brought(column, Variant::fromText(text), textLiteral(text));
     if (back.vt != VT_BSTR || back.text() != text) {
-        throw Breach("the text " + shown(text) + " comes back as " + shown(back), consequence);
+        throw Breach("the text " + shown(text) + " comes back as " + shown(back) + subject.broughtBy(),
+                     consequence);
     }
 }
 
@@ -61,7 +63,8 @@ void checkMissing(Subject& subject)
 {
     const Variant back = subject.brought(u"testo", Variant::null(), u"CAST(NULL AS nvarchar(60))");
     if (back.vt != VT_NULL && back.vt != VT_EMPTY) {
-        throw Breach("a NULL that was set comes back as " + shown(back), "cannot take a value out of a row");
+        throw Breach("a NULL that was set comes back as " + shown(back) + subject.broughtBy(),
+                     "cannot take a value out of a row");
     }
     const Variant empty = subject.brought(u"testo", Variant::fromText(u""), u"N''");
     if (empty.vt != VT_BSTR || !empty.text().empty()) {
@@ -76,7 +79,8 @@ void requireNumber(Subject& subject, std::u16string_view column, const Variant& 
     const Variant back = subject.brought(column, value, literal);
     const double found = numberOf(back, "the number " + utf8FromUtf16(literal));
     if (std::fabs(found - wanted) > std::fabs(wanted) * 1e-14) {
-        throw Breach("the number " + shown(value) + " comes back as " + shown(back), asGiven);
+        throw Breach("the number " + shown(value) + " comes back as " + shown(back) + subject.broughtBy(),
+                     asGiven);
     }
 }
 
@@ -98,6 +102,10 @@ void checkDecimals(Subject& subject)
                   u"CAST(12345678.9125 AS decimal(18,4))");
     requireNumber(subject, u"importo", Variant::fromDouble(-0.0001), u"CAST(-0.0001 AS decimal(18,4))");
     requireNumber(subject, u"importo", Variant::fromLong(0), u"CAST(0 AS decimal(18,4))");
+    // What comes as a decimal is taken as one.
+    Variant decimal = Variant::fromDouble(-1234.5);
+    throwIfFailed(decimal.changeType(VT_DECIMAL));
+    requireNumber(subject, u"importo", decimal, u"CAST(-1234.5 AS decimal(18,4))");
 }
 
 void checkReals(Subject& subject)
@@ -113,7 +121,7 @@ void checkBooleans(Subject& subject)
                                              wanted ? u"CAST(1 AS bit)" : u"CAST(0 AS bit)");
         if (back.vt != VT_BOOL || (back.boolVal != VARIANT_FALSE) != wanted) {
             throw Breach(std::string(wanted ? "true" : "false") + " comes back as " + shown(back) +
-                             " instead of VT_BOOL",
+                             subject.broughtBy() + " instead of VT_BOOL",
                          "reads a number as a truth where it asks for one, and shows \"-1\" for \"1\"");
         }
     }
@@ -125,14 +133,16 @@ void requireDate(Subject& subject, const char* text)
     const Variant back = subject.brought(u"quando", Variant::fromDate(wanted),
                                          u"CAST('" + utf16FromUtf8(text) + u"' AS datetime)");
     if (back.vt != VT_DATE) {
-        throw Breach(std::string("the date ") + text + " comes back as " + shown(back) +
+        throw Breach(std::string("the date ") + text + " comes back as " + shown(back) + subject.broughtBy() +
                          " instead of VT_DATE",
                      "takes it for a text, and does not sort or count days with it");
     }
     // datetime of the server counts in three-hundredths of a second.
     constexpr double grain = 0.004 / 86'400;
     if (!(std::fabs(back.date - wanted) < grain)) {
-        throw Breach(std::string("the date ") + text + " comes back as " + formatDate(back.date), asGiven);
+        throw Breach(std::string("the date ") + text + " comes back as " + formatDate(back.date) +
+                         subject.broughtBy(),
+                     asGiven);
     }
 }
 

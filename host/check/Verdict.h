@@ -20,6 +20,14 @@ struct Breach : Verdict
     {}
 };
 
+/// The host does not keep the contract, and nothing comes to harm by it. The text is that of a breach.
+struct Warning : Verdict
+{
+    Warning(const std::string& wrong, const std::string& consequence)
+        : Verdict{wrong + "; the component: " + consequence}
+    {}
+};
+
 /// Something optional is missing. The text says what takes its place.
 struct StandIn : Verdict
 {

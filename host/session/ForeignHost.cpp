@@ -1,6 +1,7 @@
 #include "host/session/ForeignHost.h"
 
 #include "automation/Bstr.h"
+#include "automation/ErrorInfo.h"
 #include "host/session/AutomationText.h"
 #include "host/session/LateCall.h"
 #include "host/session/LoadedLibrary.h"
@@ -19,22 +20,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void require(HRESULT result, const QString& what)
+/// With what the host, or the runtime, left for it; of some failures more is known here.
+void require(HRESULT result, const QString& what, const QString& known = {})
 {
-    if (FAILED(result)) {
-        throw std::runtime_error(what.toStdString() + " failed: " + codeText(result).toStdString());
+    if (SUCCEEDED(result)) {
+        return;
     }
+    QString text = what + u" failed: "_s + codeText(result);
+    const QString description = known.isEmpty() ? toQString(takeErrorDetails(result).description) : known;
+    if (!description.isEmpty()) {
+        text += u" ("_s + description + u')';
+    }
+    throw std::runtime_error(text.toStdString());
 }
 
 ComPtr<_SqlConnection> create(const ForeignHostName& name)
 {
     ComPtr<_SqlConnection> connection;
+    SetErrorInfo(0, nullptr); // what is left now is of these calls
     HRESULT result = S_OK;
     QString what;
     if (name.library.isEmpty()) {
         what = u"Creating "_s + name.progId;
         CLSID clsid{};
-        require(CLSIDFromProgID(toBstr(name.progId).get(), &clsid), u"Finding the class "_s + name.progId);
+        require(CLSIDFromProgID(toBstr(name.progId).get(), &clsid), u"Finding the class "_s + name.progId,
+                u"no class of this name is registered; a library is named with its folder"_s);
         result = CoCreateInstance(clsid, nullptr, CLSCTX_ALL, iidOf<_SqlConnection>(), connection.putVoid());
     } else {
         what = name.factory;
@@ -46,7 +56,9 @@ ComPtr<_SqlConnection> create(const ForeignHostName& name)
     if (FAILED(result)) {
         connection.detach(); // what a failed call leaves behind is no reference
     }
-    require(result, what);
+    require(result, what,
+            result == E_NOINTERFACE ? u"it is no connection object: it does not answer to _SqlConnection"_s
+                                    : QString());
     if (!connection) {
         throw std::runtime_error(what.toStdString() + " succeeded and gave null");
     }

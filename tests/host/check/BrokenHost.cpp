@@ -129,6 +129,9 @@ public:
 
     HRESULT STDMETHODCALLTYPE put_Value(VARIANT field, VARIANT value) override
     {
+        if (is(Fault::DecimalTakenAsNull) && value.vt == VT_DECIMAL) {
+            return m_sound->put_Value(field, Variant::null());
+        }
         return m_sound->put_Value(field, value);
     }
     HRESULT STDMETHODCALLTYPE MoveNext() override { return m_sound->MoveNext(); }
@@ -265,6 +268,14 @@ public:
     HRESULT STDMETHODCALLTYPE Execute(BSTR sql, LONG* affected) override
     {
         ++m_state->statements;
+        const std::u16string_view text = textOf(sql);
+        if (is(Fault::NoTable) && text.starts_with(u"CREATE")) {
+            return reportError(E_ACCESSDENIED, u"nessun permesso");
+        }
+        if (const auto end = text.find(u"; "); is(Fault::TakesTwoStatements) && end != text.npos) {
+            m_sound->Execute(Bstr(text.substr(0, end)).get(), affected);
+            return m_sound->Execute(Bstr(text.substr(end + 2)).get(), affected);
+        }
         const HRESULT result = outcome(m_sound->Execute(sql, affected));
         if (is(Fault::RowsNotCounted)) {
             *affected = -1;

@@ -55,6 +55,9 @@ enum class Fault
     ServiceFails, ///< QueryService: a failure that does not say that there is none
     ReaderLosesARow,
     ReaderGivesStrayTexts,
+    NoTable,            ///< refuses CREATE TABLE
+    DecimalTakenAsNull, ///< a VT_DECIMAL that is set
+    TakesTwoStatements, ///< runs what stands in front of the semicolon, and what stands behind it
     // What one row set does, that of the check of NULL.
     Exits, ///< ends the process, and says that all is well
     Crashes,

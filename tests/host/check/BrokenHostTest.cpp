@@ -71,12 +71,23 @@ const std::vector<Case>& cases()
         {"ServiceNull", Fault::ServiceNull, "services: IEmailCheck", "gives null"},
         {"ServiceFails", Fault::ServiceFails, "services: IEmailCheck", "E_NOINTERFACE"},
         {"ReaderLosesARow", Fault::ReaderLosesARow, "IRowReader", "3 rows, and Value 4"},
+        {"NoTable", Fault::NoTable, tableCheck, "CREATE TABLE zulVerifica (id int NOT NULL PRIMARY KEY,"},
+        {"DecimalTakenAsNull", Fault::DecimalTakenAsNull, "values: decimals",
+         "the number CAST(-1234.5 AS decimal(18,4)) comes as VT_NULL"},
+        {"TakesTwoStatements", Fault::TakesTwoStatements, "failures: two statements in one text",
+         "runs a text of two statements"},
         {"Throws", Fault::Throws, "row sets: NULL", "an exception came out of the host"},
         {"ThrowsInClose", Fault::ThrowsInClose, "row sets: NULL", "out of the host by Close"},
         {"ThrowsInRelease", Fault::ThrowsInRelease, "row sets: NULL", "out of the host by Release"},
         {"ReaderGivesStrayTexts", Fault::ReaderGivesStrayTexts, "IRowReader", "no good place"},
     };
     return all;
+}
+
+/// Against the contract, and not to the component's harm.
+bool isHarmless(Fault fault)
+{
+    return fault == Fault::ServiceNull || fault == Fault::TakesTwoStatements;
 }
 
 std::string caseName(const ::testing::TestParamInfo<Case>& info)
@@ -120,7 +131,7 @@ TEST_P(BrokenHosts, HaveTheirBreach)
     const Report report = checked(GetParam().fault);
     std::vector<std::string> found;
     for (const Finding& finding : report.findings) {
-        if (finding.outcome == Outcome::Breach) {
+        if (finding.outcome == (isHarmless(GetParam().fault) ? Outcome::Warning : Outcome::Breach)) {
             found.push_back(finding.check);
             EXPECT_THAT(finding.text, ::testing::HasSubstr(GetParam().words));
             EXPECT_THAT(finding.text, ::testing::HasSubstr("the component: "));
@@ -134,6 +145,7 @@ TEST_P(BrokenHosts, HaveTheirBreach)
         expected.emplace_back("values: early and late dates, milliseconds");
     }
     EXPECT_EQ(found, expected);
+    EXPECT_NE(report.hasBreach(), isHarmless(GetParam().fault)) << report.summary();
     EXPECT_FALSE(m_sound->engine().hasTable("zulVerifica"));
 }
 

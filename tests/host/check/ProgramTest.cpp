@@ -71,6 +71,16 @@ TEST_F(CheckHostProgram, EndsWithOneOverABreach)
     EXPECT_TRUE(end.lines.last().contains(u", 1 breach, "_s)) << end.lines.last().toStdString();
 }
 
+TEST_F(CheckHostProgram, EndsWithOneWhereTheTableCannotBeMade)
+{
+    const End end = check(library + u":createWithoutTable"_s);
+    EXPECT_EQ(end.code, 1);
+    const QStringList breaches = end.lines.filter(u"BREACH   a table of its own: "_s);
+    ASSERT_EQ(breaches.size(), 1) << end.lines.join(u'\n').toStdString();
+    EXPECT_TRUE(breaches.first().contains(u"quando datetime NULL)\" fails: nessun permesso (0x80070005)"_s))
+        << breaches.first().toStdString();
+}
+
 TEST_F(CheckHostProgram, MakesNoTableReadOnly)
 {
     const End end = check(library, {u"--read-only"_s});
@@ -148,13 +158,18 @@ TEST_F(CheckHostProgram, NamesAFactoryThatEndsTheProcessOrHangs)
 TEST_F(CheckHostProgram, EndsWithTwoWhereThereIsNoHost)
 {
     const QString missing = folder.filePath(u"libmissing.so"_s);
-    for (const auto& [host, why] :
-         {std::pair(missing, u"the host cannot be loaded: "_s),
-          std::pair(library + u":noSuchFunction"_s, u"is no host: it exports no noSuchFunction"_s),
-          std::pair(library + u":createNothing"_s, u"createNothing succeeded and gave null"_s),
-          std::pair(library + u":throws"_s, u"an exception came out of the host when it was loaded"_s),
-          std::pair(library + u":createFailure"_s, u"createFailure failed: 0x80070005"_s),
-          std::pair(u"No.Such.Class"_s, u"Finding the class No.Such.Class failed: 0x800401f3"_s)}) {
+    for (
+        const auto& [host, why] :
+        {std::pair(missing, u"the host cannot be loaded: "_s),
+         std::pair(library + u":noSuchFunction"_s, u"is no host: it exports no noSuchFunction"_s),
+         std::pair(library + u":createNothing"_s, u"createNothing succeeded and gave null"_s),
+         std::pair(library + u":throws"_s, u"an exception came out of the host when it was loaded"_s),
+         std::pair(library + u":createFailure"_s,
+                   u"createFailure failed: 0x80070005 (il server non risponde)"_s),
+         std::pair(library + u":createSomethingElse"_s, u"0x80004002 (it is no connection object: "_s),
+         std::pair(
+             u"No.Such.Class"_s,
+             u"Finding the class No.Such.Class failed: 0x800401f3 (no class of this name is registered"_s)}) {
         const End end = check(host);
         EXPECT_EQ(end.code, 2) << host.toStdString();
         EXPECT_TRUE(end.errors.startsWith(u"zulhost: "_s)) << end.errors.toStdString();

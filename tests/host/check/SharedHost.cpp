@@ -149,5 +149,16 @@ EXPORTED createNothing(REFIID, void** object)
 
 EXPORTED createFailure(REFIID, void**)
 {
-    return E_ACCESSDENIED;
+    return reportError(E_ACCESSDENIED, u"il server non risponde");
+}
+
+EXPORTED createSomethingElse(REFIID, void** object)
+{
+    *object = nullptr;
+    return E_NOINTERFACE;
+}
+
+EXPORTED createWithoutTable(REFIID iid, void** object)
+{
+    return createBroken(Fault::NoTable, iid, object);
 }
