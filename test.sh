@@ -1,17 +1,16 @@
 #!/usr/bin/env bash
 # Installs what the tests need, builds everything, and runs every test: the release build under the Italian
 # and once under the US locale, the fuzz targets for a short while, and the whole suite under the sanitizers.
-# With --tidy clang-tidy looks at what changed since the whole tree was clean, with --tidy-all at everything.
+# clang-tidy looks at what changed since the whole tree was clean, with --tidy-all at everything.
 # Ends with CTest's summary.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-tidy=()
+tidy=(tests/house/tidy.sh)
 case ${1:-} in
     "") ;;
-    --tidy) tidy=(tests/house/tidy.sh) ;;
-    --tidy-all) tidy=(tests/house/tidy.sh --all) ;;
-    *) echo "usage: $0 [--tidy|--tidy-all]" >&2 && exit 2 ;;
+    --tidy-all) tidy+=(--all) ;;
+    *) echo "usage: $0 [--tidy-all]" >&2 && exit 2 ;;
 esac
 
 packaging/install.sh build run test
@@ -36,10 +35,8 @@ build release
 build fuzz
 build asan
 
-if [ ${#tidy[@]} -gt 0 ]; then
-    echo "== clang-tidy"
-    "${tidy[@]}"
-fi
+echo "== clang-tidy"
+"${tidy[@]}"
 
 echo "== fuzz targets"
 tests/fuzz/run.sh build/fuzz 8

@@ -108,9 +108,20 @@ std::wstring libraryKey(const TypeLibrary& library)
     return L"TypeLib\\" + library.id;
 }
 
-std::wstring fileKey(const TypeLibrary& library)
+/// Under the library's own locale, and under the neutral one, where the marshaller of some systems looks and no further.
+std::vector<std::wstring> localeKeys(const TypeLibrary& library)
 {
-    return libraryKey(library) + L"\\" + library.version + L"\\" + hexText(library.locale) + L"\\" + Platform;
+    const std::wstring version = libraryKey(library) + L"\\" + library.version + L"\\";
+    std::vector<std::wstring> keys = {version + hexText(library.locale)};
+    if (library.locale != LOCALE_NEUTRAL) {
+        keys.push_back(version + hexText(LOCALE_NEUTRAL));
+    }
+    return keys;
+}
+
+std::wstring fileKey(const std::wstring& localeKey)
+{
+    return localeKey + L"\\" + Platform;
 }
 
 std::wstring interfaceKey(const Described& described)
@@ -125,7 +136,9 @@ void writeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
     classes.set(version, L"", library.name);
     classes.set(version + L"\\FLAGS", L"", hexText(library.flags));
     classes.set(version + L"\\HELPDIR", L"", folder);
-    classes.set(fileKey(library), L"", library.path);
+    for (const std::wstring& locale : localeKeys(library)) {
+        classes.set(fileKey(locale), L"", library.path);
+    }
     for (const Described& described : library.interfaces) {
         const std::wstring key = interfaceKey(described);
         // An interface of another maker's, which our library only describes once more, stays as it is.
@@ -144,16 +157,18 @@ void writeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
 /// A type library that another file has registered meanwhile is that file's.
 void removeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
 {
-    const std::wstring registered = classes.read(fileKey(library));
+    const std::vector<std::wstring> locales = localeKeys(library);
+    const std::wstring registered = classes.read(fileKey(locales.front()));
     if (_wcsicmp(registered.c_str(), library.path.c_str()) != 0) {
         return;
     }
     const std::wstring version = libraryKey(library) + L"\\" + library.version;
-    const std::wstring locale = version + L"\\" + hexText(library.locale);
-    classes.removeTree(fileKey(library));
-    classes.removeIfEmpty(locale);
+    for (const std::wstring& locale : locales) {
+        classes.removeTree(fileKey(locale));
+        classes.removeIfEmpty(locale);
+    }
     // The same library for processes of the other width may still be registered.
-    if (!classes.read(locale + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64")).empty()) {
+    if (!classes.read(locales.front() + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64")).empty()) {
         return;
     }
     classes.removeTree(version);

@@ -14,6 +14,7 @@
 #include "ui_frmRicercaGenerica.h"
 
 #include <QKeyEvent>
+#include <QShortcut>
 #include <limits>
 
 namespace zul {
@@ -77,6 +78,8 @@ void frmRicercaGenerica::Form_Load()
                 m_ui->grdRicerca->setFocus();
             });
         });
+        auto* down = new QShortcut(Qt::Key_Down, m_ui->txtRicVeloce, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(down, &QShortcut::activated, this, &frmRicercaGenerica::goToRows);
         connect(m_ui->grdRicerca, &ReportGrid::gridKeyPressed, this, [this](int key) {
             if (key == Qt::Key_Escape) {
                 cmdAnnulla_Click();
@@ -175,6 +178,17 @@ void frmRicercaGenerica::selectFirstHit()
     if (!shown.empty()) {
         m_ui->grdRicerca->setCurrentRecord(shown.front());
     }
+}
+
+/// From the quick search to the rows below it.
+void frmRicercaGenerica::goToRows()
+{
+    trapped(procedure(u"txtRicVeloce_KeyPress"_s), [&] {
+        if (!m_ui->grdRicerca->hasSelection()) {
+            selectFirstHit();
+        }
+        m_ui->grdRicerca->setFocus();
+    });
 }
 
 void frmRicercaGenerica::cmdOK_Click()

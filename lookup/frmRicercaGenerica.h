@@ -56,6 +56,7 @@ private:
     /// How many rows are shown.
     void showStatus();
     void selectFirstHit();
+    void goToRows();
 
     std::unique_ptr<Ui::frmRicercaGenerica> m_ui;
     ComponentObject* m_filler;

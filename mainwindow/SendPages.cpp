@@ -34,8 +34,10 @@ SendPages::SendPages(Ui::frmSMS& ui, QWidget* form)
         });
     });
     connect(m_ui.cmdProsegui1, &QPushButton::clicked, this, [this] {
-        trapped(smsProcedure(u"cmdProsegui1_Click"_s),
-                [&] { m_ui.tab_Invio->setCurrentIndex(PageTipoInvio); });
+        trapped(smsProcedure(u"cmdProsegui1_Click"_s), [&] {
+            m_ui.tab_Invio->setCurrentIndex(PageTipoInvio);
+            focusSendType();
+        });
     });
     connect(m_ui.cmdProsegui2, &QPushButton::clicked, this, &SendPages::cmdProsegui2_Click);
     connect(m_ui.cmdCreaMessaggi, &QPushButton::clicked, this, &SendPages::cmdCreaMessaggi_Click);
@@ -137,6 +139,21 @@ void SendPages::cmdProsegui2_Click()
         // What comes first on the page is of no use yet; here Enter and Space start nothing by accident.
         m_ui.List_INFO->setFocus();
     });
+}
+
+/// The first thing to be said on the page: how to send. As it was chosen, or the first choice, which is not made by it.
+void SendPages::focusSendType()
+{
+    QRadioButton* first = nullptr;
+    for (QRadioButton* choice : {m_ui.RBN_SoloSMS, m_ui.RBN_SoloEMAIL, m_ui.RBM_Precedenza_SMS,
+                                 m_ui.RBM_Precedenza_EMAIL, m_ui.RBN_PushModel, m_ui.RBN_Push}) {
+        if (choice->isVisible() && (first == nullptr || (choice->isChecked() && !first->isChecked()))) {
+            first = choice;
+        }
+    }
+    if (first != nullptr) {
+        first->setFocus();
+    }
 }
 
 qint64 SendPages::tickedCount() const

@@ -46,6 +46,7 @@ public:
 private:
     bool somebodyIsMarked() const;
     qint64 tickedCount() const;
+    void focusSendType();
     void cmdProsegui2_Click();
     void showSummary(const SendCount& count);
     void cmdCreaMessaggi_Click();

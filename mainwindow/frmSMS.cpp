@@ -209,10 +209,33 @@ void frmSMS::connectKeys()
         search->setAutoRepeat(false);
         connect(search, &QShortcut::activated, m_ui->cmdElabora, &QPushButton::click);
     }
+    connect(new QShortcut(QKeySequence::Find, m_ui->pageRicerca), &QShortcut::activated, m_ui->grdClienti,
+            &ReportGrid::openFindBar);
+    connect(new QShortcut(QKeySequence(Qt::Key_F6), m_ui->pageRicerca), &QShortcut::activated, this,
+            &frmSMS::changePanel);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), this), &QShortcut::activated, this,
             [this] { turnPage(1); });
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageUp), this), &QShortcut::activated, this,
             [this] { turnPage(-1); });
+}
+
+/// From the criteria to the rows, and back to the criterion that was left; the find bar goes to its rows.
+void frmSMS::changePanel()
+{
+    trapped(smsProcedure(u"changePanel"_s), [&] {
+        QWidget* rows = m_ui->grdClienti->focusProxy();
+        QWidget* focused = focusWidget();
+        if (focused != rows) {
+            if (m_ui->criteriaPanel->isAncestorOf(focused)) {
+                m_leftCriterion = focused;
+            }
+            rows->setFocus(Qt::ShortcutFocusReason);
+            return;
+        }
+        QWidget* criterion =
+            m_leftCriterion && m_leftCriterion->isVisible() ? m_leftCriterion : m_ui->TabControl1->tabBar();
+        criterion->setFocus(Qt::ShortcutFocusReason);
+    });
 }
 
 /// Turns the pages of the innermost tab control in which the focus is: criteria, send types, or the window's own.

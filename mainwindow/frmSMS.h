@@ -8,6 +8,7 @@
 #include "session/ComponentObject.h"
 
 #include <QDialog>
+#include <QPointer>
 #include <memory>
 
 QT_BEGIN_NAMESPACE
@@ -67,6 +68,7 @@ private:
     void setupLook();
     void connectSearch();
     void connectKeys();
+    void changePanel();
     void turnPage(int step);
     void addLookupFields();
 
@@ -95,6 +97,7 @@ private:
     Previews* m_previews;
     std::unique_ptr<hostlib::AdvancedSearch> m_frmRicercaAvanzata; ///< created on first use
     QString m_parametriRicercaAvanzata;
+    QPointer<QWidget> m_leftCriterion; ///< from which one went to the rows
 };
 
 } // namespace zul

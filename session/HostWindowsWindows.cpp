@@ -1,6 +1,8 @@
 #include "session/HostWindows.h"
 
+#include <QEvent>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QWidget>
 #include <QWindow>
 
@@ -40,11 +42,41 @@ BOOL CALLBACK noteForeign(HWND window, LPARAM parameter)
     return TRUE;
 }
 
+HWND handleOf(QWindow& window)
+{
+    return reinterpret_cast<HWND>(window.winId());
+}
+
+/// Keeps a window owned by one of the host's. Qt takes every owner away that is not a window of its own whenever it
+/// shows a window; it is set once the window is there.
+class OwnerKeeper : public QObject
+{
+public:
+    explicit OwnerKeeper(HWND owner)
+        : m_owner(owner)
+    {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose) {
+            const HWND window = handleOf(static_cast<QWindow&>(*watched));
+            if (GetWindow(window, GW_OWNER) != m_owner) {
+                SetWindowLongPtrW(window, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(m_owner));
+            }
+        }
+        return false;
+    }
+
+private:
+    HWND m_owner;
+};
+
 } // namespace
 
 struct HostWindowsHeld::State
 {
-    HWND form = nullptr;
+    QPointer<QWindow> form;
+    std::unique_ptr<OwnerKeeper> owner;
     HWND active = nullptr; // the host's, null where it has none
     HWND focus = nullptr;
     std::vector<HWND> disabled;
@@ -53,7 +85,8 @@ struct HostWindowsHeld::State
 HostWindowsHeld::HostWindowsHeld(QWidget& form)
     : m_state(std::make_unique<State>())
 {
-    m_state->form = reinterpret_cast<HWND>(form.winId());
+    form.winId(); // makes the window
+    m_state->form = form.windowHandle();
     Search search{ownWindows(), {}};
     EnumThreadWindows(GetCurrentThreadId(), noteForeign, reinterpret_cast<LPARAM>(&search));
     const HWND active = GetActiveWindow();
@@ -61,7 +94,8 @@ HostWindowsHeld::HostWindowsHeld(QWidget& form)
     m_state->active = isHosts ? active : search.found.empty() ? nullptr : search.found.front();
     m_state->focus = isHosts ? GetFocus() : nullptr;
     if (m_state->active != nullptr) {
-        SetWindowLongPtrW(m_state->form, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(m_state->active));
+        m_state->owner = std::make_unique<OwnerKeeper>(m_state->active);
+        m_state->form->installEventFilter(m_state->owner.get());
     }
     for (const HWND window : search.found) {
         EnableWindow(window, FALSE);
@@ -79,10 +113,11 @@ HostWindowsHeld::~HostWindowsHeld()
     if (m_state->active == nullptr || !IsWindow(m_state->active)) {
         return;
     }
-    // Hidden with its owner disabled, our window has handed the focus to any other program.
-    if (IsWindow(m_state->form)) {
-        SetWindowLongPtrW(m_state->form, GWLP_HWNDPARENT, 0);
+    if (m_state->form != nullptr) {
+        m_state->form->removeEventFilter(m_state->owner.get());
+        SetWindowLongPtrW(handleOf(*m_state->form), GWLP_HWNDPARENT, 0);
     }
+    // Hidden with its owner disabled, our window has handed the focus to any other program.
     SetForegroundWindow(m_state->active);
     SetActiveWindow(m_state->active);
     if (m_state->focus != nullptr && IsWindow(m_state->focus)) {

@@ -80,6 +80,9 @@ IgnoredInput::~IgnoredInput()
     QCoreApplication::processEvents(QEventLoop::AllEvents, AtMostMilliseconds);
     if (m_form) {
         m_form->setUpdatesEnabled(true);
+        // A request to draw that came meanwhile was answered by nothing, and counts as still on its way: no other is
+        // made while something waits to be drawn.
+        QCoreApplication::postEvent(m_form, new QEvent(QEvent::UpdateRequest));
     }
 }
 

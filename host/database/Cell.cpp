@@ -4,6 +4,12 @@
 
 namespace zul::host {
 
+namespace {
+
+constexpr double beyondWhole = 9'223'372'036'854'775'808.0; // 2 to the power of 63
+
+} // namespace
+
 std::string_view cellText(const ZulCell& cell)
 {
     const bool hasText = cell.Kind == CellText || cell.Kind == CellReal;
@@ -20,7 +26,7 @@ std::int64_t cellNumber(const ZulCell& cell)
     case CellBoolean:
         return cell.Integer;
     case CellReal:
-        return static_cast<std::int64_t>(cell.Real);
+        return cell.Real > -beyondWhole && cell.Real < beyondWhole ? static_cast<std::int64_t>(cell.Real) : 0;
     case CellText: {
         const std::string_view text = cellText(cell);
         std::int64_t number = 0;

@@ -12,7 +12,7 @@ namespace zul::host {
 std::string_view cellText(const ZulCell& cell);
 
 /// A whole number, however the engine brought it: as one, as a truth, a fraction (cut) or a text in invariant form;
-/// 0 for what is no number.
+/// 0 for what is no number, or beyond 64 bits.
 std::int64_t cellNumber(const ZulCell& cell);
 
 } // namespace zul::host

@@ -119,6 +119,9 @@ void Recordset::read(bool whole)
     }
     m_stream = m_session->engine->query(statement, Language::Transact);
     m_columns = m_stream->columns();
+    if (m_columns.size() <= hidden.size()) {
+        throw EngineError(ErrorCode::Unspecified, "the answer lacks columns that were asked for");
+    }
     m_visible = m_columns.size() - hidden.size();
     nameColumns();
     findMarks(hidden);
@@ -651,6 +654,9 @@ HRESULT Recordset::ReadRows(IRowSink* sink)
         m_onAddedRow = false;
         const auto count = static_cast<LONG>(m_visible);
         while (!m_eof) {
+            if (m_cells == nullptr) {
+                throw EngineError(ErrorCode::NoCurrentRow, "the row set broke off and stands on no row");
+            }
             const HRESULT result = sink->Row(count, m_cells);
             if (FAILED(result)) {
                 return result;

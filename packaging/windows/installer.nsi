@@ -87,9 +87,15 @@ VIAddVersionKey /LANG=${LANG_ITALIAN} "LegalCopyright" "-"
   ${EndIf}
 !macroend
 
+Var Wanted ; the folder of /D=, which finding out for whom it is would overwrite
+
 Function .onInit
   !insertmacro VIEW
+  StrCpy $Wanted $INSTDIR
   !insertmacro MULTIUSER_INIT
+  ${If} $Wanted != ""
+    StrCpy $INSTDIR $Wanted
+  ${EndIf}
 FunctionEnd
 
 Function un.onInit

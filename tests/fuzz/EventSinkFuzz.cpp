@@ -110,7 +110,10 @@ private:
     void act(DISPPARAMS& params)
     {
         Input& input = m_stage.input;
-        switch (input.below(9)) {
+        switch (input.below(10)) {
+        case 9:
+            fill(*params.rgvarg[argumentCount - 1].ppdispVal);
+            break;
         case 0:
             m_stage.advise();
             break;
@@ -152,6 +155,27 @@ private:
             m_stage.enumerate();
             break;
         }
+    }
+
+    /// What a host does with the grid, with values of every type.
+    void fill(IDispatch* target)
+    {
+        const ComPtr<IReportGrid> grid = queryFor<IReportGrid>(target);
+        if (!grid) {
+            return;
+        }
+        Input& input = m_stage.input;
+        const Bstr caption(input.text16());
+        if (input.flag()) {
+            grid->AddColumn(m_stage.values.text(), caption.get(), input.number<LONG>() % 10'000, VARIANT_TRUE,
+                            VARIANT_TRUE);
+        }
+        LONG record = -1;
+        require(FAILED(grid->AddRecord(&record)) || record >= 0, "a record has its number");
+        for (std::uint32_t cells = input.below(6); cells > 0; --cells) {
+            grid->SetItem(record, static_cast<LONG>(input.below(4)), *m_stage.values.variant());
+        }
+        grid->Populate();
     }
 
     /// A late-bound call with any arguments: the ids of the grid's and of the collection's members are small.
@@ -250,6 +274,17 @@ void Stage::raise()
 
 void Stage::enumerate()
 {
+    IID iid{};
+    require(point->GetConnectionInterface(&iid) == S_OK && iid == DIID___SmsCreator,
+            "a point knows its event");
+    ComPtr<IConnectionPointContainer> container;
+    ComPtr<IEnumConnectionPoints> points;
+    require(point->GetConnectionPointContainer(container.put()) == S_OK &&
+                container->EnumConnectionPoints(points.put()) == S_OK,
+            "a point knows its object");
+    ComPtr<IConnectionPoint> same;
+    ULONG count = 0;
+    require(points->Next(1, same.put(), &count) == S_OK && count == 1 && same == point, "which has it");
     ComPtr<IEnumConnections> connections;
     require(point->EnumConnections(connections.put()) == S_OK, "the sinks can be listed");
     std::vector<DWORD> listed;

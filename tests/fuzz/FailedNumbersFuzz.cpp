@@ -17,7 +17,7 @@ std::string contentOf(std::string_view input)
     std::string content;
     int blocks = 0;
     for (const char c : input) {
-        if (c == '\0' && blocks++ < 3) {
+        if (c == '\0' && blocks++ < 2) {
             content.append(65'530, '3');
         } else {
             content += c;

@@ -3,6 +3,7 @@
 #include "automation/ErrorInfo.h"
 #include "component/SmsCreatorObject.h"
 #include "component/modMain.h"
+#include "session/CaptionCollection.h"
 #include "tests/fuzz/Input.h"
 #include "tests/fuzz/StandInWindows.h"
 #include "tests/fuzz/Values.h"
@@ -124,13 +125,17 @@ public:
         const std::uint8_t kind = m_input.number<std::uint8_t>();
         const WORD flags =
             kind < 0xF0 ? static_cast<WORD>(1U << (kind % 4U)) : m_input.number<std::uint16_t>();
-        std::vector<VARIANT> arguments;
-        const std::uint32_t count = m_input.below(13);
-        for (std::uint32_t i = 0; i < count; ++i) {
-            arguments.push_back(argument());
+        std::vector<VARIANT> arguments = m_input.flag() ? fitting(id) : std::vector<VARIANT>();
+        if (arguments.empty()) {
+            for (std::uint32_t left = m_input.below(13); left > 0; --left) {
+                arguments.push_back(argument());
+            }
+        } else if (m_input.number<std::uint8_t>() < 0x20) {
+            arguments[m_input.below(static_cast<std::uint32_t>(arguments.size()))] = argument();
         }
+        const auto count = static_cast<UINT>(arguments.size());
         std::vector<DISPID> named;
-        const std::uint32_t namedCount = m_input.below(4);
+        const std::uint32_t namedCount = m_input.flag() ? 0 : m_input.below(4);
         for (std::uint32_t i = 0; i < namedCount; ++i) {
             named.push_back(m_input.flag() ? DISPID_PROPERTYPUT
                                            : static_cast<DISPID>(m_input.number<std::int8_t>()));
@@ -179,6 +184,50 @@ public:
     }
 
 private:
+    /// Arguments of the types that a member has, the last one first; none for a member without, or with others.
+    std::vector<VARIANT> fitting(DISPID id)
+    {
+        std::vector<VARTYPE> types;
+        switch (id) {
+        case ids[1]:
+            types = {VT_BOOL, VT_BOOL, VT_BOOL};
+            break;
+        case ids[2]:
+            types = {VT_BOOL, VT_BOOL};
+            break;
+        case ids[3]:
+        case ids[7]:
+            types = {VT_BOOL, VT_BSTR, VT_DISPATCH};
+            break;
+        case ids[6]:
+            types.assign(9, VT_BSTR);
+            types.insert(types.begin(), VT_DISPATCH);
+            types.push_back(VT_DISPATCH);
+            break;
+        case ids[8]:
+            types = {VT_BOOL, VT_DISPATCH};
+            break;
+        default:
+            break;
+        }
+        std::vector<VARIANT> arguments;
+        for (const VARTYPE type : types) {
+            if (type != VT_DISPATCH) {
+                arguments.push_back(m_values.reference(type));
+            } else if (arguments.empty()) {
+                // The captions of the event: a collection, or none.
+                Variant captions;
+                captions.vt = VT_DISPATCH;
+                captions.pdispVal = m_input.flag() ? makeCom<CaptionCollection>().detach() : nullptr;
+                arguments.push_back(m_values.keep(std::move(captions), m_input.flag()));
+            } else {
+                arguments.push_back(
+                    m_values.keep(Variant::fromDispatch(makeCom<Connection>().get()), m_input.flag()));
+            }
+        }
+        return arguments;
+    }
+
     /// Owned by the values; a connection object and the types of the members stand among them more often than by chance.
     VARIANT argument()
     {

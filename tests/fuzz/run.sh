@@ -19,6 +19,8 @@ fi
 # Small caches of freed memory: most targets make and free a few texts a run, and the caches take longer than they do.
 export ASAN_OPTIONS=${ASAN_OPTIONS:-quarantine_size_mb=16:malloc_context_size=8}
 export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$here/../lsan.supp:print_suppressions=0}
+# The compiler's checks for undefined behaviour only tell of it otherwise.
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:print_stacktrace=1}
 export QT_QPA_PLATFORM=offscreen LC_ALL=it_IT.UTF-8
 limit=-max_total_time=$seconds
 [ -z "${ZUL_FUZZ_RUNS:-}" ] || limit=-runs=$ZUL_FUZZ_RUNS

@@ -419,7 +419,7 @@ TEST_F(ColumnStoreTest, FindsTextsWithoutRegardToCase)
 {
     for (const char* text : {"D'Angelo", "100% cotone", "È vero", "ROMA", "roma nord", "😀 ok", "Città"}) {
         appendText(store, 0, text);
-        store.appendInteger(1, store.rowCount() * 11);
+        store.appendInteger(1, std::int64_t{store.rowCount()} * 11);
         store.endRow();
     }
     store.endRow();
@@ -469,7 +469,7 @@ TEST_F(ColumnStoreTest, MarksTheChangesThatASingleLookAtEachPairFinds)
                                             "città", "citta", "😀", "100%"};
     constexpr uint32_t count = 500;
     for (uint32_t row = 0; row < count; ++row) {
-        const std::string& text = texts[row * 7 % texts.size()];
+        const std::string& text = texts[std::size_t{row} * 7 % texts.size()];
         if (row % 11 != 0) {
             typed.appendText(0, text.data(), text.size());
             typed.appendInteger(1, row % 4);

@@ -242,6 +242,20 @@ TEST_F(RicercaGenericaTest, EnterSelectsTheFirstHitSoThatF6Confirms)
     EXPECT_TRUE(messages.empty());
 }
 
+TEST_F(RicercaGenericaTest, DownGoesFromTheQuickSearchToTheRows)
+{
+    load();
+    QTest::keyClick(quickSearch(), Qt::Key_Down);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{0});
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{1}) << "the focus is in the rows";
+    quickSearch()->setFocus();
+    QTest::keyClick(quickSearch(), Qt::Key_Down);
+    EXPECT_EQ(grid()->selectedRecords(), std::vector<uint32_t>{1}) << "what was chosen stays so";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(dialog.GetDescrizione(), u"Milano"_s);
+}
+
 TEST_F(RicercaGenericaTest, EnterThatFindsNothingSelectsNothing)
 {
     load();
@@ -303,7 +317,7 @@ TEST_F(RicercaGenericaTest, OtherKeysDoNothing)
 
 TEST_F(RicercaGenericaTest, TheSearchButtonSearchesTheTextOfTheBox)
 {
-    filler.rows.push_back({u"AQ"_s, u"L'Aquila 100% \"à\" 😀"_s});
+    filler.rows.emplace_back(u"AQ"_s, u"L'Aquila 100% \"à\" 😀"_s);
     load();
     for (const auto& [text, rows] : {std::pair{u"L'AQUILA"_s, 1},
                                      {u"100%"_s, 1},

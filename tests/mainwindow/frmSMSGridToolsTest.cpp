@@ -50,6 +50,39 @@ TEST_F(SmsFormGridToolsTest, CountsFollowSearchTicksAndHighlights)
     EXPECT_EQ(counts(), u"2 clienti · 2 selezionati · 1 evidenziato"_s);
 }
 
+/// Counts how often a control is painted.
+class PaintCount : public QObject
+{
+public:
+    explicit PaintCount(QWidget* watched) { watched->installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(SmsFormGridToolsTest, WhatASearchOrARunHasDoneIsDrawnWithoutATouch)
+{
+    open();
+    QTest::qWait(50);
+    PaintCount rows(probeOf(grid())->bodyViewport());
+    QTest::keyClick(form.get(), Qt::Key_F5);
+    QTest::qWait(50);
+    EXPECT_GT(rows.count, 0);
+    click("cmdSelAll");
+    page("tab_Invio", 1);
+    click("RBN_SoloSMS");
+    selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
+    click("cmdProsegui2");
+    QTest::qWait(50);
+    PaintCount summary(find<QLabel>(u"lblRiepilogo"_s));
+    click("cmdCreaMessaggi");
+    QTest::qWait(50);
+    EXPECT_GT(summary.count, 0);
+}
+
 TEST_F(SmsFormGridToolsTest, WhoIsTickedIsARecipientAlsoBehindTheFilter)
 {
     open();

@@ -186,6 +186,51 @@ TEST_F(SmsFormKeyboardTest, F5AndCtrlEnterSearchOnTheSearchPageAlone)
     EXPECT_EQ(host.operations("execute INSERT").size(), 3U);
 }
 
+TEST_F(SmsFormKeyboardTest, F6GoesFromTheCriteriaToTheRowsAndBack)
+{
+    open();
+    QWidget* rows = grid()->focusProxy();
+    edit("txtANA_Eta_I")->setFocus();
+    QTest::keyClick(form->focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(form->focusWidget(), rows);
+    QTest::keyClick(form->focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(form->focusWidget(), edit("txtANA_Eta_I"));
+    page("TabControl1", 1);
+    rows->setFocus();
+    QTest::keyClick(form->focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(form->focusWidget(), tabs("TabControl1")->tabBar()) << "the criterion it left is not there";
+}
+
+TEST_F(SmsFormKeyboardTest, CtrlFFindsFromAnywhereInThePageAndF6GoesOnToTheRows)
+{
+    open();
+    edit("txtANA_Eta_I")->setFocus();
+    QTest::keyClick(form->focusWidget(), Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(form->focusWidget(), find<QLineEdit>(u"txtTrova"_s));
+    QTest::keyClick(form->focusWidget(), Qt::Key_F6);
+    EXPECT_EQ(form->focusWidget(), grid()->focusProxy());
+    EXPECT_TRUE(find<QLineEdit>(u"txtTrova"_s)->isVisible()) << "what is filtered stays so";
+    page("tab_Invio", 1);
+    QTest::keyClick(form->focusWidget(), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(form->focusWidget(), Qt::Key_F6);
+    EXPECT_FALSE(form->focusWidget()->isAncestorOf(grid()) || grid()->isAncestorOf(form->focusWidget()));
+}
+
+TEST_F(SmsFormKeyboardTest, ProseguiLeadsToTheSendTypeAndChoosesNone)
+{
+    open();
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), radio("RBN_SoloSMS"));
+    EXPECT_FALSE(radio("RBN_SoloSMS")->isChecked());
+    click("RBM_Precedenza_SMS");
+    page("tab_Invio", 0);
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), radio("RBM_Precedenza_SMS"));
+    open(false, false, true);
+    QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
+    EXPECT_EQ(form->focusWidget(), radio("RBN_PushModel"));
+}
+
 TEST_F(SmsFormKeyboardTest, AKeyPressedWhileASearchRunsSearchesNoMore)
 {
     open();

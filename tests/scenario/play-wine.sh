@@ -15,12 +15,15 @@ run() { "$wine" "$host" "$@"; }
 
 native() { printf '%s' "Z:${1//\//\\}"; }
 
-# Lines end as on Linux, and the folder has its name of there.
+# Lines end as on Linux, and the folder has its name of there. What Qt says of functions that Wine has not is no
+# output of ours.
 plain() {
     tr -d '\r' | perl -pe '
         BEGIN { ($native, $linux) = splice @ARGV, 0, 2; ($quoted = $native) =~ s/\\/\\\\/g; }
+        $_ = "" if /^error (qt\.qpa\.|EnableNonClientDpiScaling\(\)|QPixmap::fromWinHICON\(\))/;
         s/\Q$quoted\E|\Q$native\E|Z:\Q$linux\E/$linux/g' "$(native "$folder")" "$folder"
 }
 
-# Separators of paths below the folder count as one and the same, in what came and in what is expected.
-alike() { perl -pe 's{\@((?:[\\/]+[^\\/"| ]+)+)}{my $path = $1; $path =~ s/[\\\/]+/\//g; "\@$path"}ge'; }
+# Separators of paths below the folder, and of a started program's, count as one and the same, in what came and in what
+# is expected.
+alike() { perl -pe 's{^(started ")([^"]*)}{my ($begin, $path) = ($1, $2); $path =~ s/[\\\/]+/\//g; "$begin$path"}e; s{\@((?:[\\/]+[^\\/"| ]+)+)}{my $path = $1; $path =~ s/[\\\/]+/\//g; "\@$path"}ge'; }

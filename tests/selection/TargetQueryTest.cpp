@@ -185,12 +185,14 @@ TEST_F(FillScratchTableTest, SalesCriteriaRunInTheirFixedOrderPlainThenRestricte
         "PeriodoAcquisto(2023-01-03,2023-12-29",
     };
     Lines expected{"execute Delete from tabSpoolReportStat2", "execute " + utf8(beginning)};
+    const auto expectBoth = [&](const std::string& text) {
+        expected.push_back("filter " + text);
+        expected.push_back("execute " + text);
+    };
     for (std::string call : calls) {
-        expected.push_back("filter " + call + ")");
-        expected.push_back("execute " + call + ")");
+        expectBoth(call + ")");
         call.insert(call.find('('), "In");
-        expected.push_back("filter " + call + "," + ids + ")");
-        expected.push_back("execute " + call + "," + ids + ")");
+        expectBoth(call + "," + ids + ")");
     }
     EXPECT_EQ(host.operations(), expected);
 }

@@ -125,7 +125,8 @@ QStringList ComponentTest::log() const
         return {};
     }
     file.seek(m_logBegin);
-    QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    // Windows ends them with two characters.
+    QStringList lines = QString::fromUtf8(file.readAll()).remove(QLatin1Char('\r')).split(QLatin1Char('\n'));
     if (!lines.isEmpty() && lines.last().isEmpty()) {
         lines.removeLast();
     }

@@ -42,6 +42,29 @@ LEADING = ["cmdElabora", "cmdElabora", "cmdSelAll", "cmdProsegui1", "cmdProsegui
            "cmdSMS_TestSMS", "cmdSMS_ClearAccount"]
 BEGIN = ["call InitWhatToShow true true true", "call ShowForm", "click cmdElabora", "click cmdSelAll", "click cmdProsegui1",
          "request cntrMessaggio(0)", "row grdRicerca 0", "click cmdOK", "click cmdProsegui2"]
+# What a person does in one go; "%s" is any text.
+ROUTINES = [
+    ["page tab_Invio 0", "page TabControl1 0", "click chkANA_Eta", 'type txtANA_Eta_I "%s"', 'type txtANA_Eta_F "%s"',
+     "click cmdElabora"],
+    ["page tab_Invio 0", "page TabControl1 1", "click chkLOC_Comune", "request cntrLOC_Comune", "row grdRicerca 1",
+     "click cmdOK", "click cmdElabora"],
+    ["page tab_Invio 0", "page TabControl1 2", "click chkECO_Fatt", 'type txtECO_Fatt_Da "%s"', 'type cbbECO_Fatt_DataI "%s"',
+     "click cmdElabora"],
+    ["page tab_Invio 0", "page TabControl1 3", "click cmd_Ricerca_Avanzata", 'type txtValore(0) "%s"', "click cmdOK",
+     "click cmdElabora"],
+    ["click cmdSelAll", "click cmdProsegui1", "request cntrMessaggio(0)", "row grdRicerca 0", "click cmdOK",
+     "click cmdProsegui2", "click cmdCreaMessaggi", "lines List_INFO"],
+    ["click cmdSelAll", "click cmdProsegui1", "request cntrMailFinder", "row grdRicerca 0", "click cmdOK",
+     "click cmdProsegui2", "click cmdCreaMessaggi", "lines List_INFO"],
+    ["click RBN_Push", 'type txtTestoMessaggio(1) "%s"', "click optApp_SoloSelezionati", "click cmdProsegui2",
+     "click cmdCreaMessaggi"],
+    ["click cmdNuovoTestoSMS(0)", 'type txtTestoMessaggio(0) "%s"', "click cmdNuovoTestoSMS(0)", "answer yes",
+     "request cntrMessaggio(0)"],
+    ["group grdClienti 3", "sort grdClienti 2", "key grdClienti Ctrl+F", "key frmSMS R", "tick grdClienti 1",
+     "ungroup grdClienti"],
+    ["close", "call ShowCheckErrorSMSSend", "type txtFTP_Server 127.0.0.1", "type txtFTP_Port 1", "click cmdSMS_TestSMS",
+     "click cmdSMS_ClearAccount"],
+    ["close", "call ShowOptions", 'type txtSMS_Prov_User "%s"', "click chkSMS_ZulSmsSenderAutoSend", "click cmdSalva"]]
 PUSHED = ("QPushButton", "QToolButton", "QCheckBox", "QRadioButton")
 WRITTEN = ("QLineEdit", "QPlainTextEdit", "zul::SelectorField", "zul::DateField")
 
@@ -69,7 +92,7 @@ class Person:
         self.windows = []
         self.buttons = None
         # Most days get somewhere: pages behind the first are hidden until customers are ticked.
-        self.begin = list(BEGIN[:chance.randrange(len(BEGIN) + 1)])
+        self.plan = list(BEGIN[:chance.randrange(len(BEGIN) + 1)])
 
     def sees(self, line):
         if line.startswith("window "):
@@ -86,8 +109,10 @@ class Person:
     def step(self):
         if self.buttons and self.chance.random() < 0.95:
             return "answer " + self.chance.choice(self.buttons)
-        if self.begin:
-            return self.begin.pop(0)
+        if not self.plan and self.chance.random() < 0.04:
+            self.plan = [step.replace("%s", self.text()) for step in self.chance.choice(ROUTINES)]
+        if self.plan:
+            return self.plan.pop(0)
         if not self.windows:
             return self.opening()
         form = self.windows[-1]
@@ -189,7 +214,7 @@ class Host:
             try:
                 line = self.lines.get(timeout=PATIENCE)
             except queue.Empty:
-                self.out.append("hangs: " + step)
+                self.out.append("hangs: %s, %s" % (step, self.state()))
                 self.process.kill()
                 return False
             if line is None:
@@ -198,6 +223,14 @@ class Host:
                 return True
             self.out.append(line)
             person.sees(line)
+
+    def state(self):
+        """Whether it works, waits, or was stopped by somebody."""
+        try:
+            with open("/proc/%d/status" % self.process.pid, encoding="ascii") as status:
+                return re.search(r"State:\s+(.*)", status.read()).group(1)
+        except OSError:
+            return "gone"
 
     def ends(self):
         try:

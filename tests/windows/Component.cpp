@@ -109,14 +109,14 @@ std::wstring componentFile()
 
 Registered::Registered()
 {
-    if (FAILED(install(true, L"user"))) {
+    if (FAILED(registerForAll(true))) {
         throw std::runtime_error("the component cannot be registered");
     }
 }
 
 Registered::~Registered()
 {
-    install(false, L"user");
+    registerForAll(false);
 }
 
 HRESULT install(bool on, const wchar_t* commandLine)

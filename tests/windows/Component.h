@@ -34,7 +34,8 @@ private:
     HRESULT m_result;
 };
 
-// The component registered for this user, for as long as it lives.
+// The component registered for as long as it lives: for all users, because Wine makes no objects of classes that are
+// registered for one user.
 class Registered
 {
 public:

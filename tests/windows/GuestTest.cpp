@@ -220,9 +220,9 @@ TEST_F(Guest, AHostsOwnQtIsNotMet)
 
 TEST_F(Guest, AModalWindowIsModalToTheHostsWindows)
 {
-    const HostWindow host;
     HWND already = CreateWindowExW(0, L"STATIC", L"disabled before", WS_POPUP | WS_VISIBLE | WS_DISABLED, 0,
                                    0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+    const HostWindow host;
     seen = Seen{};
     seen.host = host.get();
     const ComPtr<_SmsCreator> creator = makeCreator();

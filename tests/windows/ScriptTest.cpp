@@ -196,7 +196,7 @@ TEST_F(Script, AVBScriptFileDrivesTheComponent)
                             "creator.idUtente = \"42\"\r\n"
                             "WScript.Echo TypeName(creator.idUtente), creator.idUtente\r\n"
                             "creator.InitWhatToShow True, False, True\r\n"
-                            "WScript.Echo creator.isOkPressed\r\n"
+                            "WScript.Echo CInt(creator.isOkPressed), VarType(creator.isOkPressed)\r\n"
                             "WScript.Echo \"[\" & creator.GetFormChoice & \"]\"\r\n"
                             "On Error Resume Next\r\n"
                             "creator.idUtente = \"x\"\r\n"
@@ -204,7 +204,7 @@ TEST_F(Script, AVBScriptFileDrivesTheComponent)
                             "Err.Clear\r\n"
                             "creator.NoSuchMember\r\n"
                             "WScript.Echo Err.Number\r\n"),
-              "0\n8\nLong 42\nFalse\n[]\n13\n438\n");
+              "0\n8\nLong 42\n0 11\n[]\n13\n438\n");
 }
 
 TEST_F(Script, AJScriptFileDrivesTheComponent)
@@ -235,7 +235,7 @@ TEST_F(Script, AScriptTakesTheEventByItsName)
         L"Dim seen\r\n"
         L"Sub creator_CaricaGriglia(grid, sql, visibility, icons, masks, sizable, buttons, "
         L"formats, quantities, colours, captions)\r\n"
-        L"  seen = sql & \"|\" & colours & \"|\" & (captions Is Nothing)\r\n"
+        L"  seen = sql & \"|\" & colours & \"|\" & CInt(captions Is Nothing)\r\n"
         L"End Sub\r\n"
         L"Sub go\r\n"
         L"  creator.EventoGrd_CaricaGrd Nothing, \"SELECT 'àè€'\", \"1\", \"2\", \"3\", "
@@ -269,7 +269,7 @@ TEST_F(Script, AScriptTakesTheEventByItsName)
     Variant result;
     EXPECT_EQ(script->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, &result, nullptr, nullptr), S_OK);
     ASSERT_EQ(result.vt, VT_BSTR);
-    EXPECT_EQ(textOf(result.bstrVal), u"SELECT 'àè€'|8|True");
+    EXPECT_EQ(textOf(result.bstrVal), u"SELECT 'àè€'|8|-1");
 
     EXPECT_EQ(point->Unadvise(cookie), S_OK);
     engine->Close();

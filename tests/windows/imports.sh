@@ -5,11 +5,12 @@
 set -euo pipefail
 folder=$1 arch=$2
 dump() { "$arch-w64-mingw32-objdump" -p "$1"; }
-# Windows 7 has them all.
+# Windows 10 has them all, which Qt 6 wants too.
 system=" advapi32.dll bcrypt.dll comctl32.dll comdlg32.dll crypt32.dll dwmapi.dll gdi32.dll imm32.dll kernel32.dll mpr.dll
  msvcrt.dll netapi32.dll odbc32.dll ole32.dll oleaut32.dll secur32.dll setupapi.dll shell32.dll shlwapi.dll user32.dll
  userenv.dll uxtheme.dll version.dll winmm.dll winspool.drv wldap32.dll ws2_32.dll wtsapi32.dll d3d9.dll d3d11.dll dxgi.dll
- dwrite.dll authz.dll "
+ dwrite.dll authz.dll shcore.dll api-ms-win-core-synch-l1-2-0.dll api-ms-win-core-winrt-l1-1-0.dll
+ api-ms-win-core-winrt-string-l1-1-0.dll "
 failed=0
 while IFS= read -r file; do
     while read -r name; do

@@ -34,7 +34,9 @@ for mode in CurrentUser AllUsers; do
     dump >"$folder/before"
 
     for time in first again; do
-        "$wine" "$installer" /S /$mode "/D=$(native "$home")" || fail "$mode, $time: the installer ended with $?"
+        # Its folder is the rest of the line, without quotes around it: one argument for each word.
+        read -r -a place <<<"$(native "$home")"
+        "$wine" "$installer" /S /$mode "/D=${place[0]}" "${place[@]:1}" || fail "$mode, $time: the installer ended with $?"
         [ -e "$home/bin/Zul_MessageBuilder.dll" ] || fail "$mode, $time: no library"
         registered=$(query "$hive\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /ve)
         [[ $registered == *'Zul_MessageBuilder.dll'* ]] || fail "$mode, $time: not registered: $registered"
@@ -53,7 +55,7 @@ for mode in CurrentUser AllUsers; do
     grep -q 'Sender' "$folder/used" || fail "$mode: the window does not show the setting: $(cat "$folder/used")"
     echo kept >"$home/bin/Zul_Messagebuilder.log"
 
-    "$wine" "$home/uninstall.exe" /S /$mode "_?=$(native "$home")" || fail "$mode: the uninstaller ended with $?"
+    "$wine" "$home/uninstall.exe" /S /$mode "_?=${place[0]}" "${place[@]:1}" || fail "$mode: the uninstaller ended with $?"
     rm "$home/uninstall.exe" # which cannot take itself away when it is waited for
     left=$(cd "$home" && find . -type f)
     [ "$left" = ./bin/Zul_Messagebuilder.log ] || fail "$mode: left behind: $left"

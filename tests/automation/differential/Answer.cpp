@@ -137,7 +137,7 @@ std::string nameOf(VARTYPE type)
     for (const NamedType& modifier : {NamedType{0x1000, "VECTOR|"}, NamedType{VT_ARRAY, "ARRAY|"},
                                       NamedType{VT_BYREF, "BYREF|"}, NamedType{0x8000, "RESERVED|"}}) {
         if ((type & modifier.type) != 0) {
-            name = modifier.name + name;
+            name.insert(0, modifier.name);
         }
     }
     return name;

@@ -262,9 +262,10 @@ TEST_F(ReportGridModelTest, GroupsManyRecordsAsALookAtEachDoes)
             ColumnStore& store = filled.store();
             store.appendInteger(0, i);
             store.appendText(1, "", 0);
-            const std::string name = std::string(names[i * 31 % names.size()]) + std::to_string(i * 7 % 50);
+            const std::string name =
+                std::string(names[std::size_t{i} * 31 % names.size()]) + std::to_string(i * 7 % 50);
             store.appendText(2, name.data(), name.size());
-            if (const char* town = towns[i * 17 % towns.size()]) {
+            if (const char* town = towns[std::size_t{i} * 17 % towns.size()]) {
                 store.appendText(3, town, std::string(town).size());
             }
             store.appendText(4, i % 3 == 0 ? "M" : "F", 1);

@@ -6,8 +6,6 @@
 using namespace zul::dialect;
 using namespace zul::dialect::test;
 using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 namespace zul::tds {
@@ -155,6 +156,12 @@ std::string decimalText(Reader value, int scale)
     return (negative ? "-" : "") + digits;
 }
 
+/// The number that begins at a place of a declaration; 0 where none does.
+int numberAt(const std::string& text, std::size_t at)
+{
+    return static_cast<int>(std::strtol(text.c_str() + at, nullptr, 10));
+}
+
 } // namespace
 
 DataType dataTypeOf(const std::string& declaration)
@@ -162,7 +169,7 @@ DataType dataTypeOf(const std::string& declaration)
     const std::string text = lower(declaration);
     const std::size_t bracket = text.find('(');
     const std::string name = text.substr(0, std::min(bracket, text.find(' ')));
-    const int first = bracket == std::string::npos ? 0 : std::atoi(text.c_str() + bracket + 1);
+    const int first = bracket == std::string::npos ? 0 : numberAt(text, bracket + 1);
     if (name == "bit") {
         return {Kind::Bit, 1, 1, 0};
     }
@@ -184,7 +191,7 @@ DataType dataTypeOf(const std::string& declaration)
     if (name == "decimal" || name == "numeric") {
         const std::size_t comma = text.find(',');
         return {Kind::Decimal, 0, first > 0 ? first : 18,
-                comma == std::string::npos ? 0 : std::atoi(text.c_str() + comma + 1)};
+                comma == std::string::npos ? 0 : numberAt(text, comma + 1)};
     }
     if (name == "datetime" || name == "date" || name == "datetime2" || name == "smalldatetime") {
         return {Kind::DateTime, 8, 23, 3};
@@ -220,7 +227,7 @@ void writeType(Writer& out, const DataType& type)
         out.u8(0x6D).u8(8);
         break;
     case Kind::Decimal:
-        out.u8(0x6C).u8(static_cast<std::uint64_t>(decimalBytes(type.precision) + 1));
+        out.u8(0x6C).u8(static_cast<std::uint64_t>(decimalBytes(type.precision)) + 1);
         out.u8(static_cast<std::uint64_t>(type.precision)).u8(static_cast<std::uint64_t>(type.scale));
         break;
     case Kind::DateTime:
@@ -284,7 +291,7 @@ void writeValue(Writer& out, const DataType& type, const Datum& value)
         const auto scaled = static_cast<std::uint64_t>(
             std::llround(std::fabs(number) * std::pow(10.0, static_cast<double>(type.scale))));
         const int bytes = decimalBytes(type.precision);
-        out.u8(static_cast<std::uint64_t>(bytes + 1))
+        out.u8(static_cast<std::uint64_t>(bytes) + 1)
             .u8(number < 0 ? 0 : 1)
             .number(scaled, std::min(bytes, 8));
         for (int i = 8; i < bytes; ++i) {

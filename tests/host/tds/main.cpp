@@ -39,9 +39,9 @@ int main(int argc, char** argv)
         if (words[i] == "--cut-on") {
             fault.on = value;
         } else if (words[i] == "--cut-at") {
-            fault.occurrence = std::atoi(value.c_str());
+            fault.occurrence = static_cast<int>(std::strtol(value.c_str(), nullptr, 10));
         } else if (words[i] == "--cut-after-rows") {
-            fault.rows = std::atoi(value.c_str());
+            fault.rows = static_cast<int>(std::strtol(value.c_str(), nullptr, 10));
         }
         ++i;
     }

@@ -252,6 +252,7 @@ TEST_P(TransactSqlTest, MakesATableThatAnotherProgramMakesToo)
         dropAll(*m_engine);
         std::vector<std::string> errors(2);
         std::vector<std::thread> programs;
+        programs.reserve(errors.size());
         for (std::string& error : errors) {
             programs.emplace_back([&] {
                 try {
