@@ -238,6 +238,7 @@ TEST(CommandLine, OverwritesAConnectionStringAmongItsArguments)
                                    "f=g",
                                    "--database"};
     std::vector<char*> arguments;
+    arguments.reserve(words.size());
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }
