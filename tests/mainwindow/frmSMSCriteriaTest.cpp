@@ -1,7 +1,7 @@
 // The page "Ricerca destinatari": criteria, search, result grid.
 #include "controls/look/CommonLook.h"
+#include "controls/look/ScreenRoom.h"
 #include "grid/GridLayoutFile.h"
-#include "session/ScreenFit.h"
 #include "tests/mainwindow/SmsFormTest.h"
 #include "tests/support/QueuedInput.h"
 #include "tests/support/SmallScreen.h"
