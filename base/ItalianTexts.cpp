@@ -87,7 +87,7 @@ constexpr std::array<Text, 71> texts{{
     {"Could not delete directory.", "La cartella non si può eliminare."},
     {"Recent Places", "Luoghi recenti"},
     {"Name", "Nome"},
-    {"Size", "Dimensione"},
+    {"Size", "Dim."},
     {"Type", "Tipo"},
     {"Date Modified", "Ultima modifica"},
     {"My Computer", "Questo computer"},
