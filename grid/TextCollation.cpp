@@ -1,6 +1,7 @@
 #include "grid/TextCollation.h"
 
 #include "grid/CollationAlphabet.h"
+#include "grid/CollationKeys.h"
 #include "grid/SimpleTexts.h"
 
 #include <QCollator>
@@ -39,8 +40,7 @@ public:
 
     void sort(const std::vector<uint32_t>& ids)
     {
-        // Without a language Qt compares without regard to case, but makes keys with regard to it.
-        if (m_collator.locale().language() == QLocale::C) {
+        if (!keysOrderAsTexts(m_collator)) {
             sortBy(
                 ids, [](const QString& text) { return text; },
                 [this](const QString& a, const QString& b) { return m_collator.compare(a, b); });

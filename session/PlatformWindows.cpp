@@ -1,6 +1,7 @@
 #include "session/Platform.h"
 
 #include "automation/ModuleHandle.h"
+#include "base/OperatorText.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -68,11 +69,13 @@ bool fileExists(const QString& path)
 
 void openProgram(const QString& nativeProgramPath, const QString& parameters)
 {
-    // No shell between: the parameter text reaches the program as it stands.
-    QProcess process;
-    process.setProgram(nativeProgramPath);
-    process.setNativeArguments(parameters);
-    process.startDetached();
+    // No shell between. The parameter text is one text to the started program; the system hands over one line that the
+    // program takes apart, so it is quoted: a connection string with blanks or quotes arrives whole.
+    QStringList arguments;
+    if (!parameters.isEmpty()) {
+        arguments << trimBlanks(parameters);
+    }
+    QProcess::startDetached(nativeProgramPath, arguments);
 }
 
 void prepareApplicationEnvironment()

@@ -40,15 +40,11 @@ private:
     {
         QProcess process;
         process.setProgram(path);
-#ifdef Q_OS_WIN
-        process.setNativeArguments(parameters);
-#else
-        // Where a program gets a list of arguments, the parameter text is one of them: a connection string may
-        // hold blanks, and the sender looks for its switch at the front.
+        // A program gets a list of arguments, and the parameter text is one of them: a connection string may hold
+        // blanks and quotes, and the sender looks for its switch at the front.
         if (const QString argument = parameters.trimmed(); !argument.isEmpty()) {
             process.setArguments({argument});
         }
-#endif
         process.setStandardInputFile(QProcess::nullDevice());
         process.setStandardOutputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());

@@ -53,13 +53,6 @@ TEST_F(GridLayoutFileTest, ReadsWhatItWrote)
     EXPECT_EQ((*read)[2].width, 32767);
 }
 
-TEST_F(GridLayoutFileTest, IsItsOwnersAlone)
-{
-    ASSERT_TRUE(GridLayoutFile(path()).write(section, {{QStringLiteral("A"), 0, 60, true}}));
-    EXPECT_EQ(QFileInfo(path()).permissions() & (QFileDevice::ReadGroup | QFileDevice::ReadOther),
-              QFileDevice::Permissions());
-}
-
 TEST_F(GridLayoutFileTest, KeepsOtherSections)
 {
     const QByteArray before = "; by hand\r\n[Other]\r\nKey=value\r\n";

@@ -94,10 +94,15 @@ TEST_F(SmsSenderTest, TheHostStartsItWithTheNativePathAndAParameterThatBeginsWit
 
 TEST_F(SmsSenderTest, WithoutAStarterTheSystemStartsItAndTheConnectionStringIsOneArgument)
 {
-    host.connectionString() = "Server=à;Pwd=x y'z\"";
     makeProgram();
-    EXPECT_TRUE(AvviaSmsSender(true, backslashed(), nullptr));
-    EXPECT_EQ(writtenArguments(), u"1|-connectionstring:Server=à;Pwd=x y'z\""_s);
+    for (const char* connection :
+         {"Server=à;Pwd=x y'z\"", "Data Source=C:\\Dati\\", "Data Source=C:\\Dati di Zul\\",
+          "A=\"x\\\";B=\"y  z\\\\\"", "", "\"", "A=%PATH% ^& | < > !;è€😀\t."}) {
+        host.connectionString() = connection;
+        EXPECT_TRUE(AvviaSmsSender(true, backslashed(), nullptr));
+        EXPECT_EQ(writtenArguments(), u"1|-connectionstring:"_s + QString::fromUtf8(connection));
+        QFile::remove(folder.filePath(u"arguments"_s));
+    }
 }
 
 TEST_F(SmsSenderTest, WithoutParametersItGetsNone)

@@ -1,11 +1,11 @@
 #include "tests/support/ComponentTest.h"
 
 #include "session/Platform.h"
+#include "tests/support/OwnSettings.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QPointer>
-#include <QSettings>
 #include <QTimer>
 #include <QWidget>
 
@@ -81,7 +81,7 @@ OperatorMessage asked(const QString& text, MessageIcon icon)
 
 ComponentTest::ComponentTest()
 {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
+    useOwnSettings(m_settings.path());
     session() = Session();
     session().setConnessione(hostlib::SqlConnection(host.connection()));
     m_logBegin = QFile(logFile()).size();

@@ -1,0 +1,8 @@
+#include "sender/Display.h"
+
+namespace zul::sender {
+bool hasDisplay()
+{
+    return true;
+}
+} // namespace zul::sender

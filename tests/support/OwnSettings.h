@@ -1,0 +1,12 @@
+// The user's settings of a test: none of the user who runs it, and none of the test before.
+#pragma once
+
+#include <QString>
+
+namespace zul::test {
+
+/// From now on the process's settings of the user are empty and kept where no other process looks; `folder` is an
+/// empty one that lasts as long as they do.
+void useOwnSettings(const QString& folder);
+
+} // namespace zul::test
