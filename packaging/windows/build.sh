@@ -28,5 +28,6 @@ done
 # Qt's own texts in the language of the windows; the sender shows none of them.
 mkdir -p "build/windows-$arch/bin/translations"
 cp -u /usr/share/qt6/translations/qtbase_it.qm "build/windows-$arch/bin/translations/"
-# Programs elsewhere in the build folder, the tests, look for plug-ins where an installation of Qt has them.
+# Programs elsewhere in the build folder, the tests, look for both where an installation of Qt has them.
 ln -sfn bin "build/windows-$arch/plugins"
+ln -sfn bin/translations "build/windows-$arch/translations"
