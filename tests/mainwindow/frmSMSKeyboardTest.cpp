@@ -102,6 +102,15 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
                            u"cntrMessaggio(1)"_s,    u"txtTestoMessaggio(1)"_s,   u"cmdAnteprima(1)"_s,
                            u"cmdNuovoTestoSMS(1)"_s, u"optApp_SoloSelezionati"_s, u"cmdProsegui2"_s};
     EXPECT_EQ(stops(), push);
+    find<PageTabs>(u"tab_Invio"_s)->setPageShown(2, true);
+    page("tab_Invio", 2);
+    auto* list = find<OutcomeList>(u"List_INFO"_s);
+    list->append(u"OK     - Rossi"_s);
+    list->flush();
+    const QStringList prepare{u"tab_Invio"_s, u"chkSoloErrori"_s,     u"cmdCopiaEsito"_s,  u"cmdSalvaEsito"_s,
+                              u"List_INFO"_s, u"cmdApriGestoreSMS"_s, u"cmdCreaMessaggi"_s};
+    EXPECT_EQ(stops(), prepare);
+    EXPECT_EQ(reversed(stops(Qt::Key_Backtab)), prepare);
 }
 
 TEST_F(SmsFormKeyboardTest, EveryCommandTabAndCriterionHasAnAltLetterOfItsOwn)
