@@ -87,6 +87,8 @@ int run(const CommandLine& line)
     }
     // Before anything is made or loaded for it.
     const bool plays = !line.scenario.isEmpty();
+    // A scenario names the widgets of a window; a dialog of the system's own has none.
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, plays);
     const std::unique_ptr<std::istream> scenario = plays ? openScenario(line.scenario) : nullptr;
     EventPrinter printer(plays ? EventPrinter::Sink() : EventPrinter::Sink([](const QString&) {}));
     WindowWatcher windows(printer);

@@ -12,10 +12,12 @@ export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe='
 # wine_prefix FOLDER: makes the prefix where there is none, and uses it.
 wine_prefix() {
     export WINEPREFIX=$1
-    [ ! -e "$WINEPREFIX/made" ] || return 0
+    [ ! -e "$WINEPREFIX/set-up" ] || return 0
     mkdir -p "$WINEPREFIX"
     "$ZUL_WINE" wineboot -i >/dev/null 2>&1
     # Wine takes Italy's short date from another table than Windows.
     "$ZUL_WINE" reg add 'HKCU\Control Panel\International' /v sShortDate /d dd/MM/yyyy /f >/dev/null 2>&1
-    touch "$WINEPREFIX/made"
+    # The display has no window manager: with one to wait for, each window takes two seconds to go.
+    "$ZUL_WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+    touch "$WINEPREFIX/set-up"
 }

@@ -97,7 +97,7 @@ TEST_F(AdoTest, ARowThatTheContractDoesNotKnowIsAnError)
     }
     lies->cells = nullptr;
     EXPECT_EQ(errorOf(read), 91) << "a row without cells";
-    for (const LONG count : {-1, 32'768, std::numeric_limits<LONG>::max()}) {
+    for (const LONG count : {LONG{-1}, LONG{32'768}, std::numeric_limits<LONG>::max()}) {
         lies->count = count;
         EXPECT_EQ(errorOf(read), 9) << count;
     }

@@ -129,7 +129,7 @@ TEST_F(SmsFormErrorsTest, ALayoutThatCannotBeSaved)
     QDir().rmdir(layoutFile());
     ASSERT_EQ(logged().size(), 1) << "an order is no layout";
     EXPECT_EQ(logged().first(), u"grdClienti_ColumnOrderChanged | Error 75 (Path/File access error: "_s +
-                                    layoutFile() +
+                                    QDir::toNativeSeparators(layoutFile()) +
                                     u") in procedure grdClienti_ColumnOrderChanged of Form frmSMS | "_s);
     EXPECT_TRUE(messages.empty());
 }

@@ -7,6 +7,7 @@
 #include "tests/messages/FakeRecipients.h"
 #include "tests/support/QueuedInput.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -712,7 +713,7 @@ TEST_F(SmsFormSendingTest, TheSenderIsOpenedFromTheSessionsFolderWithTheConnecti
     selector("cntrMessaggio(0)")->setSelection(12, u"Ciao"_s);
     click("cmdProsegui2");
     click("cmdApriGestoreSMS");
-    EXPECT_EQ(host.operations("start"), Lines{"start " + utf8(program.fileName()) +
+    EXPECT_EQ(host.operations("start"), Lines{"start " + utf8(QDir::toNativeSeparators(program.fileName())) +
                                               "| -connectionstring:Provider=Fake;Data Source=memory"});
     session().PathCartellaSMSSender.clear();
     click("cmdApriGestoreSMS");

@@ -7,6 +7,7 @@
 #include "session/Registry.h"
 #include "tests/support/AltKey.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/OwnSettings.h"
 #include "tests/support/SmallScreen.h"
 
 #include <QCheckBox>
@@ -16,7 +17,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -431,9 +431,7 @@ TEST_F(OpzioniTest, AFailingWriteDoesNotRollBackTheOthers)
 TEST_F(OpzioniTest, AFolderThatCannotBeStoredIsLoggedAndTheDialogStaysOpen)
 {
     open();
-    const QString store = QSettings(u"TESK"_s, u"ZUL"_s).fileName();
-    QFile::remove(store);
-    ASSERT_TRUE(QDir().mkpath(store)) << "a folder stands where the file should";
+    loseOwnSettings();
     field(u"txtSMS_Prov_Mittente"_s)->setText(u"Ditta"_s);
     click(u"cmdSalva"_s);
     ASSERT_EQ(logged().size(), 1);
@@ -442,7 +440,6 @@ TEST_F(OpzioniTest, AFolderThatCannotBeStoredIsLoggedAndTheDialogStaysOpen)
     EXPECT_EQ(host.settings()["SMS_Mailup_From"], "Ditta") << "what was written before stays written";
     EXPECT_TRUE(form->isVisible());
     EXPECT_EQ(form->choice(), QString());
-    QDir().rmdir(store);
 }
 
 TEST_F(OpzioniTest, CancelWritesNothing)
@@ -602,7 +599,7 @@ TEST_F(OpzioniTest, TheTestStartsTheSenderFromTheFolderTypedAndShowsANotice)
     // Every path of the component is composed with "\".
     field(u"txtPathSMSSender"_s)->setText(folder.path().replace(u'/', u'\\'));
     click(u"cmdSMS_TestSMSSender"_s);
-    EXPECT_EQ(host.operations("start"), Lines{"start " + utf8(program.fileName()) +
+    EXPECT_EQ(host.operations("start"), Lines{"start " + utf8(QDir::toNativeSeparators(program.fileName())) +
                                               "| -connectionstring:Provider=Fake;Data Source=memory"});
     const auto* notice = form->findChild<WaitNotice*>();
     ASSERT_NE(notice, nullptr);

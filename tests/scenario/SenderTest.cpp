@@ -127,19 +127,32 @@ TEST_F(Sender, ShowsAWindowWithoutADatabase)
               QStringLiteral("Nessun database SQLite indicato sulla riga di comando."));
 }
 
-TEST_F(Sender, TheProgramListsAndEndsWithoutADisplay)
+TEST_F(Sender, TheProgramListsTheQueue)
 {
-    const QString connection = QStringLiteral(" -connectionstring:Provider=SQLite;Data Source=") + file;
+    QProcess program;
+    program.start(
+        QStringLiteral(ZUL_SENDER),
+        {QStringLiteral("--list"), QStringLiteral(" -connectionstring:Provider=SQLite;Data Source=") + file});
+    ASSERT_TRUE(program.waitForFinished());
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.readAllStandardOutput().count('\n'), 4);
+    program.start(QStringLiteral(ZUL_SENDER),
+                  {QStringLiteral("--list"), QStringLiteral("-connectionstring:Data Source=/none/x.db")});
+    ASSERT_TRUE(program.waitForFinished());
+    EXPECT_EQ(program.exitCode(), 1);
+    EXPECT_FALSE(program.readAllStandardError().isEmpty());
+}
+
+#ifdef Q_OS_UNIX
+TEST_F(Sender, TheProgramEndsWithoutADisplay)
+{
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("DISPLAY"));
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
     program.setProcessEnvironment(environment);
-    program.start(QStringLiteral(ZUL_SENDER), {QStringLiteral("--list"), connection});
-    ASSERT_TRUE(program.waitForFinished());
-    EXPECT_EQ(program.exitCode(), 0);
-    EXPECT_EQ(program.readAllStandardOutput().count('\n'), 4);
-    program.start(QStringLiteral(ZUL_SENDER), {connection});
+    program.start(QStringLiteral(ZUL_SENDER),
+                  {QStringLiteral(" -connectionstring:Provider=SQLite;Data Source=") + file});
     ASSERT_TRUE(program.waitForFinished());
     EXPECT_EQ(program.exitCode(), 0);
     EXPECT_TRUE(program.readAllStandardOutput().isEmpty());
@@ -148,4 +161,5 @@ TEST_F(Sender, TheProgramListsAndEndsWithoutADisplay)
     EXPECT_EQ(program.exitCode(), 1);
     EXPECT_FALSE(program.readAllStandardError().isEmpty());
 }
+#endif
 } // namespace

@@ -1,6 +1,8 @@
 #include "session/Registry.h"
 
+#include "hostlib/Error.h"
 #include "tests/support/ComponentTest.h"
+#include "tests/support/OwnSettings.h"
 
 #include <QSettings>
 #include <gtest/gtest.h>
@@ -51,6 +53,12 @@ TEST_F(RegistryTest, TheValueStandsInTheUsersSettingsOfTheSystem)
     save(u"C:\\Sender"_s);
     QSettings settings(u"TESK"_s, u"ZUL"_s);
     EXPECT_EQ(settings.value(u"Options/PathCartellaSMSSender"_s).toString(), u"C:\\Sender"_s);
+}
+
+TEST_F(RegistryTest, AValueThatCannotBeStoredIsAnError)
+{
+    test::loseOwnSettings();
+    EXPECT_THROW(save(u"x"_s), Error);
 }
 
 } // namespace

@@ -9,4 +9,7 @@ namespace zul::test {
 /// empty one that lasts as long as they do.
 void useOwnSettings(const QString& folder);
 
+/// From now on nothing can be stored in them, until they are begun anew.
+void loseOwnSettings();
+
 } // namespace zul::test

@@ -9,4 +9,9 @@ void useOwnSettings(const QString& folder)
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder);
 }
 
+void loseOwnSettings()
+{
+    useOwnSettings(QStringLiteral("/proc/nowhere")); // where nobody can make a folder
+}
+
 } // namespace zul::test

@@ -14,39 +14,61 @@ namespace {
 class OwnKey
 {
 public:
-    OwnKey()
-        : m_name(L"Software\\ZulTest" + std::to_wstring(GetCurrentProcessId()))
+    OwnKey() = default;
+    OwnKey(const OwnKey&) = delete;
+    OwnKey& operator=(const OwnKey&) = delete;
+    ~OwnKey() { end(); }
+
+    void begin()
     {
-        RegDeleteTreeW(HKEY_CURRENT_USER, m_name.c_str()); // of an earlier process of that number
-        if (RegCreateKeyExW(HKEY_CURRENT_USER, m_name.c_str(), 0, nullptr, REG_OPTION_VOLATILE,
+        end(); // also one that an earlier process of that number has left
+        if (RegCreateKeyExW(HKEY_CURRENT_USER, m_name.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                             KEY_ALL_ACCESS, nullptr, &m_key, nullptr) != ERROR_SUCCESS ||
             RegOverridePredefKey(HKEY_CURRENT_USER, m_key) != ERROR_SUCCESS) {
             std::fputs("The tests cannot have settings of their own.\n", stderr);
             std::abort();
         }
     }
-    OwnKey(const OwnKey&) = delete;
-    OwnKey& operator=(const OwnKey&) = delete;
-    ~OwnKey()
+
+    /// Stands for it still, but is no key any more.
+    void lose()
     {
         RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-        RegCloseKey(m_key);
+        RegDeleteTreeW(HKEY_CURRENT_USER, m_name.c_str());
+        RegOverridePredefKey(HKEY_CURRENT_USER, m_key);
+    }
+
+private:
+    void end()
+    {
+        RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+        if (m_key != nullptr) {
+            RegCloseKey(m_key);
+            m_key = nullptr;
+        }
         RegDeleteTreeW(HKEY_CURRENT_USER, m_name.c_str());
     }
 
-    void empty() const { RegDeleteTreeW(m_key, nullptr); }
-
-private:
-    std::wstring m_name;
+    const std::wstring m_name = L"Software\\ZulTest" + std::to_wstring(GetCurrentProcessId());
     HKEY m_key = nullptr;
 };
+
+OwnKey& ownKey()
+{
+    static OwnKey key;
+    return key;
+}
 
 } // namespace
 
 void useOwnSettings(const QString& /*folder*/)
 {
-    static const OwnKey key;
-    key.empty();
+    ownKey().begin();
+}
+
+void loseOwnSettings()
+{
+    ownKey().lose();
 }
 
 } // namespace zul::test

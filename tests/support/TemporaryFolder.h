@@ -1,7 +1,6 @@
 #pragma once
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
+#include <random>
 #include <string>
 
 namespace zul::host {
@@ -12,11 +11,11 @@ class TemporaryFolder
 public:
     TemporaryFolder()
     {
-        std::string name = (std::filesystem::temp_directory_path() / "zul-host-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
-        }
-        m_path = name;
+        std::random_device random;
+        do {
+            m_path = (std::filesystem::temp_directory_path() / ("zul-host-" + std::to_string(random())))
+                         .generic_string();
+        } while (!std::filesystem::create_directory(m_path)); // throws where it cannot
     }
     ~TemporaryFolder()
     {

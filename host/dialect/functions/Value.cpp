@@ -143,15 +143,17 @@ void checkLength(std::size_t length)
 
 double roundedTo(double value, int64_t digits, bool cut)
 {
-    const double power = std::pow(10.0, static_cast<double>(std::clamp<int64_t>(digits, -300, 300)));
-    const double scaled = value * power;
-    if (!std::isfinite(scaled) || power == 0) {
+    // Never a power below one: those are no exact numbers, and not the same ones in every C library.
+    const int64_t places = std::clamp<int64_t>(digits, -300, 300);
+    const double power = std::pow(10.0, static_cast<double>(std::abs(places)));
+    const double scaled = places < 0 ? value / power : value * power;
+    if (!std::isfinite(scaled)) {
         return value;
     }
     // A decimal such as 2.675 stands a hair below itself in binary; the hair is given back before rounding.
     const double hair = std::copysign(std::abs(scaled) * 4 * std::numeric_limits<double>::epsilon(), scaled);
     const double whole = cut ? std::trunc(scaled + hair) : std::round(scaled + hair);
-    return whole / power;
+    return places < 0 ? whole * power : whole / power;
 }
 
 std::optional<Moment> momentMaybe(const Argument& argument, int style)

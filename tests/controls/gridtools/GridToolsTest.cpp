@@ -300,9 +300,9 @@ TEST_F(GridToolsTest, TabGoesThroughTheBarBetweenWhatIsAboveAndTheRows)
 namespace {
 
 /// Takes the place of the operator at the file dialog, and closes it when it is still there afterwards.
-void answerFileDialog(const QString& path)
+void answerFileDialog(const QString& path, const std::function<void()>& afterwards = {})
 {
-    QTimer::singleShot(0, [path] {
+    QTimer::singleShot(0, [path, afterwards] {
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         ASSERT_NE(dialog, nullptr);
         if (path.isEmpty()) {
@@ -311,6 +311,9 @@ void answerFileDialog(const QString& path)
         }
         dialog->findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(path);
         static_cast<QDialog*>(dialog)->accept();
+        if (afterwards) {
+            afterwards();
+        }
     });
 }
 
@@ -477,7 +480,10 @@ TEST_F(GridToolsTest, AnExportThatFailsIsTold)
         told.append(message.text);
         return Answer::Ok;
     });
-    answerFileDialog(u"/proc/clienti.csv"_s); // where nobody can make a file
+    const QTemporaryDir folder;
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"liste"_s));
+    answerFileDialog(folder.filePath(u"liste/clienti.csv"_s),
+                     [&folder] { QDir(folder.path()).rmdir(u"liste"_s); });
     tools.exportRows(GridTools::Rows::Shown);
     setAnswerer({});
     ASSERT_EQ(told.size(), 1);

@@ -22,7 +22,11 @@ protected:
                   ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt");
         ASSERT_TRUE(m_journal.open(m_path.string()));
     }
-    void TearDown() override { std::filesystem::remove(m_path); }
+    void TearDown() override
+    {
+        m_journal = Journal();
+        std::filesystem::remove(m_path);
+    }
 
     // The file is read while the journal is open: every line must be there already.
     std::string written() const
@@ -62,14 +66,20 @@ TEST_F(JournalTest, WritesEveryOperationAsOneLine)
               "{\"op\":\"begin\"}\n{\"op\":\"commit\"}\n{\"op\":\"rollback\"}\n");
 }
 
-TEST_F(JournalTest, HoldsNoPasswordAndIsItsOwnersAlone)
+TEST_F(JournalTest, HoldsNoPassword)
 {
     m_journal.execute("x", "cannot connect with UID=u;PWD=segreta;DATABASE=d");
     m_journal.update("t", {{"a", std::string("PWD=segreta")}});
     EXPECT_EQ(written().find("segreta"), std::string::npos);
+}
+
+#ifndef _WIN32 // where a file has the rights of its folder
+TEST_F(JournalTest, IsItsOwnersAlone)
+{
     namespace fs = std::filesystem;
     EXPECT_EQ(fs::status(m_path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
+#endif
 
 TEST_F(JournalTest, TellsWhatFailed)
 {

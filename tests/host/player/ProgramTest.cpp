@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -30,8 +31,15 @@ protected:
         program.start(QStringLiteral(ZUL_HOST), arguments);
         EXPECT_TRUE(program.waitForFinished(60'000)) << arguments.join(u' ').toStdString();
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
-        return {program.exitCode(), QString::fromUtf8(program.readAllStandardOutput()),
-                QString::fromUtf8(program.readAllStandardError())};
+        return {program.exitCode(), textOf(program.readAllStandardOutput()),
+                textOf(program.readAllStandardError())};
+    }
+
+    /// With line ends of one kind, and without what Qt says of functions that the system has not.
+    static QString textOf(const QByteArray& output)
+    {
+        static const QRegularExpression notes(u"^qt\\.qpa\\..*\n"_s, QRegularExpression::MultilineOption);
+        return QString::fromUtf8(output).remove(u'\r').remove(notes);
     }
 
     /// With a database and the component, which a scenario needs that is read.

@@ -408,7 +408,8 @@ TEST_F(ServicesTest, SaysWhenAProgramCannotBeStarted)
 TEST_F(ServicesTest, AnswersByNameToo)
 {
     const auto dispatch = queryFor<IDispatch>(service<ICustomerFilterSql>().get());
-    LPOLESTR member = const_cast<LPOLESTR>(u"classificazione");
+    const Bstr name(u"classificazione");
+    LPOLESTR member = name.get();
     DISPID id = 0;
     ASSERT_EQ(dispatch->GetIDsOfNames(GUID_NULL, &member, 1, LOCALE_USER_DEFAULT, &id), S_OK);
     Variant argument = Variant::fromLong(3);
