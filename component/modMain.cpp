@@ -1,5 +1,6 @@
 #include "component/modMain.h"
 
+#include "base/QtTexts.h"
 #include "component/ModalForm.h"
 #include "mainwindow/frmSMS.h"
 #include "options/frmCheckSendError.h"
@@ -52,6 +53,7 @@ void needApplication()
     static int count = static_cast<int>(arguments->size());
     static QApplication* const application = new QApplication(count, arguments->data());
     application->setQuitOnLastWindowClosed(false);
+    useItalianQtTexts(*application, platform::componentFolder());
 }
 
 template <class Form>

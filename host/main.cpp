@@ -1,5 +1,6 @@
 // zulhost, the reference host: a small management application that loads the component and shows its windows, or
 // plays a scenario on them.
+#include "base/QtTexts.h"
 #include "host/check/GuardedCheck.h"
 #include "host/database/Secrets.h"
 #include "host/player/CommandLine.h"
@@ -185,6 +186,7 @@ int runProgram(int argc, char** argv)
     QApplication application(programOnly, argv);
     QApplication::setApplicationName(u"zulhost"_s);
     QApplication::setQuitOnLastWindowClosed(false);
+    zul::useItalianQtTexts(application, QApplication::applicationDirPath());
     try {
         return run(line);
     } catch (const ScenarioError& error) {

@@ -11,6 +11,17 @@ namespace zul {
 
 using namespace Qt::StringLiterals;
 
+/// How many marking commands stand in a row, and whether "Prosegui" stands beside their last row or below.
+struct GridCommands::Arrangement
+{
+    std::size_t columns;
+    bool proseguiBeside;
+};
+
+/// The best first.
+const std::array<GridCommands::Arrangement, 4> GridCommands::arrangements{
+    {{4, true}, {2, true}, {2, false}, {1, false}}};
+
 GridCommands::GridCommands(Ui::frmSMS& ui, QObject* parent)
     : QObject(parent)
     , m_ui(ui)
@@ -31,11 +42,12 @@ void GridCommands::arrange()
     const QGridLayout* grid = m_ui.gridSelezione;
     const QMargins margins = m_ui.gridPanel->layout()->contentsMargins();
     const int room = m_ui.gridPanel->width() - margins.left() - margins.right();
-    const auto widthIn = [&](std::size_t columns) {
-        int width = columns > 1 ? m_ui.cmdProsegui1->sizeHint().width() : -grid->horizontalSpacing();
-        for (std::size_t column = 0; column < columns; ++column) {
+    const auto widthOf = [&](const Arrangement& arrangement) {
+        int width =
+            arrangement.proseguiBeside ? m_ui.cmdProsegui1->sizeHint().width() : -grid->horizontalSpacing();
+        for (std::size_t column = 0; column < arrangement.columns; ++column) {
             int widest = 0;
-            for (std::size_t i = column; i < commands.size(); i += columns) {
+            for (std::size_t i = column; i < commands.size(); i += arrangement.columns) {
                 widest = std::max(widest, commands[i]->sizeHint().width());
             }
             width += widest + grid->horizontalSpacing();
@@ -43,11 +55,13 @@ void GridCommands::arrange()
         return width;
     };
     // Without this the captions of a whole row would be what the splitter cannot go below.
-    m_ui.gridPanel->setMinimumWidth(widthIn(1) + margins.left() + margins.right());
-    const std::size_t columns = widthIn(4) <= room ? 4 : widthIn(2) <= room ? 2 : 1;
-    if (columns != m_columns) {
-        m_columns = columns;
-        placeCommands(columns);
+    m_ui.gridPanel->setMinimumWidth(widthOf(arrangements.back()) + margins.left() + margins.right());
+    const auto fitting = std::find_if(arrangements.begin(), arrangements.end(),
+                                      [&](const Arrangement& one) { return widthOf(one) <= room; });
+    const Arrangement& chosen = fitting == arrangements.end() ? arrangements.back() : *fitting;
+    if (&chosen != m_arrangement) {
+        m_arrangement = &chosen;
+        placeCommands(chosen);
     }
     keepHeight();
 }
@@ -59,17 +73,18 @@ void GridCommands::keepHeight()
         m_ui.gridPanel->layout()->totalMinimumHeightForWidth(m_ui.gridPanel->width()));
 }
 
-void GridCommands::placeCommands(std::size_t columns)
+void GridCommands::placeCommands(const Arrangement& arrangement)
 {
     const std::array<QPushButton*, 4> commands = markingCommands();
     QGridLayout* grid = m_ui.gridSelezione;
+    const std::size_t columns = arrangement.columns;
     const int all = grid->columnCount();
     for (std::size_t i = 0; i < commands.size(); ++i) {
         grid->addWidget(commands[i], static_cast<int>(i / columns), static_cast<int>(i % columns), 1,
                         columns > 1 ? 1 : all);
     }
     const int rows = static_cast<int>(commands.size() / columns);
-    if (columns > 1) {
+    if (arrangement.proseguiBeside) {
         grid->addWidget(m_ui.cmdProsegui1, rows - 1, all - 1);
     } else {
         grid->addWidget(m_ui.cmdProsegui1, rows, 0, 1, all, Qt::AlignRight);

@@ -29,11 +29,14 @@ public:
 
 private:
     std::array<QPushButton*, 4> markingCommands() const;
-    void placeCommands(std::size_t columns);
+    struct Arrangement;
+    static const std::array<Arrangement, 4> arrangements;
+
+    void placeCommands(const Arrangement& arrangement);
     void keepHeight();
 
     Ui::frmSMS& m_ui;
-    std::size_t m_columns = 0; ///< 0: not arranged yet
+    const Arrangement* m_arrangement = nullptr; ///< not arranged yet
 };
 
 } // namespace zul

@@ -60,6 +60,9 @@ frmRicerche::frmRicerche(SearchStore& store, CriteriaTexts current, QMap<QString
     connect(m_save, &QPushButton::clicked, this, &frmRicerche::cmdSalva_Click);
     connect(m_remove, &QPushButton::clicked, this, &frmRicerche::cmdElimina_Click);
     load(QString());
+    // Without any, a name is all that can be given yet.
+    QWidget* first = m_list->count() == 0 ? static_cast<QWidget*>(m_name) : m_list;
+    first->setFocus();
 }
 
 void frmRicerche::build()
@@ -67,6 +70,7 @@ void frmRicerche::build()
     m_list->setObjectName(u"lstRicerche"_s);
     m_list->setAccessibleName(u"Ricerche salvate"_s);
     m_name->setObjectName(u"txtNome"_s);
+    m_name->setPlaceholderText(u"Il nome sotto cui salvare questi criteri"_s);
     m_load->setProperty("primary", true);
     auto* nameLabel = new QLabel(u"&Nome:"_s);
     nameLabel->setBuddy(m_name);

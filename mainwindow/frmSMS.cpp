@@ -3,6 +3,7 @@
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
+#include "controls/look/ScreenRoom.h"
 #include "hostlib/Ado.h"
 #include "mainwindow/CriteriaFields.h"
 #include "mainwindow/CriteriaMarks.h"

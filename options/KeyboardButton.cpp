@@ -1,8 +1,8 @@
 #include "options/KeyboardButton.h"
 
 #include "controls/look/Icons.h"
+#include "controls/look/ScreenRoom.h"
 #include "controls/touch/OnScreenKeyboard.h"
-#include "session/ScreenFit.h"
 
 #include <QEvent>
 #include <QLayout>

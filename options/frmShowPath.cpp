@@ -9,6 +9,8 @@
 #include "session/frmTasti.h"
 #include "ui_frmShowPath.h"
 
+#include <QCloseEvent>
+
 namespace zul {
 
 using namespace Qt::StringLiterals;
@@ -78,6 +80,17 @@ void frmShowPath::cmdCancella_Click()
         setTag(this, FormChoice::Cancelled);
         hide();
     });
+}
+
+void frmShowPath::reject()
+{
+    cmdCancella_Click();
+}
+
+void frmShowPath::closeEvent(QCloseEvent* event)
+{
+    // The close button leaves the tag empty.
+    event->accept();
 }
 
 } // namespace zul

@@ -12,7 +12,7 @@ QT_END_NAMESPACE
 
 namespace zul {
 
-/// Shown modally; tag "OK" with a folder selected, "ESC" after Cancel. It keeps its selection between
+/// Shown modally; tag "OK" with a folder selected, "ESC" after Cancel or Escape. It keeps its selection between
 /// showings.
 class frmShowPath : public QDialog
 {
@@ -27,6 +27,11 @@ public:
 
     /// The selected folder; empty when none is.
     QString selectedPath() const;
+
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void Form_Load();

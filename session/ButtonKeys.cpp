@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QToolButton>
 
 namespace zul {
 
@@ -13,16 +14,29 @@ bool isEnter(const QKeyEvent& key)
            (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
 }
 
+/// Check boxes and option buttons are ticked, not pressed.
+QList<QAbstractButton*> pressedButtons(const QWidget& form)
+{
+    QList<QAbstractButton*> pressed;
+    const auto buttons = form.findChildren<QAbstractButton*>();
+    for (QAbstractButton* button : buttons) {
+        if (qobject_cast<QPushButton*>(button) != nullptr || qobject_cast<QToolButton*>(button) != nullptr) {
+            pressed.append(button);
+        }
+    }
+    return pressed;
+}
+
 } // namespace
 
 ButtonKeys::ButtonKeys(QWidget* form)
-    : ButtonKeys(form, form->findChildren<QPushButton*>())
+    : ButtonKeys(form, pressedButtons(*form))
 {}
 
-ButtonKeys::ButtonKeys(QWidget* form, const QList<QPushButton*>& buttons)
+ButtonKeys::ButtonKeys(QWidget* form, const QList<QAbstractButton*>& buttons)
     : QObject(form)
 {
-    for (QPushButton* button : buttons) {
+    for (QAbstractButton* button : buttons) {
         button->installEventFilter(this);
     }
 }
@@ -38,7 +52,7 @@ bool ButtonKeys::eventFilter(QObject* watched, QEvent* event)
     }
     // A key that is held down presses once.
     if (!key->isAutoRepeat()) {
-        static_cast<QPushButton*>(watched)->click();
+        static_cast<QAbstractButton*>(watched)->click();
     }
     return true;
 }

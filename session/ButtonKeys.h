@@ -4,20 +4,20 @@
 #include <QList>
 #include <QObject>
 
-QT_FORWARD_DECLARE_CLASS(QPushButton)
+QT_FORWARD_DECLARE_CLASS(QAbstractButton)
 QT_FORWARD_DECLARE_CLASS(QWidget)
 
 namespace zul {
 
-/// Enter on a focused push button presses it, as the space bar does. There is still no default button: Enter
+/// Enter on a focused push button or tool button presses it, as the space bar does. There is still no default button: Enter
 /// elsewhere in the form presses none.
 class ButtonKeys : public QObject
 {
 public:
-    /// For every push button that the form has now. Owned by the form.
+    /// For every one that the form has now. Owned by the form.
     explicit ButtonKeys(QWidget* form);
     /// For some of them.
-    ButtonKeys(QWidget* form, const QList<QPushButton*>& buttons);
+    ButtonKeys(QWidget* form, const QList<QAbstractButton*>& buttons);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 };

@@ -82,7 +82,13 @@ IgnoredInput::~IgnoredInput()
         m_form->setUpdatesEnabled(true);
         // A request to draw that came meanwhile was answered by nothing, and counts as still on its way: no other is
         // made while something waits to be drawn.
-        QCoreApplication::postEvent(m_form, new QEvent(QEvent::UpdateRequest));
+        QMetaObject::invokeMethod(
+            m_form,
+            [form = m_form.data()] {
+                QEvent request(QEvent::UpdateRequest);
+                QCoreApplication::sendEvent(form, &request);
+            },
+            Qt::QueuedConnection);
     }
 }
 

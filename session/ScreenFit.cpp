@@ -1,10 +1,11 @@
 #include "session/ScreenFit.h"
 
+#include "controls/look/ScreenRoom.h"
+
 #include <QEvent>
 #include <QLayout>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -14,17 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QSize frameOf(const QWidget* window)
-{
-    const QSize known = window->frameGeometry().size() - window->size();
-    if (window->isVisible() || !known.isEmpty()) {
-        return known;
-    }
-    const int edge = window->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, window);
-    const int title = window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
-    return {2 * edge, title + edge};
-}
-
 /// Nearest place at which a rectangle stands in the area; at its upper left corner when it is larger.
 QPoint placeInside(const QRect& rectangle, const QRect& area)
 {
@@ -33,11 +23,6 @@ QPoint placeInside(const QRect& rectangle, const QRect& area)
 }
 
 } // namespace
-
-QSize roomFor(const QWidget* window)
-{
-    return window->screen()->availableGeometry().size() - frameOf(window);
-}
 
 ScreenFit::ScreenFit(QWidget* window)
     : QObject(window)

@@ -9,10 +9,6 @@ QT_FORWARD_DECLARE_CLASS(QScreen)
 
 namespace zul {
 
-/// What a window may measure at most, without its frame: the free area of its screen (what task bars leave), less
-/// its frame. Before the window manager has framed it the frame is estimated.
-QSize roomFor(const QWidget* window);
-
 /// Keeps a window within the free area of its screen: when it shows, when it comes to another screen, and when the
 /// free area or the scale changes. A size that the operator or a program gives it later is left alone.
 class ScreenFit : public QObject

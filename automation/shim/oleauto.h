@@ -24,7 +24,7 @@ STDAPI VariantClear(VARIANTARG* variant);
 STDAPI VariantCopy(VARIANTARG* destination, const VARIANTARG* source);
 STDAPI VariantCopyInd(VARIANT* destination, const VARIANTARG* source);
 // The destination may be the source. It is unchanged after a failure: DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW,
-// DISP_E_BADVARTYPE. Texts are read and written in the way of the locale's country; see VariantText.h.
+// DISP_E_BADVARTYPE. Texts are read and written in the way of the locale's country.
 STDAPI VariantChangeType(VARIANTARG* destination, const VARIANTARG* source, USHORT flags, VARTYPE vt);
 STDAPI VariantChangeTypeEx(VARIANTARG* destination, const VARIANTARG* source, LCID lcid, USHORT flags,
                            VARTYPE vt);

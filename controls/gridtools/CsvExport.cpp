@@ -5,11 +5,34 @@
 #include "grid/CsvFile.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace zul {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The platform's own dialog has its own words; the one that Qt draws speaks English by itself.
+void nameParts(QFileDialog& dialog)
+{
+    dialog.setLabelText(QFileDialog::LookIn, u"Cerca in:"_s);
+    dialog.setLabelText(QFileDialog::FileName, u"&Nome del file:"_s);
+    dialog.setLabelText(QFileDialog::FileType, u"Tipo di file:"_s);
+    dialog.setLabelText(QFileDialog::Accept, u"&Salva"_s);
+    dialog.setLabelText(QFileDialog::Reject, u"Annulla"_s);
+}
+
+bool mayBeWritten(QWidget* owner, const QString& path)
+{
+    const QFileInfo file(path);
+    return !file.exists() ||
+           ask(owner, question(u"Il file «%1» esiste già. Si desidera sostituirlo?"_s.arg(file.fileName()),
+                               MessageIcon::Information)) == Answer::Yes;
+}
+
+} // namespace
 
 QString askCsvFile(QWidget* owner, const QString& suggestedName)
 {
@@ -20,8 +43,15 @@ QString askCsvFile(QWidget* owner, const QString& suggestedName)
     dialog.setDefaultSuffix(u"csv"_s);
     dialog.setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
     dialog.selectFile(suggestedName);
-    const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
-    return chosen ? dialog.selectedFiles().first() : QString();
+    nameParts(dialog);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // it would ask in its own words
+    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        const QString path = dialog.selectedFiles().first();
+        if (mayBeWritten(owner, path)) {
+            return path;
+        }
+    }
+    return {};
 }
 
 void exportCsv(QWidget* owner, const QString& path, const CsvContent& content)

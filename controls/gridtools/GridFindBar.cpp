@@ -29,6 +29,12 @@ QToolButton* makeButton(QWidget* bar, IconId iconId, const QString& objectName, 
     return button;
 }
 
+bool isEnter(const QKeyEvent& key)
+{
+    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
+           (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
 QString noMatch()
 {
     return u"Nessuna corrispondenza"_s;
@@ -176,6 +182,11 @@ void GridFindBar::keyPressEvent(QKeyEvent* event)
         find(!event->modifiers().testFlag(Qt::ShiftModifier));
     } else if (event->matches(QKeySequence::Find)) {
         open();
+    } else if (auto* button = qobject_cast<QToolButton*>(focusWidget());
+               button != nullptr && isEnter(*event)) {
+        if (!event->isAutoRepeat()) {
+            button->click();
+        }
     } else {
         QWidget::keyPressEvent(event);
     }

@@ -111,6 +111,8 @@ QString styleSheet(bool touch)
         // Sizes without a control's own border; its focus border is one pixel wider on both sides.
         {u"@inner"_s, pixels(height - 2)},
         {u"@innerFocus"_s, pixels(height - 4)},
+        {u"@toolInner"_s, pixels(height - 5)},
+        {u"@toolInnerFocus"_s, pixels(height - 7)},
         {u"@fieldButton"_s, pixels(touch ? look::touchButtonHeight - 2 : 26)},
         {u"@calendarButton"_s, pixels(touch ? look::touchButtonHeight : 24)},
         {u"@item"_s, pixels(touch ? 38 : 20)},

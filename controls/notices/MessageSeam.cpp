@@ -1,6 +1,7 @@
 #include "controls/notices/MessageSeam.h"
 
 #include "controls/look/CommonLook.h"
+#include "controls/look/ScreenRoom.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -11,6 +12,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 
 namespace zul {
 
@@ -62,23 +64,109 @@ QString iconName(MessageIcon icon)
     return u"none"_s;
 }
 
-/// Ctrl+C copies the text, also where the platform's own box does not.
+bool isLong(const QString& text)
+{
+    return text.size() > longText || text.count(u'\n') >= longTextLines;
+}
+
+/// The keys with which a text is read on.
+bool scrollByKey(QScrollBar& bar, int key)
+{
+    switch (key) {
+    case Qt::Key_PageUp:
+        bar.triggerAction(QScrollBar::SliderPageStepSub);
+        return true;
+    case Qt::Key_PageDown:
+        bar.triggerAction(QScrollBar::SliderPageStepAdd);
+        return true;
+    case Qt::Key_Home:
+        bar.triggerAction(QScrollBar::SliderToMinimum);
+        return true;
+    case Qt::Key_End:
+        bar.triggerAction(QScrollBar::SliderToMaximum);
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Ctrl+C copies the text, also where the platform's own box does not. The box is no larger than the screen has room
+/// for: a text that would push the buttons off it is scrolled.
 class OperatorBox : public QMessageBox
 {
 public:
-    using QMessageBox::QMessageBox;
+    explicit OperatorBox(QWidget* window);
+
+    bool event(QEvent* event) override;
 
 protected:
-    void keyPressEvent(QKeyEvent* event) override
-    {
-        if (event->matches(QKeySequence::Copy)) {
-            QApplication::clipboard()->setText(text());
-            event->accept();
-            return;
-        }
-        QMessageBox::keyPressEvent(event);
-    }
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void scrollText();
+
+    QSize m_room;
+    QScrollArea* m_scroll = nullptr; ///< around a long text
 };
+
+OperatorBox::OperatorBox(QWidget* window)
+    : QMessageBox(window)
+{
+    if (window != nullptr) {
+        setScreen(window->screen());
+    }
+    m_room = roomFor(this);
+}
+
+bool OperatorBox::event(QEvent* event)
+{
+    if (event->type() == QEvent::Show && !event->spontaneous() && m_scroll == nullptr) {
+        // It takes its size when it is asked to lay itself out.
+        QEvent layOut(QEvent::LayoutRequest);
+        QMessageBox::event(&layOut);
+        if (isLong(text()) || size() != size().boundedTo(m_room)) {
+            scrollText();
+        }
+    }
+    return QMessageBox::event(event);
+}
+
+void OperatorBox::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        QApplication::clipboard()->setText(text());
+        event->accept();
+        return;
+    }
+    if (m_scroll != nullptr && scrollByKey(*m_scroll->verticalScrollBar(), event->key())) {
+        event->accept();
+        return;
+    }
+    QMessageBox::keyPressEvent(event);
+}
+
+void OperatorBox::scrollText()
+{
+    constexpr QSize Comfortable(480, 320);
+    auto* label = findChild<QLabel*>(u"qt_msgbox_label"_s);
+    auto* cells = qobject_cast<QGridLayout*>(layout());
+    if (label == nullptr || cells == nullptr) {
+        return;
+    }
+    m_scroll = new QScrollArea(this);
+    delete cells->replaceWidget(label, m_scroll);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidget(label);
+    m_scroll->setMinimumSize(1, 1);
+    m_scroll->show(); // the layout counts what is shown, and would show it later only
+    cells->activate();
+    const QSize around = cells->totalMinimumSize() - QSize(1, 1);
+    m_scroll->setMinimumSize(Comfortable.boundedTo(m_room - around).expandedTo(QSize(1, 1)));
+}
 
 QPushButton* addButton(QMessageBox& box, const QString& caption, const QString& name,
                        QMessageBox::ButtonRole role)
@@ -99,26 +187,6 @@ void drawIcon(QMessageBox& box, MessageIcon icon)
     }
     const QIcon picture(u":/zul/icons/message-%1.svg"_s.arg(iconName(icon)));
     label->setPixmap(picture.pixmap(QSize(side, side), box.devicePixelRatioF()));
-}
-
-void scrollLongText(QMessageBox& box, const QString& text)
-{
-    if (text.size() <= longText && text.count(u'\n') < longTextLines) {
-        return;
-    }
-    auto* label = box.findChild<QLabel*>(u"qt_msgbox_label"_s);
-    auto* cells = qobject_cast<QGridLayout*>(box.layout());
-    if (label == nullptr || cells == nullptr) {
-        return;
-    }
-    auto* scroll = new QScrollArea(&box);
-    delete cells->replaceWidget(label, scroll);
-    label->setWordWrap(true);
-    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setMinimumSize(480, 320);
-    scroll->setWidget(label);
 }
 
 } // namespace
@@ -161,7 +229,6 @@ Answer ask(QWidget* parent, const OperatorMessage& message)
     setPrimary(first);
     applyCommonLook(&box, window != nullptr && window->property("touch").toBool());
     drawIcon(box, message.icon);
-    scrollLongText(box, text);
     box.exec();
 
     if (message.buttons == MessageButtons::Ok) {

@@ -13,6 +13,8 @@ namespace zul {
 
 /// Shows the message over the parent's window and returns when the operator has answered. The first button is
 /// the default one; Ctrl+C copies the text; Escape and the close button answer No, or OK where that is the only button.
+/// A text that is long, or for which the screen has no room, scrolls (also with Page Up, Page Down, Home and End): the
+/// buttons are always in reach.
 /// The box is a QMessageBox named "messageBox" with the buttons "ok", "yes" and "no" and the dynamic
 /// properties zulIcon (none, information, exclamation, critical, question), zulButtons (ok, yesno), zulTitle
 /// and zulText (the text as it was given, line breaks included).

@@ -67,13 +67,7 @@ size_t highlightedCount(const ReportGridView& view)
     size_t count = 0;
     const QItemSelection highlighted = view.selectionModel()->selection();
     for (const QItemSelectionRange& range : highlighted) {
-        if (grid.groupColumns().empty()) {
-            count += static_cast<size_t>(range.height());
-            continue;
-        }
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            count += grid.isGroup(row) ? size_t{0} : size_t{1};
-        }
+        count += static_cast<size_t>(range.height() - grid.groupRowsBetween(range.top(), range.bottom()));
     }
     return count;
 }
@@ -82,12 +76,7 @@ bool highlightsRecords(const ReportGridView& view)
 {
     const QItemSelection highlighted = view.selectionModel()->selection();
     return std::any_of(highlighted.begin(), highlighted.end(), [&view](const QItemSelectionRange& range) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            if (!view.grid().isGroup(row)) {
-                return true;
-            }
-        }
-        return false;
+        return view.grid().groupRowsBetween(range.top(), range.bottom()) < range.height();
     });
 }
 

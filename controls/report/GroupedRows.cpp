@@ -28,6 +28,7 @@ void GroupedRows::clear(std::vector<uint32_t>& room)
         room.swap(m_rows);
     }
     m_rows = {};
+    m_groupRows.reset();
     m_groups.clear();
     m_levels = 0;
 }
@@ -84,6 +85,27 @@ void GroupedRows::makeRows()
             ++group;
         } while (group < m_groups.size() && m_groups[group].level > 0);
     }
+    m_groupRows.reset();
+}
+
+const std::vector<int>& GroupedRows::groupRows() const
+{
+    if (!m_groupRows) {
+        m_groupRows.emplace();
+        for (int row = 0; row < rowCount(); ++row) {
+            if (isGroup(row)) {
+                m_groupRows->push_back(row);
+            }
+        }
+    }
+    return *m_groupRows;
+}
+
+int GroupedRows::groupRowsBetween(int first, int last) const
+{
+    const std::vector<int>& rows = groupRows();
+    const auto begin = std::lower_bound(rows.begin(), rows.end(), first);
+    return static_cast<int>(std::upper_bound(begin, rows.end(), last) - begin);
 }
 
 /// The rows below a group's own as if it were open.
@@ -155,6 +177,7 @@ void GroupedRows::setClosed(int row, bool closed, const QString& path)
         m_rows.insert(begin, rows.begin(), rows.end());
     }
     m_groups[number].closed = closed;
+    m_groupRows.reset();
 }
 
 void GroupedRows::setAllClosed(bool closed)

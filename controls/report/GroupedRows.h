@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace zul {
@@ -49,6 +50,9 @@ public:
     /// The number of the group whose own row this is: from 0, in the order of the rows as if all groups were open.
     uint32_t groupNumber(int row) const { return at(row) & ~groupMark; }
     size_t groupCount() const { return m_groups.size(); }
+    /// How many of the rows from first to last, both included, are groups' own; looks through the rows at the
+    /// first time only.
+    int groupRowsBetween(int first, int last) const;
     /// -1 when the record is in no open group; looks through all rows.
     int rowOfRecord(uint32_t record) const;
     /// The nearest row above of a group around the row; -1 when there is none.
@@ -76,12 +80,15 @@ private:
     int levelOf(int row) const { return isGroup(row) ? group(row).level : m_levels; }
     void findGroups(const Starts& starts);
     void makeRows();
+    const std::vector<int>& groupRows() const;
     void appendBelow(size_t group, std::vector<uint32_t>& rows) const;
 
     const std::vector<uint32_t>* m_order = nullptr;
     int m_levels = 0;
     std::vector<Group> m_groups; // outer before inner
     std::vector<uint32_t> m_rows;
+    // The rows of m_rows that are groups' own; made when they are first asked for, nothing before.
+    mutable std::optional<std::vector<int>> m_groupRows;
     bool m_closedFromTheStart = false;
     QSet<QString> m_otherwise; // paths of groups that are not as m_closedFromTheStart says
 };

@@ -413,13 +413,14 @@ void ReportGrid::setAllGroupsClosed(bool closed)
     m->model->setAllGroupsClosed(closed);
 }
 
-/// A column that groups leaves the header: its value stands in the group's row.
+/// A column that groups leaves the header: its value stands in the group's row. Only the ticks stay where they are set.
 void ReportGrid::updateShownColumns()
 {
     const std::vector<int> groups = groupColumns();
     for (int column = 0; column < columnCount(); ++column) {
         const bool grouped = std::find(groups.begin(), groups.end(), column) != groups.end();
-        m->header->setColumnShown(column, !grouped && m->model->isColumnShown(column));
+        const bool left = grouped && column != checkColumn();
+        m->header->setColumnShown(column, !left && m->model->isColumnShown(column));
     }
     m->view->layoutChanged();
 }

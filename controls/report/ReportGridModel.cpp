@@ -322,6 +322,11 @@ void ReportGridModel::groupRecords()
 
 // --- Rows on the screen
 
+int ReportGridModel::groupRowsBetween(int first, int last) const
+{
+    return groups() ? m_grouped.groupRowsBetween(first, last) : 0;
+}
+
 bool ReportGridModel::isGroup(int row) const
 {
     return groups() && validRow(row) && m_grouped.isGroup(row);

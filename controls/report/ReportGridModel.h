@@ -89,6 +89,8 @@ public:
 
     // --- Rows on the screen
     bool isGroup(int row) const;
+    /// How many of the rows from first to last, both included, are group rows; takes no longer for many.
+    int groupRowsBetween(int first, int last) const;
     int record(int row) const;              ///< -1 for a group row and out of range
     int rowOfRecord(uint32_t record) const; ///< -1 when not on the screen; looks through all rows
     /// The cell as it is shown; a tick is "Sì" or "No".

@@ -1,5 +1,6 @@
 #include "controls/report/ReportHeader.h"
 
+#include "controls/look/CommonLook.h"
 #include "controls/report/GridMarks.h"
 #include "controls/report/ReportGridColors.h"
 #include "controls/report/ReportGridModel.h"
@@ -96,12 +97,13 @@ void ReportHeader::setSortMark(int column, bool descending)
     viewport()->update();
 }
 
-/// The width a column begins with: its own, or for one of width 0 the least of its share.
+/// The width a column begins with: its own, which is meant for a font of the usual size, or for one of width 0 the least
+/// of its share.
 int ReportHeader::shareOf(int column) const
 {
     const ReportColumn& own = m_grid->columns()[static_cast<size_t>(column)];
     if (own.width > 0) {
-        return std::max(own.width, leastWidth);
+        return std::max(qRound(systemSized(own.width)), leastWidth);
     }
     const int caption = fontMetrics().horizontalAdvance(own.caption) + 2 * (m_padding + 2) + arrowWidth;
     return own.check ? std::max(caption, 36) : leastShare;

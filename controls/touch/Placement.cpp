@@ -26,6 +26,21 @@ int distance(const QRect& place, const QRect& field)
     return across + down;
 }
 
+/// The panel at the bottom or the top with no more height than the field leaves it; as it is where that would be too little
+/// for its keys.
+QRect lowered(const QRect& field, const QRect& panel, const QRect& room)
+{
+    constexpr int leastPercent = 75;
+    const int bottom = room.y() + room.height();
+    const int below = bottom - field.y() - field.height() - gap;
+    const int above = field.y() - gap - room.y();
+    const int height = qMax(below, above);
+    if (height < panel.height() * leastPercent / 100) {
+        return panel;
+    }
+    return {panel.x(), below >= above ? bottom - height : room.y(), panel.width(), height};
+}
+
 } // namespace
 
 std::optional<QRect> freePlace(const QRect& field, QSize panel, const QRect& room, const QList<QRect>& taken)
@@ -95,7 +110,10 @@ QRect placeAtBottom(const QRect& field, QSize panel, const QRect& room, const QL
     if (const std::optional<QRect> place = freePlace(field, panel, room, taken)) {
         return *place;
     }
-    return low.intersects(field) && !high.intersects(field) ? high : low;
+    if (!low.intersects(field)) {
+        return low;
+    }
+    return high.intersects(field) ? lowered(field, low, room) : high;
 }
 
 } // namespace zul

@@ -23,7 +23,8 @@ namespace zul {
                                 const QList<QRect>& taken = {});
 
 /// At the lower edge, centred; at the upper edge when it would cover something at the lower, or between them when it would
-/// at both. Where no place is free, it keeps off the field if it can. It is made no larger than the room.
+/// at both. Where no place is free, it keeps off the field if it can, also by being up to a quarter lower. It is made no larger
+/// than the room.
 [[nodiscard]] QRect placeAtBottom(const QRect& field, QSize panel, const QRect& room,
                                   const QList<QRect>& taken = {});
 

@@ -45,6 +45,11 @@ void checkMoves(Subject& subject)
     if (!subject.open(u"SELECT 1 AS n WHERE 1=2").atEnd()) {
         throw Breach("a row set without rows is not at its end", "reads a row that is not there");
     }
+    if (const VARIANT_BOOL end = rows.eof(); end != VARIANT_TRUE) {
+        throw Warning("Eof is " + std::to_string(end) +
+                          " behind the last row, and not VARIANT_TRUE, which is -1",
+                      "takes it for true, as not every program does");
+    }
 }
 
 /// A check for each kind of cursor over each lock that the component may ask for.

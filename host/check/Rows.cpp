@@ -165,12 +165,17 @@ std::string Rows::called(const char* member) const
 
 bool Rows::atEnd() const
 {
+    return eof() != VARIANT_FALSE;
+}
+
+VARIANT_BOOL Rows::eof() const
+{
     VARIANT_BOOL value = 2; // no Boolean: the host has to write one
     mustSucceed(m_rows->get_Eof(&value), called("Eof"));
     if (value == 2) {
         throw Breach(called("Eof") + " succeeds and gives no value", "takes it for the end of the rows");
     }
-    return value != VARIANT_FALSE;
+    return value;
 }
 
 void Rows::next() const

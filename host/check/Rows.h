@@ -62,6 +62,8 @@ public:
     Rows& operator=(const Rows&) = delete;
 
     bool atEnd() const;
+    /// What atEnd is taken from, as the host wrote it.
+    VARIANT_BOOL eof() const;
     void next() const;
     /// The value of a type that the contract knows, or Empty, which the component takes for NULL.
     Variant value(std::u16string_view field) const;

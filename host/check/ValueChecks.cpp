@@ -124,6 +124,11 @@ void checkBooleans(Subject& subject)
                              subject.broughtBy() + " instead of VT_BOOL",
                          "reads a number as a truth where it asks for one, and shows \"-1\" for \"1\"");
         }
+        if (wanted && back.boolVal != VARIANT_TRUE) {
+            throw Warning("true comes back as VT_BOOL " + std::to_string(back.boolVal) + subject.broughtBy() +
+                              ", and not as VARIANT_TRUE, which is -1",
+                          "takes it for true, as not every program does");
+        }
     }
 }
 

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QHash>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -512,6 +513,10 @@ void Commands::shot(const Arguments& arguments)
 
 bool Commands::closeTopmost()
 {
+    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+        menu->close();
+        return true;
+    }
     QWidget* window = m_windows.topmost();
     if (window == nullptr) {
         return false;

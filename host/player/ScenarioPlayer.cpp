@@ -55,7 +55,7 @@ ScenarioPlayer::ScenarioPlayer(LineSource& source, EventPrinter& printer, Window
             m_settle.start();
         }
     });
-    connect(&m_windows, &WindowWatcher::modalShown, this, [this] { arm(currentLevel() + 1); });
+    connect(&m_windows, &WindowWatcher::shownWithLoop, this, [this] { arm(currentLevel() + 1); });
 }
 
 ScenarioPlayer::~ScenarioPlayer() = default;

@@ -25,7 +25,7 @@ class WindowWatcher;
 /// armed in two ways:
 ///  - a command has returned: its own level, unless the command closed the window whose event loop that level is;
 ///    that loop is about to end, and the command that opened the window arms its own level when it returns;
-///  - a modal window was shown: the level above the current one, where that window's event loop is going to run.
+///  - a modal window or a menu was shown: the level above the current one, where its event loop is going to run.
 /// An armed level fires after what was queued before has been handled.
 class ScenarioPlayer : public QObject
 {

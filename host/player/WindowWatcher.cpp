@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDynamicPropertyChangeEvent>
 #include <QEvent>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QMetaProperty>
@@ -189,6 +190,9 @@ bool WindowWatcher::eventFilter(QObject* watched, QEvent* event)
     }
     if (type != QEvent::DynamicPropertyChange && widget->isWindow() && isOrdinaryWindow(widget)) {
         type == QEvent::Show ? shown(widget) : hidden(widget);
+    } else if (type == QEvent::Show && qobject_cast<QMenu*>(widget) != nullptr) {
+        // That of a scroll bar, for one, comes back when something was chosen.
+        Q_EMIT shownWithLoop();
     }
     return false;
 }
@@ -223,7 +227,7 @@ void WindowWatcher::shown(QWidget* window)
         m_printer.line(u"window %1 shown"_s.arg(window->objectName()));
     }
     if (window->isModal()) {
-        Q_EMIT modalShown();
+        Q_EMIT shownWithLoop();
     }
 }
 

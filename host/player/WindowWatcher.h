@@ -43,8 +43,9 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
-    /// A modal window or message box was shown; its event loop is not running yet.
-    void modalShown();
+    /// A window was shown that may have an event loop of its own, which is not running yet: a modal one, a message box,
+    /// a menu.
+    void shownWithLoop();
 
 private Q_SLOTS:
     void progressChanged();

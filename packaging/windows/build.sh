@@ -25,5 +25,9 @@ for bin in "build/windows-$arch"/bin{,/ZulSmsSender}; do
         [ ! -d "$dependencies/plugins/$folder" ] || cp -ru "$dependencies/plugins/$folder" "$bin/"
     done
 done
-# Programs elsewhere in the build folder, the tests, look for plug-ins where an installation of Qt has them.
+# Qt's own texts in the language of the windows; the sender shows none of them.
+mkdir -p "build/windows-$arch/bin/translations"
+cp -u /usr/share/qt6/translations/qtbase_it.qm "build/windows-$arch/bin/translations/"
+# Programs elsewhere in the build folder, the tests, look for both where an installation of Qt has them.
 ln -sfn bin "build/windows-$arch/plugins"
+ln -sfn bin/translations "build/windows-$arch/translations"

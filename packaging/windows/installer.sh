@@ -25,6 +25,7 @@ for folder in bin bin/ZulSmsSender; do
     # Screens for tests alone.
     rm -f "$stage/$folder"/platforms/{qoffscreen,qminimal}*.dll
 done
+cp -r "$built/bin/translations" "$stage/bin/"
 find "$stage/bin" -name '*.dll' -o -name '*.exe' | xargs "$arch-w64-mingw32-strip" --strip-unneeded
 
 cp idl/*.idl "$stage/idl/"
@@ -38,6 +39,7 @@ sed "s/@VERSION@/$version/" "$here/NOTICE.txt" >"$stage/licences/NOTICE.txt"
 cp /usr/share/common-licenses/{LGPL-3,GPL-3} "$stage/licences/"
 licence() { cp "/usr/share/doc/$2/copyright" "$stage/licences/$1.txt"; }
 licence qt libqt6core6
+licence qt-translations qt6-translations-l10n
 licence curl libcurl4-openssl-dev
 licence sqlite libsqlite3-dev
 licence fmt libfmt-dev

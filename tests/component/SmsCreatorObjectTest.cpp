@@ -321,6 +321,14 @@ TEST_F(SmsCreatorTest, ASecondShowingWithoutADiscardBeginsWithDefaults)
     EXPECT_EQ(forms, 1);
 }
 
+TEST_F(SmsCreatorTest, AHostsOwnQtKeepsItsTexts)
+{
+    QString copy;
+    onWindow(u"frmSMS"_s, [&](QWidget*) { copy = QCoreApplication::translate("QLineEdit", "&Copy"); });
+    showForm();
+    EXPECT_EQ(copy, u"&Copy"_s);
+}
+
 TEST_F(SmsCreatorTest, WithoutAConnectionTheWindowShowsAllTheSame)
 {
     bool shown = false;

@@ -1,12 +1,13 @@
 // The page "Ricerca destinatari": criteria, search, result grid.
 #include "controls/look/CommonLook.h"
+#include "controls/look/ScreenRoom.h"
 #include "grid/GridLayoutFile.h"
-#include "session/ScreenFit.h"
 #include "tests/mainwindow/SmsFormTest.h"
 #include "tests/support/QueuedInput.h"
 #include "tests/support/SmallScreen.h"
 
 #include <QDate>
+#include <QSplitter>
 #include <array>
 #include <gtest/gtest.h>
 #include <utility>
@@ -837,6 +838,18 @@ TEST_F(SmsFormCriteriaTest, TheCommandsOfTheGridKeepTheirWholeCaptions)
         QTest::qWait(1);
         EXPECT_EQ(button("cmdSelAll")->y(), button("Cmd_DeselezionaEvidenziati")->y()) << "one row again";
     }
+}
+
+TEST_F(SmsFormCriteriaTest, InALargeFontTheCommandsOfTheGridStandInPairs)
+{
+    open();
+    form->resize(1024, 740);
+    form->setStyleSheet(form->styleSheet() + u"QPushButton { font-size: 14pt; }"_s);
+    find<QSplitter>(u"splitter"_s)->setSizes({490, 520});
+    QTest::qWait(1);
+    EXPECT_EQ(button("cmdSelAll")->y(), button("cmdDeSelAll")->y());
+    EXPECT_EQ(button("cmdSelezionaEvidenziati")->y(), button("Cmd_DeselezionaEvidenziati")->y());
+    EXPECT_GT(button("cmdProsegui1")->y(), button("cmdSelezionaEvidenziati")->y());
 }
 
 TEST_F(SmsFormCriteriaTest, EscapeAndEnterEndNothing)

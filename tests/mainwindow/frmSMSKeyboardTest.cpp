@@ -1,8 +1,11 @@
 // The main window worked with the keyboard.
+#include "mainwindow/PageTabs.h"
 #include "tests/mainwindow/SmsFormTest.h"
 #include "tests/support/AltKey.h"
 #include "tests/support/QueuedInput.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QMap>
 #include <array>
 #include <gtest/gtest.h>
@@ -99,6 +102,15 @@ TEST_F(SmsFormKeyboardTest, TabGoesThroughThePagesOfTheSendTypeAsTheyAreRead)
                            u"cntrMessaggio(1)"_s,    u"txtTestoMessaggio(1)"_s,   u"cmdAnteprima(1)"_s,
                            u"cmdNuovoTestoSMS(1)"_s, u"optApp_SoloSelezionati"_s, u"cmdProsegui2"_s};
     EXPECT_EQ(stops(), push);
+    find<PageTabs>(u"tab_Invio"_s)->setPageShown(2, true);
+    page("tab_Invio", 2);
+    auto* list = find<OutcomeList>(u"List_INFO"_s);
+    list->append(u"OK     - Rossi"_s);
+    list->flush();
+    const QStringList prepare{u"tab_Invio"_s, u"chkSoloErrori"_s,     u"cmdCopiaEsito"_s,  u"cmdSalvaEsito"_s,
+                              u"List_INFO"_s, u"cmdApriGestoreSMS"_s, u"cmdCreaMessaggi"_s};
+    EXPECT_EQ(stops(), prepare);
+    EXPECT_EQ(reversed(stops(Qt::Key_Backtab)), prepare);
 }
 
 TEST_F(SmsFormKeyboardTest, EveryCommandTabAndCriterionHasAnAltLetterOfItsOwn)
@@ -316,6 +328,22 @@ TEST_F(SmsFormKeyboardTest, EnterPressesTheFocusedButton)
     button("cmdProsegui1")->setFocus();
     QTest::keyClick(button("cmdProsegui1"), Qt::Key_Return);
     EXPECT_EQ(tabs("tab_Invio")->currentIndex(), 1);
+}
+
+TEST_F(SmsFormKeyboardTest, EnterPressesTheFocusedToolButton)
+{
+    open();
+    page("tab_Invio", 1);
+    find<PageTabs>(u"tab_Invio"_s)->setPageShown(2, true);
+    page("tab_Invio", 2);
+    auto* list = find<OutcomeList>(u"List_INFO"_s);
+    list->append(u"OK     - Rossi"_s);
+    list->flush();
+    QApplication::clipboard()->clear();
+    auto* copy = find<QToolButton>(u"cmdCopiaEsito"_s);
+    copy->setFocus();
+    QTest::keyClick(copy, Qt::Key_Return);
+    EXPECT_EQ(QApplication::clipboard()->text(), u"OK     - Rossi\n"_s);
 }
 
 TEST_F(SmsFormKeyboardTest, EnterWithAnotherKeyPressesNothing)

@@ -68,6 +68,7 @@ TEST_F(SmsFormSearchesTest, WhatStandsInTheCriteriaComesBackWhole)
     const QString name = u"D'Amico \"100%\" 😀"_s;
     inSearches([&](QWidget* window) {
         EXPECT_TRUE(listed(window).isEmpty());
+        EXPECT_EQ(window->focusWidget(), window->findChild<QLineEdit*>(u"txtNome"_s)) << "nothing to choose";
         EXPECT_FALSE(window->findChild<QPushButton*>(u"cmdCarica"_s)->isEnabled());
         saveAs(window, u"  "_s + name + u' ');
         EXPECT_EQ(listed(window), QStringList{name});
@@ -79,6 +80,7 @@ TEST_F(SmsFormSearchesTest, WhatStandsInTheCriteriaComesBackWhole)
     page("TabControl1", 1);
     click("chkLOC_Comune");
     inSearches([&](QWidget* window) {
+        EXPECT_EQ(window->focusWidget(), window->findChild<QListWidget*>());
         window->findChild<QListWidget*>()->setCurrentRow(0);
         QTest::keyClick(window->findChild<QPushButton*>(u"cmdCarica"_s), Qt::Key_Return);
     });

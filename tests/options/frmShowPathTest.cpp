@@ -85,6 +85,19 @@ TEST_F(ShowPathTest, CancelLeavesEsc)
     EXPECT_EQ(tagOf(&chooser), u"ESC"_s);
 }
 
+TEST_F(ShowPathTest, EscapeIsItsCancel)
+{
+    for (const char* name : {"cmdOK", "FolderTreeview1"}) {
+        setTag(&chooser, FormChoice::None);
+        chooser.show();
+        auto* place = chooser.findChild<QWidget*>(QLatin1String(name));
+        place->setFocus();
+        QTest::keyClick(chooser.focusWidget(), Qt::Key_Escape);
+        EXPECT_FALSE(chooser.isVisible()) << name;
+        EXPECT_EQ(tagOf(&chooser), u"ESC"_s) << name;
+    }
+}
+
 TEST_F(ShowPathTest, TheCloseButtonLeavesNothing)
 {
     chooser.close();

@@ -43,7 +43,7 @@ for mode in CurrentUser AllUsers; do
         query "$hive\\$uninstall\\Zul_MessageBuilder-$arch" | grep -q 'DisplayVersion' || fail "$mode, $time: no entry"
     done
     for file in licences/LGPL-3 licences/qt.txt idl/Zul_MessageBuilder.idl include/Zul_MessageBuilder.h \
-        bin/Zul_MessageBuilder.tlb bin/Zul_MessageBuilder.manifest bin/ZulSmsSender/ZULSms_Sender.exe docs/host.md; do
+        bin/Zul_MessageBuilder.tlb bin/Zul_MessageBuilder.manifest bin/ZulSmsSender/ZULSms_Sender.exe docs/host.md bin/translations/qtbase_it.qm; do
         [ -e "$home/$file" ] || fail "$mode: no $file"
     done
 

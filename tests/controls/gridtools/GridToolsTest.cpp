@@ -248,6 +248,27 @@ TEST_F(GridToolsTest, EscClosesTheBarFromEveryPartOfItAndStaysInIt)
     EXPECT_FALSE(barOpen());
 }
 
+TEST_F(GridToolsTest, EnterPressesAFocusedButtonOfTheBar)
+{
+    openBar();
+    QTest::keyClicks(&text(), u"cliente 19"_s);
+    auto& next = part<QToolButton>("cmdTrovaSuccessivo");
+    next.setFocus();
+    QTest::keyClick(&next, Qt::Key_Return);
+    EXPECT_EQ(grid.currentRecord(), 190);
+    auto& previous = part<QToolButton>("cmdTrovaPrecedente");
+    previous.setFocus();
+    QTest::keyClick(&previous, Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(grid.currentRecord(), 19);
+    auto& only = part<QCheckBox>("chkSoloCorrispondenti");
+    only.setFocus();
+    QTest::keyClick(&only, Qt::Key_Return);
+    EXPECT_FALSE(only.isChecked()) << "a box is ticked by the space bar";
+    part<QToolButton>("cmdChiudiTrova").setFocus();
+    QTest::keyClick(&part<QToolButton>("cmdChiudiTrova"), Qt::Key_Return);
+    EXPECT_FALSE(barOpen());
+}
+
 TEST_F(GridToolsTest, ANewSearchShowsAllThatItFound)
 {
     grid.setChecked(7, true);
@@ -330,6 +351,55 @@ TEST_F(GridToolsTest, ExportsWhatIsShownOrWhatIsTicked)
 
     answerFileDialog({});
     tools.exportRows(GridTools::Rows::Shown);
+}
+
+TEST_F(GridToolsTest, AFileThatIsThereIsReplacedOnlyWhenConfirmed)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"clienti.csv"_s);
+    QFile before(path);
+    ASSERT_TRUE(before.open(QIODevice::WriteOnly) && before.write("prima") == 5);
+    before.close();
+    QStringList asked;
+    Answer answer = Answer::No;
+    setAnswerer([&](const OperatorMessage& message) {
+        asked.append(message.text);
+        answerFileDialog({}); // after a No the dialog is there again
+        return answer;
+    });
+    answerFileDialog(path);
+    tools.exportRows(GridTools::Rows::Shown);
+    EXPECT_EQ(contentOf(path), "prima");
+    answer = Answer::Yes;
+    setAnswerer([&](const OperatorMessage& message) {
+        asked.append(message.text);
+        return answer;
+    });
+    answerFileDialog(path);
+    tools.exportRows(GridTools::Rows::Shown);
+    setAnswerer({});
+    EXPECT_EQ(contentOf(path).count("\r\n"), 201);
+    EXPECT_EQ(asked, QStringList(2, u"Il file «clienti.csv» esiste già. Si desidera sostituirlo?"_s));
+}
+
+TEST_F(GridToolsTest, TheFileDialogSpeaksItalian)
+{
+    QStringList labels;
+    QTimer::singleShot(0, &window, [&] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        for (const char* name : {"lookInLabel", "fileNameLabel", "fileTypeLabel"}) {
+            labels.append(dialog->findChild<QLabel*>(QLatin1String(name))->text());
+        }
+        for (const auto* button : dialog->findChildren<QPushButton*>()) {
+            labels.append(button->text());
+        }
+        dialog->reject();
+    });
+    tools.exportRows(GridTools::Rows::Shown);
+    for (const char* text : {"Cerca in:", "&Nome del file:", "Tipo di file:", "&Salva", "Annulla"}) {
+        EXPECT_TRUE(labels.contains(QString::fromUtf8(text))) << labels.join(u'|').toStdString();
+    }
 }
 
 TEST_F(GridToolsTest, TheMenuTellsHowManyRowsEachChoiceHas)

@@ -3,6 +3,7 @@
 #include "controls/fields/DateField.h"
 #include "controls/fields/SelectorField.h"
 #include "controls/look/Background.h"
+#include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
 
 #include <QApplication>
@@ -16,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
@@ -86,11 +88,18 @@ protected:
 
 TEST_F(CommonLookTest, ControlsShareOneHeightPerMode)
 {
-    for (QWidget* widget : std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list}) {
+    QToolButton tool(&form);
+    tool.setText(u"Esporta"_s);
+    tool.setIcon(zul::icon(zul::IconId::Save));
+    tool.setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    tool.show();
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list, &tool}) {
         EXPECT_EQ(widget->sizeHint().height(), 28) << widget->metaObject()->className();
     }
     zul::applyCommonLook(&form, true);
-    for (QWidget* widget : std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list}) {
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{&line, &button, &main, &selector, &date, &list, &tool}) {
         EXPECT_EQ(widget->sizeHint().height(), 44) << widget->metaObject()->className();
     }
     EXPECT_TRUE(form.property("touch").toBool());

@@ -1,10 +1,15 @@
 #include "controls/notices/MessageSeam.h"
 
+#include "controls/look/CommonLook.h"
+#include "tests/support/SmallScreen.h"
+
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -174,4 +179,54 @@ TEST_F(MessageSeamTest, AVeryLongTextIsScrolledAndTheButtonsStayInReach)
         EXPECT_NE(box.findChild<QScrollArea*>(), nullptr);
         click(box, "yes");
     });
+}
+
+TEST_F(MessageSeamTest, OnASmallScreenTheButtonsStandOnItWhateverTheText)
+{
+    const QString texts[] = {
+        u"Fatto."_s,
+        u"parola "_s.repeated(200),      // just short of what is long everywhere
+        u"riga\r\n"_s.repeated(24),      // so are its lines
+        u"indirizzo"_s.repeated(150),    // nowhere to break
+        u"Testo lungo. "_s.repeated(800) // long everywhere
+    };
+    for (const bool touch : {false, true}) {
+        zul::applyCommonLook(&window, touch);
+        for (const QString& text : texts) {
+            SCOPED_TRACE(text.left(20).toStdString());
+            askWhile({text, MessageIcon::Information, {}, MessageButtons::YesNo}, [](QMessageBox& box) {
+                zul::test::expectOnScreen(box);
+                for (const char* name : {"yes", "no"}) {
+                    auto* button = box.findChild<QPushButton*>(QLatin1String(name));
+                    EXPECT_EQ(button->visibleRegion().boundingRect(), button->rect()) << name;
+                }
+                EXPECT_FALSE(box.findChild<QLabel*>(u"qt_msgbox_label"_s)->visibleRegion().isEmpty());
+                click(box, "no");
+            });
+        }
+    }
+}
+
+TEST_F(MessageSeamTest, AScrolledTextIsReadOnWithTheKeyboard)
+{
+    askWhile({u"riga\n"_s.repeated(200), MessageIcon::Information, {}, MessageButtons::YesNo},
+             [](QMessageBox& box) {
+                 auto* scroll = box.findChild<QScrollArea*>();
+                 ASSERT_NE(scroll, nullptr);
+                 const QScrollBar* bar = scroll->verticalScrollBar();
+                 QTest::keyClick(box.focusWidget(), Qt::Key_End);
+                 EXPECT_EQ(bar->value(), bar->maximum());
+                 QTest::keyClick(box.focusWidget(), Qt::Key_Home);
+                 EXPECT_EQ(bar->value(), 0);
+                 QTest::keyClick(box.focusWidget(), Qt::Key_PageDown);
+                 EXPECT_GT(bar->value(), 0);
+                 QTest::keyClick(box.focusWidget(), Qt::Key_PageUp);
+                 EXPECT_EQ(bar->value(), 0);
+                 // No stop without a name: Tab goes from button to button.
+                 QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
+                 EXPECT_EQ(box.focusWidget()->objectName(), u"no"_s);
+                 QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
+                 EXPECT_EQ(box.focusWidget()->objectName(), u"yes"_s);
+                 click(box, "no");
+             });
 }

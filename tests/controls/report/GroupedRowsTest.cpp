@@ -76,6 +76,26 @@ TEST_F(GroupedRowsTest, AClosedGroupKeepsWhatIsBelowItsRow)
     EXPECT_EQ(shown(), "G0:4 G1:2 5 3 +G1:2 G0:3 G1:2 9 2 G1:1 7") << "the inner one is as it was";
 }
 
+TEST_F(GroupedRowsTest, CountsTheGroupsRowsInARange)
+{
+    EXPECT_EQ(rows.groupRowsBetween(0, 5), 0);
+    build();
+    for (const int closed : {-1, 4, 0}) {
+        if (closed >= 0) {
+            close(closed);
+        }
+        for (int first = 0; first < rows.rowCount(); ++first) {
+            int expected = 0;
+            for (int last = first; last < rows.rowCount(); ++last) {
+                expected += rows.isGroup(last) ? 1 : 0;
+                EXPECT_EQ(rows.groupRowsBetween(first, last), expected) << first << ' ' << last;
+            }
+        }
+    }
+    rows.clear(room);
+    EXPECT_EQ(rows.groupRowsBetween(0, 5), 0);
+}
+
 TEST_F(GroupedRowsTest, GroupsAreToldAgainWhenTheyAreMadeAnew)
 {
     build();

@@ -253,6 +253,18 @@ TEST_F(ReportGridTest, GroupsByDroppingAHeaderOnTheBox)
     EXPECT_EQ(probeOf(&grid)->visiblePosition(3), 2);
 }
 
+TEST_F(ReportGridTest, TheTicksStayInTheirColumnWhileTheyGroup)
+{
+    grid.setChecked(1, true);
+    group(1);
+    ASSERT_EQ(grid.groupColumns(), std::vector<int>{1});
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 0);
+    EXPECT_FALSE(probeOf(&grid)->checkRect(1).isEmpty());
+    grid.groupBy(3);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 0);
+    EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1);
+}
+
 TEST_F(ReportGridTest, TakesAGroupOutByDraggingItsChipAway)
 {
     group(3);

@@ -138,3 +138,20 @@ TEST(Placement, StandsBetweenWhatItWouldCoverAtTopAndBottom)
     EXPECT_FALSE(placed.intersects(field));
     EXPECT_FALSE(placed.intersects(other));
 }
+
+TEST(Placement, IsMadeLowerRatherThanCoverTheFieldInALowWindow)
+{
+    const QRect low(5, 5, 630, 470);
+    const QSize keyboard(626, 246);
+    for (const auto& [field, below] :
+         {std::pair{QRect(317, 162, 164, 96), true}, {QRect(10, 240, 500, 96), false}}) {
+        const QRect placed = zul::placeAtBottom(field, keyboard, low);
+        EXPECT_FALSE(placed.intersects(field)) << field.y();
+        EXPECT_TRUE(low.contains(placed)) << field.y();
+        EXPECT_LT(placed.height(), keyboard.height());
+        EXPECT_GE(placed.height(), keyboard.height() * 3 / 4);
+        EXPECT_EQ(placed.y() > field.y(), below);
+    }
+    // Keys that nobody can hit are of no use.
+    EXPECT_EQ(zul::placeAtBottom(QRect(10, 150, 500, 200), keyboard, low).height(), keyboard.height());
+}

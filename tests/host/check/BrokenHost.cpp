@@ -95,6 +95,9 @@ public:
         if (is(Fault::EofNeverTrue)) {
             *value = VARIANT_FALSE;
         }
+        if (is(Fault::EofIsOne) && *value != VARIANT_FALSE) {
+            *value = 1;
+        }
         if (is(Fault::LostWhenAnotherRuns) && m_state->statements != m_statements) {
             *value = VARIANT_TRUE;
         }
@@ -220,6 +223,11 @@ private:
         case Fault::BooleanAsNumber:
             if (value.vt == VT_BOOL) {
                 value = Variant::fromLong(value.boolVal);
+            }
+            break;
+        case Fault::BooleanIsOne:
+            if (value.vt == VT_BOOL && value.boolVal != VARIANT_FALSE) {
+                value.boolVal = 1;
             }
             break;
         case Fault::DateAsText:

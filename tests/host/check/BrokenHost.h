@@ -27,6 +27,7 @@ enum class Fault
     AnswersEverything,     ///< a row set has every interface
     RefusesWithoutNull,    ///< the connection object refuses, and leaves a pointer
     EofNeverTrue,
+    EofIsOne, ///< a truth of C, and none of automation's
     NullAsEmpty,
     NullAsZero,
     EmptyTextAsNull,
@@ -48,6 +49,7 @@ enum class Fault
     LookupNull,     ///< NULL where there is no row
     LookupSucceeds, ///< also where the field is missing
     BooleanAsNumber,
+    BooleanIsOne,
     DateAsText,
     MoneyAsCurrency,
     StrayVariant, ///< a value of a type that nobody knows, at no place

@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -109,6 +110,42 @@ TEST(Sequencing, AHandlerThatWaitsInALoopOfItsOwnLetsNothingRun)
     });
     const Outcome outcome = play(host, "call show\nclick cmdGo\nprint lblLog\n");
     EXPECT_TRUE(outcome.lines[1].contains(u"text=\"done\""_s)) << outcome.text();
+}
+
+void chooseFromMenu(TestDialog& dialog)
+{
+    QMenu menu;
+    menu.addAction(u"first"_s);
+    const QAction* chosen = menu.exec(dialog.mapToGlobal(QPoint(0, 0)));
+    dialog.log(chosen != nullptr ? chosen->text() : u"none"_s);
+}
+
+TEST(Sequencing, AMenuThatIsWaitedForIsWorked)
+{
+    ScriptedHost host;
+    host.opens("show", [] { TestDialog(u"frmA"_s, chooseFromMenu).exec(); });
+    const Outcome outcome = play(host, "call show\nclick cmdGo\nprint lblLog\nat 8 8\nprint lblLog\n");
+    EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
+    ASSERT_EQ(outcome.lines.size(), 5) << outcome.text();
+    EXPECT_TRUE(outcome.lines[1].contains(u"text=\"\""_s)) << outcome.text();
+    EXPECT_TRUE(outcome.lines[2].contains(u"text=\"first\""_s)) << outcome.text();
+    EXPECT_EQ(outcome.lines[4], u"return show empty"_s);
+}
+
+TEST(Sequencing, AMenuThatIsWaitedForIsClosedAtTheEnd)
+{
+    ScriptedHost host;
+    QString log;
+    host.opens("show", [&log] {
+        TestDialog dialog(u"frmA"_s, chooseFromMenu);
+        dialog.exec();
+        log = dialog.findChild<QLabel*>(u"lblLog"_s)->text();
+    });
+    const Outcome outcome = play(host, "call show\nclick cmdGo\n");
+    EXPECT_EQ(outcome.result, 0) << outcome.errors.join('\n').toStdString();
+    EXPECT_EQ(log, u"none"_s);
+    EXPECT_EQ(outcome.lines, (QStringList{u"window frmA shown"_s, u"window frmA hidden tag=\"\""_s,
+                                          u"return show empty"_s}));
 }
 
 TEST(Sequencing, DialogsNestThreeDeep)
