@@ -43,4 +43,4 @@ if [ "$arch" = x86_64 ]; then
 fi
 
 echo "== test windows-$arch"
-tests/on-display.sh 1920x1080x24 ctest --preset "windows-$arch" "$@"
+tests/on-display.sh 1920x1080x24 ctest --preset "windows-$arch" -j "${ZUL_JOBS:-$(nproc)}" "$@"

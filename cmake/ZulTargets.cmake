@@ -136,4 +136,8 @@ function(zul_test name)
   add_test(NAME ${name} COMMAND "${ZUL_TEST_RUNNER}" "$<TARGET_FILE:${name}>")
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=${ZUL_LSAN_OPTIONS}")
+  if(WIN32 AND ARG_QT)
+    # There is one display, and one window on it has the keyboard.
+    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK windows_display)
+  endif()
 endfunction()

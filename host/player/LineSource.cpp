@@ -23,7 +23,7 @@ std::unique_ptr<std::istream> openScenario(const QString& path)
     if (QFileInfo(path).isDir()) {
         throw ScenarioError{u"the scenario %1 is a folder"_s.arg(quoted(path))};
     }
-    auto file = std::make_unique<std::ifstream>(path.toStdString());
+    auto file = std::make_unique<std::ifstream>(QFileInfo(path).filesystemFilePath());
     if (!*file) {
         throw ScenarioError{u"the scenario %1 cannot be read"_s.arg(quoted(path))};
     }
