@@ -8,6 +8,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE = 30  # seconds for anything to happen
+Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)  # for one answer; a busy machine has been slower than the default
 
 
 class NotThere(Exception):

@@ -31,6 +31,14 @@ def title(window):
     return found
 
 
+def is_seen(window):
+    """A toolkit has windows of one point too, for its own ends, with the program's name as their title."""
+    unused, at, sides = c.c_ulong(), c.c_int(), [c.c_uint() for _ in range(4)]
+    known = x.XGetGeometry(display, c.c_ulong(window), c.byref(unused), c.byref(at), c.byref(at),
+                           *(c.byref(side) for side in sides))
+    return bool(known) and sides[0].value > 1 and sides[1].value > 1
+
+
 def windows():
     parent, top, children, count = c.c_ulong(), c.c_ulong(), c.POINTER(c.c_ulong)(), c.c_uint()
     x.XQueryTree(display, c.c_ulong(root), c.byref(top), c.byref(parent), c.byref(children), c.byref(count))
@@ -46,7 +54,7 @@ x.XSetErrorHandler(ignore)
 deadline = time.time() + 60
 target = None
 while target is None and time.time() < deadline:
-    target = next((window for window in windows() if title(window) == sys.argv[1]), None)
+    target = next((window for window in windows() if title(window) == sys.argv[1] and is_seen(window)), None)
     time.sleep(0.1)
 if target is None:
     sys.exit(f"no window {sys.argv[1]}; there are: " + ", ".join(filter(None, map(title, windows()))))
