@@ -122,13 +122,15 @@ void frmAnteprima::showRow(int row)
     SmsCount count = countSms(preview.text);
     count.estimate = false; // what the host left in braces goes out so
     m_count->setText(m_kind == PreviewKind::Sms ? smsCountLine(count, locale)
-                                                : u"%1 caratteri"_s.arg(locale.toString(count.characters)));
+                                                : characterCount(count.characters, locale));
     m_hindrance->setText(preview.hindrance);
     const auto place = std::lower_bound(m_marked.begin(), m_marked.end(), row);
     const bool ticked = place != m_marked.end() && *place == row;
-    m_position->setText(ticked ? u"%1 di %2 selezionati"_s.arg(locale.toString(place - m_marked.begin() + 1),
-                                                               locale.toString(m_marked.size()))
-                               : u"non selezionato"_s);
+    m_position->setText(!ticked ? u"non selezionato"_s
+                        : m_marked.size() == 1
+                            ? u"1 di 1 selezionato"_s
+                            : u"%1 di %2 selezionati"_s.arg(locale.toString(place - m_marked.begin() + 1),
+                                                            locale.toString(m_marked.size())));
     m_previous->setEnabled(neighbour(-1) >= 0);
     m_next->setEnabled(neighbour(1) >= 0);
 }

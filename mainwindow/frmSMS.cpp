@@ -212,6 +212,9 @@ void frmSMS::connectKeys()
     }
     connect(new QShortcut(QKeySequence::Find, m_ui->pageRicerca), &QShortcut::activated, m_ui->grdClienti,
             &ReportGrid::openFindBar);
+    // The buttons that tick keep the focus; a text field has an undo of its own.
+    connect(new QShortcut(QKeySequence::Undo, m_ui->pageRicerca), &QShortcut::activated, m_ui->grdClienti,
+            &ReportGrid::undoChecked);
     connect(new QShortcut(QKeySequence(Qt::Key_F6), m_ui->pageRicerca), &QShortcut::activated, this,
             &frmSMS::changePanel);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), this), &QShortcut::activated, this,

@@ -92,13 +92,17 @@ bool seemsToHoldPlaceholders(const QString& text)
     return name.match(text).hasMatch();
 }
 
+QString characterCount(int characters, const QLocale& locale)
+{
+    return characters == 1 ? u"1 carattere"_s : u"%1 caratteri"_s.arg(locale.toString(characters));
+}
+
 QString smsCountLine(const SmsCount& count, const QLocale& locale)
 {
     if (count.characters == 0) {
         return {};
     }
-    QString line =
-        count.characters == 1 ? u"1 carattere"_s : u"%1 caratteri"_s.arg(locale.toString(count.characters));
+    QString line = characterCount(count.characters, locale);
     if (count.units != count.characters) {
         line += u" (contano %1)"_s.arg(locale.toString(count.units));
     }
@@ -111,7 +115,9 @@ QString smsCountLine(const SmsCount& count, const QLocale& locale)
                  : u"un carattere che non si vede (U+%1)"_s.arg(
                        QString::number(count.cause.toUcs4().front(), 16).toUpper().rightJustified(4, u'0')));
     }
-    line += u" · %1 SMS, ne restano %2"_s.arg(locale.toString(count.parts), locale.toString(count.left));
+    line += u" · %1 SMS, ne %2 %3"_s.arg(locale.toString(count.parts),
+                                         count.left == 1 ? u"resta"_s : u"restano"_s,
+                                         locale.toString(count.left));
     if (count.estimate) {
         line += u" · stima: dipende dai dati del cliente"_s;
     }

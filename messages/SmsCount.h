@@ -33,6 +33,9 @@ SmsCount countSms(const QString& text);
 /// are filled is the host's own knowledge.
 bool seemsToHoldPlaceholders(const QString& text);
 
+/// "1 carattere", "1.204 caratteri".
+QString characterCount(int characters, const QLocale& locale);
+
 /// The count in a line for the operator; empty for the empty text.
 QString smsCountLine(const SmsCount& count, const QLocale& locale);
 

@@ -111,9 +111,9 @@ QString GridCellAccessible::groupDescription() const
 {
     const ReportGridModel& grid = m_view->grid();
     const QString whether = grid.isGroupClosed(m_row) ? u"chiuso"_s : u"aperto"_s;
-    return u"Gruppo di livello %1, %2 righe, %3"_s.arg(grid.groupLevel(m_row) + 1)
-        .arg(grid.groupCount(m_row))
-        .arg(whether);
+    const int rows = grid.groupCount(m_row);
+    return u"Gruppo di livello %1, %2, %3"_s.arg(grid.groupLevel(m_row) + 1)
+        .arg(rows == 1 ? u"1 riga"_s : u"%1 righe"_s.arg(rows), whether);
 }
 
 QString GridCellAccessible::text(QAccessible::Text kind) const

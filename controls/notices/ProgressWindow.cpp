@@ -15,6 +15,7 @@ ProgressWindow::ProgressWindow(QWidget* owner, const QString& caption, int steps
     , m_bar(new QProgressBar(this))
 {
     setWindowModality(Qt::WindowModal);
+    setWindowTitle(caption);
     auto* label = new QLabel(caption, this);
     label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignCenter);

@@ -226,8 +226,9 @@ QRect ReportGridView::checkRect(int row) const
 
 QRect ReportGridView::expanderRect(int row) const
 {
+    // Which group it is, is to be read whatever column is in sight.
     const QRect line = rowRect(row);
-    return {m_grid->groupLevel(row) * indent + 2 - horizontalOffset(), line.top(), expander, line.height()};
+    return {m_grid->groupLevel(row) * indent + 2, line.top(), expander, line.height()};
 }
 
 int ReportGridView::rowAt(int y) const

@@ -228,6 +228,28 @@ TEST_F(SmsFormKeyboardTest, CtrlFFindsFromAnywhereInThePageAndF6GoesOnToTheRows)
     EXPECT_FALSE(form->focusWidget()->isAncestorOf(grid()) || grid()->isAncestorOf(form->focusWidget()));
 }
 
+TEST_F(SmsFormKeyboardTest, CtrlZTakesBackTheLastTickingFromItsButtonToo)
+{
+    open();
+    scriptCustomers({customer(1, "Rossi", "333", "a@b.it"), customer(2, "Verdi", "334", "c@d.it")});
+    search();
+    tick(0);
+    click("cmdSelAll");
+    EXPECT_EQ(marks(), u"xx"_s);
+    EXPECT_EQ(focused(), u"cmdSelAll"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(marks(), u"x-"_s);
+    grid()->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(marks(), u"xx"_s) << "once, in the rows too";
+    auto* age = edit("txtANA_Eta_I");
+    age->setFocus();
+    QTest::keyClicks(age, u"30"_s);
+    QTest::keyClick(age, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(age->text(), QString()) << "a field's own";
+    EXPECT_EQ(marks(), u"xx"_s);
+}
+
 TEST_F(SmsFormKeyboardTest, ProseguiLeadsToTheSendTypeAndChoosesNone)
 {
     open();

@@ -247,6 +247,19 @@ TEST_F(SmsFormPreviewTest, WhatIsTypedIsPreviewedAsItStands)
     });
 }
 
+TEST_F(SmsFormPreviewTest, OneTickedCustomerIsToldAsOne)
+{
+    open();
+    searchThree();
+    tick(0);
+    click("cmdProsegui1");
+    page("TabControlTipo", 1);
+    freeText(1)->setPlainText(u"x"_s);
+    click("RBN_Push");
+    preview("cmdAnteprima(1)",
+            [&](QWidget* window) { EXPECT_EQ(in(window, "lblPosizione"), u"1 di 1 selezionato"_s); });
+}
+
 TEST_F(SmsFormPreviewTest, WithoutCustomersOrWithoutATextItSaysWhatIsMissing)
 {
     open();

@@ -86,6 +86,7 @@ TEST(SmsCount, TheLineSaysItAll)
     const std::pair<QString, QString> cases[] = {
         {QString(), QString()},
         {u"a"_s, u"1 carattere · GSM 03.38 · 1 SMS, ne restano 159"_s},
+        {u"a"_s.repeated(159), u"159 caratteri · GSM 03.38 · 1 SMS, ne resta 1"_s},
         {u"Costa 5 €"_s, u"9 caratteri (contano 10) · GSM 03.38 · 1 SMS, ne restano 150"_s},
         {u"Ciao 😀"_s, u"6 caratteri (contano 7) · UCS-2 per “😀” · 1 SMS, ne restano 63"_s},
         {u"a\tb"_s,

@@ -250,6 +250,12 @@ TEST_F(GridAccessibleTest, GroupsTellLevelAndWhetherTheyAreOpen)
     EXPECT_EQ(table().cellAt(134, 0), roma);
 }
 
+TEST_F(GridAccessibleTest, AGroupOfOneRowSaysSo)
+{
+    grid.groupBy(2);
+    EXPECT_EQ(table().cellAt(0, 0)->text(QAccessible::Description), u"Gruppo di livello 1, 1 riga, aperto"_s);
+}
+
 TEST_F(GridAccessibleTest, AGroupTicksItsRowsByAnAction)
 {
     grid.groupBy(3);

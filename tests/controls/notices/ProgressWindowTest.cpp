@@ -43,6 +43,7 @@ TEST_F(ProgressWindowTest, ALongOneIsModalToItsOwnerAndGoesOn)
 {
     showNow();
     EXPECT_EQ(progress.windowModality(), Qt::WindowModal);
+    EXPECT_FALSE(progress.windowTitle().isEmpty());
     EXPECT_TRUE(progress.advance(10));
     EXPECT_EQ(progress.findChild<QProgressBar*>()->value(), 10);
 }

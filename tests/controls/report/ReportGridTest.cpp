@@ -1,11 +1,13 @@
 #include "controls/report/ReportGrid.h"
 #include "controls/report/ReportGridProbe.h"
+#include "controls/report/ReportGridView.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QFile>
 #include <QItemSelectionModel>
 #include <QMenu>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -263,6 +265,23 @@ TEST_F(ReportGridTest, TheTicksStayInTheirColumnWhileTheyGroup)
     grid.groupBy(3);
     EXPECT_EQ(probeOf(&grid)->visiblePosition(1), 0);
     EXPECT_EQ(probeOf(&grid)->visiblePosition(3), -1);
+}
+
+TEST_F(ReportGridTest, AGroupsRowStaysInSightWhenColumnsScroll)
+{
+    group(3);
+    grid.resize(240, 400);
+    QCoreApplication::processEvents();
+    auto* view = grid.findChild<ReportGridView*>();
+    const QRect tick = probeOf(&grid)->checkRect(0);
+    const QImage before = view->viewport()->grab(probeOf(&grid)->rowRect(0)).toImage();
+    QScrollBar* bar = view->horizontalScrollBar();
+    ASSERT_GT(bar->maximum(), 0);
+    bar->setValue(bar->maximum());
+    EXPECT_EQ(probeOf(&grid)->checkRect(0), tick);
+    EXPECT_EQ(view->viewport()->grab(probeOf(&grid)->rowRect(0)).toImage(), before);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, tick.center());
+    EXPECT_EQ(probeOf(&grid)->rowCheck(1), 1);
 }
 
 TEST_F(ReportGridTest, TakesAGroupOutByDraggingItsChipAway)

@@ -134,6 +134,8 @@ TEST(AppPost, ASilentServiceIsWaitedForSoManyTimesARun)
     const TemporaryFolder folder;
     const SilentServer silent;
     constexpr std::chrono::milliseconds patience(150);
+    // The library that waits counts in its own clock and in whole milliseconds.
+    constexpr std::chrono::milliseconds waited = patience - std::chrono::milliseconds(10);
     bool timedOut = false;
     EXPECT_NE(postAppMessage(silent.url(), "sale", sample(), patience, &timedOut), "");
     EXPECT_TRUE(timedOut);
@@ -164,8 +166,8 @@ TEST(AppPost, ASilentServiceIsWaitedForSoManyTimesARun)
         ASSERT_EQ(connector->Init(Bstr(u"s").get(), Bstr(u"t").get()), S_OK);
         std::string first;
         std::string later;
-        EXPECT_GE(send(first), patience);
-        EXPECT_GE(send(first), patience);
+        EXPECT_GE(send(first), waited);
+        EXPECT_GE(send(first), waited);
         EXPECT_NE(first, "");
         for (int i = 0; i < 20; ++i) {
             EXPECT_LT(send(later), patience);
