@@ -31,6 +31,7 @@ export ZUL_FTPSERVE=$built/ftpserve
 
 # A Windows of its own, of an Italian user whose dates are those of Windows' own setting.
 wine_prefix "$built/wine"
+trap wine_end EXIT
 
 # Qt's libraries stand beside the component.
 export WINEPATH="Z:${built//\//\\}\\bin"

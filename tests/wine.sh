@@ -21,3 +21,6 @@ wine_prefix() {
     "$ZUL_WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
     touch "$WINEPREFIX/set-up"
 }
+
+# wine_end: ends what still runs in the prefix, Wine's services too.
+wine_end() { "$(dirname "$ZUL_WINE")/wineserver" -k 2>/dev/null || true; }

@@ -35,7 +35,7 @@ std::string textOf(const GUID& guid)
 {
     OLECHAR text[39];
     EXPECT_EQ(StringFromGUID2(guid, text, 39), 39);
-    return zul::utf8FromUtf16(text);
+    return zul::utf8FromUtf16({reinterpret_cast<const char16_t*>(text), 38});
 }
 
 struct ExpectedMember

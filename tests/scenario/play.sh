@@ -37,7 +37,8 @@ export LC_ALL=${locale:-${ZUL_TEST_LOCALE:-it_IT.UTF-8}}
 customers=$(setting customers)
 database=$folder/test.db
 [ "$engine" = file ] || . "$here/server.sh"
-[ -n "${created:-}" ] || run --database "$database" --create-demo "${customers:-0}" || { echo "no demo database"; exit 1; }
+[ -n "${created:-}" ] || run --database "$database" --create-demo "${customers:-0}" >"$folder/created" 2>&1 ||
+    { cat "$folder/created"; echo "no demo database"; exit 1; }
 
 sed -n 's/^# file \([^:]*\): */\1\t/p' "$scenario" | while IFS=$'\t' read -r name lines; do
     mkdir -p "$(dirname "$folder/$name")"
