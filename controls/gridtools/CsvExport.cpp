@@ -46,7 +46,7 @@ QString askCsvFile(QWidget* owner, const QString& suggestedName)
     nameParts(dialog);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // it would ask in its own words
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
-        const QString path = dialog.selectedFiles().first();
+        QString path = dialog.selectedFiles().first();
         if (mayBeWritten(owner, path)) {
             return path;
         }
