@@ -4,7 +4,8 @@
 #     run.sh BUILD SECONDS [TARGET…]                    all or these, for so many seconds each
 #     ZUL_FUZZ_RUNS=10000000 run.sh BUILD 0 [TARGET…]   for so many runs each
 #
-# ZUL_FUZZ_JOBS is how many run at a time. What ends a target stands in the build folder, beside its log.
+# ZUL_FUZZ_JOBS is how many run at a time; with a number in ZUL_FUZZ_SEED the same inputs are tried in the same order.
+# What ends a target stands in the build folder, beside its log.
 set -euo pipefail
 build=$(cd "$1" && pwd)
 seconds=$2
@@ -30,8 +31,8 @@ run_target() {
     local name=$1 work=$build/corpus-$1
     rm -rf "$work"
     cp -r "$here/corpus/$name" "$work"
-    if ! "$build/bin/$name" "$limit" -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" "$work" \
-        </dev/null >"$build/$name.log" 2>&1; then
+    if ! "$build/bin/$name" "$limit" "-seed=${ZUL_FUZZ_SEED:-0}" -timeout=20 -rss_limit_mb=2048 \
+        -artifact_prefix="$build/$name-" "$work" </dev/null >"$build/$name.log" 2>&1; then
         tail -n 60 "$build/$name.log" >&2
         echo "fuzz target $name failed" >&2
         return 255
