@@ -21,8 +21,8 @@ wine_prefix() {
     "$ZUL_WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
     # A user of Windows has these from the first day; what is registered for one user leaves them.
     local key
-    for key in CLSID Interface TypeLib; do
-        "$ZUL_WINE" reg add "HKCU\\Software\\Classes\\$key" /f >/dev/null 2>&1
+    for key in 'Classes\CLSID' 'Classes\Interface' 'Classes\TypeLib' 'Microsoft\Windows\CurrentVersion\Uninstall'; do
+        "$ZUL_WINE" reg add "HKCU\\Software\\$key" /f >/dev/null 2>&1
     done
     touch "$WINEPREFIX/set-up"
 }
