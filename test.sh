@@ -40,7 +40,7 @@ echo "== clang-tidy"
 
 echo "== fuzz targets"
 # The same inputs each time, so that who changed something is told of that and not of luck; longer runs try others.
-ZUL_FUZZ_SEED=1 tests/fuzz/run.sh build/fuzz 8
+ZUL_FUZZ_SEED=1 ZUL_FUZZ_RUNS=20000 tests/fuzz/run.sh build/fuzz 8
 
 # A run that fails shows its failures and ends here.
 suite() {

@@ -35,9 +35,15 @@ void checkHidden(const std::vector<std::string>& given)
     if (line == nullptr || !line->database.contains(u'=') || list.contains(u"--database-file")) {
         return;
     }
+    // Where it stands by its option: the same text may be what another one was given.
+    const std::string option = "--database";
     for (std::size_t i = 1; i < words.size(); ++i) {
-        require(!QString::fromLocal8Bit(words[i].c_str()).endsWith(line->database),
-                "a connection string is overwritten");
+        const bool joined = before[i].starts_with(option + '=');
+        if (joined || before[i - 1] == option) {
+            const std::string left = joined ? words[i].substr(option.size() + 1) : words[i];
+            require(QString::fromLocal8Bit(left.c_str()) != line->database,
+                    "a connection string is overwritten");
+        }
     }
 }
 

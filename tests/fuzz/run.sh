@@ -2,7 +2,7 @@
 # Runs the fuzz targets of a build, each on a copy of its corpus, as many at a time as there are processors:
 #
 #     run.sh BUILD SECONDS [TARGET…]                    all or these, for so many seconds each
-#     ZUL_FUZZ_RUNS=10000000 run.sh BUILD 0 [TARGET…]   for so many runs each
+#     ZUL_FUZZ_RUNS=10000000 run.sh BUILD 0 [TARGET…]   for so many runs each; with both, until the first is reached
 #
 # ZUL_FUZZ_JOBS is how many run at a time; with a number in ZUL_FUZZ_SEED the same inputs are tried in the same order.
 # What ends a target stands in the build folder, beside its log.
@@ -23,16 +23,14 @@ export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$here/../lsan.supp:print_suppre
 # The compiler's checks for undefined behaviour only tell of it otherwise.
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:print_stacktrace=1}
 export QT_QPA_PLATFORM=offscreen LC_ALL=it_IT.UTF-8
-limit=-max_total_time=$seconds
-[ -z "${ZUL_FUZZ_RUNS:-}" ] || limit=-runs=$ZUL_FUZZ_RUNS
-export here build limit
+export here build seconds
 
 run_target() {
     local name=$1 work=$build/corpus-$1
     rm -rf "$work"
     cp -r "$here/corpus/$name" "$work"
-    if ! "$build/bin/$name" "$limit" "-seed=${ZUL_FUZZ_SEED:-0}" -timeout=20 -rss_limit_mb=2048 \
-        -artifact_prefix="$build/$name-" "$work" </dev/null >"$build/$name.log" 2>&1; then
+    if ! "$build/bin/$name" -max_total_time="$seconds" -runs="${ZUL_FUZZ_RUNS:--1}" -seed="${ZUL_FUZZ_SEED:-0}" \
+        -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" "$work" </dev/null >"$build/$name.log" 2>&1; then
         tail -n 60 "$build/$name.log" >&2
         echo "fuzz target $name failed" >&2
         return 255
