@@ -42,13 +42,13 @@ libraries() {
   folders=$(find "$work/root" -name '*.so*' -printf '%h\n' | sort -u | paste -sd: -)
   LD_LIBRARY_PATH=$folders ldd "${programs[@]}" 2>/dev/null
 }
-if libraries | grep -q 'not found'; then
+if libraries | grep 'not found' | cat >/dev/null; then
   needed=$(apt-cache depends --recurse --no-recommends --no-suggests --no-conflicts --no-breaks --no-replaces \
     --no-enhances --no-pre-depends vsftpd pure-ftpd | grep -E '^lib(wrap|nsl|cap|pam0g|audit|sodium|ssl3|crypt|tirpc|event|mysql|mariadb|pq|ldap)' \
     | sort -u)
   # One after the other: one that cannot be had may be one that is not missing.
   for package in $needed; do
-    libraries | grep -q 'not found' || break
+    libraries | grep 'not found' | cat >/dev/null || break
     fetch "$package" || true
   done
 fi

@@ -54,11 +54,12 @@ inside sh -c 'dpkg -i /packages/*.deb' \
 echo "== the page, followed by an ordinary user"
 inside cp -r /usr/share/doc/zul-messagebuilder-dev/examples/embed /tmp/embed
 chown -R $user "$root/tmp/embed"
+# A grep that says nothing ends at what it looks for, and breaks off who still writes.
 for host in 'c++ -std=c++17 host.cpp' 'cc -std=c11 host.c'; do
     as_user sh -c "cd /tmp/embed && $host -o host \$(pkg-config --cflags --libs zul-automation) && ./host --quiet" |
-        grep -qx 'isOkPressed false' || fail "$host"
+        grep -x 'isOkPressed false' | cat >/dev/null || fail "$host"
 done
-as_user python3 /tmp/embed/host.py --quiet | grep -qx 'isOkPressed false' || fail "host.py"
+as_user python3 /tmp/embed/host.py --quiet | grep -x 'isOkPressed false' | cat >/dev/null || fail "host.py"
 
 echo "== zulhost"
 as_user zulhost --scenario /packages/first.scenario >"$root/tmp/played" || { cat "$root/tmp/played" >&2; exit 1; }

@@ -40,7 +40,7 @@ for mode in CurrentUser AllUsers; do
         [ -e "$home/bin/Zul_MessageBuilder.dll" ] || fail "$mode, $time: no library"
         registered=$(query "$hive\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /ve)
         [[ $registered == *'Zul_MessageBuilder.dll'* ]] || fail "$mode, $time: not registered: $registered"
-        query "$hive\\$uninstall\\Zul_MessageBuilder-$arch" | grep -q 'DisplayVersion' || fail "$mode, $time: no entry"
+        query "$hive\\$uninstall\\Zul_MessageBuilder-$arch" | grep 'DisplayVersion' | cat >/dev/null || fail "$mode, $time: no entry"
     done
     for file in licences/LGPL-3 licences/qt.txt idl/Zul_MessageBuilder.idl include/Zul_MessageBuilder.h \
         bin/Zul_MessageBuilder.tlb bin/Zul_MessageBuilder.manifest bin/ZulSmsSender/ZULSms_Sender.exe docs/host.md bin/translations/qtbase_it.qm; do
