@@ -5,6 +5,7 @@
 #     ZUL_FUZZ_RUNS=10000000 run.sh BUILD 0 [TARGET…]   for so many runs each; with both, until the first is reached
 #
 # ZUL_FUZZ_JOBS is how many run at a time; with a number in ZUL_FUZZ_SEED the same inputs are tried in the same order.
+# ZUL_FUZZ_LENGTH is the length of the longest input, in bytes; a long one takes the time of many short ones.
 # What ends a target stands in the build folder, beside its log.
 set -euo pipefail
 build=$(cd "$1" && pwd)
@@ -30,7 +31,7 @@ run_target() {
     rm -rf "$work"
     cp -r "$here/corpus/$name" "$work"
     if ! "$build/bin/$name" -max_total_time="$seconds" -runs="${ZUL_FUZZ_RUNS:--1}" -seed="${ZUL_FUZZ_SEED:-0}" \
-        -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" "$work" </dev/null >"$build/$name.log" 2>&1; then
+        -max_len="${ZUL_FUZZ_LENGTH:-0}" -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" "$work" </dev/null >"$build/$name.log" 2>&1; then
         tail -n 60 "$build/$name.log" >&2
         echo "fuzz target $name failed" >&2
         return 255
