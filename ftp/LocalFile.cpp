@@ -1,5 +1,8 @@
 #include "ftp/LocalFile.h"
 
+#include <algorithm>
+#include <array>
+
 namespace zul::ftp {
 
 int runTimeNumber(LocalError error)
@@ -37,6 +40,39 @@ ErrorCode errorCode(LocalError error)
         break;
     }
     return ReadFault;
+}
+
+LocalError LocalReplacement::write(std::string_view data)
+{
+    const auto error = m_file.write(data);
+    if (error == LocalError::None) {
+        m_written += data.size();
+    }
+    return error;
+}
+
+LocalError LocalReplacement::keepTailOf(const std::string& path)
+{
+    LocalFile earlier;
+    if (const auto error = earlier.open(path); error != LocalError::None) {
+        return error == LocalError::NoFile ? LocalError::None : error;
+    }
+    std::array<char, 4096> buffer{};
+    std::uint64_t passOver = m_written;
+    for (;;) {
+        std::size_t got = 0;
+        if (const auto error = earlier.read(buffer.data(), buffer.size(), got); error != LocalError::None) {
+            return error;
+        }
+        if (got == 0) {
+            return LocalError::None;
+        }
+        const auto passed = static_cast<std::size_t>(std::min<std::uint64_t>(passOver, got));
+        passOver -= passed;
+        if (const auto error = write({buffer.data() + passed, got - passed}); error != LocalError::None) {
+            return error;
+        }
+    }
 }
 
 } // namespace zul::ftp

@@ -14,6 +14,7 @@
 #include "host/session/ForeignHost.h"
 #include "host/session/HostDatabase.h"
 #include "host/session/HostSession.h"
+#include "host/session/Offscreen.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -21,7 +22,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 
 namespace {
@@ -44,16 +44,8 @@ void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
     if (hasDisplay() || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         return;
     }
-    QByteArray platform = "offscreen";
     keep = std::make_unique<QTemporaryDir>();
-    if (keep->isValid()) {
-        const std::string file = keep->filePath(u"screens.json"_s).toStdString();
-        std::ofstream(file)
-            << R"({"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1920, "height": 1080,)"
-            << R"( "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1.0}]})";
-        platform += ":configfile=" + QByteArray::fromStdString(file);
-    }
-    qputenv("QT_QPA_PLATFORM", platform);
+    qputenv("QT_QPA_PLATFORM", offscreenPlatform(keep->path()));
 }
 
 /// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
