@@ -26,7 +26,7 @@ if [ ! -x "$ZUL_WINE" ]; then
 fi
 
 # The FTP server of the scenarios is a program of this machine's.
-g++ -std=c++20 -O1 -I . tests/scenario/FtpServe.cpp tests/ftp/ScriptedServer.cpp -o "$built/ftpserve" -pthread
+g++ -std=c++20 -O1 -I . tests/scenario/FtpServe.cpp tests/ftp/ScriptedServer.cpp tests/ftp/SocketsPosix.cpp -o "$built/ftpserve" -pthread
 export ZUL_FTPSERVE=$built/ftpserve
 
 # A Windows of its own, of an Italian user whose dates are those of Windows' own setting.
