@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 namespace zul::ftp {
 
@@ -40,6 +41,22 @@ ErrorCode errorCode(LocalError error)
         break;
     }
     return ReadFault;
+}
+
+/// Nobody is silent for an hour in the midst of a download.
+void LocalReplacement::removeLeftovers(const std::filesystem::path& folder)
+{
+    namespace fs = std::filesystem;
+    const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    std::error_code ignored;
+    for (fs::directory_iterator at(folder, ignored); !ignored && at != fs::directory_iterator();
+         at.increment(ignored)) {
+        std::error_code failure;
+        const bool isOurs = at->path().filename().native().starts_with(fs::path(".zul-").native());
+        if (isOurs && at->is_regular_file(failure) && at->last_write_time(failure) < longAgo && !failure) {
+            fs::remove(at->path(), failure);
+        }
+    }
 }
 
 LocalError LocalReplacement::write(std::string_view data)

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -55,7 +56,8 @@ private:
 
 /// A file that takes the place of another, or of none, when it is whole: it is written beside it, under a name of
 /// its own, and moved into its place by commit(). Until then the other file is as it was; without a commit nothing
-/// stays behind. The new file belongs to its owner alone.
+/// stays behind; what a killed program left is taken away by a later replacement in the same folder. The new file belongs
+/// to its owner alone.
 class LocalReplacement
 {
 public:
@@ -78,6 +80,7 @@ public:
 
 private:
     void discard();
+    static void removeLeftovers(const std::filesystem::path& folder);
 
     LocalFile m_file;
     std::uint64_t m_written = 0;

@@ -199,6 +199,7 @@ LocalError LocalReplacement::open(const std::string& path)
         return error;
     }
     m_target = targetOf(nativePath(path));
+    removeLeftovers(folderOf(m_target));
     std::string beside = folderOf(m_target) + "/.zul-XXXXXX";
     const int file = mkostemp(beside.data(), O_CLOEXEC);
     if (file == -1) {

@@ -214,6 +214,7 @@ LocalError LocalReplacement::open(const std::string& path)
     if (const auto error = probeTarget(target); error != LocalError::None) {
         return error;
     }
+    removeLeftovers(folderOf(target));
     // The name of a moment; one that is taken is passed over.
     LARGE_INTEGER moment{};
     QueryPerformanceCounter(&moment);

@@ -20,6 +20,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -121,6 +122,15 @@ int run(const CommandLine& line)
         printer.flush();
     }
     database.close();
+    // Who reads them takes what is missing for what did not happen.
+    if (plays && std::ferror(stdout) != 0) {
+        complain(u"standard output could not be written to its end"_s);
+        code = std::max(code, exitFailed);
+    }
+    if (!database.isJournalWhole()) {
+        complain(u"the journal %1 could not be written to its end"_s.arg(quoted(line.journal)));
+        code = std::max(code, exitFailed);
+    }
     return code;
 }
 

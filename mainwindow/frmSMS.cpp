@@ -343,8 +343,8 @@ void frmSMS::Form_Resize()
         const int leastPixels = pixelsFromTwips(LeastTwips);
         const QSize least = QSize(leastPixels, leastPixels).boundedTo(roomFor(this));
         if (size().expandedTo(least) != size()) {
+            // No event of its own tells of this before the window is shown: what follows is for the new size.
             resize(size().expandedTo(least));
-            return;
         }
         // The height's margin is the strip of the header label.
         const int widthMargin = pixelsFromTwips(WidthMarginTwips);

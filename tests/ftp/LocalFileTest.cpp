@@ -3,6 +3,8 @@
 #include "tests/ftp/TempFolder.h"
 
 #include <array>
+#include <chrono>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -101,6 +103,24 @@ TEST(LocalReplacementTest, WithoutACommitNothingStaysBehind)
     }
     EXPECT_EQ(folder.read("a"), "earlier");
     EXPECT_EQ(folder.names(), std::set<std::string>{"a"});
+}
+
+TEST(LocalReplacementTest, TakesAwayWhatAKilledProgramLeftLongAgo)
+{
+    const TempFolder folder;
+    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
+    for (const char* name : {".zul-left", "zul-mine", ".zul"}) {
+        folder.write(name, "x");
+        std::filesystem::last_write_time(folder.path() / name, old);
+    }
+    std::filesystem::create_directory(folder.path() / ".zul-folder");
+    std::filesystem::last_write_time(folder.path() / ".zul-folder", old);
+    folder.write(".zul-new", "x");
+    LocalReplacement file;
+    ASSERT_EQ(file.open(folder.file("a")), LocalError::None);
+    ASSERT_EQ(file.commit(), LocalError::None);
+    EXPECT_EQ(folder.names(), (std::set<std::string>{".zul", ".zul-folder", ".zul-new", "a", "zul-mine"}))
+        << "somebody may be at a new one";
 }
 
 TEST(LocalReplacementTest, TheTailOfALongerFileCanBeKept)
