@@ -79,7 +79,7 @@ bool FailedNumbersReader::fill()
     const qsizetype kept = m_buffer.size();
     m_buffer.resize(kept + m_bounds.piece);
     const qint64 got = m_file.read(m_buffer.data() + kept, m_bounds.piece);
-    m_buffer.resize(kept + std::max<qint64>(got, 0));
+    m_buffer.resize(kept + static_cast<qsizetype>(std::max<qint64>(got, 0)));
     if (got < 0) {
         throw Error(57, u"Device I/O error"_s);
     }
