@@ -116,7 +116,7 @@ void setBit(std::vector<uint64_t>& bits, uint32_t index)
     bits[index >> 6] |= uint64_t{1} << (index & 63);
 }
 
-bool testBit(const std::vector<uint64_t>& bits, uint64_t index)
+bool testBit(const std::vector<uint64_t>& bits, std::size_t index)
 {
     return (bits[index >> 6] >> (index & 63) & 1) != 0;
 }

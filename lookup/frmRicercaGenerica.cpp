@@ -1,11 +1,11 @@
 #include "lookup/frmRicercaGenerica.h"
 
 #include "base/OperatorText.h"
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
 #include "lookup/LookupModes.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"

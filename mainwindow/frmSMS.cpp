@@ -1,5 +1,6 @@
 #include "mainwindow/frmSMS.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
@@ -18,7 +19,6 @@
 #include "mainwindow/TemplateEditors.h"
 #include "mainwindow/frmRicerche.h"
 #include "selection/TargetQuery.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/DataFile.h"
 #include "session/FormHelpers.h"

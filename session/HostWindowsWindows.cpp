@@ -1,5 +1,6 @@
 #include "session/HostWindows.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPointer>
@@ -7,6 +8,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include <windows.h>
@@ -71,10 +73,62 @@ private:
     HWND m_owner;
 };
 
+/// What tells the host's message loop to end; only our loop sees it while our window is shown. Our windows close then, as
+/// the system's own modal ones do, and the host's loop gets it afterwards.
+class QuitKeeper
+{
+public:
+    QuitKeeper()
+        : m_outer(innermost)
+        , m_hook(SetWindowsHookExW(WH_GETMESSAGE, seeMessage, nullptr, GetCurrentThreadId()))
+    {
+        innermost = this;
+    }
+    ~QuitKeeper()
+    {
+        UnhookWindowsHookEx(m_hook);
+        innermost = m_outer;
+        if (m_code) {
+            PostQuitMessage(*m_code);
+        }
+    }
+    QuitKeeper(const QuitKeeper&) = delete;
+    QuitKeeper& operator=(const QuitKeeper&) = delete;
+
+private:
+    static LRESULT CALLBACK seeMessage(int code, WPARAM removed, LPARAM parameter)
+    {
+        const auto& message = *reinterpret_cast<const MSG*>(parameter);
+        if (code >= 0 && removed == PM_REMOVE && message.message == WM_QUIT && innermost != nullptr) {
+            innermost->m_code = static_cast<int>(message.wParam);
+            QMetaObject::invokeMethod(qApp, closeModalWindows, Qt::QueuedConnection);
+        }
+        return CallNextHookEx(nullptr, code, removed, parameter);
+    }
+
+    /// From the topmost down to the first that wants to stay.
+    static void closeModalWindows()
+    {
+        QWidget* window = QApplication::activeModalWidget();
+        while (window != nullptr && window->close() && QApplication::activeModalWidget() != window) {
+            window = QApplication::activeModalWidget();
+        }
+    }
+
+    static thread_local QuitKeeper* innermost;
+
+    QuitKeeper* m_outer;
+    HHOOK m_hook;
+    std::optional<int> m_code;
+};
+
+thread_local QuitKeeper* QuitKeeper::innermost = nullptr;
+
 } // namespace
 
 struct HostWindowsHeld::State
 {
+    QuitKeeper quit;
     QPointer<QWindow> form;
     std::unique_ptr<OwnerKeeper> owner;
     HWND active = nullptr; // the host's, null where it has none

@@ -113,8 +113,8 @@ void GroupedRows::appendBelow(size_t group, std::vector<uint32_t>& rows) const
 {
     const Group& top = m_groups[group];
     if (top.level + 1 == m_levels) {
-        const auto first = m_order->begin() + top.first;
-        rows.insert(rows.end(), first, first + top.count);
+        const auto first = m_order->begin() + static_cast<std::ptrdiff_t>(top.first);
+        rows.insert(rows.end(), first, first + static_cast<std::ptrdiff_t>(top.count));
         return;
     }
     for (size_t inner = group + 1; inner < m_groups.size() && m_groups[inner].level > top.level; ++inner) {

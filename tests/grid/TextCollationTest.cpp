@@ -52,7 +52,7 @@ std::vector<QString> randomTexts(const QString& alphabet, int count, int longest
         const int length = 1 + static_cast<int>((state >> 16) % static_cast<uint32_t>(longest));
         for (int c = 0; c < length; ++c) {
             state = state * 1664525U + 1013904223U;
-            text += alphabet.at((state >> 12) % alphabet.size());
+            text += alphabet.at(static_cast<qsizetype>(state >> 12) % alphabet.size());
         }
         texts.push_back(text);
     }

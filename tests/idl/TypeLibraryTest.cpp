@@ -122,7 +122,7 @@ TEST(MessageBuilderLibrary, MembersOfTheClassHaveTheirIdsSlotsAndArguments)
 {
     const LibraryType type = library("Zul_MessageBuilder").types.at(0);
     ASSERT_EQ(type.functions.size(), std::size(smsCreatorMembers));
-    EXPECT_EQ(type.vtableSize, (7 + type.functions.size()) * 8);
+    EXPECT_EQ(type.vtableSize, (7 + type.functions.size()) * sizeof(void*));
     for (std::size_t i = 0; i < type.functions.size(); ++i) {
         const LibraryFunction& function = type.functions[i];
         const ExpectedMember& expected = smsCreatorMembers[i];
@@ -130,7 +130,7 @@ TEST(MessageBuilderLibrary, MembersOfTheClassHaveTheirIdsSlotsAndArguments)
         EXPECT_EQ(function.name, expected.name);
         EXPECT_EQ(function.id, expected.id);
         EXPECT_EQ(function.invokeKind, expected.kind);
-        EXPECT_EQ(function.vtableOffset, (7 + i) * 8);
+        EXPECT_EQ(function.vtableOffset, (7 + i) * sizeof(void*));
         EXPECT_EQ(function.optionalParams, 0u);
         ASSERT_EQ(function.params.size(), expected.params.size() + (expected.hasResult ? 1 : 0));
         for (std::size_t p = 0; p < expected.params.size(); ++p) {
@@ -196,7 +196,7 @@ TEST(HostLibraries, EveryDualInterfaceIsForAutomation)
                 EXPECT_EQ(type.flags & (oleAutomation | nonExtensible), oleAutomation | nonExtensible)
                     << type.name;
                 for (std::size_t i = 0; i < type.functions.size(); ++i) {
-                    EXPECT_EQ(type.functions[i].vtableOffset, (7 + i) * 8) << type.functions[i].name;
+                    EXPECT_EQ(type.functions[i].vtableOffset, (7 + i) * sizeof(void*)) << type.functions[i].name;
                 }
             }
         }

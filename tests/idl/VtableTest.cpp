@@ -125,24 +125,26 @@ TEST(Vtable, TheFirstSevenSlotsAreThoseOfIDispatch)
     EXPECT_EQ(creator->called, "Invoke");
 }
 
-TEST(Layout, TypesHaveTheSizesOf64BitWindows)
+TEST(Layout, TypesHaveTheSizesOfWindows)
 {
+    // Of a process of 64 bits, and of 32.
+    const auto size = [](std::size_t wide, std::size_t narrow) { return sizeof(void*) == 8 ? wide : narrow; };
     EXPECT_EQ(sizeof(LONG), 4u);
     EXPECT_EQ(sizeof(HRESULT), 4u);
     EXPECT_EQ(sizeof(VARIANT_BOOL), 2u);
     EXPECT_EQ(sizeof(OLECHAR), 2u);
     EXPECT_EQ(sizeof(GUID), 16u);
-    EXPECT_EQ(sizeof(VARIANT), 24u);
+    EXPECT_EQ(sizeof(VARIANT), size(24, 16));
     EXPECT_EQ(offsetof(VARIANT, llVal), 8u);
-    EXPECT_EQ(offsetof(VARIANT, pRecInfo), 16u);
+    EXPECT_EQ(offsetof(VARIANT, pRecInfo), size(16, 12));
     EXPECT_EQ(sizeof(DECIMAL), 16u);
     EXPECT_EQ(offsetof(DECIMAL, Lo64), 8u);
-    EXPECT_EQ(sizeof(DISPPARAMS), 24u);
-    EXPECT_EQ(offsetof(DISPPARAMS, cNamedArgs), 20u);
-    EXPECT_EQ(sizeof(EXCEPINFO), 64u);
-    EXPECT_EQ(offsetof(EXCEPINFO, bstrSource), 8u);
-    EXPECT_EQ(offsetof(EXCEPINFO, scode), 56u);
-    EXPECT_EQ(sizeof(SAFEARRAY), 32u);
+    EXPECT_EQ(sizeof(DISPPARAMS), size(24, 16));
+    EXPECT_EQ(offsetof(DISPPARAMS, cNamedArgs), size(20, 12));
+    EXPECT_EQ(sizeof(EXCEPINFO), size(64, 32));
+    EXPECT_EQ(offsetof(EXCEPINFO, bstrSource), size(8, 4));
+    EXPECT_EQ(offsetof(EXCEPINFO, scode), size(56, 28));
+    EXPECT_EQ(sizeof(SAFEARRAY), size(32, 24));
     EXPECT_EQ(sizeof(ZulCell), 32u);
     EXPECT_EQ(offsetof(ZulCell, Text), 24u);
 }

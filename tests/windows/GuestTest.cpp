@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cwchar>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,18 +27,57 @@ std::string processState()
     GetDllDirectoryW(MAX_PATH, libraries);
     const auto filter = SetUnhandledExceptionFilter(nullptr);
     SetUnhandledExceptionFilter(filter);
-    wchar_t path[32768] = L"";
-    GetEnvironmentVariableW(L"PATH", path, 32768);
-    std::wstring state = std::wstring(folder) + L"|" + libraries + L"|" + path + L"|" +
+    // "NAME=VALUE" each, up to an empty one.
+    wchar_t* const variables = GetEnvironmentStringsW();
+    std::wstring environment;
+    for (const wchar_t* one = variables; *one != L'\0'; one += std::wcslen(one) + 1) {
+        environment += std::wstring(one) + L'\n';
+    }
+    FreeEnvironmentStringsW(variables);
+    std::wstring state = std::wstring(folder) + L"|" + libraries + L"|" + environment + L"|" +
                          std::to_wstring(reinterpret_cast<std::uintptr_t>(filter)) + L"|" +
                          std::to_wstring(GetErrorMode()) + L"|" + std::to_wstring(GetThreadLocale()) + L"|" +
                          std::to_wstring(IsProcessDPIAware());
     return std::string(state.begin(), state.end()) + "|" + std::setlocale(LC_ALL, nullptr);
 }
 
+// What the host's own loop and windows get to see.
+struct HostSeen
+{
+    int posted = 0;
+    int commands = 0;
+} hostSeen;
+
+constexpr UINT hostMessage = WM_APP + 1;
+constexpr WORD hostCommand = 77;
+
 LRESULT CALLBACK hostProcedure(HWND window, UINT message, WPARAM w, LPARAM l)
 {
+    if (message == hostMessage) {
+        ++hostSeen.posted;
+        return 0;
+    }
+    if (message == WM_COMMAND && LOWORD(w) == hostCommand) {
+        ++hostSeen.commands;
+        return 0;
+    }
     return DefWindowProcW(window, message, w, l);
+}
+
+// The host's message loop as far as there is something in the queue. The exit code where it is told to end.
+std::optional<int> runHostsLoop(HWND window, HACCEL accelerators)
+{
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            return static_cast<int>(message.wParam);
+        }
+        if (TranslateAcceleratorW(window, accelerators, &message) == 0) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+    return std::nullopt;
 }
 
 // The host's window, with a field that has the focus.
@@ -78,6 +119,8 @@ struct Seen
     bool hostEnabled = true;
     int ticks = 0;
     HANDLE other = nullptr; // a program that has to end before the window is closed
+    bool quits = false;     // the host is told to end meanwhile, and that closes the window
+    bool toldToEnd = false;
 } seen;
 
 BOOL CALLBACK findOther(HWND window, LPARAM)
@@ -94,6 +137,9 @@ BOOL CALLBACK findOther(HWND window, LPARAM)
 void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
 {
     ++seen.ticks;
+    if (seen.host != nullptr) {
+        PostMessageW(seen.host, hostMessage, 0, 0);
+    }
     EnumThreadWindows(GetCurrentThreadId(), findOther, 0);
     if (seen.shown == nullptr || seen.ticks < 5 ||
         (seen.other != nullptr && WaitForSingleObject(seen.other, 0) == WAIT_TIMEOUT)) {
@@ -101,6 +147,13 @@ void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD)
     }
     seen.owner = GetWindow(seen.shown, GW_OWNER);
     seen.hostEnabled = IsWindowEnabled(seen.host);
+    if (seen.quits) {
+        if (!seen.toldToEnd) {
+            seen.toldToEnd = true;
+            PostQuitMessage(7);
+        }
+        return;
+    }
     PostMessageW(seen.shown, WM_CLOSE, 0, 0);
 }
 
@@ -236,6 +289,43 @@ TEST_F(Guest, AModalWindowIsModalToTheHostsWindows)
     EXPECT_EQ(GetFocus(), host.field()) << "the focus is where it was";
     EXPECT_FALSE(IsWindowEnabled(already)) << "what was disabled before stays so";
     DestroyWindow(already);
+}
+
+TEST_F(Guest, TheHostsMessagesAndAcceleratorsGoOn)
+{
+    ACCEL key{FVIRTKEY, VK_F9, hostCommand};
+    const HACCEL accelerators = CreateAcceleratorTableW(&key, 1);
+    const HostWindow host;
+    seen = Seen{};
+    seen.host = host.get();
+    hostSeen = HostSeen{};
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    showOptions(*creator);
+    EXPECT_GE(hostSeen.posted, 4) << "messages of the host's come through while our window is shown";
+    EXPECT_EQ(runHostsLoop(host.get(), accelerators), std::nullopt) << "nothing ends the host";
+    PostMessageW(host.field(), WM_KEYDOWN, VK_F9, 0);
+    PostMessageW(host.field(), WM_KEYUP, VK_F9, 0);
+    EXPECT_EQ(runHostsLoop(host.get(), accelerators), std::nullopt);
+    EXPECT_EQ(hostSeen.commands, 1);
+    DestroyAcceleratorTable(accelerators);
+}
+
+TEST_F(Guest, AHostThatIsToldToEndMeanwhileEnds)
+{
+    const HostWindow host;
+    seen = Seen{};
+    seen.host = host.get();
+    seen.quits = true;
+    const ComPtr<_SmsCreator> creator = makeCreator();
+    showOptions(*creator);
+    EXPECT_TRUE(IsWindowEnabled(host.get()));
+    EXPECT_EQ(runHostsLoop(host.get(), nullptr), 7) << "its loop gets the message with its code";
+    // And one that asks its user first, and goes on, has its windows as before.
+    seen = Seen{};
+    seen.host = host.get();
+    showOptions(*creator);
+    EXPECT_NE(seen.shown, nullptr);
+    EXPECT_GE(seen.ticks, 5);
 }
 
 TEST_F(Guest, AWindowIsShownAgainAndWithoutAnyOfTheHosts)

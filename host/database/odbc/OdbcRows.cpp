@@ -376,7 +376,8 @@ private:
             failToRead(index);
         }
         if (inBlock) {
-            m_statement->check(SQLSetPos(m_statement->handle(), m_row + 1, SQL_POSITION, SQL_LOCK_NO_CHANGE));
+            m_statement->check(SQLSetPos(m_statement->handle(), static_cast<SQLSETPOSIROW>(m_row + 1),
+                                         SQL_POSITION, SQL_LOCK_NO_CHANGE));
         }
         readValue(index);
         // What came must be this value.

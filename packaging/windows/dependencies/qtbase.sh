@@ -28,5 +28,5 @@ build() {
     for name in $bundled; do options+=("-DFEATURE_system_$name=OFF"); done
     cmake_build -DBUILD_SHARED_LIBS=ON -DQT_LIBINFIX=Zul -DQT_NAMESPACE=ZulQt -DINPUT_opengl=no \
         -DQT_BUILD_TESTS=OFF -DQT_BUILD_EXAMPLES=OFF -DQT_QMAKE_TARGET_MKSPEC=win32-g++ \
-        -DCMAKE_CXX_FLAGS=-fpch-preprocess "${options[@]}"
+        "${options[@]}"
 }

@@ -4,5 +4,5 @@ needs=qtbase
 stand_in=svg
 
 build() {
-    cmake_build -DQT_BUILD_TESTS=OFF -DQT_BUILD_EXAMPLES=OFF -DCMAKE_CXX_FLAGS=-fpch-preprocess
+    cmake_build -DQT_BUILD_TESTS=OFF -DQT_BUILD_EXAMPLES=OFF
 }

@@ -6,7 +6,6 @@
 #include <Zul_Host.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <thread>
 #include <utility>
@@ -22,7 +21,8 @@ void die(Fault fault)
     if (fault == Fault::Exits) {
         std::exit(0);
     } else if (fault == Fault::Crashes) {
-        std::raise(SIGSEGV); // as a stray pointer does
+        int* volatile stray = nullptr;
+        *stray = 1;
     } else if (fault == Fault::Hangs) {
         std::this_thread::sleep_for(std::chrono::hours(1));
     } else if (fault == Fault::Throws) {

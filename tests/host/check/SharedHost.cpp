@@ -70,9 +70,9 @@ private:
 } // namespace zul::host::check
 
 #ifdef _WIN32
-#define EXPORTED extern "C" __declspec(dllexport) HRESULT
+#define EXPORTED extern "C" __declspec(dllexport) HRESULT STDAPICALLTYPE
 #else
-#define EXPORTED extern "C" __attribute__((visibility("default"))) HRESULT
+#define EXPORTED extern "C" __attribute__((visibility("default"))) HRESULT STDAPICALLTYPE
 #endif
 
 using namespace zul;
