@@ -3,6 +3,7 @@
 #include "host/check/HostProcess.h"
 #include "host/check/Verdict.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <exception>
@@ -17,9 +18,11 @@ using Clock = std::chrono::steady_clock;
 
 /// A host that ends this many processes is not tried any further.
 constexpr int mostProcesses = 3;
+constexpr std::chrono::seconds longestStart{60};
 
 enum class Kind : unsigned char
 {
+    Started,
     NotCreated, ///< text
     Created,
     Begins,  ///< check
@@ -74,6 +77,7 @@ void work(const std::function<ComPtr<_SqlConnection>()>& create, const CheckOpti
           const Start& start, const std::function<void(const std::string&)>& send)
 {
     try {
+        send(packed({Kind::Started, {}, {}, {}}));
         ComPtr<_SqlConnection> connection = create();
         send(packed({Kind::Created, {}, {}, {}}));
         Course course;
@@ -163,6 +167,8 @@ private:
         const auto process = startHostProcess(m_work, {m_guarded.report.findings.size(), m_stands});
         Messages messages(*process);
         std::string running = loadingCheck;
+        // To start a program takes its time where the machine is busy, and is not the host's.
+        messages.next(m_limit.count() > 0 ? std::max(m_limit, longestStart) : m_limit);
         while (const auto message = messages.next(m_limit)) {
             switch (message->kind) {
             case Kind::NotCreated:
@@ -174,6 +180,7 @@ private:
                          Breach("a second time: " + message->text, "does it for each window").text});
                 }
                 return false;
+            case Kind::Started:
             case Kind::Created:
                 break;
             case Kind::Begins:

@@ -72,6 +72,15 @@ HRESULT raise(_SmsCreator& creator)
 
 } // namespace
 
+// Before any test that shows a window.
+TEST_F(Binding, TheLibraryMayGoOnceAllIsGivenBackAndNothingWasShown)
+{
+    ComPtr<_SmsCreator> creator = makeCreator();
+    EXPECT_EQ(canUnloadNow(), S_FALSE);
+    creator = {};
+    EXPECT_EQ(canUnloadNow(), S_OK);
+}
+
 TEST_F(Binding, EarlyBoundMembersAnswer)
 {
     const ComPtr<_SmsCreator> creator = makeCreator();

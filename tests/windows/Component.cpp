@@ -112,6 +112,11 @@ HRESULT registerForAll(bool on)
     return exported<HRESULT WINAPI()>(on ? "DllRegisterServer" : "DllUnregisterServer")();
 }
 
+HRESULT canUnloadNow()
+{
+    return exported<HRESULT WINAPI()>("DllCanUnloadNow")();
+}
+
 std::string dump(HKEY root, const std::wstring& path)
 {
     std::vector<std::string> lines;

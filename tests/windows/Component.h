@@ -49,6 +49,8 @@ public:
 HRESULT install(bool on, const wchar_t* commandLine);
 // DllRegisterServer or DllUnregisterServer.
 HRESULT registerForAll(bool on);
+// DllCanUnloadNow.
+HRESULT canUnloadNow();
 
 // All keys and values below a key, one a line, in order.
 std::string dump(HKEY root, const std::wstring& path);

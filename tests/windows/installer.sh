@@ -25,7 +25,7 @@ dump() {
 }
 
 for mode in CurrentUser AllUsers; do
-    home=$folder/$mode/"Città & C"
+    home=$folder/$mode/"Città € 😀 & C"
     mkdir -p "$(dirname "$home")"
     hive=HKCU
     [ $mode = CurrentUser ] || hive=HKLM
@@ -54,6 +54,25 @@ for mode in CurrentUser AllUsers; do
         >"$folder/used" 2>&1 || fail "$mode: the host ended with $?: $(cat "$folder/used")"
     grep -q 'Sender' "$folder/used" || fail "$mode: the window does not show the setting: $(cat "$folder/used")"
     echo kept >"$home/bin/Zul_Messagebuilder.log"
+
+    # While a program has the library loaded, nothing is done.
+    mkfifo "$folder/$mode.lines"
+    (cd "$folder" && exec "$wine" "$home/bin/zulhost.exe" --database "$mode.db" --scenario - <"$mode.lines") \
+        >"$folder/holds" 2>&1 &
+    holder=$!
+    exec 9>"$folder/$mode.lines"
+    printf '%s\n' 'call ShowOptions' 'print txtPathSMSSender' >&9
+    for ((i = 0; i < 600; ++i)); do
+        ! grep -q 'Sender' "$folder/holds" || break
+        sleep 0.1
+    done
+    code=0
+    "$wine" "$installer" /S /$mode "/D=${place[0]}" "${place[@]:1}" || code=$?
+    [ $code = 2 ] || fail "$mode: over a library in use the installer ended with $code"
+    [ -e "$home/bin/zulhost.exe" ] || fail "$mode: what was in use is gone"
+    printf '%s\n' 'click cmdAnnulla' 'call DiscardOptionsForm' >&9
+    exec 9>&-
+    wait $holder || fail "$mode: the program that used it ended with $?: $(cat "$folder/holds")"
 
     "$wine" "$home/uninstall.exe" /S /$mode "_?=${place[0]}" "${place[@]:1}" || fail "$mode: the uninstaller ended with $?"
     rm "$home/uninstall.exe" # which cannot take itself away when it is waited for
