@@ -6,7 +6,7 @@ namespace zul::host {
 
 QByteArray offscreenPlatform(const QString& folder)
 {
-    const QByteArray plain = "offscreen";
+    QByteArray plain = "offscreen";
     if (folder.isEmpty()) {
         return plain;
     }
