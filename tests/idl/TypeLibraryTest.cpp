@@ -196,7 +196,8 @@ TEST(HostLibraries, EveryDualInterfaceIsForAutomation)
                 EXPECT_EQ(type.flags & (oleAutomation | nonExtensible), oleAutomation | nonExtensible)
                     << type.name;
                 for (std::size_t i = 0; i < type.functions.size(); ++i) {
-                    EXPECT_EQ(type.functions[i].vtableOffset, (7 + i) * sizeof(void*)) << type.functions[i].name;
+                    EXPECT_EQ(type.functions[i].vtableOffset, (7 + i) * sizeof(void*))
+                        << type.functions[i].name;
                 }
             }
         }
