@@ -112,25 +112,6 @@ ModalForm<frmCheckSendError>& checkForm()
 
 } // namespace
 
-void setConnessione(_SqlConnection* connection) noexcept
-{
-    trapped(procedure(u"setConnessione"_s),
-            [&] { session().setConnessione(hostlib::SqlConnection(ComPtr<_SqlConnection>(connection))); });
-}
-
-void SetWhatToShow(bool showSendSms, bool showSendMail, bool showPushNotify) noexcept
-{
-    session().showSendSms = showSendSms;
-    session().showSendMail = showSendMail;
-    session().showPushNotify = showPushNotify;
-}
-
-void SetWhatToSearch(bool searchBy_Ricorrenze, bool searchBy_Classificazioni) noexcept
-{
-    session().searchBy_Ricorrenze = searchBy_Ricorrenze;
-    session().searchBy_Classificazioni = searchBy_Classificazioni;
-}
-
 void prepareForm(ComponentObject* object)
 {
     // A form on the screen keeps the object that showed it, which outlives its showing; funShowForm refuses it.

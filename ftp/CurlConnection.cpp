@@ -512,6 +512,8 @@ ErrorCode CurlConnection::prepareTransfer(const std::string& remote, bool ascii,
         return code;
     }
     set(CURLOPT_TRANSFERTEXT, ascii ? 1L : 0L);
+    // On a system whose own line ends are CR LF curl takes the local side for such, unless it is told.
+    set(CURLOPT_CRLF, ascii && upload ? 1L : 0L);
     set(CURLOPT_UPLOAD, upload ? 1L : 0L);
     m_uploading = upload;
     m_normaliseLineEnds = upload && ascii;

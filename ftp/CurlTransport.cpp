@@ -160,7 +160,7 @@ ErrorCode CurlTransport::putFile(Handle handle, const std::string& local, const 
         return code;
     }
     LocalFile file;
-    if (const auto error = file.open(local, LocalFile::Mode::Read); error != LocalError::None) {
+    if (const auto error = file.open(local); error != LocalError::None) {
         return errorCode(error);
     }
     // curl writes CR LF for every LF of an ASCII transfer, so a local CR LF goes out as its LF. A CR at the end

@@ -87,24 +87,18 @@ LocalFile::~LocalFile()
     close();
 }
 
-LocalError LocalFile::open(const std::string& path, Mode mode)
+LocalError LocalFile::open(const std::string& path)
 {
     close();
     const std::string native = nativePath(path);
-    int flags = O_CLOEXEC;
-    if (mode == Mode::Read) {
-        flags |= O_RDONLY;
-    } else {
-        flags |= O_WRONLY | O_CREAT;
-    }
-    // What is downloaded is its owner's alone.
-    const int file = ::open(native.c_str(), flags, 0600);
+    // A pipe would wait for somebody who writes into it.
+    const int file = ::open(native.c_str(), O_CLOEXEC | O_RDONLY | O_NONBLOCK);
     if (file == -1) {
         return fromErrno(errno, native);
     }
     struct stat status
     {};
-    if (fstat(file, &status) != 0 || S_ISDIR(status.st_mode)) {
+    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(file);
         return LocalError::Denied;
     }
@@ -205,12 +199,14 @@ LocalError LocalReplacement::open(const std::string& path)
         return error;
     }
     m_target = targetOf(nativePath(path));
+    removeLeftovers(folderOf(m_target));
     std::string beside = folderOf(m_target) + "/.zul-XXXXXX";
     const int file = mkostemp(beside.data(), O_CLOEXEC);
     if (file == -1) {
         return fromErrno(errno, m_target);
     }
     m_file.m_handle = file;
+    m_written = 0;
     m_beside = beside;
     return LocalError::None;
 }

@@ -116,7 +116,7 @@ LocalFile::~LocalFile()
     close();
 }
 
-LocalError LocalFile::open(const std::string& path, Mode mode)
+LocalError LocalFile::open(const std::string& path)
 {
     close();
     const std::wstring native = nativePath(path);
@@ -126,10 +126,9 @@ LocalError LocalFile::open(const std::string& path, Mode mode)
     if (isFolder(native)) {
         return LocalError::Denied;
     }
-    const bool reading = mode == Mode::Read;
-    const HANDLE file = CreateFileW(native.c_str(), reading ? GENERIC_READ : GENERIC_WRITE,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    reading ? OPEN_EXISTING : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file =
+        CreateFileW(native.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return fromSystem(GetLastError());
     }
@@ -215,6 +214,7 @@ LocalError LocalReplacement::open(const std::string& path)
     if (const auto error = probeTarget(target); error != LocalError::None) {
         return error;
     }
+    removeLeftovers(folderOf(target));
     // The name of a moment; one that is taken is passed over.
     LARGE_INTEGER moment{};
     QueryPerformanceCounter(&moment);
@@ -226,6 +226,7 @@ LocalError LocalReplacement::open(const std::string& path)
                                         FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE) {
             m_file.m_handle = reinterpret_cast<std::intptr_t>(file);
+            m_written = 0;
             m_beside = utf8(beside);
             m_target = utf8(target);
             return LocalError::None;

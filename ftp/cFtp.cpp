@@ -24,23 +24,45 @@ constexpr std::size_t FileNameField = 260;
 constexpr std::int32_t DownloadStarted = 9;
 constexpr std::int32_t DownloadEnded = 10;
 
+void check(ftp::LocalError error)
+{
+    if (error != ftp::LocalError::None) {
+        throw ftp::RunTimeError(ftp::runTimeNumber(error));
+    }
+}
+
 /// File number 1: every transfer by pieces opens its local file under it, so only one can run at a time.
 class FileNumberOne
 {
 public:
-    FileNumberOne(const std::string& path, ftp::LocalFile::Mode mode)
+    FileNumberOne()
     {
-        if (s_open.exchange(true)) {
+        if (s_taken.exchange(true)) {
             throw ftp::RunTimeError(ftp::FileAlreadyOpen);
-        }
-        if (const auto error = m_file.open(path, mode); error != ftp::LocalError::None) {
-            s_open = false;
-            throw ftp::RunTimeError(ftp::runTimeNumber(error));
         }
     }
     FileNumberOne(const FileNumberOne&) = delete;
     FileNumberOne& operator=(const FileNumberOne&) = delete;
-    ~FileNumberOne() { close(); }
+    ~FileNumberOne() { release(); }
+
+protected:
+    void release()
+    {
+        if (std::exchange(m_held, false)) {
+            s_taken = false;
+        }
+    }
+
+private:
+    static inline std::atomic<bool> s_taken = false;
+    bool m_held = true;
+};
+
+/// The local side of an upload by pieces.
+class UploadedFile : private FileNumberOne
+{
+public:
+    explicit UploadedFile(const std::string& path) { check(m_file.open(path)); }
 
     /// The length in bytes; it must fit the 32 bits of the progress event.
     std::int32_t length() const
@@ -60,27 +82,41 @@ public:
         check(m_file.read(buffer.data(), buffer.size(), got));
     }
 
-    void write(std::string_view data) { check(m_file.write(data)); }
-
-    /// Before the last event: its listener may start the next transfer, or read the file.
+    /// Before the end is told: its listener may start the next transfer.
     void close()
     {
-        if (m_file.isOpen()) {
-            s_open = false;
-        }
         m_file.close();
+        release();
     }
 
 private:
-    static void check(ftp::LocalError error)
+    ftp::LocalFile m_file;
+};
+
+/// The local side of a download by pieces, which takes the place of an earlier file at its end only.
+class DownloadedFile : private FileNumberOne
+{
+public:
+    explicit DownloadedFile(const std::string& path)
+        : m_path(path)
     {
-        if (error != ftp::LocalError::None) {
-            throw ftp::RunTimeError(ftp::runTimeNumber(error));
-        }
+        check(m_file.open(path));
     }
 
-    static inline std::atomic<bool> s_open = false;
-    ftp::LocalFile m_file;
+    void write(std::string_view data) { check(m_file.write(data)); }
+
+    /// Before the end is told: its listener may start the next transfer, or read the file.
+    void close()
+    {
+        // The earlier file is not cut: the tail of a longer one stays.
+        check(m_file.keepTailOf(m_path));
+        check(m_file.commit());
+        release();
+    }
+
+private:
+    std::string m_path;
+    ftp::LocalReplacement m_file;
 };
 
 void trim(std::string& text)
@@ -165,7 +201,7 @@ bool cFtp::FTPUploadFile(std::string& sLocal, std::string& sRemote)
         return false;
     }
 
-    FileNumberOne local(sLocal, ftp::LocalFile::Mode::Read);
+    UploadedFile local(sLocal);
     const std::int32_t total = local.length();
     const std::int32_t chunks = total / ChunkSize;
     const std::int32_t remainder = total % ChunkSize;
@@ -215,8 +251,7 @@ bool cFtp::FTPDownloadFile(const std::string& sLocal, const std::string& sRemote
     breathe();
     breathe();
 
-    // The local file is not cut: the tail of a longer one stays.
-    FileNumberOne local(sLocal, ftp::LocalFile::Mode::Update);
+    DownloadedFile local(sLocal);
     const std::int32_t chunks = FileSize / ChunkSize;
     const std::int32_t remainder = FileSize % ChunkSize;
     std::int32_t received = 0;

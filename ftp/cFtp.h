@@ -74,7 +74,8 @@ public:
     bool FTPUploadFile(std::string& sLocal, std::string& sRemote);
     /// Downloads exactly @p FileSize bytes in pieces of 255; see GetFTPFileSize. The local file is written from
     /// its first byte and not cut: the tail of a longer one stays. When the size is a multiple of 255, 256 zero
-    /// bytes follow the data. @p FileSize is then the number of bytes received.
+    /// bytes follow the data. @p FileSize is then the number of bytes received. Until all of it has come the local
+    /// file is as it was, and none is made where there is none.
     bool FTPDownloadFile(const std::string& sLocal, const std::string& sRemote, std::int32_t& FileSize);
 
     bool RenameFTPFile(const std::string& sExisting, const std::string& sNewName);

@@ -1,6 +1,7 @@
 #include "grid/Column.h"
 
 #include "grid/CellText.h"
+#include "grid/Utf8Text.h"
 
 namespace zul {
 
@@ -105,7 +106,7 @@ QString Column::shown(Cell cell, const CellText& formats) const
     case CellKind::Null:
         break;
     case CellKind::Text:
-        return QString::fromUtf8(utf8(cell));
+        return textFromUtf8(utf8(cell));
     case CellKind::Integer:
         return formats.integer(cell.whole());
     case CellKind::Real:

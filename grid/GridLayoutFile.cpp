@@ -1,5 +1,7 @@
 #include "grid/GridLayoutFile.h"
 
+#include "grid/Utf8Text.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -84,7 +86,7 @@ std::optional<ColumnLayout> columnFrom(const QByteArray& value)
     column.width = parts[1].trimmed().toInt(&widthOk);
     const QByteArray visible = parts[2].trimmed();
     column.visible = visible == "1";
-    column.field = QString::fromUtf8(QByteArray::fromPercentEncoding(parts[3].trimmed()));
+    column.field = textFromUtf8(QByteArray::fromPercentEncoding(parts[3].trimmed()));
     const bool ok = positionOk && widthOk && column.position >= 0 &&
                     column.position < static_cast<int>(mostColumns) && column.width >= 0 &&
                     column.width <= widestColumn && (visible == "1" || visible == "0");

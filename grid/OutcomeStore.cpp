@@ -1,5 +1,7 @@
 #include "grid/OutcomeStore.h"
 
+#include "grid/Utf8Text.h"
+
 namespace zul {
 
 namespace {
@@ -47,8 +49,8 @@ QString OutcomeStore::line(int index) const
         return {};
     }
     const Line& line = m_lines[static_cast<std::size_t>(index)];
-    return QString::fromUtf8(m_blocks[line.block].constData() + line.offset,
-                             static_cast<qsizetype>(line.length));
+    return textFromUtf8(
+        QByteArrayView(m_blocks[line.block].constData() + line.offset, static_cast<qsizetype>(line.length)));
 }
 
 } // namespace zul

@@ -14,14 +14,15 @@
 #include "host/session/ForeignHost.h"
 #include "host/session/HostDatabase.h"
 #include "host/session/HostSession.h"
+#include "host/session/Offscreen.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 
 namespace {
@@ -44,16 +45,8 @@ void choosePlatform(std::unique_ptr<QTemporaryDir>& keep)
     if (hasDisplay() || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         return;
     }
-    QByteArray platform = "offscreen";
     keep = std::make_unique<QTemporaryDir>();
-    if (keep->isValid()) {
-        const std::string file = keep->filePath(u"screens.json"_s).toStdString();
-        std::ofstream(file)
-            << R"({"screens": [{"name": "offscreen", "x": 0, "y": 0, "width": 1920, "height": 1080,)"
-            << R"( "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1.0}]})";
-        platform += ":configfile=" + QByteArray::fromStdString(file);
-    }
-    qputenv("QT_QPA_PLATFORM", platform);
+    qputenv("QT_QPA_PLATFORM", offscreenPlatform(keep->path()));
 }
 
 /// Standard error belongs to what a scenario has to say: the platform without a display notes every window that it
@@ -129,6 +122,15 @@ int run(const CommandLine& line)
         printer.flush();
     }
     database.close();
+    // Who reads them takes what is missing for what did not happen.
+    if (plays && std::ferror(stdout) != 0) {
+        complain(u"standard output could not be written to its end"_s);
+        code = std::max(code, exitFailed);
+    }
+    if (!database.isJournalWhole()) {
+        complain(u"the journal %1 could not be written to its end"_s.arg(quoted(line.journal)));
+        code = std::max(code, exitFailed);
+    }
     return code;
 }
 

@@ -1,11 +1,11 @@
 #include "lookup/frmRicercaGenerica.h"
 
 #include "base/OperatorText.h"
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
 #include "lookup/LookupModes.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"
@@ -25,6 +25,15 @@ namespace {
 
 constexpr int ColumnId = 0;
 constexpr int ColumnText = 1;
+
+/// The id as programs write it: a cell shows a number in the digits, and with the minus, of the user's language.
+QString idText(const ReportGrid& grid, uint32_t record)
+{
+    const ColumnStore& cells = grid.store();
+    return cells.kind(record, ColumnId) == CellKind::Integer
+               ? QString::number(cells.integer(record, ColumnId))
+               : grid.cellText(record, ColumnId);
+}
 
 Procedure procedure(const QString& name)
 {
@@ -201,7 +210,7 @@ void frmRicercaGenerica::cmdOK_Click()
             return;
         }
         const uint32_t record = selected.front();
-        m_id = grid.cellText(record, ColumnId);
+        m_id = idText(grid, record);
         m_code = m_id;
         m_description = grid.cellText(record, ColumnText);
         setTag(this, FormChoice::Confirmed);

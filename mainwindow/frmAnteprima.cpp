@@ -1,9 +1,9 @@
 #include "mainwindow/frmAnteprima.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
 #include "messages/SmsCount.h"
-#include "session/ButtonKeys.h"
 #include "session/FormHelpers.h"
 #include "session/WindowMemory.h"
 #include "session/frmTasti.h"

@@ -1,9 +1,9 @@
 #include "mainwindow/frmRicerche.h"
 
 #include "base/OperatorText.h"
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
-#include "session/ButtonKeys.h"
 #include "session/FormHelpers.h"
 #include "session/WindowMemory.h"
 #include "session/frmTasti.h"

@@ -1,5 +1,6 @@
 #include "mainwindow/frmSMS.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
@@ -18,7 +19,6 @@
 #include "mainwindow/TemplateEditors.h"
 #include "mainwindow/frmRicerche.h"
 #include "selection/TargetQuery.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/DataFile.h"
 #include "session/FormHelpers.h"
@@ -343,8 +343,8 @@ void frmSMS::Form_Resize()
         const int leastPixels = pixelsFromTwips(LeastTwips);
         const QSize least = QSize(leastPixels, leastPixels).boundedTo(roomFor(this));
         if (size().expandedTo(least) != size()) {
+            // No event of its own tells of this before the window is shown: what follows is for the new size.
             resize(size().expandedTo(least));
-            return;
         }
         // The height's margin is the strip of the header label.
         const int widthMargin = pixelsFromTwips(WidthMarginTwips);

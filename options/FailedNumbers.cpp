@@ -25,7 +25,12 @@ const QString& sendable(const QString& number)
 } // namespace
 
 FailedNumbersReader::FailedNumbersReader(const QString& path)
+    : FailedNumbersReader(path, Bounds{})
+{}
+
+FailedNumbersReader::FailedNumbersReader(const QString& path, Bounds bounds)
     : m_file(platform::nativePath(path))
+    , m_bounds(bounds)
 {
     if (!platform::fileExists(path)) {
         throw Error(RunTime::FileNotFound);
@@ -56,7 +61,7 @@ std::optional<QString> FailedNumbersReader::next()
         if (c == '\n' || c == '\r') {
             break;
         }
-        if (end - m_at >= LongestLine) {
+        if (end - m_at >= m_bounds.longestLine) {
             throw Error(14, u"Out of string space"_s);
         }
     }
@@ -69,12 +74,11 @@ std::optional<QString> FailedNumbersReader::next()
 /// Reads on behind what is not taken yet, which then stands at the buffer's beginning. @return false at the end
 bool FailedNumbersReader::fill()
 {
-    constexpr qsizetype Piece = 65'536;
     m_buffer.remove(0, m_at);
     m_at = 0;
     const qsizetype kept = m_buffer.size();
-    m_buffer.resize(kept + Piece);
-    const qint64 got = m_file.read(m_buffer.data() + kept, Piece);
+    m_buffer.resize(kept + m_bounds.piece);
+    const qint64 got = m_file.read(m_buffer.data() + kept, m_bounds.piece);
     m_buffer.resize(kept + static_cast<qsizetype>(std::max<qint64>(got, 0)));
     if (got < 0) {
         throw Error(57, u"Device I/O error"_s);

@@ -17,12 +17,17 @@ inline constexpr const char* FailedNumbersFile = "export.txt";
 class FailedNumbersReader
 {
 public:
-    /// Bytes of a line; a number has some fifteen.
-    static constexpr qsizetype LongestLine = 65'536;
+    /// In bytes, 1 at least. A number has some fifteen, so a longer line is none.
+    struct Bounds
+    {
+        qsizetype longestLine = 65'536;
+        qsizetype piece = 65'536; ///< read from the file at a time
+    };
 
     /// @param path composed with "\"
     /// @throws Error 53 when there is no such file, 75 when it cannot be opened
     explicit FailedNumbersReader(const QString& path);
+    FailedNumbersReader(const QString& path, Bounds bounds);
 
     /// The next line; nothing behind the last one.
     /// @throws Error 14 for a line that is longer than the longest, 57 when the file cannot be read
@@ -36,6 +41,7 @@ private:
     bool fill();
 
     QFile m_file;
+    Bounds m_bounds;
     QByteArray m_buffer;
     qsizetype m_at = 0;          ///< of the next line in the buffer
     bool m_passLineFeed = false; ///< the last line ended at a CR, to which a LF belongs

@@ -1,5 +1,6 @@
 #include "options/frmCheckSendError.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/fields/FocusPaint.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
@@ -9,7 +10,6 @@
 #include "hostlib/Ado.h"
 #include "options/FailedNumbers.h"
 #include "options/KeyboardButton.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/DataFile.h"
 #include "session/FormActivation.h"

@@ -1,5 +1,6 @@
 #include "options/frmOpzioni.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/fields/FocusPaint.h"
 #include "controls/look/Background.h"
 #include "controls/look/CommonLook.h"
@@ -8,7 +9,6 @@
 #include "options/KeyboardButton.h"
 #include "options/ProviderOptions.h"
 #include "options/frmShowPath.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormActivation.h"
 #include "session/FormHelpers.h"

@@ -1,8 +1,8 @@
 #include "options/frmShowPath.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
-#include "session/ButtonKeys.h"
 #include "session/ControlSetup.h"
 #include "session/FormHelpers.h"
 #include "session/Session.h"

@@ -2,6 +2,6 @@
 #pragma once
 
 namespace zul::sender {
-// Where there is no display, nobody could see or close one.
+/// Where there is no display, nobody could see or close one.
 bool hasDisplay();
 } // namespace zul::sender

@@ -1,5 +1,5 @@
 // What the component asks of the platform it runs on. One implementation per platform stands beside this
-// header; nothing else in the component knows which platform it is.
+// header, with what is the same on all; nothing else in the component knows which platform it is.
 #pragma once
 
 #include <QString>
@@ -22,8 +22,8 @@ QString nativePath(const QString& path);
 /// Whether a file (not a folder) stands at a path composed with "\".
 bool fileExists(const QString& path);
 
-/// Starts a program with a parameter text, no working directory and a normal window. Whether it could be
-/// started is not reported.
+/// Starts a program with a parameter text, without the blanks around it, no working directory and a normal window. A
+/// blank text is no parameter. Whether it could be started is not reported.
 void openProgram(const QString& nativeProgramPath, const QString& parameters);
 
 /// Prepares the environment for a QApplication that the component has to make itself, so that a machine

@@ -1,10 +1,7 @@
 #include "session/Platform.h"
 
-#include "base/OperatorText.h"
-
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 
 #include <dlfcn.h>
 
@@ -59,22 +56,6 @@ QString nativePath(const QString& path)
         native = QDir::cleanPath(native);
     }
     return native.replace(QChar(BackslashInAName), u'\\');
-}
-
-bool fileExists(const QString& path)
-{
-    return QFileInfo(nativePath(path)).isFile();
-}
-
-void openProgram(const QString& nativeProgramPath, const QString& parameters)
-{
-    // The parameter text is one text to the started program, as on the system's own command line; splitting
-    // it would tear connection strings with blanks apart.
-    QStringList arguments;
-    if (!parameters.isEmpty()) {
-        arguments << trimBlanks(parameters);
-    }
-    QProcess::startDetached(nativeProgramPath, arguments);
 }
 
 void prepareApplicationEnvironment()

@@ -1,12 +1,10 @@
 #include "session/Platform.h"
 
 #include "automation/ModuleHandle.h"
-#include "base/OperatorText.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QStandardPaths>
 
 namespace zul::platform {
@@ -60,22 +58,6 @@ QString nativePath(const QString& path)
 {
     return path.isEmpty() ? path
                           : QDir::toNativeSeparators(QDir::cleanPath(QDir::fromNativeSeparators(path)));
-}
-
-bool fileExists(const QString& path)
-{
-    return QFileInfo(nativePath(path)).isFile();
-}
-
-void openProgram(const QString& nativeProgramPath, const QString& parameters)
-{
-    // No shell between. The parameter text is one text to the started program; the system hands over one line that the
-    // program takes apart, so it is quoted: a connection string with blanks or quotes arrives whole.
-    QStringList arguments;
-    if (!parameters.isEmpty()) {
-        arguments << trimBlanks(parameters);
-    }
-    QProcess::startDetached(nativeProgramPath, arguments);
 }
 
 void prepareApplicationEnvironment()

@@ -1,8 +1,8 @@
 #include "session/frmTasti.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/look/CommonLook.h"
 #include "controls/look/Icons.h"
-#include "session/ButtonKeys.h"
 #include "session/FormHelpers.h"
 #include "session/KeyTable.h"
 #include "session/WindowMemory.h"

@@ -25,7 +25,7 @@ start() {
 }
 
 start
-restarts=3
+restarts=10
 end=$((SECONDS + patience))
 # The number is whole when its line is.
 until [ "$(wc -l <"$said")" -gt 0 ]; do
@@ -33,6 +33,7 @@ until [ "$(wc -l <"$said")" -gt 0 ]; do
         [ "$restarts" -gt 0 ] || { echo "Xvfb does not start" >&2; exit 1; }
         restarts=$((restarts - 1))
         wait "$server" 2>/dev/null || true
+        sleep "0.$((1 + RANDOM % 5))" # those that got into each other's way begin again apart
         start
     elif [ "$SECONDS" -ge "$end" ]; then
         echo "Xvfb has named no display in $patience seconds" >&2

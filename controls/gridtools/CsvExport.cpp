@@ -14,7 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The platform's own dialog has its own words; the one that Qt draws speaks English by itself.
+/// The platform's own dialog has its own words; the one that Qt draws has those of the host's Qt, English as a rule.
+/// Where the application object is the component's, Qt's texts are Italian anyway.
 void nameParts(QFileDialog& dialog)
 {
     dialog.setLabelText(QFileDialog::LookIn, u"Cerca in:"_s);

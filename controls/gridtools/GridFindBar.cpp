@@ -1,5 +1,6 @@
 #include "controls/gridtools/GridFindBar.h"
 
+#include "controls/fields/ButtonKeys.h"
 #include "controls/gridtools/WrapLayout.h"
 #include "controls/look/Icons.h"
 #include "controls/report/ReportGrid.h"
@@ -27,12 +28,6 @@ QToolButton* makeButton(QWidget* bar, IconId iconId, const QString& objectName, 
     button->setAccessibleName(name);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
-}
-
-bool isEnter(const QKeyEvent& key)
-{
-    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
-           (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
 }
 
 QString noMatch()
@@ -73,6 +68,7 @@ GridFindBar::GridFindBar(ReportGrid* grid)
                                                          m_onlyTicked, m_close}) {
         row->addWidget(part);
     }
+    new ButtonKeys(this);
     hide();
 
     connect(m_text, &QLineEdit::textChanged, this, &GridFindBar::textChanged);
@@ -182,11 +178,6 @@ void GridFindBar::keyPressEvent(QKeyEvent* event)
         find(!event->modifiers().testFlag(Qt::ShiftModifier));
     } else if (event->matches(QKeySequence::Find)) {
         open();
-    } else if (auto* button = qobject_cast<QToolButton*>(focusWidget());
-               button != nullptr && isEnter(*event)) {
-        if (!event->isAutoRepeat()) {
-            button->click();
-        }
     } else {
         QWidget::keyPressEvent(event);
     }

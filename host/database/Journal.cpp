@@ -215,8 +215,8 @@ void Journal::finish(std::string& line, std::string_view error)
         appendMember(line, "error", error);
     }
     line += "}\n";
-    std::fwrite(line.data(), 1, line.size(), m_file.get());
-    std::fflush(m_file.get());
+    const bool written = std::fwrite(line.data(), 1, line.size(), m_file.get()) == line.size();
+    m_isWhole = std::fflush(m_file.get()) == 0 && written && m_isWhole;
 }
 
 } // namespace zul::host

@@ -27,6 +27,8 @@ public:
     /// Makes the file, readable by its owner alone, and empties an earlier one. False when it cannot be made.
     bool open(const std::string& path);
     bool isOpen() const { return m_file != nullptr; }
+    /// False once a line could not be written; a full disk must not pass for an operation that never was.
+    bool isWhole() const { return m_isWhole; }
 
     void execute(std::string_view sql, std::string_view error = {});
     void openRows(std::string_view sql, std::string_view cursor, std::string_view lock,
@@ -50,6 +52,7 @@ private:
     void finish(std::string& line, std::string_view error);
 
     std::unique_ptr<std::FILE, Close> m_file;
+    bool m_isWhole = true;
 };
 
 /// The text as a JSON string, quotes included; what is no UTF-8 becomes U+FFFD.

@@ -39,10 +39,12 @@ int wholeNumber(const Word& word)
     return number;
 }
 
-int positiveNumber(const Word& word)
+/// A size that a picture of the window can still have.
+int pixels(const Word& word)
 {
+    constexpr int most = 10'000;
     const int number = wholeNumber(word);
-    if (number <= 0) {
+    if (number <= 0 || number > most) {
         throw CommandError{u"%1 is no size"_s.arg(number)};
     }
     return number;
@@ -349,10 +351,10 @@ void Commands::width(const Arguments& arguments)
 {
     const GridProbe grid(usable(arguments[0]));
     const QRect header = grid.headerRect(wholeNumber(arguments[1]));
-    const int pixels = positiveNumber(arguments[2]);
+    const int wanted = pixels(arguments[2]);
     const QPoint edge(header.right(), header.center().y());
     hands::reach(grid.header(), edge);
-    hands::drag(grid.header(), edge, grid.header(), edge + QPoint(pixels - header.width(), 0));
+    hands::drag(grid.header(), edge, grid.header(), edge + QPoint(wanted - header.width(), 0));
 }
 
 void Commands::move(const Arguments& arguments)
@@ -459,7 +461,7 @@ void Commands::close(const Arguments& /*arguments*/)
 
 void Commands::resize(const Arguments& arguments)
 {
-    const QSize size(positiveNumber(arguments[0]), positiveNumber(arguments[1]));
+    const QSize size(pixels(arguments[0]), pixels(arguments[1]));
     QWidget* window = m_windows.topmost();
     if (window == nullptr) {
         throw CommandError{u"no window is open"_s};

@@ -66,6 +66,9 @@ public:
     /// What the component asked; with HostDatabaseOptions::failure alone.
     const FailureCounts& failureCounts() const { return *m_failureCounts; }
 
+    /// False when operations are missing from the journal.
+    bool isJournalWhole() const { return m_session->journal.isWhole(); }
+
     Engine& engine() const { return *m_session->engine; }
 
 private:

@@ -2,6 +2,7 @@
 #include "ftp/CurlTransport.h"
 
 #include "ftp/cFtp.h"
+#include "tests/ftp/Modes.h"
 #include "tests/ftp/ScriptedServer.h"
 #include "tests/ftp/TempFolder.h"
 
@@ -92,8 +93,7 @@ protected:
     std::unique_ptr<cFtp> client;
 };
 
-INSTANTIATE_TEST_SUITE_P(Modes, HostileServerTest, ::testing::Values(0U, ModePassive),
-                         [](const auto& mode) { return mode.param == ModePassive ? "Passive" : "Active"; });
+INSTANTIATE_TEST_SUITE_P(Modes, HostileServerTest, ::testing::ValuesIn(modes()), modeName);
 
 /// What happens on the control connection alone, where the mode makes no difference.
 class HostileCommandTest : public HostileServerTest
@@ -227,7 +227,7 @@ TEST_P(HostileServerTest, AStallWithinADownloadByPiecesIsItsOwnError)
     EXPECT_FALSE(client->FTPDownloadFile(folder.file("a"), "a", size));
     EXPECT_EQ(message(),
               "InternetReadFile error code: 12002 Message: The server did not answer in time.\r\n");
-    EXPECT_EQ(folder.read("a"), pattern(255));
+    EXPECT_FALSE(folder.read("a")) << "no half file";
     EXPECT_FALSE(client->DeleteFTPFile("a"));
     EXPECT_EQ(code(), 12110) << "the remote file stays open";
     EXPECT_TRUE(connect()) << "until the connection is opened anew";
@@ -487,8 +487,7 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(Modes, CutTest, ::testing::Values(0U, ModePassive),
-                         [](const auto& mode) { return mode.param == ModePassive ? "Passive" : "Active"; });
+INSTANTIATE_TEST_SUITE_P(Modes, CutTest, ::testing::ValuesIn(modes()), modeName);
 
 TEST_P(CutTest, TheControlConnectionMayEndAtEveryByte)
 {

@@ -3,9 +3,10 @@
 #include "tests/ftp/TempFolder.h"
 
 #include <array>
+#include <chrono>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
-#include <sys/stat.h>
 
 namespace zul::test {
 namespace {
@@ -17,7 +18,7 @@ TEST(LocalFileTest, ReadsUntilTheEnd)
     const TempFolder folder;
     folder.write("a", "12345");
     LocalFile file;
-    ASSERT_EQ(file.open(folder.file("a"), LocalFile::Mode::Read), LocalError::None);
+    ASSERT_EQ(file.open(folder.file("a")), LocalError::None);
     std::uint64_t size = 0;
     EXPECT_EQ(file.size(size), LocalError::None);
     EXPECT_EQ(size, 5U);
@@ -31,59 +32,30 @@ TEST(LocalFileTest, ReadsUntilTheEnd)
     EXPECT_EQ(got, 0U);
 }
 
-TEST(LocalFileTest, UpdateKeepsWhatIsThere)
-{
-    const TempFolder folder;
-    folder.write("a", "12345");
-    LocalFile file;
-    ASSERT_EQ(file.open(folder.file("a"), LocalFile::Mode::Update), LocalError::None);
-    EXPECT_EQ(file.write("ab"), LocalError::None);
-    file.close();
-    EXPECT_FALSE(file.isOpen());
-    EXPECT_EQ(folder.read("a"), "ab345");
-}
-
-TEST(LocalFileTest, BackslashesAndAccentsInPaths)
-{
-    const TempFolder folder;
-    std::filesystem::create_directory(folder.path() / "à 'b'");
-    LocalFile file;
-    ASSERT_EQ(file.open(folder.path().string() + "\\à 'b'\\€😀%.txt", LocalFile::Mode::Update),
-              LocalError::None);
-    EXPECT_EQ(file.write("x"), LocalError::None);
-    EXPECT_EQ(folder.read("à 'b'/€😀%.txt"), "x");
-}
-
-TEST(LocalFileTest, ABackslashInANameHasACharacterOfItsOwn)
-{
-    const TempFolder folder;
-    std::filesystem::create_directory(folder.path() / "a\\..\\b");
-    LocalFile file;
-    ASSERT_EQ(file.open(folder.path().string() + "\\a\xEF\x81\x9C..\xEF\x81\x9C"
-                                                 "b\\c",
-                        LocalFile::Mode::Update),
-              LocalError::None);
-    EXPECT_TRUE(LocalFile::exists(folder.file("a\xEF\x81\x9C..\xEF\x81\x9C"
-                                              "b/c")));
-    EXPECT_TRUE(std::filesystem::exists(folder.path() / "a\\..\\b" / "c"));
-}
-
 TEST(LocalFileTest, FailuresAreToldApart)
 {
     const TempFolder folder;
     folder.write("a", "x");
     LocalFile file;
-    EXPECT_EQ(file.open(folder.file("none"), LocalFile::Mode::Read), LocalError::NoFile);
-    EXPECT_EQ(file.open(folder.file("no/such"), LocalFile::Mode::Read), LocalError::NoFolder);
-    EXPECT_EQ(file.open(folder.file("a/b"), LocalFile::Mode::Update), LocalError::NoFolder);
-    EXPECT_EQ(file.open(folder.file("no/such"), LocalFile::Mode::Update), LocalError::NoFolder);
-    EXPECT_EQ(file.open(folder.path().string(), LocalFile::Mode::Read), LocalError::Denied);
-    EXPECT_EQ(file.open(folder.path().string(), LocalFile::Mode::Update), LocalError::Denied);
-    EXPECT_EQ(file.open("", LocalFile::Mode::Update), LocalError::NoFolder);
-    EXPECT_EQ(file.open(std::string(10'000, 'n'), LocalFile::Mode::Update), LocalError::Denied);
-    EXPECT_EQ(file.open(folder.file("a") + std::string(1, '\0'), LocalFile::Mode::Read),
-              LocalError::NoFolder);
+    EXPECT_EQ(file.open(folder.file("none")), LocalError::NoFile);
+    EXPECT_EQ(file.open(folder.file("no/such")), LocalError::NoFolder);
+    EXPECT_EQ(file.open(folder.file("a/b")), LocalError::NoFolder);
+    EXPECT_EQ(file.open(folder.path().string()), LocalError::Denied);
+    EXPECT_EQ(file.open(""), LocalError::NoFolder);
+    EXPECT_NE(file.open(std::string(10'000, 'n')), LocalError::None);
+    EXPECT_EQ(file.open(folder.file("a") + std::string(1, '\0')), LocalError::NoFolder);
     EXPECT_FALSE(file.isOpen());
+}
+
+TEST(LocalReplacementTest, BackslashesAndAccentsInPaths)
+{
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.path("à 'b'"));
+    LocalReplacement file;
+    ASSERT_EQ(file.open(folder.path().string() + "\\à 'b'\\€😀%.txt"), LocalError::None);
+    EXPECT_EQ(file.write("x"), LocalError::None);
+    EXPECT_EQ(file.commit(), LocalError::None);
+    EXPECT_EQ(folder.read("à 'b'/€😀%.txt"), "x");
 }
 
 TEST(LocalReplacementTest, ProbingTouchesNothing)
@@ -133,33 +105,40 @@ TEST(LocalReplacementTest, WithoutACommitNothingStaysBehind)
     EXPECT_EQ(folder.names(), std::set<std::string>{"a"});
 }
 
-TEST(LocalReplacementTest, TheNewFileBelongsToItsOwnerAlone)
+TEST(LocalReplacementTest, TakesAwayWhatAKilledProgramLeftLongAgo)
 {
     const TempFolder folder;
+    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
+    for (const char* name : {".zul-left", "zul-mine", ".zul"}) {
+        folder.write(name, "x");
+        std::filesystem::last_write_time(folder.path() / name, old);
+    }
+    std::filesystem::create_directory(folder.path() / ".zul-folder");
+    std::filesystem::last_write_time(folder.path() / ".zul-folder", old);
+    folder.write(".zul-new", "x");
     LocalReplacement file;
     ASSERT_EQ(file.open(folder.file("a")), LocalError::None);
     ASSERT_EQ(file.commit(), LocalError::None);
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(folder.path() / "a").permissions(),
-              perms::owner_read | perms::owner_write);
+    EXPECT_EQ(folder.names(), (std::set<std::string>{".zul", ".zul-folder", ".zul-new", "a", "zul-mine"}))
+        << "somebody may be at a new one";
 }
 
-TEST(LocalReplacementTest, ALinkIsFollowedAndWhatIsNoFileIsLeftAlone)
+TEST(LocalReplacementTest, TheTailOfALongerFileCanBeKept)
 {
     const TempFolder folder;
-    folder.write("a", "earlier");
-    std::filesystem::create_symlink("a", folder.path() / "link");
+    for (const std::size_t earlier : {0U, 4U, 5U, 5000U, 20'000U}) {
+        folder.write("a", std::string(earlier, 'e'));
+        LocalReplacement file;
+        ASSERT_EQ(file.open(folder.file("a")), LocalError::None);
+        EXPECT_EQ(file.write("1234"), LocalError::None);
+        EXPECT_EQ(file.write("5"), LocalError::None);
+        EXPECT_EQ(file.keepTailOf(folder.file("a")), LocalError::None);
+        EXPECT_EQ(file.commit(), LocalError::None);
+        EXPECT_EQ(folder.read("a"), "12345" + std::string(earlier < 5 ? 0 : earlier - 5, 'e'));
+    }
     LocalReplacement file;
-    ASSERT_EQ(file.open(folder.file("link")), LocalError::None);
-    EXPECT_EQ(file.write("new"), LocalError::None);
-    ASSERT_EQ(file.commit(), LocalError::None);
-    EXPECT_EQ(folder.read("a"), "new");
-    EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
-
-    ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
-    EXPECT_EQ(file.open(folder.file("pipe")), LocalError::Denied) << "and nobody waits for its other end";
-    EXPECT_EQ(file.open("/dev/full"), LocalError::Denied);
-    EXPECT_FALSE(file.isOpen());
+    ASSERT_EQ(file.open(folder.file("new")), LocalError::None);
+    EXPECT_EQ(file.keepTailOf(folder.file("new")), LocalError::None) << "there is none";
 }
 
 } // namespace

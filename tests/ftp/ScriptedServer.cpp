@@ -1,43 +1,11 @@
 #include "tests/ftp/ScriptedServer.h"
 
-#include "tests/ftp/Loopback.h"
-
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <netinet/tcp.h>
-#include <poll.h>
-#include <stdexcept>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace zul::test {
 
 namespace {
-
-int listenOnLoopback(std::uint16_t& port)
-{
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int reuse = 1;
-    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof(reuse));
-    sockaddr_in address = loopback(0);
-    socklen_t length = sizeof(address);
-    if (bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0 ||
-        ::listen(socket, 8) != 0 ||
-        getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-        throw std::runtime_error("no loopback port");
-    }
-    port = ntohs(address.sin_port);
-    return socket;
-}
-
-void closeSocket(int& socket)
-{
-    if (socket != -1) {
-        ::close(socket);
-    }
-    socket = -1;
-}
 
 std::string absolutePath(const std::string& directory, const std::string& name)
 {
@@ -51,20 +19,16 @@ std::string absolutePath(const std::string& directory, const std::string& name)
 
 ScriptedServer::ScriptedServer()
 {
-    setenv("no_proxy", "127.0.0.1", 1); // whatever the machine's environment says
-    if (pipe(m_stop) != 0) {
-        throw std::runtime_error("no pipe");
-    }
+    passOverProxies();
     m_listener = listenOnLoopback(m_port);
     m_thread = std::thread([this] { run(); });
 }
 
 ScriptedServer::~ScriptedServer()
 {
-    closeSocket(m_stop[1]);
+    m_waiting.end();
     m_thread.join();
     closeSocket(m_listener);
-    closeSocket(m_stop[0]);
 }
 
 std::string ScriptedServer::portText() const
@@ -85,18 +49,11 @@ void ScriptedServer::cutControlAfter(std::size_t bytes)
 
 void ScriptedServer::run()
 {
-    for (;;) {
-        std::array<pollfd, 2> waiting{pollfd{m_listener, POLLIN, 0}, pollfd{m_stop[0], POLLIN, 0}};
-        poll(waiting.data(), waiting.size(), -1);
-        if (waiting[1].revents != 0) {
-            return;
-        }
-        const int control = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (control == -1) {
+    while (m_waiting.until(m_listener, Waiting::For::Reading)) {
+        const Socket control = acceptClient(m_listener);
+        if (control == NoSocket) {
             continue;
         }
-        const int immediately = 1;
-        setsockopt(control, IPPROTO_TCP, TCP_NODELAY, &immediately, sizeof(immediately));
         Session session(*this, control);
         try {
             serve(session);
@@ -204,13 +161,6 @@ ScriptedServer::Session::~Session()
     closeSocket(m_data);
 }
 
-bool ScriptedServer::Session::waitFor(int socket, short events) const
-{
-    std::array<pollfd, 2> waiting{pollfd{socket, events, 0}, pollfd{m_server.m_stop[0], POLLIN, 0}};
-    poll(waiting.data(), waiting.size(), -1);
-    return waiting[1].revents == 0;
-}
-
 bool ScriptedServer::Session::readLine(std::string& line)
 {
     for (;;) {
@@ -220,10 +170,10 @@ bool ScriptedServer::Session::readLine(std::string& line)
             return true;
         }
         std::array<char, 4096> buffer{};
-        if (!waitFor(m_control, POLLIN)) {
+        if (!waitFor(m_control, Waiting::For::Reading)) {
             return false;
         }
-        const ssize_t count = recv(m_control, buffer.data(), buffer.size(), 0);
+        const std::ptrdiff_t count = receiveSome(m_control, buffer);
         if (count <= 0) {
             return false;
         }
@@ -239,10 +189,10 @@ void ScriptedServer::Session::send(std::string_view text)
         text = text.substr(0, left);
     }
     while (!text.empty()) {
-        if (!waitFor(m_control, POLLOUT)) {
+        if (!waitFor(m_control, Waiting::For::Writing)) {
             throw Ended{};
         }
-        const ssize_t count = ::send(m_control, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        const std::ptrdiff_t count = sendSome(m_control, text);
         if (count < 0) {
             throw Ended{};
         }
@@ -271,33 +221,29 @@ bool ScriptedServer::Session::prepareActive(const std::string& argument)
 
 bool ScriptedServer::Session::openData()
 {
-    if (m_dataListener != -1) {
-        if (!waitFor(m_dataListener, POLLIN)) {
+    if (m_dataListener != NoSocket) {
+        if (!waitFor(m_dataListener, Waiting::For::Reading)) {
             throw Ended{};
         }
-        m_data = accept4(m_dataListener, nullptr, nullptr, SOCK_CLOEXEC);
+        m_data = acceptClient(m_dataListener);
         closeSocket(m_dataListener);
     } else {
-        m_data = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_in address = loopback(m_activePort);
-        if (connect(m_data, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
-            closeSocket(m_data);
-        }
+        m_data = connectToLoopback(m_activePort);
     }
-    return m_data != -1;
+    return m_data != NoSocket;
 }
 
 bool ScriptedServer::Session::sendData(std::string_view bytes)
 {
-    if (m_data == -1) {
+    if (m_data == NoSocket) {
         return false;
     }
     bytes = bytes.substr(0, m_server.cutDataAfter);
     while (!bytes.empty()) {
-        if (!waitFor(m_data, POLLOUT)) {
+        if (!waitFor(m_data, Waiting::For::Writing)) {
             throw Ended{};
         }
-        const ssize_t count = ::send(m_data, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        const std::ptrdiff_t count = sendSome(m_data, bytes);
         if (count < 0) {
             return false;
         }
@@ -310,12 +256,12 @@ bool ScriptedServer::Session::sendData(std::string_view bytes)
 std::string ScriptedServer::Session::readData()
 {
     std::string bytes;
-    while (m_data != -1) {
+    while (m_data != NoSocket) {
         std::array<char, 4096> buffer{};
-        if (!waitFor(m_data, POLLIN)) {
+        if (!waitFor(m_data, Waiting::For::Reading)) {
             throw Ended{};
         }
-        const ssize_t count = recv(m_data, buffer.data(), buffer.size(), 0);
+        const std::ptrdiff_t count = receiveSome(m_data, buffer);
         if (count <= 0) {
             break;
         }
@@ -327,10 +273,10 @@ std::string ScriptedServer::Session::readData()
 void ScriptedServer::Session::closeData()
 {
     // The client has read all when it closes its side. A reply that overtakes the data is another matter.
-    if (m_data != -1) {
+    if (m_data != NoSocket) {
         std::array<char, 4096> buffer{};
-        shutdown(m_data, SHUT_WR);
-        while (waitFor(m_data, POLLIN) && recv(m_data, buffer.data(), buffer.size(), 0) > 0) {
+        endSending(m_data);
+        while (waitFor(m_data, Waiting::For::Reading) && receiveSome(m_data, buffer) > 0) {
         }
     }
     closeSocket(m_data);
@@ -339,8 +285,8 @@ void ScriptedServer::Session::closeData()
 void ScriptedServer::Session::stall()
 {
     std::array<char, 4096> buffer{};
-    while (waitFor(m_control, POLLIN)) {
-        if (recv(m_control, buffer.data(), buffer.size(), 0) <= 0) {
+    while (waitFor(m_control, Waiting::For::Reading)) {
+        if (receiveSome(m_control, buffer) <= 0) {
             break;
         }
     }

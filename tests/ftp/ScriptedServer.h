@@ -1,6 +1,8 @@
 // A small FTP server in a thread, which can be told to misbehave.
 #pragma once
 
+#include "tests/ftp/Sockets.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -21,6 +23,9 @@ namespace zul::test {
 class ScriptedServer
 {
 public:
+    /// Whether a transfer in the active mode can be tried with it.
+    static bool knowsActiveMode() { return mayConnectBack(); }
+
     static constexpr std::size_t Never = std::numeric_limits<std::size_t>::max();
 
     /// One client's connection, as the hooks see it.
@@ -47,19 +52,22 @@ public:
 
     private:
         friend class ScriptedServer;
-        Session(ScriptedServer& server, int control)
+        Session(ScriptedServer& server, Socket control)
             : m_server(server)
             , m_control(control)
         {}
         ~Session();
         bool readLine(std::string& line);
         /// False when the test ends meanwhile.
-        bool waitFor(int socket, short events) const;
+        bool waitFor(Socket socket, Waiting::For what) const
+        {
+            return m_server.m_waiting.until(socket, what);
+        }
 
         ScriptedServer& m_server;
-        int m_control;
-        int m_dataListener = -1;
-        int m_data = -1;
+        Socket m_control;
+        Socket m_dataListener = NoSocket;
+        Socket m_data = NoSocket;
         std::uint16_t m_activePort = 0;
         std::string m_input;
         std::string m_directory = "/";
@@ -98,8 +106,8 @@ private:
     void handle(Session& session, const std::string& verb, const std::string& argument);
     void transfer(Session& session, const std::string& bytes);
 
-    int m_listener = -1;
-    int m_stop[2] = {-1, -1};
+    Socket m_listener = NoSocket;
+    Waiting m_waiting;
     std::uint16_t m_port = 0;
     std::atomic<std::size_t> m_controlBytes = 0;
     std::atomic<std::size_t> m_dataBytes = 0;

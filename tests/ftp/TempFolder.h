@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <optional>
+#include <random>
 #include <set>
 #include <string>
 #include <string_view>
@@ -17,11 +18,10 @@ class TempFolder
 public:
     TempFolder()
     {
-        std::string name = (std::filesystem::temp_directory_path() / "zul-ftp-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder");
-        }
-        m_path = name;
+        std::random_device random;
+        do {
+            m_path = std::filesystem::temp_directory_path() / ("zul-ftp-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(m_path)); // throws where it cannot
     }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
@@ -32,18 +32,23 @@ public:
     }
 
     std::filesystem::path path() const { return m_path; }
-    std::string file(const std::string& name) const { return (m_path / name).string(); }
+    /// What stands in the folder under a name, which is UTF-8 on every system.
+    std::filesystem::path path(const std::string& name) const
+    {
+        return m_path / std::u8string(name.begin(), name.end());
+    }
+    std::string file(const std::string& name) const { return utf8(path(name)); }
 
     std::string write(const std::string& name, std::string_view content) const
     {
-        std::ofstream(m_path / name, std::ios::binary).write(content.data(), std::ssize(content));
+        std::ofstream(path(name), std::ios::binary).write(content.data(), std::ssize(content));
         return file(name);
     }
 
     /// The content, or nothing when there is no such file.
     std::optional<std::string> read(const std::string& name) const
     {
-        std::ifstream stream(m_path / name, std::ios::binary);
+        std::ifstream stream(path(name), std::ios::binary);
         if (!stream) {
             return std::nullopt;
         }
@@ -55,12 +60,18 @@ public:
     {
         std::set<std::string> found;
         for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
-            found.insert(entry.path().filename().string());
+            found.insert(utf8(entry.path().filename()));
         }
         return found;
     }
 
 private:
+    static std::string utf8(const std::filesystem::path& path)
+    {
+        const std::u8string text = path.u8string();
+        return {text.begin(), text.end()};
+    }
+
     std::filesystem::path m_path;
 };
 

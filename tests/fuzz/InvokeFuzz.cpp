@@ -7,6 +7,7 @@
 #include "tests/fuzz/Input.h"
 #include "tests/fuzz/StandInWindows.h"
 #include "tests/fuzz/Values.h"
+#include "tests/support/fake/DeadConnection.h"
 #include "tests/support/fake/EarlyBound.h"
 
 #include <QCoreApplication>
@@ -31,26 +32,8 @@ constexpr std::array<DISPID, 13> ids{0x68030000, 0x60030002, 0x60030003, 0x60030
                                      0x60030006, 0x60030007, 0x60030008, 0x60030009, 0x6003000A,
                                      0x6003000B, 0x6003000C, 0};
 
-/// A host's connection object, which nobody asks anything here.
-class Connection final : public ComObject<test::EarlyBound<_SqlConnection>>
-{
-public:
-    HRESULT STDMETHODCALLTYPE get_Connection(IConnection** value) override
-    {
-        *value = nullptr;
-        return E_FAIL;
-    }
-    HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override
-    {
-        *value = nullptr;
-        return E_FAIL;
-    }
-    HRESULT STDMETHODCALLTYPE LookupValue(BSTR, BSTR, BSTR, VARIANT* value) override
-    {
-        VariantInit(value);
-        return E_FAIL;
-    }
-};
+/// Nobody asks anything of it here.
+using Connection = test::DeadConnection<test::EarlyBound<_SqlConnection>>;
 
 bool isDocumented(HRESULT result)
 {

@@ -39,25 +39,6 @@ void show(ComponentObject* object)
 
 } // namespace fuzz
 
-void setConnessione(_SqlConnection* connection) noexcept
-{
-    trapped(moduleProcedure(QStringLiteral("modMain"), QStringLiteral("setConnessione")),
-            [&] { session().setConnessione(hostlib::SqlConnection(ComPtr<_SqlConnection>(connection))); });
-}
-
-void SetWhatToShow(bool showSendSms, bool showSendMail, bool showPushNotify) noexcept
-{
-    session().showSendSms = showSendSms;
-    session().showSendMail = showSendMail;
-    session().showPushNotify = showPushNotify;
-}
-
-void SetWhatToSearch(bool searchBy_Ricorrenze, bool searchBy_Classificazioni) noexcept
-{
-    session().searchBy_Ricorrenze = searchBy_Ricorrenze;
-    session().searchBy_Classificazioni = searchBy_Classificazioni;
-}
-
 void prepareForm(ComponentObject* object)
 {
     fuzz::shownBy = object;

@@ -5,6 +5,8 @@
 #     ZUL_FUZZ_RUNS=10000000 run.sh BUILD 0 [TARGET…]   for so many runs each; with both, until the first is reached
 #
 # ZUL_FUZZ_JOBS is how many run at a time; with a number in ZUL_FUZZ_SEED the same inputs are tried in the same order.
+# ZUL_FUZZ_OPTIONS are libFuzzer's own, for a long run "-max_len=512 -entropic=0": a long input takes the time of many
+# short ones, and a choice among thousands of inputs that is weighed anew at every run that of half the runs.
 # What ends a target stands in the build folder, beside its log.
 set -euo pipefail
 build=$(cd "$1" && pwd)
@@ -29,8 +31,10 @@ run_target() {
     local name=$1 work=$build/corpus-$1
     rm -rf "$work"
     cp -r "$here/corpus/$name" "$work"
+    # shellcheck disable=SC2086 # several options
     if ! "$build/bin/$name" -max_total_time="$seconds" -runs="${ZUL_FUZZ_RUNS:--1}" -seed="${ZUL_FUZZ_SEED:-0}" \
-        -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" "$work" </dev/null >"$build/$name.log" 2>&1; then
+        -timeout=20 -rss_limit_mb=2048 -artifact_prefix="$build/$name-" \
+        ${ZUL_FUZZ_OPTIONS:-} "$work" </dev/null >"$build/$name.log" 2>&1; then
         tail -n 60 "$build/$name.log" >&2
         echo "fuzz target $name failed" >&2
         return 255

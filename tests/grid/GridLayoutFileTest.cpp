@@ -38,7 +38,7 @@ protected:
 
 TEST_F(GridLayoutFileTest, ReadsWhatItWrote)
 {
-    const QString odd = QStringLiteral("a=b;[c], à €😀 '%\"\n\\");
+    const QString odd = QStringLiteral("\uFEFFa=b;[c], à €😀 '%\"\n\\");
     ASSERT_TRUE(GridLayoutFile(path()).write(
         section, {{odd, 1, 120, true}, {QString(), 0, 0, false}, {QStringLiteral("Paese"), 2, 32767, true}}));
     const auto read = GridLayoutFile(path()).read(section);

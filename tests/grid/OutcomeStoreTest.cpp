@@ -14,7 +14,7 @@ TEST(OutcomeStoreTest, GivesBackEveryLineAsItWas)
                             QString(10000, u'x'),
                             QStringLiteral("a\r\nb"),
                             QString(3000000, u'€'),
-                            QStringLiteral("fine")};
+                            QStringLiteral("\uFEFFfine")};
     for (const QString& line : lines) {
         store.append(line);
     }

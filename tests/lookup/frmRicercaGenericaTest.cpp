@@ -25,6 +25,7 @@ class FakeFiller final : public ComponentObject
 public:
     std::vector<std::pair<QString, QString>> rows{
         {u"RM"_s, u"Roma"_s}, {u"MI"_s, u"Milano"_s}, {u"RN"_s, u"Rimini"_s}};
+    bool hasNumbers = false; ///< the ids come as numbers
     std::vector<GridRequest> requests;
 
     qint32 idUtente() const override { return 0; }
@@ -41,7 +42,11 @@ public:
                 grid.store().appendText16(column, reinterpret_cast<const char16_t*>(value.utf16()),
                                           static_cast<std::size_t>(value.size()));
             };
-            append(0, id);
+            if (hasNumbers) {
+                grid.store().appendInteger(0, id.toLongLong());
+            } else {
+                append(0, id);
+            }
             append(1, text);
             grid.store().endRow();
         }
@@ -163,6 +168,26 @@ TEST_F(RicercaGenericaTest, TheIdAsANumber)
     EXPECT_EQ(idOfRow(0), 12);
     EXPECT_EQ(idOfRow(1), -13);
     EXPECT_EQ(idOfRow(2), -6);
+}
+
+TEST_F(RicercaGenericaTest, TheIdIsNotWrittenInTheDigitsOfTheUsersLanguage)
+{
+    filler.hasNumbers = true;
+    filler.rows = {{u"12"_s, u"a"_s}, {u"-3"_s, u"b"_s}};
+    const QLocale before;
+    for (const char* language : {"ar_EG", "bn_BD", "fa_IR", "sv_SE", "it_IT"}) {
+        QLocale::setDefault(QLocale(QLatin1String(language)));
+        load();
+        select(0);
+        QTest::mouseClick(find<QPushButton>("cmdOK"), Qt::LeftButton);
+        EXPECT_EQ(dialog.GetId(), 12) << language;
+        load();
+        select(1);
+        QTest::mouseClick(find<QPushButton>("cmdOK"), Qt::LeftButton);
+        EXPECT_EQ(dialog.GetId(), -3) << language;
+        EXPECT_EQ(dialog.GetIdAsString(), u"-3"_s);
+    }
+    QLocale::setDefault(before);
 }
 
 TEST_F(RicercaGenericaTest, CancelLeavesEscAndNoChoice)

@@ -99,5 +99,20 @@ TEST_F(SmsFormMemoryTest, TheWindowAndItsSplitterOpenAsTheyWereLeft)
     EXPECT_NEAR(find<QSplitter>(u"splitter"_s)->sizes().first(), leftThen, 2);
 }
 
+TEST_F(SmsFormMemoryTest, AWindowThatWasLeftOnASmallerScreenShowsItsCommands)
+{
+    for (const QString& geometry : {u"638,358,0,0,0"_s, u"10,10,0,0,0"_s, u"1000,300,0,0,0"_s}) {
+        remember(u"frmSMS_Geometria"_s, geometry);
+        form = std::make_unique<frmSMS>();
+        form->setTouchMode(false);
+        form->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+        auto* search = find<QPushButton>(u"cmdElabora"_s);
+        EXPECT_FALSE(search->visibleRegion().isEmpty()) << utf8(geometry);
+        EXPECT_TRUE(form->rect().contains(find<QWidget>(u"Resizer"_s)->geometry())) << utf8(geometry);
+        form->close();
+    }
+}
+
 } // namespace
 } // namespace zul

@@ -19,17 +19,27 @@ class FailedNumbersTest : public ::testing::Test
 protected:
     QStringList read(const QByteArray& content)
     {
+        write(content);
+        FailedNumbersReader report = open(u"export.txt"_s);
+        QStringList lines = linesOf(report);
+        EXPECT_EQ(report.position(), content.size());
+        EXPECT_EQ(report.size(), content.size());
+        return lines;
+    }
+
+    void write(const QByteArray& content)
+    {
         QFile file(folder.filePath(u"export.txt"_s));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
-        file.close();
+    }
+
+    static QStringList linesOf(FailedNumbersReader& report)
+    {
         QStringList lines;
-        FailedNumbersReader report = open(u"export.txt"_s);
         while (const std::optional<QString> line = report.next()) {
             lines.append(*line);
         }
-        EXPECT_EQ(report.position(), content.size());
-        EXPECT_EQ(report.size(), content.size());
         return lines;
     }
 
@@ -70,6 +80,14 @@ TEST_F(FailedNumbersTest, LinesAreWholeWhereverTheReadingIsCut)
                   (QStringList{QString::fromLatin1(first), u"à"_s, u"4"_s}))
             << before;
     }
+    write("12\r\n\xE2\x82\xAC\r\r\n\n34");
+    const QString path = folder.path() + u"\\export.txt"_s;
+    for (qsizetype piece = 1; piece < 16; ++piece) {
+        FailedNumbersReader wide(path, {4, piece});
+        EXPECT_EQ(linesOf(wide), (QStringList{u"12"_s, u"€"_s, u""_s, u""_s, u"34"_s})) << piece;
+        FailedNumbersReader narrow(path, {2, piece});
+        EXPECT_EQ(errorOf([&] { linesOf(narrow); }), 14) << piece;
+    }
     QByteArray many;
     QStringList expected;
     for (int i = 0; i < 20'000; ++i) {
@@ -92,7 +110,7 @@ TEST_F(FailedNumbersTest, ALineWithoutEndIsAnErrorBeforeItIsInMemory)
     EXPECT_EQ(errorOf([&] { report.next(); }), 14);
     EXPECT_LT(report.position(), 1'000'000) << "the rest was not read";
 
-    const QByteArray longest(FailedNumbersReader::LongestLine, '3');
+    const QByteArray longest(FailedNumbersReader::Bounds{}.longestLine, '3');
     EXPECT_EQ(read(longest + "\n1").size(), 2);
     EXPECT_EQ(errorOf([&] { read(longest + "3\n1"); }), 14);
 }

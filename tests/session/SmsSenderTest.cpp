@@ -1,5 +1,6 @@
 #include "session/SmsSender.h"
 
+#include "session/Platform.h"
 #include "tests/support/ComponentTest.h"
 
 #include <QDir>
@@ -109,6 +110,9 @@ TEST_F(SmsSenderTest, WithoutParametersItGetsNone)
 {
     makeProgram();
     EXPECT_TRUE(AvviaSmsSender(false, backslashed(), nullptr));
+    EXPECT_EQ(writtenArguments(), u"0|"_s);
+    QFile::remove(folder.filePath(u"arguments"_s));
+    platform::openProgram(program(), u"  "_s);
     EXPECT_EQ(writtenArguments(), u"0|"_s);
 }
 

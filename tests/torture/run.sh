@@ -16,5 +16,7 @@ attack python3 "$here/fail_each.py" "$build" --minutes "$(python3 -c "print($min
 attack python3 "$here/random_operator.py" "$build" 1000000000 --minutes "$(python3 -c "print($minutes / 4)")"
 attack python3 "$here/kills.py" "$build" "$rounds" --operations "$((rounds / 4 + 1))"
 attack python3 "$here/disk.py" "$build" "$rounds"
+attack python3 "$here/contents.py" "$build" "$((rounds * 5))"
+attack python3 "$here/surroundings.py" "$build"
 attack python3 "$here/ageing.py" "$build" "$((minutes * 10 + 10))"
 exit $failed

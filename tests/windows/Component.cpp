@@ -8,6 +8,7 @@
 #include "automation/Dispatch.h"
 #include "automation/ModuleHandle.h"
 #include "base/Utf8.h"
+#include "tests/support/fake/DeadConnection.h"
 
 namespace zul::windows {
 
@@ -65,26 +66,8 @@ void dumpInto(std::vector<std::string>& lines, HKEY root, const std::wstring& pa
     RegCloseKey(key);
 }
 
-// A connection object whose every member fails: what a window shows without a database.
-class DeadConnection final : public ComObject<Dispatching<_SqlConnection>>
+class DeadConnection final : public test::DeadConnection<Dispatching<_SqlConnection>>
 {
-public:
-    HRESULT STDMETHODCALLTYPE get_Connection(IConnection** value) override
-    {
-        *value = nullptr;
-        return E_FAIL;
-    }
-    HRESULT STDMETHODCALLTYPE get_UserName(BSTR* value) override
-    {
-        *value = nullptr;
-        return E_FAIL;
-    }
-    HRESULT STDMETHODCALLTYPE LookupValue(BSTR, BSTR, BSTR, VARIANT* value) override
-    {
-        VariantInit(value);
-        return E_FAIL;
-    }
-
 private:
     const DispTable<_SqlConnection>& dispTable() const override
     {

@@ -9,7 +9,7 @@ built=$PWD/build/windows-$arch
 
 . tests/wine.sh "$arch"
 # The FTP server of the scenarios is a program of this machine's.
-g++ -std=c++20 -O1 -I . tests/scenario/FtpServe.cpp tests/ftp/ScriptedServer.cpp -o "$built/ftpserve" -pthread
+g++ -std=c++20 -O1 -I . tests/scenario/FtpServe.cpp tests/ftp/{ScriptedServer,SocketsPosix}.cpp -o "$built/ftpserve" -pthread
 export ZUL_FTPSERVE=$built/ftpserve
 
 # A Windows of its own, of an Italian user whose dates are those of Windows' own setting.

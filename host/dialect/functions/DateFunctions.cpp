@@ -54,6 +54,22 @@ Result day(Arguments arguments)
     return digitsOf(arguments, DatePart::Day, 8, 2);
 }
 
+// The same of a column of dates, in which what is no date counts as NULL.
+template <Result (*Call)(Arguments)>
+Result orNull(Arguments arguments)
+{
+    try {
+        return Call(arguments);
+    } catch (const FunctionError&) {
+        return {};
+    }
+}
+
+Result moment(Arguments arguments)
+{
+    return isNull(arguments[0]) ? Result{} : Result(formatMoment(momentOf(arguments[0])));
+}
+
 Result dateDiff(Arguments arguments)
 {
     if (anyNull(arguments)) {
@@ -103,9 +119,18 @@ Result isDate(Arguments arguments)
 }
 
 constexpr Function table[] = {
-    {"zul_year", 1, 1, year},         {"zul_month", 1, 1, month},     {"zul_day", 1, 1, day},
-    {"zul_datediff", 3, 3, dateDiff}, {"zul_dateadd", 3, 3, dateAdd}, {"zul_dateplus", 2, 2, datePlus},
-    {"zul_datepart", 2, 2, datePart}, {"zul_isdate", 1, 1, isDate},
+    {"zul_year", 1, 1, year},
+    {"zul_month", 1, 1, month},
+    {"zul_day", 1, 1, day},
+    {"zul_datediff", 3, 3, dateDiff},
+    {"zul_dateadd", 3, 3, dateAdd},
+    {"zul_dateplus", 2, 2, datePlus},
+    {"zul_datepart", 2, 2, datePart},
+    {"zul_isdate", 1, 1, isDate},
+    {"zul_yearcell", 1, 1, orNull<year>},
+    {"zul_monthcell", 1, 1, orNull<month>},
+    {"zul_daycell", 1, 1, orNull<day>},
+    {"zul_datecell", 1, 1, orNull<moment>},
 };
 
 } // namespace

@@ -371,48 +371,69 @@ Piece ExpressionWriter::momentArgument(const Expr& expr)
     return piece;
 }
 
-// The years between two dates are the difference of their year numbers: of a literal it is known here, of a
-// column one cheap call reads four digits (and refuses what is no date).
+// Another program may have written anything into a column of dates, which on the server holds nothing else. What is
+// no date there is NULL; one row must not cost the others.
+bool ExpressionWriter::isDateColumn(const Expr& expr, const Piece& piece)
+{
+    return expr.kind == ExprKind::Column && isMoment(piece.type);
+}
+
+std::string ExpressionWriter::knownMoment(const Expr& expr)
+{
+    const Piece piece = momentArgument(expr);
+    return isDateColumn(expr, piece) ? "zul_datecell(" + piece.sql + ")" : piece.sql;
+}
+
+// Year, month or day, which one cheap call reads.
+std::string ExpressionWriter::digitsOf(std::string_view part, const Expr& expr, const Piece& moment)
+{
+    return "zul_" + std::string(part) + (isDateColumn(expr, moment) ? "cell(" : "(") + moment.sql + ")";
+}
+
+// The years between two dates are the difference of their year numbers: of a literal it is known here.
 Piece ExpressionWriter::dateDifference(const Expr& expr)
 {
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
-    const Piece from = momentArgument(*expr.args[1]);
-    const Piece to = momentArgument(*expr.args[2]);
+    const Expr& from = *expr.args[1];
+    const Expr& to = *expr.args[2];
     if (part != DatePart::Year) {
-        return callOf("zul_datediff", {quotedText(nameOf(part)), from.sql, to.sql}, ColumnType::Integer);
+        return callOf("zul_datediff", {quotedText(nameOf(part)), knownMoment(from), knownMoment(to)},
+                      ColumnType::Integer);
     }
-    const auto yearOf = [](const Piece& piece) {
+    const auto yearOf = [this](const Expr& side) {
+        const Piece piece = momentArgument(side);
         if (piece.literal == nullptr || piece.type != ColumnType::DateTime) {
-            return "zul_year(" + piece.sql + ")";
+            return digitsOf("year", side, piece);
         }
         const auto moment = parseMoment(std::string_view(piece.sql).substr(1, piece.sql.size() - 2));
         return std::to_string(moment ? civilFromDays(moment->day).year : 0);
     };
-    return {.sql = yearOf(to) + " - " + yearOf(from), .type = ColumnType::Integer, .binding = Binding::Sum};
+    const std::string before = yearOf(from);
+    return {.sql = yearOf(to) + " - " + before, .type = ColumnType::Integer, .binding = Binding::Sum};
 }
 
 Piece ExpressionWriter::dateSum(const Expr& expr)
 {
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
-    return callOf(
-        "zul_dateadd",
-        {quotedText(nameOf(part)), numberArgument(*expr.args[1]), momentArgument(*expr.args[2]).sql},
-        ColumnType::DateTime);
+    return callOf("zul_dateadd",
+                  {quotedText(nameOf(part)), numberArgument(*expr.args[1]), knownMoment(*expr.args[2])},
+                  ColumnType::DateTime);
 }
 
 Piece ExpressionWriter::datePart(const Expr& expr)
 {
     const DatePart part = *datePartNamed(partArgument(*expr.args[0]));
-    const std::string moment = momentArgument(*expr.args[1]).sql;
+    const Expr& date = *expr.args[1];
     if (part == DatePart::Year || part == DatePart::Month || part == DatePart::Day) {
-        return callOf("zul_" + std::string(nameOf(part)), {moment}, ColumnType::Integer);
+        return {.sql = digitsOf(nameOf(part), date, momentArgument(date)), .type = ColumnType::Integer};
     }
-    return callOf("zul_datepart", {quotedText(nameOf(part)), moment}, ColumnType::Integer);
+    return callOf("zul_datepart", {quotedText(nameOf(part)), knownMoment(date)}, ColumnType::Integer);
 }
 
 Piece ExpressionWriter::yearOrSo(const Expr& expr)
 {
-    return callOf("zul_" + lowerAscii(expr.text), {momentArgument(*expr.args[0]).sql}, ColumnType::Integer);
+    const Expr& date = *expr.args[0];
+    return {.sql = digitsOf(lowerAscii(expr.text), date, momentArgument(date)), .type = ColumnType::Integer};
 }
 
 Piece ExpressionWriter::test(const Expr& expr)

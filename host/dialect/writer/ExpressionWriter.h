@@ -90,6 +90,9 @@ private:
     Piece asText(Piece piece) const;
     Piece castCall(const Piece& piece, const TypeName& type, const std::string& style) const;
     Piece momentArgument(const Expr& expr);
+    static bool isDateColumn(const Expr& expr, const Piece& piece);
+    std::string knownMoment(const Expr& expr);
+    static std::string digitsOf(std::string_view part, const Expr& expr, const Piece& moment);
     std::string momentOfLiteral(const Expr& literal, ColumnType target) const;
     std::string partArgument(const Expr& expr) const;
 

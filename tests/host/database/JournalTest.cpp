@@ -81,6 +81,19 @@ TEST_F(JournalTest, IsItsOwnersAlone)
 }
 #endif
 
+TEST_F(JournalTest, KnowsThatALineCouldNotBeWritten)
+{
+    EXPECT_TRUE(m_journal.isWhole());
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "this system has no /dev/full to stand for a full disk";
+    }
+    Journal journal;
+    ASSERT_TRUE(journal.open("/dev/full"));
+    EXPECT_TRUE(journal.isWhole());
+    journal.transaction("begin");
+    EXPECT_FALSE(journal.isWhole());
+}
+
 TEST_F(JournalTest, TellsWhatFailed)
 {
     m_journal.execute("SELEC", "near \"SELEC\": syntax error");

@@ -250,7 +250,7 @@ TEST(Expression, KnownTypesGiveNativeOperators)
     EXPECT_EQ(translate("SELECT 1 AS x FROM t WHERE n = '5'", types).sql,
               "SELECT 1 AS [x] FROM [t] WHERE [n] = 5");
     EXPECT_EQ(translate("SELECT DateDiff(year,d,'20261121') AS x FROM t", types).sql,
-              "SELECT 2026 - zul_year([d]) AS [x] FROM [t]");
+              "SELECT 2026 - zul_yearcell([d]) AS [x] FROM [t]");
 }
 
 TEST(Expression, UnknownColumnAndDateLookingTextStayAsWritten)

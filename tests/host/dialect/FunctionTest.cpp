@@ -226,6 +226,28 @@ TEST(Functions, FailAsOnTheServer)
                 HasSubstr("999 is not a valid style number"));
 }
 
+TEST(Functions, WhatIsNoDateInAColumnOfDatesCostsItsOwnRow)
+{
+    Engine engine;
+    engine.run("CREATE TABLE t(d datetime, id int)");
+    for (const char* stored : {"'31/02/1990'", "'2020-13-45'", "'x'", "''", "x'00ff'", "1e300", "-1e300",
+                               "'2020-06-15'", "NULL"}) {
+        engine.runNative("INSERT INTO t(d) VALUES (" + std::string(stored) + ")");
+    }
+    for (const char* expression : {"YEAR(d)", "MONTH(d)", "DAY(d)", "DATEPART(month, d)", "DATEPART(hour, d)",
+                                   "DATEDIFF(year, d, '20261121')", "DATEDIFF(year, '20261121', t.d)",
+                                   "DATEDIFF(day, d, GETDATE())", "DATEADD(day, 1, d)"}) {
+        const Rows rows = engine.run("SELECT " + std::string(expression) + " FROM t");
+        ASSERT_EQ(rows.size(), 9U) << expression;
+        EXPECT_EQ(rows[0].front(), "NULL") << expression;
+        EXPECT_EQ(rows[2].front(), "NULL") << expression;
+        EXPECT_NE(rows[7].front(), "NULL") << expression;
+        EXPECT_EQ(rows[8].front(), "NULL") << expression;
+    }
+    EXPECT_EQ(engine.run("SELECT DATEDIFF(year, d, '20261121') FROM t WHERE YEAR(d) > 2000 AND MONTH(d) = 6"),
+              (Rows{{"6"}}));
+}
+
 TEST(Functions, TakeTextsOfAnyLength)
 {
     Engine engine;

@@ -434,6 +434,7 @@ TEST_F(Commands, ResizeAndShot)
     EXPECT_TRUE(refusal(("shot \"" + folder.filePath("no/such/x.png") + "\"").toStdString())
                     .endsWith("cannot be written"));
     EXPECT_EQ(refusal("resize 0 10"), u"0 is no size"_s);
+    EXPECT_EQ(refusal("resize 10 999999999"), u"999999999 is no size"_s);
 }
 
 TEST_F(Commands, CloseUsesTheCloseButton)

@@ -189,6 +189,7 @@ TEST_F(GridCommands, WhatIsNotThereIsSaid)
     EXPECT_EQ(refusal("row grdClienti 4"), u"line 2: \"grdClienti\" has no row 4"_s);
     EXPECT_EQ(refusal("tick grdClienti -1"), u"line 2: \"grdClienti\" has no row -1"_s);
     EXPECT_EQ(refusal("sort grdClienti 0"), u"line 2: column 0 of \"grdClienti\" is hidden"_s);
+    EXPECT_EQ(refusal("width grdClienti 3 999999999"), u"line 2: 999999999 is no size"_s);
     EXPECT_EQ(refusal("width grdClienti 9 10"), u"line 2: \"grdClienti\" has no column 9"_s);
     EXPECT_EQ(refusal("move grdClienti 2 9"), u"line 2: there is no visible position 9"_s);
     EXPECT_EQ(refusal("row grdClienti 0 alt"), u"line 2: \"alt\" is neither ctrl nor shift"_s);

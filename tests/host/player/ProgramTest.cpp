@@ -19,7 +19,8 @@ protected:
         QString errors;
     };
 
-    End run(const QStringList& arguments, const QString& input = QProcess::nullDevice()) const
+    End run(const QStringList& arguments, const QString& input = QProcess::nullDevice(),
+            const QString& output = {}) const
     {
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -28,6 +29,9 @@ protected:
         }
         program.setProcessEnvironment(environment);
         program.setStandardInputFile(input);
+        if (!output.isEmpty()) {
+            program.setStandardOutputFile(output);
+        }
         program.start(QStringLiteral(ZUL_HOST), arguments);
         EXPECT_TRUE(program.waitForFinished(60'000)) << arguments.join(u' ').toStdString();
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
@@ -43,15 +47,17 @@ protected:
     }
 
     /// With a database and the component, which a scenario needs that is read.
-    End play(const QString& scenario, const QString& input = QProcess::nullDevice()) const
+    End play(const QString& scenario, const QString& input = QProcess::nullDevice(),
+             const QStringList& options = {}, const QString& output = {}) const
     {
         const QString database = folder.filePath(u"play.db"_s);
         if (!QFile::exists(database)) {
             EXPECT_EQ(run({u"--database"_s, database, u"--create-demo"_s, u"0"_s}).code, 0);
         }
-        return run({u"--database"_s, database, u"--component"_s, QStringLiteral(ZUL_COMPONENT),
-                    u"--scenario"_s, scenario},
-                   input);
+        return run(QStringList{u"--database"_s, database, u"--component"_s, QStringLiteral(ZUL_COMPONENT),
+                               u"--scenario"_s, scenario} +
+                       options,
+                   input, output);
     }
 
     const QTemporaryDir folder;
@@ -105,6 +111,24 @@ TEST_F(Program, AScenarioThatCannotBeReadToItsEndEndsItWithTwo)
     EXPECT_EQ(noInput.errors, u"line 1: the scenario cannot be read\n"_s);
     const End endlessInput = play(u"-"_s, u"/dev/zero"_s);
     EXPECT_EQ(endlessInput.code, 2);
+}
+
+TEST_F(Program, WhatCouldNotBeWrittenEndsItWithOne)
+{
+    if (!QFile::exists(u"/dev/full"_s)) {
+        GTEST_SKIP() << "this system has no /dev/full to stand for a full disk";
+    }
+    QFile file(folder.filePath(u"options.scenario"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("call ShowOptions\n");
+    file.close();
+    EXPECT_EQ(play(file.fileName()).code, 0);
+    const End journal = play(file.fileName(), QProcess::nullDevice(), {u"--journal"_s, u"/dev/full"_s});
+    EXPECT_EQ(journal.code, 1);
+    EXPECT_EQ(journal.errors, u"zulhost: the journal \"/dev/full\" could not be written to its end\n"_s);
+    const End output = play(file.fileName(), QProcess::nullDevice(), {}, u"/dev/full"_s);
+    EXPECT_EQ(output.code, 1);
+    EXPECT_EQ(output.errors, u"zulhost: standard output could not be written to its end\n"_s);
 }
 #endif
 

@@ -1,4 +1,4 @@
-#include "session/ButtonKeys.h"
+#include "controls/fields/ButtonKeys.h"
 
 #include <QKeyEvent>
 #include <QPushButton>

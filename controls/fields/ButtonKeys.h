@@ -10,7 +10,7 @@ QT_FORWARD_DECLARE_CLASS(QWidget)
 namespace zul {
 
 /// Enter on a focused push button or tool button presses it, as the space bar does. There is still no default button: Enter
-/// elsewhere in the form presses none.
+/// elsewhere in the form presses none. A part of a form that makes its buttons itself may have one of its own.
 class ButtonKeys : public QObject
 {
 public:

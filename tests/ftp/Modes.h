@@ -1,0 +1,25 @@
+// The modes of transfer, active and passive, in which a client is tried with a server of its own process.
+#pragma once
+
+#include "ftp/FtpTransport.h"
+#include "tests/ftp/ScriptedServer.h"
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace zul::test {
+
+inline std::vector<std::uint32_t> modes()
+{
+    return ScriptedServer::knowsActiveMode() ? std::vector<std::uint32_t>{0, ftp::ModePassive}
+                                             : std::vector<std::uint32_t>{ftp::ModePassive};
+}
+
+inline std::string modeName(const ::testing::TestParamInfo<std::uint32_t>& mode)
+{
+    return mode.param == ftp::ModePassive ? "Passive" : "Active";
+}
+
+} // namespace zul::test
