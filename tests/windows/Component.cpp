@@ -14,8 +14,24 @@ namespace zul::windows {
 
 namespace {
 
+// A host made with a run-time library of its own has that in its process before it loads any other.
+void loadAHostsRunTime()
+{
+    const wchar_t* const name = _wgetenv(L"ZUL_HOST_RUN_TIME");
+    if (name == nullptr) {
+        return;
+    }
+    std::wstring file = name;
+    std::replace(file.begin(), file.end(), L'/', L'\\');
+    if (LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH) == nullptr) {
+        throw std::runtime_error("the host's run-time library cannot be loaded");
+    }
+}
+
 HMODULE library()
 {
+    static const bool ready = (loadAHostsRunTime(), true);
+    static_cast<void>(ready);
     static const HMODULE loaded =
         LoadLibraryExW(componentFile().c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (loaded == nullptr) {
