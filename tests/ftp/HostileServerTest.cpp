@@ -598,7 +598,7 @@ TEST_P(PassiveAddressTest, APortWhereNobodyListensEndsInAnError)
 class ActiveTest : public HostileServerTest
 {};
 
-INSTANTIATE_TEST_SUITE_P(Modes, ActiveTest, ::testing::Values(0U), [](const auto&) { return "Active"; });
+INSTANTIATE_TEST_SUITE_P(Modes, ActiveTest, ::testing::ValuesIn(activeMode()), modeName);
 
 TEST_P(ActiveTest, ARefusedPortIsTheServersWord)
 {

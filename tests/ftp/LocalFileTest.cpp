@@ -114,7 +114,8 @@ TEST(LocalReplacementTest, TakesAwayWhatAKilledProgramLeftLongAgo)
         std::filesystem::last_write_time(folder.path() / name, old);
     }
     std::filesystem::create_directory(folder.path() / ".zul-folder");
-    std::filesystem::last_write_time(folder.path() / ".zul-folder", old);
+    std::error_code notEverySystemAgesFolders;
+    std::filesystem::last_write_time(folder.path() / ".zul-folder", old, notEverySystemAgesFolders);
     folder.write(".zul-new", "x");
     LocalReplacement file;
     ASSERT_EQ(file.open(folder.file("a")), LocalError::None);

@@ -11,10 +11,17 @@
 
 namespace zul::test {
 
+/// None where it cannot be tried.
+inline std::vector<std::uint32_t> activeMode()
+{
+    return ScriptedServer::knowsActiveMode() ? std::vector<std::uint32_t>{0} : std::vector<std::uint32_t>();
+}
+
 inline std::vector<std::uint32_t> modes()
 {
-    return ScriptedServer::knowsActiveMode() ? std::vector<std::uint32_t>{0, ftp::ModePassive}
-                                             : std::vector<std::uint32_t>{ftp::ModePassive};
+    std::vector<std::uint32_t> all = activeMode();
+    all.push_back(ftp::ModePassive);
+    return all;
 }
 
 inline std::string modeName(const ::testing::TestParamInfo<std::uint32_t>& mode)

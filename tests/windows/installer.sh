@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The installer INSTALLER.EXE under Wine, in the prefix and on the display of test-windows.sh: installer.sh INSTALLER.EXE.
-# Installed for one user and for all, used, installed once more over itself, taken away: the registry and the disk are as
-# before but for what an operator's work has left.
+# Installed for one user and for all over an older version, used, installed once more over itself, taken away: the registry
+# and the disk are as before but for what an operator's work has left.
 set -euo pipefail
 installer=$1
 arch=${1%.exe}
@@ -24,6 +24,22 @@ dump() {
     done
 }
 
+# An older version, of the same files and one that the newer has no more; quick to make.
+here=$(cd "$(dirname "$0")" && pwd)
+dist=$(cd "$(dirname "$installer")" && pwd)
+echo old >"$folder/gone.txt"
+{
+    cat "$dist/install.nsh"
+    printf 'SetOutPath "$INSTDIR\\docs"\nFile "%s"\n' "$folder/gone.txt"
+} >"$folder/install.nsh"
+{
+    echo 'Delete "$INSTDIR\docs\gone.txt"'
+    cat "$dist/uninstall.nsh"
+} >"$folder/uninstall.nsh"
+makensis -V1 -INPUTCHARSET UTF8 '-XSetCompressor /FINAL zlib' -DVERSION=0.9.0 -DARCH="$arch" \
+    -DSTAGE="$dist/$(basename "$installer" .exe)" -DOUTPUT="$folder/older.exe" \
+    -DINSTALL="$folder/install.nsh" -DUNINSTALL="$folder/uninstall.nsh" "$here/../../packaging/windows/installer.nsi"
+
 for mode in CurrentUser AllUsers; do
     home=$folder/$mode/"Città € 😀 & C"
     mkdir -p "$(dirname "$home")"
@@ -33,14 +49,24 @@ for mode in CurrentUser AllUsers; do
     "$wine" reg add 'HKCU\Software\TESK\ZUL\Options' /v PathCartellaSMSSender /d 'C:\Sender' /f >/dev/null
     dump >"$folder/before"
 
-    for time in first again; do
+    for time in older first again; do
+        program=$installer
+        [ $time != older ] || program=$folder/older.exe
         # Its folder is the rest of the line, without quotes around it: one argument for each word.
         read -r -a place <<<"$(native "$home")"
-        "$wine" "$installer" /S /$mode "/D=${place[0]}" "${place[@]:1}" || fail "$mode, $time: the installer ended with $?"
+        "$wine" "$program" /S /$mode "/D=${place[0]}" "${place[@]:1}" || fail "$mode, $time: the installer ended with $?"
         [ -e "$home/bin/Zul_MessageBuilder.dll" ] || fail "$mode, $time: no library"
         registered=$(query "$hive\\Software\\Classes\\CLSID\\$clsid\\InprocServer32" /ve)
         [[ $registered == *'Zul_MessageBuilder.dll'* ]] || fail "$mode, $time: not registered: $registered"
-        query "$hive\\$uninstall\\Zul_MessageBuilder-$arch" | grep 'DisplayVersion' | cat >/dev/null || fail "$mode, $time: no entry"
+        entry=$(query "$hive\\$uninstall\\Zul_MessageBuilder-$arch")
+        if [ $time = older ]; then
+            [[ $entry == *DisplayVersion*0.9.0* && -e $home/docs/gone.txt ]] || fail "$mode: not the older version: $entry"
+            echo kept >"$home/bin/Zul_Messagebuilder.log"
+        else
+            [[ $entry == *DisplayVersion* && $entry != *0.9.0* ]] || fail "$mode, $time: not the newer version: $entry"
+            [ ! -e "$home/docs/gone.txt" ] || fail "$mode: a file of the older version stays"
+            grep -q kept "$home/bin/Zul_Messagebuilder.log" || fail "$mode, $time: the log is gone"
+        fi
     done
     for file in licences/LGPL-3 licences/qt.txt idl/Zul_MessageBuilder.idl include/Zul_MessageBuilder.h \
         bin/Zul_MessageBuilder.tlb bin/Zul_MessageBuilder.manifest bin/ZulSmsSender/ZULSms_Sender.exe docs/host.md bin/translations/qtbase_it.qm; do
@@ -53,7 +79,6 @@ for mode in CurrentUser AllUsers; do
     (cd "$folder" && "$wine" "$home/bin/zulhost.exe" --database "$mode.db" --scenario use.scenario) \
         >"$folder/used" 2>&1 || fail "$mode: the host ended with $?: $(cat "$folder/used")"
     grep -q 'Sender' "$folder/used" || fail "$mode: the window does not show the setting: $(cat "$folder/used")"
-    echo kept >"$home/bin/Zul_Messagebuilder.log"
 
     # While a program has the library loaded, nothing is done.
     mkfifo "$folder/$mode.lines"
