@@ -1,6 +1,6 @@
 #include "tests/ftp/FtpServerProcess.h"
 
-#include "tests/ftp/Loopback.h"
+#include "tests/ftp/Sockets.h"
 
 #include <chrono>
 #include <csignal>
@@ -8,7 +8,6 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -20,13 +19,10 @@ namespace {
 
 std::uint16_t freePort()
 {
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = loopback(0);
-    socklen_t length = sizeof(address);
-    const bool bound = bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0 &&
-                       getsockname(socket, reinterpret_cast<sockaddr*>(&address), &length) == 0;
-    close(socket);
-    return bound ? ntohs(address.sin_port) : std::uint16_t{0};
+    std::uint16_t port = 0;
+    Socket listener = listenOnLoopback(port);
+    closeSocket(listener);
+    return port;
 }
 
 std::string userName(uid_t id)
@@ -209,11 +205,9 @@ void FtpServerProcess::waitUntilItListens()
             m_problem = "the server ended at once";
             return;
         }
-        const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const sockaddr_in address = loopback(m_port);
-        const bool listens =
-            connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0;
-        close(socket);
+        Socket socket = connectToLoopback(m_port);
+        const bool listens = socket != NoSocket;
+        closeSocket(socket);
         if (listens) {
             return;
         }

@@ -1,10 +1,10 @@
 #include "tests/ftp/Sockets.h"
 
-#include "tests/ftp/Loopback.h"
-
+#include <arpa/inet.h>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <stdexcept>
@@ -18,6 +18,15 @@ namespace {
 int number(Socket socket)
 {
     return static_cast<int>(socket);
+}
+
+sockaddr_in loopback(std::uint16_t port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
 }
 
 } // namespace
