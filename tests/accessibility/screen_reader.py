@@ -106,13 +106,15 @@ def find(top, role, name=None):
 
 
 def act(node, action):
-    for i in range(node.get_n_actions()):
-        if node.get_action_name(i) == action:
-            if not node.do_action(i):
-                raise NotThere(f"{action} of {node.get_name()!r} was refused")
-            return
-    names = [node.get_action_name(i) for i in range(node.get_n_actions())]
-    raise NotThere(f"{node.get_name()!r} has no {action}, only {names}")
+    """Once it can be done: a window that is still at work offers nothing."""
+
+    def number():
+        names = [node.get_action_name(i) for i in range(node.get_n_actions())]
+        return [i for i, name in enumerate(names) if name == action]
+
+    found = until(f"{action} of {node.get_name()!r}", number)
+    if not node.do_action(found[0]):
+        raise NotThere(f"{action} of {node.get_name()!r} was refused")
 
 
 def press(top, role, name):
