@@ -9,11 +9,7 @@ namespace zul {
 template <typename T>
 const IID& iidOf() noexcept
 {
-#ifdef _WIN32
     return __uuidof(T);
-#else
-    return ZulUuid<T>::value;
-#endif
 }
 
 } // namespace zul

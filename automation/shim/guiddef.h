@@ -29,9 +29,10 @@ inline bool IsEqualGUID(const GUID& a, const GUID& b) noexcept { return a == b; 
 inline bool IsEqualIID(const IID& a, const IID& b) noexcept { return a == b; }
 inline bool IsEqualCLSID(const CLSID& a, const CLSID& b) noexcept { return a == b; }
 
-// The interface id of a type, as the __uuidof operator gives it elsewhere; see zul::iidOf.
+// The interface id of a type. On Windows the operator is the compiler's, or its headers' as here.
 template <typename T>
 struct ZulUuid;
+#define __uuidof(type) (ZulUuid<type>::value)
 
 #define __CRT_UUID_DECL(type, l, w1, w2, b1, b2, b3, b4, b5, b6, b7, b8)                                     \
     extern "C++" {                                                                                           \
