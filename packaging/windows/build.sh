@@ -14,7 +14,11 @@ packaging/install.sh build windows "windows-$arch"
 dependencies=$(packaging/windows/dependencies.sh "$arch")
 mkdir -p build
 log=build/configure-windows-$arch.log
-cmake --preset "windows-$arch" -DZUL_WINDOWS_DEPENDENCIES="$dependencies" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
+# What was found in the libraries of an earlier recipe is looked for anew.
+before=$(sed -n 's/^ZUL_WINDOWS_DEPENDENCIES:[A-Z]*=//p' "build/windows-$arch/CMakeCache.txt" 2>/dev/null || true)
+fresh=()
+[ "$before" = "$dependencies" ] || fresh=(--fresh)
+cmake "${fresh[@]}" --preset "windows-$arch" -DZUL_WINDOWS_DEPENDENCIES="$dependencies" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 cmake --build --preset "windows-$arch" -j "${ZUL_JOBS:-$(nproc)}" "${targets[@]}"
 
 # Qt's libraries and plug-ins stand beside what needs them: the component with its host, and the sender.
