@@ -25,5 +25,10 @@ if [ "$arch" = i686 ]; then
         echo "windows-i686 is built, and not tested."
         exit 0
     fi
+    other=build/windows-x86_64
+    if [ -e $other/dist ]; then
+        echo "== both widths on one Windows"
+        "${run[@]}" tests/on-display.sh 1920x1080x24 tests/windows/both-widths.sh $other build/windows-i686
+    fi
 fi
 exec "${run[@]}" tests/windows/under-wine.sh "$arch" "$@"

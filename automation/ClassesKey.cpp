@@ -80,6 +80,18 @@ std::wstring ClassesKey::read(const std::wstring& key, const std::wstring& name)
     return text;
 }
 
+bool ClassesKey::otherWidthHas(const std::wstring& key) const
+{
+    constexpr REGSAM otherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    HKEY opened = nullptr;
+    if (RegOpenKeyExW(m_root, pathOf(key).c_str(), 0, KEY_QUERY_VALUE | otherView, &opened) !=
+        ERROR_SUCCESS) {
+        return false;
+    }
+    RegCloseKey(opened);
+    return true;
+}
+
 std::wstring guidText(const GUID& guid)
 {
     wchar_t text[40] = L"";

@@ -32,6 +32,10 @@ public:
     // Empty where there is none.
     [[nodiscard]] std::wstring read(const std::wstring& key, const std::wstring& name = {}) const;
 
+    // Whether the hosts of the other width, 32 bits beside 64, have such a key. They see names and type libraries as ours
+    // do, but classes and interfaces of their own; a system of one width answers for that one.
+    [[nodiscard]] bool otherWidthHas(const std::wstring& key) const;
+
     [[nodiscard]] HRESULT result() const noexcept { return m_result; }
 
 private:

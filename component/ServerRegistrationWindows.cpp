@@ -167,17 +167,16 @@ void removeTypeLibrary(ClassesKey& classes, const TypeLibrary& library)
         classes.removeTree(fileKey(locale));
         classes.removeIfEmpty(locale);
     }
-    // The same library for processes of the other width may still be registered.
-    if (!classes.read(locales.front() + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64")).empty()) {
-        return;
-    }
-    classes.removeTree(version);
-    classes.removeIfEmpty(libraryKey(library));
+    // Interfaces are each width's own; the library they are of may still be registered for the other.
     for (const Described& described : library.interfaces) {
         const std::wstring owner = classes.read(interfaceKey(described) + L"\\TypeLib");
         if (_wcsicmp(owner.c_str(), library.id.c_str()) == 0) {
             classes.removeTree(interfaceKey(described));
         }
+    }
+    if (classes.read(locales.front() + (sizeof(void*) == 8 ? L"\\win32" : L"\\win64")).empty()) {
+        classes.removeTree(version);
+        classes.removeIfEmpty(libraryKey(library));
     }
 }
 
@@ -209,6 +208,10 @@ void removeClass(ClassesKey& classes)
         return;
     }
     classes.removeTree(key);
+    // The names are those of both widths.
+    if (classes.otherWidthHas(key + L"\\InprocServer32")) {
+        return;
+    }
     for (const std::wstring progId : {ProgId, VersionedProgId}) {
         if (_wcsicmp(classes.read(progId + L"\\CLSID").c_str(), id.c_str()) == 0) {
             classes.removeTree(progId);

@@ -7,9 +7,12 @@ Unicode true
   Target amd64-unicode
   !define MULTIUSER_USE_PROGRAMFILES64
   !define WIDTH "64 bit"
+  !define FOLDER "Zul_MessageBuilder"
 !else
   Target x86-unicode
   !define WIDTH "32 bit"
+  ; A user's own programs stand in one folder, whatever their width.
+  !define FOLDER "Zul_MessageBuilder (32 bit)"
 !endif
 
 !define NAME "Zul_MessageBuilder"
@@ -24,7 +27,7 @@ ManifestDPIAware true
 !define MULTIUSER_EXECUTIONLEVEL Highest
 !define MULTIUSER_MUI
 !define MULTIUSER_INSTALLMODE_COMMANDLINE
-!define MULTIUSER_INSTALLMODE_INSTDIR "${NAME}"
+!define MULTIUSER_INSTALLMODE_INSTDIR "${FOLDER}"
 !define MULTIUSER_INSTALLMODE_DEFAULT_REGISTRY_KEY "${ENTRY}"
 !define MULTIUSER_INSTALLMODE_DEFAULT_REGISTRY_VALUENAME "UninstallString"
 !define MULTIUSER_INSTALLMODE_INSTDIR_REGISTRY_KEY "${ENTRY}"
