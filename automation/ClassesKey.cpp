@@ -8,7 +8,7 @@ namespace {
 
 std::wstring pathOf(const std::wstring& key)
 {
-    return L"Software\\Classes\\" + key;
+    return key.empty() ? L"Software\\Classes" : L"Software\\Classes\\" + key;
 }
 
 } // namespace

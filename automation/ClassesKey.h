@@ -14,8 +14,8 @@ enum class RegistryScope
     Machine // HKEY_LOCAL_MACHINE\Software\Classes
 };
 
-// Keys below Software\Classes, "CLSID\{…}\ProgID". What a change meets first ends it: later calls do nothing, and
-// result() tells.
+// Keys below Software\Classes, "CLSID\{…}\ProgID", or that key itself, "". What a change meets first ends it: later
+// calls do nothing, and result() tells.
 class ClassesKey
 {
 public:

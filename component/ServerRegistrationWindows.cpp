@@ -226,6 +226,10 @@ HRESULT remove(RegistryScope scope)
     for (int i = 1; i <= TypeLibraries; ++i) {
         removeTypeLibrary(classes, readTypeLibrary(i));
     }
+    // A user who had no classes of his own has none again.
+    for (const wchar_t* const shared : {L"CLSID", L"Interface", L"TypeLib", L""}) {
+        classes.removeIfEmpty(shared);
+    }
     return classes.result();
 }
 

@@ -19,11 +19,6 @@ wine_prefix() {
     "$ZUL_WINE" reg add 'HKCU\Control Panel\International' /v sShortDate /d dd/MM/yyyy /f >/dev/null 2>&1
     # The display has no window manager: with one to wait for, each window takes two seconds to go.
     "$ZUL_WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
-    # A user of Windows has these from the first day; what is registered for one user leaves them.
-    local key
-    for key in 'Classes\CLSID' 'Classes\Interface' 'Classes\TypeLib' 'Microsoft\Windows\CurrentVersion\Uninstall'; do
-        "$ZUL_WINE" reg add "HKCU\\Software\\$key" /f >/dev/null 2>&1
-    done
     touch "$WINEPREFIX/set-up"
 }
 

@@ -16,7 +16,8 @@ Unicode true
 !endif
 
 !define NAME "Zul_MessageBuilder"
-!define ENTRY "Software\Microsoft\Windows\CurrentVersion\Uninstall\${NAME}-${ARCH}"
+!define ENTRIES "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+!define ENTRY "${ENTRIES}\${NAME}-${ARCH}"
 !define LIBRARY "$INSTDIR\bin\Zul_MessageBuilder.dll"
 
 Name "${NAME}"
@@ -146,6 +147,8 @@ Section "Uninstall"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   DeleteRegKey SHCTX "${ENTRY}"
+  ; The machine always has this key; a user without other installations of his own may have had none.
+  DeleteRegKey /ifempty HKCU "${ENTRIES}"
   MessageBox MB_YESNO|MB_ICONQUESTION|MB_DEFBUTTON2 "$(Settings)" /SD IDNO IDNO keep
   DeleteRegKey HKCU "Software\TESK\ZUL"
   DeleteRegKey /ifempty HKCU "Software\TESK"

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "automation/ClassesKey.h"
 #include "automation/Uuid.h"
 #include "tests/windows/Component.h"
 
@@ -50,6 +51,20 @@ TEST(Registration, ForOneUserIsCompleteAndLeavesNothing)
     EXPECT_EQ(install(false, L"user"), S_OK) << "there was nothing any more";
 }
 
+TEST(Registration, AUsersOwnEmptyKeysGoAndOtherClassesStay)
+{
+    zul::ClassesKey own(zul::RegistryScope::User);
+    own.set(L"CLSID\\{00000000-0000-0000-0000-00000000BEEF}", L"", L"another");
+    const std::string before = dump(HKEY_CURRENT_USER, classes);
+    ASSERT_EQ(install(true, L"user"), S_OK);
+    EXPECT_EQ(install(false, L"user"), S_OK);
+    EXPECT_EQ(difference(before, dump(HKEY_CURRENT_USER, classes)), "");
+    own.removeTree(L"CLSID\\{00000000-0000-0000-0000-00000000BEEF}");
+    EXPECT_EQ(install(false, L"user"), S_OK);
+    EXPECT_FALSE(contains(dump(HKEY_CURRENT_USER, classes), "Software\\Classes\\CLSID\n"));
+    EXPECT_EQ(own.result(), S_OK);
+}
+
 TEST(Registration, ForAllUsersIsCompleteAndLeavesNothing)
 {
     const std::string user = dump(HKEY_CURRENT_USER, classes);
@@ -78,8 +93,10 @@ TEST(Registration, LeavesAnInterfaceOfAnotherMakerAlone)
         "{A4C46780-499F-101B-BB78-00AA00383CBB}\\TypeLib |  = {000204EF-0000-0000-C000-000000000046}\n"));
     EXPECT_EQ(install(false, L"user"), S_OK);
     EXPECT_EQ(difference(before, dump(HKEY_CURRENT_USER, classes)), "");
-    RegDeleteTreeW(HKEY_CURRENT_USER,
-                   (std::wstring(classes) + L"\\Interface\\{A4C46780-499F-101B-BB78-00AA00383CBB}").c_str());
+    zul::ClassesKey own(zul::RegistryScope::User);
+    own.removeTree(L"Interface\\{A4C46780-499F-101B-BB78-00AA00383CBB}");
+    own.removeIfEmpty(L"Interface");
+    own.removeIfEmpty(L"");
 }
 
 TEST(Registration, EveryTypeLibraryLoadsByItsId)
