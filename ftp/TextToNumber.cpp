@@ -124,7 +124,7 @@ bool isLarge(std::string_view number)
     if (read.ec == std::errc::result_out_of_range) {
         return !power.starts_with('-');
     }
-    return point - first + exponent > 0;
+    return exponent > first - point;
 }
 
 } // namespace

@@ -61,6 +61,8 @@ TEST(TextToNumberTest, WhatDoesNotFitOverflows)
     EXPECT_EQ(convert("1e400"), Overflowed);
     EXPECT_EQ(convert("1e99999999999999999999"), Overflowed);
     EXPECT_EQ(convert("1" + std::string(400, '0') + "e-5"), Overflowed) << "large for all its exponent";
+    EXPECT_EQ(convert("100.0e9223372036854775807"), Overflowed) << "the largest exponent that is read";
+    EXPECT_EQ(convert("0.001e-9223372036854775808"), 0) << "and the smallest";
     EXPECT_EQ(convert(std::string(10'000, '9')), Overflowed);
     EXPECT_EQ(convert("&H10000"), Overflowed);
     EXPECT_EQ(convert("&HFFFFFFFFFFFFFFFFFF"), Overflowed);
