@@ -118,7 +118,7 @@ bool sendToContacts(const hostlib::SqlConnection& connection, hostlib::AppConnec
     for (const PushContact& contact : contacts) {
         if (number > 0 && progress.isEndWanted()) {
             const QString ended =
-                u"Interrotto dall'operatore dopo %1 notifiche di %2."_s.arg(number).arg(count);
+                u"Interrotto dall'operatore dopo la notifica %1 di %2."_s.arg(number).arg(count);
             outcomes.append(outcomeLine(OutcomeTag::Separation, ended));
             LogError(creationProcedure().name, ended, {}, 0, {});
             return false;

@@ -251,7 +251,7 @@ void frmCheckSendError::showFailedNumbers(FailedNumbersReader& report, IgnoredIn
     while (const std::optional<QString> line = report.next()) {
         if (lines > 0 && input.isEscapePressed()) {
             LogError(u"cmdSMS_TestSMS_Click"_s,
-                     u"Interrotto dall'operatore dopo %1 righe di export.txt."_s.arg(lines),
+                     u"Interrotto dall'operatore dopo la riga %1 di export.txt."_s.arg(lines),
                      u"frmCheckSendError"_s, 0, {});
             break;
         }

@@ -491,7 +491,7 @@ TEST_F(SmsFormSendingTest, EscapeEndsAPushRunBetweenTwoContacts)
     host.during("push a@b.it", [&] { queueKey(form.get(), Qt::Key_Escape); });
     prepare();
     EXPECT_EQ(host.operations("push").size(), 1U);
-    EXPECT_EQ(lines().last(), u"       - Interrotto dall'operatore dopo 1 notifiche di 2."_s);
+    EXPECT_EQ(lines().last(), u"       - Interrotto dall'operatore dopo la notifica 1 di 2."_s);
     ASSERT_EQ(messages.size(), 1U) << "the question, and no closing message";
     EXPECT_EQ(marks(), u"xx"_s);
     EXPECT_TRUE(form->isVisible()) << "Esc ended the run alone";

@@ -259,10 +259,10 @@ TEST_F(PushTest, TheOperatorEndsARunBetweenTwoContacts)
     EXPECT_FALSE(create({{1, u"a@b.it"_s}, {2, u"c@d.it"_s}, {1, u"e@f.it"_s}, {2, u"g@h.it"_s}}, Selected));
     EXPECT_EQ(host.operations("push").size(), 2U);
     EXPECT_EQ(host.savedRecords().size(), 2U);
-    EXPECT_EQ(outcomes.lines.last(), u"       - Interrotto dall'operatore dopo 2 notifiche di 4."_s);
+    EXPECT_EQ(outcomes.lines.last(), u"       - Interrotto dall'operatore dopo la notifica 2 di 4."_s);
     EXPECT_EQ(progress.calls.last(), u"0 0 "_s) << "the indicator is hidden";
     ASSERT_EQ(log().size(), 1);
-    EXPECT_TRUE(log()[0].contains(u"Interrotto dall'operatore dopo 2 notifiche di 4."_s));
+    EXPECT_TRUE(log()[0].contains(u"Interrotto dall'operatore dopo la notifica 2 di 4."_s));
     EXPECT_TRUE(errors.isEmpty());
 }
 

@@ -526,8 +526,8 @@ TEST_F(CheckSendErrorTest, EscapeEndsATestBetweenTwoLinesAndTheLogSaysSo)
     EXPECT_EQ(title, u"%1 - riga 2 (25%) - Esc interrompe"_s.arg(form->windowTitle()));
     EXPECT_EQ(shownRows(), (QStringList{u"222|Uno"_s, u"222|Uno"_s, u"222|Uno"_s}));
     ASSERT_EQ(log().size(), 1);
-    EXPECT_TRUE(
-        log()[0].contains(u"cmdSMS_TestSMS_Click | Interrotto dall'operatore dopo 3 righe di export.txt."_s))
+    EXPECT_TRUE(log()[0].contains(
+        u"cmdSMS_TestSMS_Click | Interrotto dall'operatore dopo la riga 3 di export.txt."_s))
         << utf8(log()[0]);
     QTRY_VERIFY(!form->isVisible());
 }
