@@ -169,10 +169,13 @@ TEST(AppPost, ASilentServiceIsWaitedForSoManyTimesARun)
         EXPECT_GE(send(first), waited);
         EXPECT_GE(send(first), waited);
         EXPECT_NE(first, "");
-        for (int i = 0; i < 20; ++i) {
-            EXPECT_LT(send(later), patience);
+        constexpr int others = 20;
+        std::chrono::steady_clock::duration all{};
+        for (int i = 0; i < others; ++i) {
+            all += send(later);
             EXPECT_EQ(later, first) << "the same reason";
         }
+        EXPECT_LT(all, others * waited);
     }
 }
 
