@@ -69,8 +69,7 @@ TEST_F(SmsFormGridToolsTest, WhatASearchOrARunHasDoneIsDrawnWithoutATouch)
     QTest::qWait(50);
     PaintCount rows(probeOf(grid())->bodyViewport());
     QTest::keyClick(form.get(), Qt::Key_F5);
-    QTest::qWait(50);
-    EXPECT_GT(rows.count, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rows.count > 0; }));
     click("cmdSelAll");
     page("tab_Invio", 1);
     click("RBN_SoloSMS");
@@ -79,8 +78,7 @@ TEST_F(SmsFormGridToolsTest, WhatASearchOrARunHasDoneIsDrawnWithoutATouch)
     QTest::qWait(50);
     PaintCount summary(find<QLabel>(u"lblRiepilogo"_s));
     click("cmdCreaMessaggi");
-    QTest::qWait(50);
-    EXPECT_GT(summary.count, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return summary.count > 0; }));
 }
 
 TEST_F(SmsFormGridToolsTest, WhoIsTickedIsARecipientAlsoBehindTheFilter)
