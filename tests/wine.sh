@@ -19,8 +19,15 @@ wine_prefix() {
     "$ZUL_WINE" reg add 'HKCU\Control Panel\International' /v sShortDate /d dd/MM/yyyy /f >/dev/null 2>&1
     # The display has no window manager: with one to wait for, each window takes two seconds to go.
     "$ZUL_WINE" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+    # Its desktop began without a display, and would stay without one for the programs that come next.
+    wine_end
     touch "$WINEPREFIX/set-up"
 }
 
-# wine_end: ends what still runs in the prefix, Wine's services too.
-wine_end() { "$(dirname "$ZUL_WINE")/wineserver" -k 2>/dev/null || true; }
+# wine_end: ends what still runs in the prefix, Wine's services too, and waits for that.
+wine_end() {
+    local server
+    server=$(dirname "$ZUL_WINE")/wineserver
+    "$server" -k 2>/dev/null || true
+    "$server" -w 2>/dev/null || true
+}

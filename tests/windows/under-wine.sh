@@ -26,5 +26,6 @@ differences=()
 [ "$arch" = x86_64 ] || differences=("tests/automation/differential/differences-$arch.txt")
 tests/automation/differential/same.sh "$built/differential.txt" "${differences[@]}"
 
+wine_end # the next programs are on a display
 echo "== test windows-$arch"
 tests/on-display.sh 1920x1080x24 ctest --preset "windows-$arch" -j "${ZUL_JOBS:-$(nproc)}" "$@"
