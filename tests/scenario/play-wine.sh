@@ -1,6 +1,7 @@
 # What play.sh does for Windows: zulhost.exe under Wine, in the prefix and on the display of test-windows.sh.
 export WINEDEBUG=${WINEDEBUG:--all}
 wine=${ZUL_WINE:-/usr/lib/wine/wine64}
+. "$here/../wine-path.sh"
 
 # The component keeps its log and its layout file beside its library, and its settings in the user's registry.
 place() {
@@ -12,8 +13,6 @@ place() {
 }
 
 run() { "$wine" "$host" "$@"; }
-
-native() { printf '%s' "Z:${1//\//\\}"; }
 
 # Lines end as on Linux, and the folder has its name of there. What Qt says of functions that Wine has not is no
 # output of ours.

@@ -5,12 +5,12 @@
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 . "$here/../wine.sh"
+. "$here/../wine-path.sh"
 folder=$(mktemp -d)
 trap 'wine_end; rm -rf "$folder"' EXIT
 wine_prefix "$folder/wine"
 
 declare -A built=([64]=$(cd "$1" && pwd) [32]=$(cd "$2" && pwd)) system=([64]=system32 [32]=syswow64)
-native() { printf '%s' "Z:${1//\//\\}"; }
 fail() { echo "$1"; exit 1; }
 # in_width 64|32 PROGRAM…: one of the system's programs, of that width.
 in_width() {

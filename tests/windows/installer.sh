@@ -3,6 +3,8 @@
 # Installed for one user and for all over an older version, used, installed once more over itself, taken away: the registry
 # and the disk are as before but for what an operator's work has left.
 set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/../wine-path.sh"
 installer=$1
 arch=${1%.exe}
 arch=${arch##*-}
@@ -15,7 +17,6 @@ uninstall='Software\Microsoft\Windows\CurrentVersion\Uninstall'
 unset WINEPATH # an installation needs nothing but itself
 
 fail() { echo "$1"; exit 1; }
-native() { printf '%s' "Z:${1//\//\\}"; }
 query() { "$wine" reg query "$@" 2>/dev/null | tr -d '\r'; }
 dump() {
     local key
@@ -25,7 +26,6 @@ dump() {
 }
 
 # An older version, of the same files and one that the newer has no more; quick to make.
-here=$(cd "$(dirname "$0")" && pwd)
 dist=$(cd "$(dirname "$installer")" && pwd)
 echo old >"$folder/gone.txt"
 {
